@@ -1,0 +1,11 @@
+#pragma once
+
+/// The contract of Lib_Bedrock: XML document, HTTP client, byte buffer, file, thread, string and time functions.
+
+#include "host/Platform.h"
+#include "host/bedrock/CFileRW.h"
+#include "host/bedrock/CHTTP.h"
+#include "host/bedrock/CMemManage.h"
+#include "host/bedrock/CSFunc.h"
+#include "host/bedrock/CStdThread.h"
+#include "host/bedrock/CXmlObj.h"

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <memory>
+
+#include "host/Export.h"
+#include "host/bedrock/CXmlObj.h"
+#include "host/hostenv/nsCMS.h"
+
+/// The environment that a host hands to the library: configuration folder, recorder list, language, system record.
+/// The first group is what the library calls, the second what a host calls to set it up. GUI thread only.
+class LIB_HOSTENV_EXPORT CEnvObj
+{
+public:
+    CEnvObj();
+    ~CEnvObj();
+    CEnvObj(const CEnvObj&) = delete;
+    CEnvObj& operator=(const CEnvObj&) = delete;
+
+    /// The host's in-memory system document with the recorder list `/root/NVR/N%03d`. Never null; owned by this object.
+    CXmlObj* m_F_p_GetMemSysXML();
+    /// The shared system record; never null. `bCreate` false only looks for the record of a running host and falls back
+    /// to this process's own.
+    nsCMS::stDef_SYS_INFO* m_F_p_GetShmSystem(bool bCreate);
+    /// The user's configuration folder, ending with a path separator.
+    QString m_F_s_GetConfigFolder() const;
+    /// Text of the key in the host's own language file, or the default. Returns 1 if the file has the key, else 0.
+    int m_F_n_LoadString(const QString& sKey, QString& sOut, const QString& sDefault) const;
+
+    int vm_nLanguage = 1; ///< language index of the running client: 0 Traditional Chinese, 1 English
+
+    /// Sets folder and system document (`System.xml` in the folder; a new one if there is none). The folder is made if
+    /// needed, readable by the user alone. False if it can't be made or written; the object stays as it was.
+    bool m_F_b_Init(const QString& sConfigFolder);
+    /// Writes the system document back, by a temporary file that takes its place at once.
+    bool m_F_b_SaveSysXML();
+    /// Stores the folder of the language files in the system record; a separator is appended if there is none. False if
+    /// it is longer than the record holds (266 UTF-16 units with the separator).
+    bool m_F_b_SetLangFolder(const QString& sFolder);
+    /// The folder of the language files as the system record has it.
+    QString m_F_s_GetLangFolder();
+    /// Loads the host's own language file for `m_F_n_LoadString`.
+    bool m_F_b_LoadHostLanguage(const QString& sFile);
+
+    /// Name that keeps the shared memory of hosts apart: letters, digits, '-' and '_', at most 64. Default: the
+    /// environment variable FLEETLINK_INSTANCE, else "cms". Set it before the first ring or record is made.
+    static void s_S_SetInstance(const QByteArray& sInstance);
+    static QByteArray s_F_s_Instance();
+    /// Removes what killed processes of this user and instance left in shared memory; returns how many names.
+    static int s_F_n_RemoveStaleShm();
+
+private:
+    struct st_Impl;
+    std::unique_ptr<st_Impl> vm_pImpl;
+};
+
+/// Holder of the process-wide environment.
+class LIB_HOSTENV_EXPORT CAppEnv
+{
+public:
+    static CEnvObj s_objEnv;
+};
