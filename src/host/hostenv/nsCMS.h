@@ -4,8 +4,7 @@
 #include <cstdint>
 
 /// Records that the host process and this library share in memory. Layouts are byte-exact.
-namespace nsCMS
-{
+namespace nsCMS {
 
 /// State of a live stream, as a host polls it and as it stands in the video ring.
 enum emDef_ConnectStat : std::int32_t
@@ -24,12 +23,12 @@ enum emDef_ConnectStat : std::int32_t
 #pragma pack(push, 1)
 struct stDef_SYS_INFO
 {
-    unsigned char arHead[8];            ///< host's own
-    std::uint64_t hMainWnd;             ///< main window of the host, a native window handle
-    unsigned char arHost[477];          ///< host's own
-    unsigned char arLangFolder[534];    ///< UTF-16LE, zero-terminated, ends with a path separator
-    unsigned char nPad;                 ///< host's own
-    unsigned char arTimeZone[172];      ///< TIME_ZONE_INFORMATION of the host
+    unsigned char arHead[8];         ///< host's own
+    std::uint64_t hMainWnd;          ///< main window of the host, a native window handle
+    unsigned char arHost[477];       ///< host's own
+    unsigned char arLangFolder[534]; ///< UTF-16LE, zero-terminated, ends with a path separator
+    unsigned char nPad;              ///< host's own
+    unsigned char arTimeZone[172];   ///< TIME_ZONE_INFORMATION of the host
 };
 #pragma pack(pop)
 

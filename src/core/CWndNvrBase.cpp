@@ -1,0 +1,152 @@
+#include "core/CWndNvrBase.h"
+
+#include <QApplication>
+#include <algorithm>
+#include <climits>
+#include <cstdlib>
+
+#include "core/CWndNvrEmbedded.h"
+#include "core/CWndNvrPC.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int MaxNvrID = 1000;
+constexpr int DipsTimeoutMs = 10000;
+constexpr const char* DipsRequestPath = "dips/request.php";
+
+int AsciiToInt(const char* pText)
+{
+    return static_cast<int>(std::clamp<long long>(std::strtoll(pText, nullptr, 10), INT_MIN, INT_MAX));
+}
+
+} // namespace
+
+CWndNvrBase* CWndNvrBase::s_F_p_CreateNvrObject(int nType, QWidget* pParent, CEnvObj* pEnv)
+{
+    if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
+        return nullptr;
+    switch (nType) {
+    case 0:
+        return new CWndNvrPC(pParent, pEnv);
+    case 1:
+        return new CWndNvrEmbedded(pParent, pEnv);
+    default:
+        return nullptr;
+    }
+}
+
+CWndNvrBase* CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(int nNvrID, QWidget* pParent, CEnvObj* pEnv)
+{
+    if (!pEnv)
+        return nullptr;
+    const QString sNode = QString::asprintf("/root/NVR/N%03d", nNvrID);
+    return s_F_p_CreateNvrObject(pEnv->m_F_p_GetMemSysXML()->m_F_n_GetValueInt(sNode, u"Type"_s, -1), pParent, pEnv);
+}
+
+void CWndNvrBase::s_S_ReleaseNvrObject(CWndNvrBase** ppObj)
+{
+    if (ppObj && *ppObj)
+        (*ppObj)->m_S_DeleteSelf(ppObj);
+}
+
+stDef_DipsTarget& CWndNvrBase::s_F_o_DipsTarget()
+{
+    static stDef_DipsTarget s_stTarget{FLEETLINK_DIPS_HOST, 80};
+    return s_stTarget;
+}
+
+CWndNvrBase::CWndNvrBase(QWidget* pParent, CEnvObj* pEnv) : vm_pParent(pParent), vm_objReply(0), vm_pEnv(pEnv) {}
+
+CWndNvrBase::~CWndNvrBase()
+{
+    vm_objHttp.m_S_Release();
+}
+
+void CWndNvrBase::m_S_CreateWindow()
+{
+    if (vm_bWindow)
+        return;
+    vm_bWindow = true;
+    setProperty("id", 0);
+    setGeometry(0, 0, 0, 0);
+    if (!vm_pParent)
+        return;
+    setParent(vm_pParent);
+    // A dying window deletes its children, but this one is the host's to release: step out of the way in time.
+    connect(vm_pParent, &QObject::destroyed, this, [this] { setParent(nullptr); });
+}
+
+int CWndNvrBase::m_F_n_Init(stDef_NvrInit stInit)
+{
+    m_S_CreateWindow();
+    if (stInit.nNvrID > MaxNvrID || stInit.sIP.isEmpty() || stInit.nHttpPort < 0 || stInit.sUID.isEmpty())
+        return 0;
+    vm_stInit = std::move(stInit);
+    if (vm_stInit.bDips && !m_F_b_DipsToIpPort(vm_stInit.sDips, vm_stInit.sIP, vm_stInit.nHttpPort))
+        return 0;
+    return 1;
+}
+
+bool CWndNvrBase::m_F_b_InitLanguageXml(const QString& sFile)
+{
+    vm_objLang.m_F_b_LoadXMLFile(sFile);
+    return true;
+}
+
+int CWndNvrBase::m_F_n_LoadString(const QString& sKey, QString& sOut, const QString& sDefault) const
+{
+    return vm_objLang.m_F_b_IsOpen() ? vm_objLang.m_F_n_GetLangStr(sKey, sOut, sDefault) : -1;
+}
+
+void CWndNvrBase::m_S_InitHTTP()
+{
+    vm_objHttp.m_S_Init(vm_stInit.sIP, vm_stInit.sUID, vm_stInit.sPWD, vm_stInit.nHttpPort);
+}
+
+void CWndNvrBase::m_S_ReleaseHTTP()
+{
+    vm_objHttp.m_S_Release();
+}
+
+int CWndNvrBase::m_F_n_MultiPartStreamGet(const QString& sUrl, CMemManage* pMem, int nTimeoutMs)
+{
+    if (!pMem)
+        return -1;
+    const auto nSize = static_cast<quint32>(std::min<quint64>(pMem->m_F_n_GetMemSize(), UINT32_MAX));
+    return vm_objHttp.m_F_n_MultiPartStreamGet(CSFunc::s_F_s_UnicodeToAnsi(sUrl), pMem->m_F_p_GetStrCHAR(), nSize,
+                                               nTimeoutMs);
+}
+
+bool CWndNvrBase::m_F_b_DipsToIpPort(const QByteArray& sId, QByteArray& sAddress, int& nPort)
+{
+    static const QByteArray s_sScheme = "http://"_ba;
+
+    if (sId.isEmpty())
+        return false;
+    const stDef_DipsTarget& stDips = s_F_o_DipsTarget();
+    const QByteArray sUrl = DipsRequestPath + "?id="_ba + sId;
+    if (vm_objHttp.m_F_n_HTTPGetDataDirect(stDips.sHost, {}, {}, stDips.nPort, sUrl, &vm_objReply, DipsTimeoutMs) < 0)
+        return false;
+
+    const QByteArray sReply(vm_objReply.m_F_p_GetStrCHAR());
+    const auto nScheme = sReply.indexOf(s_sScheme);
+    if (nScheme < 0)
+        return false;
+    const QByteArray sRest = sReply.mid(nScheme + s_sScheme.size());
+    const auto nColon = sRest.lastIndexOf(':');
+    if (nColon < 0)
+        return false;
+    sAddress = sRest.left(nColon);
+    nPort = AsciiToInt(sRest.constData() + nColon + 1);
+    return true;
+}
+
+// The commands of the device channel are not sent yet.
+
+void CWndNvrBase::m_S_ExecPTZCmd(int, int, int, int) {}
+
+void CWndNvrBase::m_S_RemoteUICtrl(int, int, int, const QString&) {}
+
+void CWndNvrBase::m_S_GetLoginInfo(QStringList*) {}

@@ -1,0 +1,119 @@
+#pragma once
+
+#include <QPointer>
+#include <QStringList>
+#include <QWidget>
+
+#include "core/stDef_NvrInit.h"
+#include "core/stDef_RecordBackupInfo.h"
+#include "host/Export.h"
+#include "host/Lib_Bedrock.h"
+#include "host/Lib_Hostenv.h"
+
+/// Where the DIPS directory service stands.
+struct stDef_DipsTarget
+{
+    QByteArray sHost;
+    int nPort = 80;
+};
+
+/// One recorder: what is common to all kinds. A host makes one object per recorder and stream, initialises it, drives
+/// it through the virtual operations, and releases it through `s_S_ReleaseNvrObject`.
+///
+/// The object is an invisible child of a host window, so that menu commands can reach it, but it belongs to the host:
+/// it outlives that window if it has to. All operations are for the GUI thread, but for `m_F_n_MultiPartStreamGet`.
+class FLEETLINK_EXPORT CWndNvrBase : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Makes an object of kind 0 (PC recorder) or 1 (embedded recorder); null for any other kind, and null while there
+    /// is no QApplication. The caller owns it. Both pointers are borrowed and may be null.
+    static CWndNvrBase* s_F_p_CreateNvrObject(int nType, QWidget* pParent, CEnvObj* pEnv);
+    /// The same for the kind that `Type` of `/root/NVR/N%03d` tells; null for an unknown recorder or without `pEnv`.
+    static CWndNvrBase* s_F_p_CreateNvrObjectByNvrID(int nNvrID, QWidget* pParent, CEnvObj* pEnv);
+    /// Ends the object's stream, deletes it and sets the caller's pointer to null. Null in either place does nothing.
+    static void s_S_ReleaseNvrObject(CWndNvrBase** ppObj);
+    /// The DIPS service asked by all objects; replace it to use another one.
+    static stDef_DipsTarget& s_F_o_DipsTarget();
+
+    /// Creates no window yet.
+    CWndNvrBase(QWidget* pParent, CEnvObj* pEnv);
+    ~CWndNvrBase() override;
+
+    /// Sets `*ppObj` to null, if there is one, and deletes this object.
+    virtual void m_S_DeleteSelf(CWndNvrBase** ppObj) = 0;
+    /// Makes the window if there is none, checks the record and takes it over; with `bDips` looks the address up (up to
+    /// 10 s). Returns 1, or 0 if the number is above 1000, address or account name are empty, the HTTP port is negative
+    /// (nothing is taken over then), or the look-up failed.
+    virtual int m_F_n_Init(stDef_NvrInit stInit);
+    /// Shows the recorder's menu at the pointer.
+    virtual void m_S_ShowMenu() = 0;
+    /// GETs a document from the recorder into `pXml`. The URL is relative to the recorder's root, without a leading
+    /// slash, and goes out unescaped; the time-out is in ms for the whole exchange. An envelope around `<root>` is cut
+    /// off. False if the request failed (`pXml` is untouched) or the reply is no document (`pXml` is closed).
+    virtual bool m_F_b_GetRequest(const QString& sUrl, CXmlObj* pXml, int nTimeoutMs) = 0;
+    /// POSTs a document to the recorder, as UTF-8. The reply is not looked at.
+    virtual bool m_F_b_PostRequest(const QString& sUrl, CXmlObj* pXml, int nTimeoutMs) = 0;
+    /// GETs raw bytes into `pMem`.
+    virtual bool m_F_b_GetRequestData(const QString& sUrl, CMemManage* pMem, int nTimeoutMs) = 0;
+    /// Fetches what a host's recorder list needs to know of the cameras; `nTimeoutMs` for each request.
+    virtual bool m_F_n_CameraSynchronization(CXmlObj* pSystemInfo, CXmlObj* pLoginInfo, CXmlObj* pCamera,
+                                             int nTimeoutMs) = 0;
+    /// Begins the live stream of a channel into its rings and returns at once. `nStream` 0 is the main stream, anything
+    /// else the second one. An object serves one stream for its life: a further call connects that one again and
+    /// ignores its arguments.
+    virtual void m_S_Connect(int nNvrID, int nChannel, int nStream) = 0;
+    /// Ends the live stream: with true when the receiving thread has ended (within 200 ms), with false by telling it to
+    /// stop and returning at once.
+    virtual void m_S_Disconnect(bool bWait) = 0;
+    /// State of the live stream; also stored in the video ring. `nStamp` is the oldest time of the last data that still
+    /// counts as alive: ms of the steady clock (`CRtspClient::s_F_n_NowMs`), usually now less 10000. Silence since then
+    /// tells the client to stop.
+    virtual nsCMS::emDef_ConnectStat m_F_n_GetConnectStat(std::uint64_t nStamp) = 0;
+    /// Copies the records of a time span into a folder. 1 if all was done, 0 if it failed or was stopped.
+    virtual int m_F_n_RecordBackup(stDef_RecordBackupInfo stInfo) = 0;
+    /// Local caches of the host's documents, below the configuration folder.
+    virtual void m_S_SaveXmlNVR(CXmlObj* pXml) = 0;
+    virtual void m_S_GetXmlNVR(CXmlObj* pXml) = 0;
+    virtual void m_S_SaveXmlCamera(CXmlObj* pXml) = 0;
+    virtual void m_S_GetXmlCamera(CXmlObj* pXml) = 0;
+    /// Names of the tours (kind 9) or presets (kind 22) of a camera.
+    virtual void m_S_GetPTZData(int nKind, int nCamera, QStringList* pList) = 0;
+
+    /// Loads the language file of this object. Always true; ask `m_F_n_LoadString` what came of it.
+    bool m_F_b_InitLanguageXml(const QString& sFile);
+    /// Text of a key, or the default if the file has no such key. With no language file open it returns -1 and leaves
+    /// `sOut` untouched: a label keeps what it shows.
+    int m_F_n_LoadString(const QString& sKey, QString& sOut, const QString& sDefault) const;
+
+    /// Prepares the stored target that commands and multipart reads use; call it after `m_F_n_Init`.
+    void m_S_InitHTTP();
+    void m_S_ReleaseHTTP();
+    /// Reads one part of a multipart stream into the buffer of `pMem`, up to its size. More than 0 is the number of
+    /// bytes. For a worker thread, which owns `pMem`; `m_S_ReleaseHTTP` on the GUI thread ends a read that waits.
+    int m_F_n_MultiPartStreamGet(const QString& sUrl, CMemManage* pMem, int nTimeoutMs);
+
+    /// Asks the DIPS service for the address and port under which a recorder last registered. False leaves both as they
+    /// were.
+    bool m_F_b_DipsToIpPort(const QByteArray& sId, QByteArray& sAddress, int& nPort);
+
+    /// Sends one pan, tilt, zoom or tour command; nothing is reported back.
+    void m_S_ExecPTZCmd(int nCmd, int nCamera, int nParam1, int nParam2);
+    /// Lays out the recorder's own display; nothing is reported back.
+    void m_S_RemoteUICtrl(int nFullScreen, int nQuad, int nStyle, const QString& sCamArray);
+    /// Rights and abilities of the logged-in account.
+    void m_S_GetLoginInfo(QStringList* pList);
+
+    CLangXMLObj vm_objLang;
+    QPointer<QWidget> vm_pParent; ///< host window, not owned
+    CHTTP vm_objHttp;
+    CMemManage vm_objReply;  ///< reply buffer of all requests through `vm_objHttp`
+    stDef_NvrInit vm_stInit; ///< the connection data in force
+    CEnvObj* vm_pEnv;        ///< not owned
+
+private:
+    void m_S_CreateWindow();
+
+    bool vm_bWindow = false;
+};

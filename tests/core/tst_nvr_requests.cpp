@@ -1,0 +1,136 @@
+#include <QElapsedTimer>
+#include <algorithm>
+
+#include "support/HostFixture.h"
+
+namespace
+{
+
+constexpr int TimeoutMs = 1500;
+constexpr int SlackMs = 500;
+constexpr const char* Camera = "cgi-bin/SyncSetting.cgi?action=CameraXML";
+constexpr const char* UpdateCamera = "cgi-bin/SyncSetting.cgi?action=UpdateCamera";
+
+class NvrRequests : public HostFixture
+{
+protected:
+    void SetUp() override
+    {
+        HostFixture::SetUp();
+        stDef_VirtualNvrConfig stConfig;
+        stConfig.bStreams = false;
+        StartRecorder(stConfig);
+        vm_pNvr = CWndNvrBase::s_F_p_CreateNvrObject(1, nullptr, &vm_env);
+        ASSERT_EQ(vm_pNvr->m_F_n_Init(Init()), 1);
+    }
+
+    void TearDown() override { CWndNvrBase::s_S_ReleaseNvrObject(&vm_pNvr); }
+
+    CWndNvrBase* vm_pNvr = nullptr;
+};
+
+TEST_F(NvrRequests, ExchangesEachDocument)
+{
+    struct Row
+    {
+        const char* pGet;
+        const char* pPost;
+    };
+    const Row arRows[] = {
+        {"cgi-bin/param.cgi?action=systeminfo", nullptr},
+        {"cgi-bin/logininfo.cgi", nullptr},
+        {"cgi-bin/SyncSetting.cgi?action=SystemXML", "cgi-bin/SyncSetting.cgi?action=UpdateSystem"},
+        {"cgi-bin/SyncSetting.cgi?action=ScheduleXML", "cgi-bin/SyncSetting.cgi?action=UpdateSchedule"},
+        {Camera, UpdateCamera},
+        {"cgi-bin/SyncSetting.cgi?action=EMailXML", "cgi-bin/SyncSetting.cgi?action=UpdateEMail"},
+    };
+    for (const Row& row : arRows) {
+        CXmlObj xml;
+        ASSERT_TRUE(vm_pNvr->m_F_b_GetRequest(row.pGet, &xml, TimeoutMs)) << row.pGet;
+        EXPECT_TRUE(xml.m_F_s_GetXML().startsWith("<root")) << "the envelope is cut off";
+        if (!row.pPost)
+            continue;
+        const QString sBefore = xml.m_F_s_GetXML();
+        ASSERT_TRUE(vm_pNvr->m_F_b_PostRequest(row.pPost, &xml, TimeoutMs)) << row.pPost;
+        ASSERT_TRUE(vm_pNvr->m_F_b_GetRequest(row.pGet, &xml, TimeoutMs));
+        EXPECT_EQ(xml.m_F_s_GetXML(), sBefore) << "an unchanged document comes back as it was";
+
+        const QString sMark = QString::fromUtf8("caf\xc3\xa9 \xe6\x94\x9d <&\">");
+        xml.m_F_b_SetValue("/root/Mark", "Text", sMark);
+        ASSERT_TRUE(vm_pNvr->m_F_b_PostRequest(row.pPost, &xml, TimeoutMs));
+        ASSERT_TRUE(vm_pNvr->m_F_b_GetRequest(row.pGet, &xml, TimeoutMs));
+        QString sRead;
+        xml.m_F_n_GetValue("/root/Mark", "Text", sRead, {});
+        EXPECT_EQ(sRead, sMark) << row.pGet;
+    }
+}
+
+TEST_F(NvrRequests, SurvivesEveryFault)
+{
+    struct Row
+    {
+        const char* pFault;
+        bool bGet, bPost, bData;
+    };
+    // What each operation gives under the fault. A post does not look at the reply's content, raw data at no text at all.
+    const Row arRows[] = {
+        {"*=refuse", false, false, false},       {"*=silence", false, false, false},
+        {"*=slow", false, false, false},         {"*=endless-headers", false, false, false},
+        {"*=cut-head", false, false, false},     {"*=cut-body:10", false, false, false},
+        {"*=long-length", false, false, false},  {"*=huge-length", false, false, false},
+        {"*=bad-chunks", false, false, false},   {"*=endless-chunks", false, false, false},
+        {"*=401", false, false, false},          {"*=changing-challenge", false, false, false},
+        {"*=redirect", false, false, false},     {"*=status:500", false, false, false},
+        {"*=huge:200", false, false, false},     {"*=garbage", false, false, false},
+        {"*=deep", false, true, true},           {"*=entity-bomb", false, true, true},
+        {"*=no-root-end", false, true, true},    {"*=cut-utf8", false, true, true},
+        {"*=empty", false, true, true},          {"*=wrong-encoding", false, true, true},
+        {"*=chunked", true, true, true},         {"*=stale-nonce", true, true, true},
+    };
+    CXmlObj xmlGood;
+    ASSERT_TRUE(vm_pNvr->m_F_b_GetRequest(Camera, &xmlGood, TimeoutMs));
+    for (const Row& row : arRows) {
+        const auto timed = [&](auto operation, bool bExpected, const char* pWhat) {
+            ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Parse(row.pFault)) << row.pFault;
+            QElapsedTimer clock;
+            clock.start();
+            EXPECT_EQ(operation(), bExpected) << row.pFault << ' ' << pWhat;
+            EXPECT_LT(clock.elapsed(), TimeoutMs + SlackMs) << row.pFault << ' ' << pWhat;
+            vm_nvr.m_F_o_Faults().m_S_Clear();
+            CXmlObj xmlNext;
+            EXPECT_TRUE(vm_pNvr->m_F_b_GetRequest(Camera, &xmlNext, TimeoutMs)) << "after " << row.pFault << ' ' << pWhat;
+        };
+        CXmlObj xml;
+        CMemManage mem(0);
+        timed([&] { return vm_pNvr->m_F_b_GetRequest(Camera, &xml, TimeoutMs); }, row.bGet, "get");
+        timed([&] { return vm_pNvr->m_F_b_GetRequestData(Camera, &mem, TimeoutMs); }, row.bData, "data");
+        timed([&] { return vm_pNvr->m_F_b_PostRequest(UpdateCamera, &xmlGood, TimeoutMs); }, row.bPost, "post");
+    }
+}
+
+TEST_F(NvrRequests, BadArgumentsAreFailures)
+{
+    CXmlObj xmlClosed;
+    EXPECT_FALSE(vm_pNvr->m_F_b_GetRequest(Camera, nullptr, TimeoutMs));
+    EXPECT_FALSE(vm_pNvr->m_F_b_PostRequest(UpdateCamera, nullptr, TimeoutMs));
+    EXPECT_FALSE(vm_pNvr->m_F_b_GetRequestData(Camera, nullptr, TimeoutMs));
+    EXPECT_EQ(vm_nvr.m_F_o_Log().m_F_n_Count(), 0u) << "nothing was sent";
+    vm_pNvr->vm_stInit.sIP.clear();
+    EXPECT_FALSE(vm_pNvr->m_F_b_GetRequest(Camera, &xmlClosed, TimeoutMs));
+    EXPECT_FALSE(vm_pNvr->m_F_b_PostRequest(UpdateCamera, &xmlClosed, TimeoutMs));
+}
+
+TEST_F(NvrRequests, AFailedRequestKeepsTheDocumentABrokenReplyClosesIt)
+{
+    CXmlObj xml;
+    xml.m_F_b_LoadXML("<root/>");
+    vm_nvr.m_F_o_Faults().m_F_b_Parse("*=status:500x1");
+    EXPECT_FALSE(vm_pNvr->m_F_b_GetRequest(Camera, &xml, TimeoutMs));
+    EXPECT_TRUE(xml.m_F_b_IsOpen());
+    vm_nvr.m_F_o_Faults().m_S_Clear();
+    vm_nvr.m_F_o_Faults().m_F_b_Parse("*=no-root-endx1");
+    EXPECT_FALSE(vm_pNvr->m_F_b_GetRequest(Camera, &xml, TimeoutMs));
+    EXPECT_FALSE(xml.m_F_b_IsOpen());
+}
+
+} // namespace
