@@ -1,0 +1,108 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <memory>
+
+#include "host/Export.h"
+
+/// A handle of one element of a `CXmlObj`, not owned. It is good until that element or one above it is removed, or the
+/// document is loaded anew, closed or destroyed; using it later is undefined.
+class LIB_BEDROCK_EXPORT CXmlNode
+{
+public:
+    CXmlNode() = default;
+    bool m_F_b_IsNull() const { return !vm_pNode; }
+    QString m_F_s_Name() const; ///< empty for a null handle
+
+private:
+    friend class CXmlObj;
+    friend class CXmlNodeList;
+    void* vm_pNode = nullptr;
+};
+
+/// Forward cursor over the elements at one path, in document order. It looks the next one up as it goes, so elements
+/// that are appended meanwhile are found; the cursor itself is good as long as the handle that it gave last.
+class LIB_BEDROCK_EXPORT CXmlNodeList
+{
+public:
+    CXmlNode m_F_o_NextNode(); ///< null after the last one
+    void m_S_Reset();          ///< stands before the first one again
+
+private:
+    friend class CXmlObj;
+    QList<QByteArray> vm_arNames; ///< path below the top element, UTF-8
+    CXmlNode vm_objTop;           ///< null: the list is empty
+    CXmlNode vm_objNode;          ///< given last
+    bool vm_bStarted = false;
+};
+
+/// One XML document in memory.
+///
+/// A node path is absolute (`/root/Camera/Cam003`), relative to the document element (`Camera/Cam003`) or empty for the
+/// document element itself; blanks at its ends are ignored. Where several elements fit, the first one counts. A key is
+/// the name of an attribute. While the document is closed, reads give their default and writes do nothing.
+///
+/// What the document holds besides (comments, unknown nodes, order, layout) survives a load and a save; the text of a
+/// document that was not changed is the text that was loaded. No entity is ever expanded but the five of XML itself and
+/// character numbers. A read costs the same among a thousand siblings as among a few.
+///
+/// Not synchronised, reads included: an object is used by one thread at a time. It can be moved, not copied.
+class LIB_BEDROCK_EXPORT CXmlObj
+{
+public:
+    CXmlObj(); ///< closed
+    virtual ~CXmlObj();
+    CXmlObj(CXmlObj&&) noexcept;
+    CXmlObj& operator=(CXmlObj&&) noexcept;
+    CXmlObj(const CXmlObj&) = delete;
+    CXmlObj& operator=(const CXmlObj&) = delete;
+
+    /// Replaces the document. False leaves the object closed: text that is no XML with exactly one document element,
+    /// anything but blanks, comments and instructions around it, elements nested deeper than 256, a document type with
+    /// declarations of its own, more than 64 MiB of UTF-8. An encoding that the text names is not looked at.
+    bool m_F_b_LoadXML(const QString& sXml);
+    /// The same from a file in UTF-8, UTF-16, UTF-32 or Latin-1, told by its first bytes or its declaration.
+    bool m_F_b_LoadXMLFile(const QString& sPath);
+    /// Writes the document as UTF-8, by a temporary file that takes the place of the old one only when it is whole.
+    bool m_F_b_Save(const QString& sPath) const;
+    /// Drops the document; harmless on a closed object. Always true.
+    bool m_F_b_Close();
+    bool m_F_b_IsOpen() const;
+    /// The whole document as text; empty while closed.
+    QString m_F_s_GetXML() const;
+
+    /// `sOut` receives the attribute, or the default if node or attribute is missing. Returns 1 if it was there, else
+    /// 0.
+    int m_F_n_GetValue(const QString& sPath, const QString& sKey, QString& sOut, const QString& sDefault) const;
+    /// The attribute as a decimal number, or the default if node or attribute is missing. Leading blanks and a sign are
+    /// allowed, text after the digits is ignored, without digits it is 0, and numbers beyond 32 bits stop at their end.
+    qint32 m_F_n_GetValueInt(const QString& sPath, const QString& sKey, qint32 nDefault) const;
+    /// `sOut` receives the text of the node and all below it, without the blanks that are only layout; the default if
+    /// the node is missing. Returns 1 if the node was there, else 0.
+    int m_F_n_GetText(const QString& sPath, QString& sOut, const QString& sDefault) const;
+
+    /// Sets or creates the attribute and every missing node of the path. False and no effect: closed, a name that XML
+    /// doesn't allow, another document element, deeper than 256. Characters that XML can't hold become U+FFFD.
+    bool m_F_b_SetValue(const QString& sPath, const QString& sKey, const QString& sValue);
+    bool m_F_b_SetValue(const QString& sPath, const QString& sKey, qint32 nValue);
+
+    /// Appends a child to an existing node, also beside one of the same name. False and no effect: closed, no such
+    /// parent, a name that XML doesn't allow.
+    bool m_F_b_AddNods(const QString& sParent, const QString& sName);
+    /// Removes the first child of that name with all below it. False if there is none.
+    bool m_F_b_RemoveNods(const QString& sParent, const QString& sName);
+    /// Renames the first child of that name and keeps what is below it. False and no effect: there is none, or XML
+    /// doesn't allow the new name. A child that has the new name already stays.
+    bool m_F_b_RenameNods(const QString& sParent, const QString& sOldName, const QString& sNewName);
+
+    /// All elements at the path; every element that fits a name of the path is followed.
+    CXmlNodeList m_S_SelectNodesByKey(const QString& sPath) const;
+    /// `m_F_n_GetValue` and `m_F_n_GetValueInt` for a node in hand; a null handle has no attributes.
+    static void s_S_GetNodeVal(const CXmlNode& objNode, const QString& sKey, QString& sOut, const QString& sDefault);
+    static qint32 s_F_n_GetNodeValInt(const CXmlNode& objNode, const QString& sKey, qint32 nDefault);
+
+private:
+    struct st_Impl;
+    std::unique_ptr<st_Impl> vm_pImpl; ///< null while closed
+};
