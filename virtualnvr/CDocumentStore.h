@@ -19,31 +19,43 @@ enum class emDef_Document
 class CDocumentStore
 {
 public:
-    /// Reads every document of sStateFolder (made if needed); one that is missing is copied from sDataFolder, one that
-    /// is damaged is moved aside as "<name>.damaged", told on stderr, and copied from the seed, too.
-    /// @return false with sError set if a folder or a seed can't be used.
-    bool m_F_b_Open(const std::string& sStateFolder, const std::string& sDataFolder, std::string& sError);
+    CDocumentStore() = default;
+    ~CDocumentStore(); ///< closes
+    CDocumentStore(const CDocumentStore&) = delete;
+    CDocumentStore& operator=(const CDocumentStore&) = delete;
+
+    /// Reads every document of sStateFolder (made if needed). One that is missing is copied from sDataFolder, with the
+    /// camera masks of its accounts brought to nChannels characters. One that is damaged is first moved aside as
+    /// "<name>.xml.damaged" and told on stderr.
+    /// @return false with sError set if a folder or a seed can't be used, or another recorder has the state folder.
+    bool m_F_b_Open(const std::string& sStateFolder, const std::string& sDataFolder, int nChannels,
+                    std::string& sError);
+
+    /// Gives the state folder up. The texts stay readable.
+    void m_S_Close();
 
     /// The document's text, UTF-8.
     std::string m_F_s_Get(emDef_Document eDocument) const;
 
-    /// Replaces a document. It is on the disk when the call returns; a kill at any moment leaves the old or the new
-    /// text.
-    /// @return false with sError set, and nothing changed, if the text is no XML with a root element, or can't be
-    /// written.
+    /// Replaces a document; an envelope around <root> is taken off. It is on the disk when the call returns; a kill at
+    /// any moment leaves the old or the new text.
+    /// @return false with sError set, and nothing changed, if the text fails s_F_b_Check or can't be written.
     bool m_F_b_Put(emDef_Document eDocument, const std::string& sText, std::string& sError);
 
     /// "System", "Schedule", "Camera" or "EMail"; the file is named <name>.xml.
     static std::string_view s_F_s_Name(emDef_Document eDocument);
 
-    /// True if the text is well-formed XML with a root element, nested no deeper than 256. sError tells what is wrong.
+    /// True if the text is UTF-8 and well-formed XML, its root element is "root" (or an envelope "XML" around that), it
+    /// is nested no deeper than 256 and has no document type. sError tells what is wrong.
     static bool s_F_b_Check(const std::string& sText, std::string& sError);
 
 private:
-    bool m_F_b_OpenOne(emDef_Document eDocument, const std::string& sDataFolder, std::string& sError);
+    bool m_F_b_OpenOne(emDef_Document eDocument, const std::string& sDataFolder, int nChannels, std::string& sError);
     std::string m_F_s_Path(emDef_Document eDocument) const;
 
-    mutable std::mutex vm_objLock;
+    std::mutex vm_objWriteLock; ///< one writer at a time; held during disk work
+    mutable std::mutex vm_objTextLock;
     std::string vm_sFolder;
+    int vm_nFolderLock = -1; ///< descriptor of the folder's lock file
     std::array<std::string, static_cast<std::size_t>(emDef_Document::Count)> vm_arText;
 };

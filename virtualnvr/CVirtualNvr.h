@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 class CDocumentStore;
@@ -25,6 +26,7 @@ struct stDef_VirtualNvrConfig
     bool bStreams = true; ///< false: no RTSP service
     /// Ids that the directory service knows besides "FL-000001" (this recorder itself), with the "host:port" of each.
     std::vector<std::pair<std::string, std::string>> arDipsIds;
+    int nNonceLifetimeMs = 300000; ///< a login older than this is answered with stale=true
 };
 
 /// A whole recorder in one object: documents, HTTP application behind its front door, and live streams, on real

@@ -1,0 +1,167 @@
+#include "CVirtualNvr.h"
+
+#include "CDigestAuth.h"
+#include "CDocumentStore.h"
+#include "CFaultTable.h"
+#include "CFrontDoor.h"
+#include "CHttpApp.h"
+#include "CRecorderCgi.h"
+#include "CRequestLog.h"
+#include "CStreamServer.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <netdb.h>
+#include <sys/socket.h>
+
+namespace {
+constexpr int g_nMaxChannels = 64;
+
+std::string MakeTemporaryFolder(std::string& sError)
+{
+    std::error_code objError;
+    std::string sFolder = (std::filesystem::temp_directory_path(objError) / "virtualnvr-XXXXXX").string();
+    if (objError || !::mkdtemp(sFolder.data())) {
+        sError = "no temporary folder: " + (objError ? objError.message() : std::string(std::strerror(errno)));
+        return {};
+    }
+    return sFolder;
+}
+
+/// Numeric address and port of the other end; empty and 0 if the connection is gone.
+std::pair<std::string, int> PeerOf(int nSocket)
+{
+    sockaddr_storage stAddress{};
+    socklen_t nLength = sizeof stAddress;
+    auto* pAddress = reinterpret_cast<sockaddr*>(&stAddress);
+    char szHost[NI_MAXHOST] = "", szPort[NI_MAXSERV] = "";
+    if (::getpeername(nSocket, pAddress, &nLength) != 0 ||
+        ::getnameinfo(pAddress, nLength, szHost, sizeof szHost, szPort, sizeof szPort,
+                      NI_NUMERICHOST | NI_NUMERICSERV) != 0)
+        return {};
+    return {szHost, std::atoi(szPort)};
+}
+} // namespace
+
+struct CVirtualNvr::stDef_Impl
+{
+    CFaultTable objFaults;
+    CRequestLog objLog;
+    CDocumentStore objDocuments;
+    CStreamServer objStreams;
+    std::unique_ptr<CRecorderCgi> pCgi;
+    std::unique_ptr<CDigestAuth> pAuth;
+    CHttpApp objApp;
+    CFrontDoor objDoor;
+    std::string sTemporaryFolder;
+    bool bRunning = false;
+
+    bool Start(const stDef_VirtualNvrConfig& stConfig, std::string& sError);
+    bool StartStreams(const stDef_VirtualNvrConfig& stConfig, std::string& sError);
+    void Stop();
+};
+
+bool CVirtualNvr::stDef_Impl::StartStreams(const stDef_VirtualNvrConfig& stConfig, std::string& sError)
+{
+    if (!stConfig.bStreams)
+        return true;
+    objDoor.m_S_SetTunnelHandler([this](int nSocket, const std::string& sInitial) {
+        const auto [sPeer, nPeerPort] = PeerOf(nSocket);
+        return nPeerPort != 0 && objStreams.m_F_b_TransferConnection(nSocket, sPeer, nPeerPort, sInitial);
+    });
+    return objStreams.m_F_b_Start({stConfig.sBind, stConfig.nRtspPort, stConfig.nChannels, stConfig.arAccounts},
+                                  sError);
+}
+
+bool CVirtualNvr::stDef_Impl::Start(const stDef_VirtualNvrConfig& stConfig, std::string& sError)
+{
+    std::string sState = stConfig.sStateFolder;
+    if (sState.empty())
+        sState = sTemporaryFolder = MakeTemporaryFolder(sError);
+    if (sState.empty())
+        return false;
+    const std::string sData = stConfig.sDataFolder.empty() ? VIRTUALNVR_DATA_FOLDER : stConfig.sDataFolder;
+    pCgi = std::make_unique<CRecorderCgi>(stConfig, objDocuments);
+    pAuth = std::make_unique<CDigestAuth>(stConfig.arAccounts, stConfig.nNonceLifetimeMs);
+    if (!objDocuments.m_F_b_Open(sState, sData, stConfig.nChannels, sError) || !StartStreams(stConfig, sError) ||
+        !objApp.m_F_b_Start(*pCgi, *pAuth, sError) ||
+        !objDoor.m_F_b_Start(stConfig.sBind, stConfig.nHttpPort, objApp.m_F_n_Port(), objFaults, objLog, sError))
+        return false;
+    pCgi->m_S_SetPorts(objDoor.m_F_n_Port(), stConfig.bStreams ? objStreams.m_F_n_Port() : 0);
+    return true;
+}
+
+void CVirtualNvr::stDef_Impl::Stop()
+{
+    objDoor.m_S_Stop(); // first: it closes the connections that the servers behind it would wait for
+    objApp.m_S_Stop();
+    objStreams.m_S_Stop();
+    objDoor.m_S_SetTunnelHandler({});
+    objDocuments.m_S_Close();
+    if (!sTemporaryFolder.empty()) {
+        std::error_code objIgnored;
+        std::filesystem::remove_all(sTemporaryFolder, objIgnored);
+        sTemporaryFolder.clear();
+    }
+}
+
+CVirtualNvr::CVirtualNvr() : vm_pImpl(std::make_unique<stDef_Impl>()) {}
+
+CVirtualNvr::~CVirtualNvr()
+{
+    m_S_Stop();
+}
+
+bool CVirtualNvr::m_F_b_Start(const stDef_VirtualNvrConfig& stConfig, std::string& sError)
+{
+    if (vm_pImpl->bRunning)
+        sError = "the recorder runs already";
+    else if (stConfig.nChannels < 1 || stConfig.nChannels > g_nMaxChannels)
+        sError = "channels: 1 to " + std::to_string(g_nMaxChannels);
+    else if (stConfig.arAccounts.empty())
+        sError = "a recorder needs an account";
+    else if (vm_pImpl->Start(stConfig, sError))
+        return vm_pImpl->bRunning = true;
+    else
+        vm_pImpl->Stop();
+    return false;
+}
+
+void CVirtualNvr::m_S_Stop()
+{
+    if (vm_pImpl->bRunning)
+        vm_pImpl->Stop();
+    vm_pImpl->bRunning = false;
+}
+
+int CVirtualNvr::m_F_n_HttpPort() const
+{
+    return vm_pImpl->bRunning ? vm_pImpl->objDoor.m_F_n_Port() : 0;
+}
+
+int CVirtualNvr::m_F_n_RtspPort() const
+{
+    return vm_pImpl->bRunning ? vm_pImpl->objStreams.m_F_n_Port() : 0;
+}
+
+CFaultTable& CVirtualNvr::m_F_o_Faults()
+{
+    return vm_pImpl->objFaults;
+}
+
+CRequestLog& CVirtualNvr::m_F_o_Log()
+{
+    return vm_pImpl->objLog;
+}
+
+CStreamServer& CVirtualNvr::m_F_o_Streams()
+{
+    return vm_pImpl->objStreams;
+}
+
+CDocumentStore& CVirtualNvr::m_F_o_Documents()
+{
+    return vm_pImpl->objDocuments;
+}
