@@ -1,41 +1,10 @@
 #pragma once
 
-#include <QList>
 #include <QString>
 #include <memory>
 
 #include "host/Export.h"
-
-/// A handle of one element of a `CXmlObj`, not owned. It is good until that element or one above it is removed, or the
-/// document is loaded anew, closed or destroyed; using it later is undefined.
-class LIB_BEDROCK_EXPORT CXmlNode
-{
-public:
-    CXmlNode() = default;
-    bool m_F_b_IsNull() const { return !vm_pNode; }
-    QString m_F_s_Name() const; ///< empty for a null handle
-
-private:
-    friend class CXmlObj;
-    friend class CXmlNodeList;
-    void* vm_pNode = nullptr;
-};
-
-/// Forward cursor over the elements at one path, in document order. It looks the next one up as it goes, so elements
-/// that are appended meanwhile are found; the cursor itself is good as long as the handle that it gave last.
-class LIB_BEDROCK_EXPORT CXmlNodeList
-{
-public:
-    CXmlNode m_F_o_NextNode(); ///< null after the last one
-    void m_S_Reset();          ///< stands before the first one again
-
-private:
-    friend class CXmlObj;
-    QList<QByteArray> vm_arNames; ///< path below the top element, UTF-8
-    CXmlNode vm_objTop;           ///< null: the list is empty
-    CXmlNode vm_objNode;          ///< given last
-    bool vm_bStarted = false;
-};
+#include "host/bedrock/CXmlNodeList.h"
 
 /// One XML document in memory.
 ///
@@ -60,11 +29,13 @@ public:
 
     /// Replaces the document. False leaves the object closed: text that is no XML with exactly one document element,
     /// anything but blanks, comments and instructions around it, elements nested deeper than 256, a document type with
-    /// declarations of its own, more than 64 MiB of UTF-8. An encoding that the text names is not looked at.
+    /// declarations of its own, more than 16 MiB of UTF-8. An encoding that the text names is not looked at.
     bool m_F_b_LoadXML(const QString& sXml);
-    /// The same from a file in UTF-8, UTF-16, UTF-32 or Latin-1, told by its first bytes or its declaration.
+    /// The same from a file in UTF-8, UTF-16, UTF-32 or Latin-1, told by its first bytes or its declaration. A file of
+    /// another encoding is refused unless it happens to be UTF-8.
     bool m_F_b_LoadXMLFile(const QString& sPath);
-    /// Writes the document as UTF-8, by a temporary file that takes the place of the old one only when it is whole.
+    /// Writes the document as UTF-8 (and says so in its declaration if that names another encoding), by a temporary
+    /// file that takes the place of the old one only when it is whole.
     bool m_F_b_Save(const QString& sPath) const;
     /// Drops the document; harmless on a closed object. Always true.
     bool m_F_b_Close();

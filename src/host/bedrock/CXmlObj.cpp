@@ -1,0 +1,544 @@
+#include "host/bedrock/CXmlObj.h"
+
+#include <QByteArrayView>
+#include <QFile>
+#include <QRegularExpression>
+#include <QSaveFile>
+#include <QStringDecoder>
+#include <algorithm>
+#include <cstring>
+#include <pugixml.hpp>
+#include <string>
+
+#include "host/bedrock/CXmlChildIndex.h"
+#include "host/bedrock/CXmlText.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int g_nMaxDepth = 256;
+constexpr qsizetype g_nMaxBytes = 16 * 1024 * 1024;
+constexpr int g_nIndexFrom = 16; // children beyond which a parent gets an index
+
+// References and line ends are left as written and translated at each read: so all of it goes back as it came.
+// As a fragment, text around the document element is seen, and can be refused.
+constexpr unsigned int g_nParse = pugi::parse_pi | pugi::parse_comments | pugi::parse_cdata | pugi::parse_ws_pcdata |
+                                  pugi::parse_declaration | pugi::parse_doctype | pugi::parse_fragment;
+constexpr unsigned int g_nFormat = pugi::format_raw | pugi::format_no_escapes | pugi::format_no_declaration;
+
+pugi::xml_node ToNode(const void* pNode)
+{
+    return pugi::xml_node(static_cast<pugi::xml_node_struct*>(const_cast<void*>(pNode)));
+}
+
+bool IsElement(pugi::xml_node objNode)
+{
+    return objNode.type() == pugi::node_element;
+}
+
+bool IsLayout(pugi::xml_node objNode)
+{
+    return objNode.type() == pugi::node_pcdata && CXmlText::s_F_b_IsBlank(objNode.value());
+}
+
+pugi::xml_attribute FindAttribute(pugi::xml_node objNode, std::string_view sKey)
+{
+    pugi::xml_attribute objAttribute = objNode.first_attribute();
+    while (objAttribute && sKey != objAttribute.name())
+        objAttribute = objAttribute.next_attribute();
+    return objAttribute;
+}
+
+// The document element, if what stands beside it on the top level is allowed there.
+pugi::xml_node CheckTop(const pugi::xml_document& objDocument)
+{
+    pugi::xml_node objRoot;
+    for (const pugi::xml_node objNode : objDocument.children()) {
+        switch (objNode.type()) {
+        case pugi::node_element:
+            if (objRoot)
+                return {};
+            objRoot = objNode;
+            break;
+        case pugi::node_pcdata:
+            if (!IsLayout(objNode))
+                return {};
+            break;
+        case pugi::node_cdata:
+            return {};
+        case pugi::node_doctype:
+            if (std::strchr(objNode.value(), '[')) // an internal subset: entities of its own
+                return {};
+            break;
+        default:
+            break;
+        }
+    }
+    return objRoot;
+}
+
+// Values may have stood in single quotes; they are written in double ones.
+void EscapeQuotes(pugi::xml_node objNode)
+{
+    for (pugi::xml_attribute objAttribute : objNode.attributes()) {
+        if (std::strchr(objAttribute.value(), '"'))
+            objAttribute.set_value(QByteArray(objAttribute.value())
+                                       .replace(QByteArrayLiteral("\""), QByteArrayLiteral("&quot;"))
+                                       .constData());
+    }
+}
+
+// Looks at every node once, without recursion. False if elements are nested too deep.
+bool CheckTree(pugi::xml_node objRoot)
+{
+    int nDepth = 1;
+    for (pugi::xml_node objNode = objRoot;;) {
+        EscapeQuotes(objNode);
+        if (objNode.first_child()) {
+            objNode = objNode.first_child();
+            if (++nDepth > g_nMaxDepth && IsElement(objNode))
+                return false;
+            continue;
+        }
+        while (objNode != objRoot && !objNode.next_sibling()) {
+            objNode = objNode.parent();
+            --nDepth;
+        }
+        if (objNode == objRoot)
+            return true;
+        objNode = objNode.next_sibling();
+        if (nDepth > g_nMaxDepth && IsElement(objNode))
+            return false;
+    }
+}
+
+// Line break and indentation before an element that stands on a line of its own; else empty.
+std::string_view LineBefore(pugi::xml_node objNode)
+{
+    const pugi::xml_node objBefore = objNode.previous_sibling();
+    if (!IsLayout(objBefore))
+        return {};
+    const std::string_view sBlanks = objBefore.value();
+    std::size_t nBreak = sBlanks.rfind('\n');
+    if (nBreak == std::string_view::npos)
+        return {};
+    if (nBreak > 0 && sBlanks[nBreak - 1] == '\r')
+        --nBreak;
+    return sBlanks.substr(nBreak);
+}
+
+// Layout before a new last child, and behind it where its parent had no child so far.
+struct st_Layout
+{
+    std::string sBefore;
+    std::string sBehind;
+};
+
+st_Layout LayoutOfNewChild(pugi::xml_node objParent)
+{
+    pugi::xml_node objLast = objParent.last_child();
+    while (objLast && !IsElement(objLast))
+        objLast = objLast.previous_sibling();
+    if (objLast)
+        return {std::string(LineBefore(objLast)), {}};
+
+    const std::string_view sOwn = LineBefore(objParent);
+    if (sOwn.empty() || objParent.first_child())
+        return {};
+    const std::string_view sAbove = LineBefore(objParent.parent());
+    const std::string_view sBreak = sOwn.substr(0, sOwn.find('\n') + 1);
+    const std::string_view sStep = sOwn.substr(std::min(std::max(sAbove.size(), sBreak.size()), sOwn.size()));
+    return {std::string(sOwn).append(sStep), std::string(sOwn)};
+}
+
+pugi::xml_node AppendElement(pugi::xml_node objParent, const std::string& sName)
+{
+    const st_Layout stLayout = LayoutOfNewChild(objParent);
+    const pugi::xml_node objEnd = objParent.last_child();
+    pugi::xml_node objChild = !stLayout.sBefore.empty() && IsLayout(objEnd)
+                                  ? objParent.insert_child_before(pugi::node_element, objEnd)
+                                  : objParent.append_child(pugi::node_element);
+    if (!objChild.set_name(sName.c_str())) {
+        objParent.remove_child(objChild);
+        return {};
+    }
+    if (!stLayout.sBefore.empty())
+        objParent.insert_child_before(pugi::node_pcdata, objChild).set_value(stLayout.sBefore.c_str());
+    if (!stLayout.sBehind.empty())
+        objParent.append_child(pugi::node_pcdata).set_value(stLayout.sBehind.c_str());
+    return objChild;
+}
+
+void RemoveElement(pugi::xml_node objParent, pugi::xml_node objChild)
+{
+    const pugi::xml_node objBefore = objChild.previous_sibling();
+    if (IsLayout(objBefore) && IsLayout(objChild.next_sibling()))
+        objParent.remove_child(objBefore);
+    objParent.remove_child(objChild);
+    if (IsLayout(objParent.first_child()) && objParent.first_child() == objParent.last_child())
+        objParent.remove_child(objParent.first_child());
+}
+
+void AppendText(pugi::xml_node objNode, QString& sOut)
+{
+    for (const pugi::xml_node objChild : objNode.children()) {
+        if (IsElement(objChild))
+            AppendText(objChild, sOut);
+        else if (objChild.type() == pugi::node_cdata)
+            sOut += CXmlText::s_F_s_FromCData(objChild.value());
+        else if (objChild.type() == pugi::node_pcdata && !IsLayout(objChild))
+            sOut += CXmlText::s_F_s_FromContent(objChild.value());
+    }
+}
+
+QRegularExpressionMatch DeclaredEncoding(const QString& sText)
+{
+    static const QRegularExpression objPattern(uR"re(^\s*<\?xml\s[^>]*?encoding\s*=\s*["']([^"'>]*)["'])re"_s);
+    return objPattern.match(sText);
+}
+
+// Text of a file by its byte order mark, its first character or its declaration. False if it can't be told.
+bool Decode(const QByteArray& sBytes, QString& sText)
+{
+    const auto nEncoding = QStringConverter::encodingForData(sBytes, u'<');
+    if (nEncoding && *nEncoding != QStringConverter::Utf8) {
+        sText = QStringDecoder(*nEncoding).decode(sBytes);
+        return true;
+    }
+    const QString sHead = QString::fromLatin1(sBytes.constData(), std::min<qsizetype>(sBytes.size(), 256));
+    const QString sEncoding = DeclaredEncoding(sHead).captured(1);
+    if (sEncoding.startsWith("iso-8859-1"_L1, Qt::CaseInsensitive) ||
+        !sEncoding.compare("latin1"_L1, Qt::CaseInsensitive)) {
+        sText = QString::fromLatin1(sBytes);
+        return true;
+    }
+    sText = QString::fromUtf8(sBytes);
+    const bool bUtf8 = sEncoding.isEmpty() || !sEncoding.compare("utf-8"_L1, Qt::CaseInsensitive);
+    return bUtf8 || QByteArrayView(sBytes).isValidUtf8();
+}
+
+class CStringWriter : public pugi::xml_writer
+{
+public:
+    void write(const void* pData, std::size_t nSize) override { sText.append(static_cast<const char*>(pData), nSize); }
+
+    std::string sText;
+};
+
+} // namespace
+
+struct CXmlObj::st_Impl
+{
+    bool m_F_b_Parse(const QString& sXml);
+    pugi::xml_node m_F_o_Child(pugi::xml_node objParent, std::string_view sName);
+    pugi::xml_node m_F_o_Node(const CXmlPath& objPath);
+    pugi::xml_node m_F_o_MakeNode(const CXmlPath& objPath);
+    pugi::xml_node m_F_o_Append(pugi::xml_node objParent, std::string_view sName);
+    pugi::xml_attribute m_F_o_Attribute(const QString& sPath, const QString& sKey);
+    void m_S_Forget(pugi::xml_node objTop);
+    void m_S_Index(pugi::xml_node objParent);
+    bool m_F_b_Starts(const CXmlPath& objPath) const;
+
+    QByteArray vm_sBytes; // the parser works in it, the document points into it
+    pugi::xml_document vm_objDocument;
+    pugi::xml_node vm_objRoot;
+    QString vm_sSource; // the text as it was loaded; null once the document was changed
+    CXmlChildIndex vm_objIndex;
+};
+
+bool CXmlObj::st_Impl::m_F_b_Parse(const QString& sXml)
+{
+    const QStringView sText = sXml.startsWith(QChar::ByteOrderMark) ? QStringView(sXml).sliced(1) : QStringView(sXml);
+    if (sText.size() > g_nMaxBytes || sText.contains(QChar::Null))
+        return false;
+    vm_sBytes = sText.toUtf8();
+    if (vm_sBytes.size() > g_nMaxBytes)
+        return false;
+    if (!vm_objDocument.load_buffer_inplace(vm_sBytes.data(), static_cast<std::size_t>(vm_sBytes.size()), g_nParse,
+                                            pugi::encoding_utf8))
+        return false;
+    vm_objRoot = CheckTop(vm_objDocument);
+    vm_sSource = sText.size() == sXml.size() ? sXml : sText.toString();
+    return vm_objRoot && CheckTree(vm_objRoot);
+}
+
+void CXmlObj::st_Impl::m_S_Index(pugi::xml_node objParent)
+{
+    vm_objIndex.m_S_Begin(objParent.internal_object());
+    for (const pugi::xml_node objChild : objParent.children()) {
+        if (IsElement(objChild))
+            vm_objIndex.m_S_Append(objParent.internal_object(), objChild.internal_object(), objChild.name());
+    }
+}
+
+pugi::xml_node CXmlObj::st_Impl::m_F_o_Child(pugi::xml_node objParent, std::string_view sName)
+{
+    if (!vm_objIndex.m_F_b_Has(objParent.internal_object())) {
+        int nWalked = 0;
+        pugi::xml_node objChild = objParent.first_child();
+        for (; objChild && nWalked < g_nIndexFrom; objChild = objChild.next_sibling(), ++nWalked) {
+            if (IsElement(objChild) && sName == objChild.name())
+                return objChild;
+        }
+        if (!objChild)
+            return {};
+        m_S_Index(objParent);
+    }
+    return ToNode(vm_objIndex.m_F_p_Find(objParent.internal_object(), sName));
+}
+
+bool CXmlObj::st_Impl::m_F_b_Starts(const CXmlPath& objPath) const
+{
+    return objPath.m_F_b_IsValid() &&
+           (!objPath.m_F_b_IsAbsolute() || objPath.m_F_ar_Names().front() == vm_objRoot.name());
+}
+
+pugi::xml_node CXmlObj::st_Impl::m_F_o_Node(const CXmlPath& objPath)
+{
+    if (!m_F_b_Starts(objPath))
+        return {};
+    const auto& arNames = objPath.m_F_ar_Names();
+    pugi::xml_node objNode = vm_objRoot;
+    for (auto it = arNames.begin() + (objPath.m_F_b_IsAbsolute() ? 1 : 0); objNode && it != arNames.end(); ++it)
+        objNode = m_F_o_Child(objNode, *it);
+    return objNode;
+}
+
+pugi::xml_node CXmlObj::st_Impl::m_F_o_Append(pugi::xml_node objParent, std::string_view sName)
+{
+    const pugi::xml_node objChild = AppendElement(objParent, std::string(sName));
+    if (objChild) {
+        vm_sSource = QString();
+        vm_objIndex.m_S_Append(objParent.internal_object(), objChild.internal_object(), objChild.name());
+    }
+    return objChild;
+}
+
+// The node of the path, made if it is missing. Nothing is made unless all of it can stand in a document.
+pugi::xml_node CXmlObj::st_Impl::m_F_o_MakeNode(const CXmlPath& objPath)
+{
+    if (!m_F_b_Starts(objPath))
+        return {};
+    const auto& arNames = objPath.m_F_ar_Names();
+    auto it = arNames.begin() + (objPath.m_F_b_IsAbsolute() ? 1 : 0);
+    if (arNames.end() - it >= g_nMaxDepth)
+        return {};
+
+    pugi::xml_node objNode = vm_objRoot;
+    for (; it != arNames.end(); ++it) {
+        const pugi::xml_node objChild = m_F_o_Child(objNode, *it);
+        if (!objChild)
+            break;
+        objNode = objChild;
+    }
+    const auto bName = [](std::string_view sName) {
+        return CXmlText::s_F_b_IsName(QString::fromUtf8(sName.data(), static_cast<qsizetype>(sName.size())));
+    };
+    if (!std::all_of(it, arNames.end(), bName))
+        return {};
+    for (; objNode && it != arNames.end(); ++it)
+        objNode = m_F_o_Append(objNode, *it);
+    return objNode;
+}
+
+pugi::xml_attribute CXmlObj::st_Impl::m_F_o_Attribute(const QString& sPath, const QString& sKey)
+{
+    return FindAttribute(m_F_o_Node(CXmlPath(sPath)), CXmlUtf8(sKey).m_F_s_View());
+}
+
+// Drops what the index holds of an element that goes, and of all below it.
+void CXmlObj::st_Impl::m_S_Forget(pugi::xml_node objTop)
+{
+    if (vm_objIndex.m_F_b_IsEmpty())
+        return;
+    vm_objIndex.m_S_Drop(objTop.internal_object());
+    for (const pugi::xml_node objChild : objTop.children()) {
+        if (IsElement(objChild))
+            m_S_Forget(objChild);
+    }
+}
+
+CXmlObj::CXmlObj() = default;
+CXmlObj::~CXmlObj() = default;
+CXmlObj::CXmlObj(CXmlObj&&) noexcept = default;
+CXmlObj& CXmlObj::operator=(CXmlObj&&) noexcept = default;
+
+bool CXmlObj::m_F_b_LoadXML(const QString& sXml)
+{
+    auto pImpl = std::make_unique<st_Impl>();
+    vm_pImpl.reset();
+    if (!pImpl->m_F_b_Parse(sXml))
+        return false;
+    vm_pImpl = std::move(pImpl);
+    return true;
+}
+
+bool CXmlObj::m_F_b_LoadXMLFile(const QString& sPath)
+{
+    m_F_b_Close();
+    QFile objFile(sPath);
+    if (!objFile.open(QIODevice::ReadOnly))
+        return false;
+    // UTF-32 takes four bytes a character at most.
+    const QByteArray sBytes = objFile.read(4 * g_nMaxBytes);
+    QString sText;
+    return Decode(sBytes, sText) && m_F_b_LoadXML(sText);
+}
+
+bool CXmlObj::m_F_b_Save(const QString& sPath) const
+{
+    if (!vm_pImpl || sPath.isEmpty())
+        return false;
+    QString sText = m_F_s_GetXML();
+    const QRegularExpressionMatch objMatch = DeclaredEncoding(sText);
+    if (objMatch.hasMatch() && objMatch.capturedView(1).compare("utf-8"_L1, Qt::CaseInsensitive) != 0)
+        sText.replace(objMatch.capturedStart(1), objMatch.capturedLength(1), u"UTF-8"_s);
+
+    const QByteArray sBytes = sText.toUtf8();
+    QSaveFile objFile(sPath);
+    return objFile.open(QIODevice::WriteOnly) && objFile.write(sBytes) == sBytes.size() && objFile.commit();
+}
+
+bool CXmlObj::m_F_b_Close()
+{
+    vm_pImpl.reset();
+    return true;
+}
+
+bool CXmlObj::m_F_b_IsOpen() const
+{
+    return vm_pImpl != nullptr;
+}
+
+QString CXmlObj::m_F_s_GetXML() const
+{
+    if (!vm_pImpl)
+        return {};
+    if (!vm_pImpl->vm_sSource.isNull())
+        return vm_pImpl->vm_sSource;
+    CStringWriter objWriter;
+    objWriter.sText.reserve(static_cast<std::size_t>(vm_pImpl->vm_sBytes.size()));
+    vm_pImpl->vm_objDocument.save(objWriter, "", g_nFormat, pugi::encoding_utf8);
+    return QString::fromUtf8(objWriter.sText.data(), static_cast<qsizetype>(objWriter.sText.size()));
+}
+
+int CXmlObj::m_F_n_GetValue(const QString& sPath, const QString& sKey, QString& sOut, const QString& sDefault) const
+{
+    const pugi::xml_attribute objAttribute = vm_pImpl ? vm_pImpl->m_F_o_Attribute(sPath, sKey) : pugi::xml_attribute();
+    sOut = objAttribute ? CXmlText::s_F_s_FromAttribute(objAttribute.value()) : sDefault;
+    return objAttribute ? 1 : 0;
+}
+
+qint32 CXmlObj::m_F_n_GetValueInt(const QString& sPath, const QString& sKey, qint32 nDefault) const
+{
+    const pugi::xml_attribute objAttribute = vm_pImpl ? vm_pImpl->m_F_o_Attribute(sPath, sKey) : pugi::xml_attribute();
+    return objAttribute ? CXmlText::s_F_n_ToInt(objAttribute.value()) : nDefault;
+}
+
+int CXmlObj::m_F_n_GetText(const QString& sPath, QString& sOut, const QString& sDefault) const
+{
+    const pugi::xml_node objNode = vm_pImpl ? vm_pImpl->m_F_o_Node(CXmlPath(sPath)) : pugi::xml_node();
+    QString sText = objNode ? u""_s : sDefault;
+    AppendText(objNode, sText);
+    sOut = std::move(sText);
+    return objNode ? 1 : 0;
+}
+
+bool CXmlObj::m_F_b_SetValue(const QString& sPath, const QString& sKey, const QString& sValue)
+{
+    if (!vm_pImpl || !CXmlText::s_F_b_IsName(sKey))
+        return false;
+    pugi::xml_node objNode = vm_pImpl->m_F_o_MakeNode(CXmlPath(sPath));
+    if (!objNode)
+        return false;
+    const QByteArray sName = sKey.toUtf8();
+    pugi::xml_attribute objAttribute = FindAttribute(objNode, sName.constData());
+    // Pages store all they show, changed or not: a value that stays leaves the document as it was.
+    if (objAttribute && CXmlText::s_F_s_FromAttribute(objAttribute.value()) == sValue)
+        return true;
+    if (!objAttribute)
+        objAttribute = objNode.append_attribute(sName.constData());
+    vm_pImpl->vm_sSource = QString();
+    return objAttribute.set_value(CXmlText::s_F_s_ToAttribute(sValue).constData());
+}
+
+bool CXmlObj::m_F_b_SetValue(const QString& sPath, const QString& sKey, qint32 nValue)
+{
+    return m_F_b_SetValue(sPath, sKey, QString::number(nValue));
+}
+
+bool CXmlObj::m_F_b_AddNods(const QString& sParent, const QString& sName)
+{
+    if (!vm_pImpl || !CXmlText::s_F_b_IsName(sName))
+        return false;
+    const CXmlPath objPath(sParent);
+    const pugi::xml_node objParent = vm_pImpl->m_F_o_Node(objPath);
+    const qsizetype nDepth = objPath.m_F_ar_Names().size() + (objPath.m_F_b_IsAbsolute() ? 0 : 1);
+    if (!objParent || nDepth >= g_nMaxDepth)
+        return false;
+    return !vm_pImpl->m_F_o_Append(objParent, CXmlUtf8(sName).m_F_s_View()).empty();
+}
+
+bool CXmlObj::m_F_b_RemoveNods(const QString& sParent, const QString& sName)
+{
+    if (!vm_pImpl)
+        return false;
+    const CXmlUtf8 objName(sName);
+    const pugi::xml_node objParent = vm_pImpl->m_F_o_Node(CXmlPath(sParent));
+    const pugi::xml_node objChild = vm_pImpl->m_F_o_Child(objParent, objName.m_F_s_View());
+    if (!objChild)
+        return false;
+    vm_pImpl->vm_objIndex.m_S_RemoveFirst(objParent.internal_object(), objName.m_F_s_View());
+    vm_pImpl->m_S_Forget(objChild);
+    RemoveElement(objParent, objChild);
+    vm_pImpl->vm_sSource = QString();
+    return true;
+}
+
+bool CXmlObj::m_F_b_RenameNods(const QString& sParent, const QString& sOldName, const QString& sNewName)
+{
+    if (!vm_pImpl || !CXmlText::s_F_b_IsName(sNewName))
+        return false;
+    const CXmlUtf8 objName(sOldName);
+    const pugi::xml_node objParent = vm_pImpl->m_F_o_Node(CXmlPath(sParent));
+    pugi::xml_node objChild = vm_pImpl->m_F_o_Child(objParent, objName.m_F_s_View());
+    if (!objChild)
+        return false;
+    if (sOldName == sNewName)
+        return true;
+    vm_pImpl->vm_objIndex.m_S_RemoveFirst(objParent.internal_object(), objName.m_F_s_View());
+    vm_pImpl->vm_sSource = QString();
+    if (!objChild.set_name(sNewName.toUtf8().constData())) {
+        vm_pImpl->vm_objIndex.m_S_Drop(objParent.internal_object());
+        return false;
+    }
+    vm_pImpl->vm_objIndex.m_S_Insert(objParent.internal_object(), objChild.internal_object(), objChild.name());
+    return true;
+}
+
+CXmlNodeList CXmlObj::m_S_SelectNodesByKey(const QString& sPath) const
+{
+    CXmlNodeList objList;
+    const CXmlPath objPath(sPath);
+    if (!vm_pImpl || !vm_pImpl->m_F_b_Starts(objPath))
+        return objList;
+    objList.vm_objTop = CXmlNode(vm_pImpl->vm_objRoot.internal_object());
+    for (const std::string_view sName : objPath.m_F_ar_Names())
+        objList.vm_arNames.append(QByteArray(sName.data(), static_cast<qsizetype>(sName.size())));
+    if (objPath.m_F_b_IsAbsolute())
+        objList.vm_arNames.removeFirst();
+    return objList;
+}
+
+void CXmlObj::s_S_GetNodeVal(const CXmlNode& objNode, const QString& sKey, QString& sOut, const QString& sDefault)
+{
+    const pugi::xml_attribute objAttribute = FindAttribute(ToNode(objNode.vm_pNode), CXmlUtf8(sKey).m_F_s_View());
+    sOut = objAttribute ? CXmlText::s_F_s_FromAttribute(objAttribute.value()) : sDefault;
+}
+
+qint32 CXmlObj::s_F_n_GetNodeValInt(const CXmlNode& objNode, const QString& sKey, qint32 nDefault)
+{
+    const pugi::xml_attribute objAttribute = FindAttribute(ToNode(objNode.vm_pNode), CXmlUtf8(sKey).m_F_s_View());
+    return objAttribute ? CXmlText::s_F_n_ToInt(objAttribute.value()) : nDefault;
+}

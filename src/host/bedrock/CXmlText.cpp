@@ -1,0 +1,222 @@
+#include "host/bedrock/CXmlText.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <optional>
+#include <utility>
+
+namespace {
+
+constexpr std::string_view g_sBlanks = " \t\r\n";
+
+constexpr std::array<std::pair<std::string_view, char>, 5> g_arEntities = {
+    {{"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}}};
+
+enum class emForm
+{
+    Attribute,
+    Content,
+    CData
+};
+
+bool IsChar(char32_t nCode)
+{
+    if (nCode < 0x20)
+        return nCode == '\t' || nCode == '\n' || nCode == '\r';
+    return nCode <= 0x10FFFF && !(nCode >= 0xD800 && nCode <= 0xDFFF) && nCode != 0xFFFE && nCode != 0xFFFF;
+}
+
+// Value of "#10" or "#xA"; 0 if it is none.
+char32_t NumberOf(std::string_view sName)
+{
+    const bool bHex = sName.size() > 2 && sName[1] == 'x';
+    const std::string_view sDigits = sName.substr(bHex ? 2 : 1);
+    bool bOk = !sDigits.empty() && sDigits.size() <= 8 && sDigits.front() != '+' && sDigits.front() != '-';
+    const uint nCode = bOk ? QByteArrayView(sDigits.data(), sDigits.size()).toUInt(&bOk, bHex ? 16 : 10) : 0;
+    return bOk && IsChar(nCode) ? nCode : 0;
+}
+
+// Appends what the reference at the start of sRaw means and returns its length; 0 if it is none that we know, and then
+// it stays as it is written.
+std::size_t AppendReference(std::string_view sRaw, QByteArray& sOut)
+{
+    constexpr std::size_t nLongest = 12;
+    const std::size_t nEnd = sRaw.substr(0, nLongest).find(';');
+    if (nEnd == std::string_view::npos || nEnd < 2)
+        return 0;
+    const std::string_view sName = sRaw.substr(1, nEnd - 1);
+    if (sName.front() == '#') {
+        const char32_t nCode = NumberOf(sName);
+        if (!nCode)
+            return 0;
+        sOut += QString::fromUcs4(&nCode, 1).toUtf8();
+        return nEnd + 1;
+    }
+    for (const auto& [sEntity, cMeaning] : g_arEntities) {
+        if (sName == sEntity) {
+            sOut += cMeaning;
+            return nEnd + 1;
+        }
+    }
+    return 0;
+}
+
+QString Expand(std::string_view sRaw, emForm nForm)
+{
+    constexpr std::array<std::string_view, 3> arSpecial = {"&\r\n\t", "&\r", "\r"};
+    const std::string_view sSpecial = arSpecial[static_cast<std::size_t>(nForm)];
+    std::size_t nAt = sRaw.find_first_of(sSpecial);
+    if (nAt == std::string_view::npos)
+        return QString::fromUtf8(sRaw.data(), static_cast<qsizetype>(sRaw.size()));
+
+    QByteArray sOut;
+    sOut.reserve(static_cast<qsizetype>(sRaw.size()));
+    while (nAt != std::string_view::npos) {
+        sOut.append(sRaw.data(), static_cast<qsizetype>(nAt));
+        sRaw.remove_prefix(nAt);
+        std::size_t nUsed = sRaw.front() == '&' ? AppendReference(sRaw, sOut) : 0;
+        if (!nUsed) {
+            const bool bPair = sRaw.substr(0, 2) == "\r\n";
+            const char cBreak = nForm == emForm::Attribute ? ' ' : '\n';
+            sOut += sRaw.front() == '&' ? '&' : cBreak;
+            nUsed = bPair ? 2 : 1;
+        }
+        sRaw.remove_prefix(nUsed);
+        nAt = sRaw.find_first_of(sSpecial);
+    }
+    sOut.append(sRaw.data(), static_cast<qsizetype>(sRaw.size()));
+    return QString::fromUtf8(sOut);
+}
+
+bool IsNameStart(QChar cChar)
+{
+    if (cChar.unicode() < 0x80)
+        return cChar.isLetter() || cChar == u'_' || cChar == u':';
+    return cChar.isLetter() || cChar.isSurrogate();
+}
+
+bool IsNamePart(QChar cChar)
+{
+    if (cChar.unicode() < 0x80)
+        return IsNameStart(cChar) || cChar.isDigit() || cChar == u'-' || cChar == u'.';
+    return cChar.isLetterOrNumber() || cChar.isMark() || cChar.isSurrogate() || cChar.unicode() == 0xB7;
+}
+
+const char* ReplacementOf(char16_t cChar)
+{
+    switch (cChar) {
+    case u'&':
+        return "&amp;";
+    case u'<':
+        return "&lt;";
+    case u'>':
+        return "&gt;";
+    case u'"':
+        return "&quot;";
+    case u'\t':
+        return "&#9;";
+    case u'\n':
+        return "&#10;";
+    case u'\r':
+        return "&#13;";
+    default:
+        return (cChar < 0x20 || cChar >= 0xFFFE) ? "\xEF\xBF\xBD" : nullptr;
+    }
+}
+
+} // namespace
+
+bool CXmlText::s_F_b_IsName(QStringView sName)
+{
+    return !sName.isEmpty() && sName.isValidUtf16() && IsNameStart(sName.front()) &&
+           std::all_of(sName.begin(), sName.end(), IsNamePart);
+}
+
+QByteArray CXmlText::s_F_s_ToAttribute(const QString& sText)
+{
+    const auto bSpecial = [](QChar cChar) { return ReplacementOf(cChar.unicode()) != nullptr; };
+    const QChar* pAt = std::find_if(sText.begin(), sText.end(), bSpecial);
+    if (pAt == sText.end())
+        return sText.toUtf8();
+
+    QByteArray sOut;
+    const QChar* pFrom = sText.begin();
+    while (pAt != sText.end()) {
+        sOut += QStringView(pFrom, pAt).toUtf8();
+        sOut += ReplacementOf(pAt->unicode());
+        pFrom = pAt + 1;
+        pAt = std::find_if(pFrom, sText.end(), bSpecial);
+    }
+    return sOut += QStringView(pFrom, sText.end()).toUtf8();
+}
+
+QString CXmlText::s_F_s_FromAttribute(std::string_view sRaw)
+{
+    return Expand(sRaw, emForm::Attribute);
+}
+
+QString CXmlText::s_F_s_FromContent(std::string_view sRaw)
+{
+    return Expand(sRaw, emForm::Content);
+}
+
+QString CXmlText::s_F_s_FromCData(std::string_view sRaw)
+{
+    return Expand(sRaw, emForm::CData);
+}
+
+bool CXmlText::s_F_b_IsBlank(std::string_view sRaw)
+{
+    return sRaw.find_first_not_of(g_sBlanks) == std::string_view::npos;
+}
+
+qint32 CXmlText::s_F_n_ToInt(std::string_view sRaw)
+{
+    using Limits = std::numeric_limits<qint32>;
+    sRaw.remove_prefix(std::min(sRaw.find_first_not_of(g_sBlanks), sRaw.size()));
+    const bool bNegative = !sRaw.empty() && sRaw.front() == '-';
+    if (!sRaw.empty() && (bNegative || sRaw.front() == '+'))
+        sRaw.remove_prefix(1);
+
+    const qint64 nLimit = bNegative ? -static_cast<qint64>(Limits::min()) : Limits::max();
+    qint64 nValue = 0;
+    for (const char cDigit : sRaw) {
+        if (cDigit < '0' || cDigit > '9')
+            break;
+        nValue = std::min(nValue * 10 + (cDigit - '0'), nLimit);
+    }
+    return static_cast<qint32>(bNegative ? -nValue : nValue);
+}
+
+CXmlUtf8::CXmlUtf8(QStringView sText)
+{
+    vm_arBytes.resize(sText.size());
+    for (qsizetype i = 0; i < sText.size(); ++i) {
+        const char16_t cChar = sText[i].unicode();
+        if (cChar >= 0x80) {
+            const QByteArray sBytes = sText.toUtf8();
+            vm_arBytes.resize(0);
+            vm_arBytes.append(sBytes.constData(), sBytes.size());
+            return;
+        }
+        vm_arBytes[i] = static_cast<char>(cChar);
+    }
+}
+
+CXmlPath::CXmlPath(const QString& sPath) : vm_objText(QStringView(sPath).trimmed())
+{
+    std::string_view sRest = vm_objText.m_F_s_View();
+    if (sRest.empty())
+        return;
+    vm_bAbsolute = sRest.front() == '/';
+    if (vm_bAbsolute)
+        sRest.remove_prefix(1);
+    for (std::size_t nSlash = 0; nSlash != std::string_view::npos;) {
+        nSlash = sRest.find('/');
+        const std::string_view sName = sRest.substr(0, nSlash);
+        vm_bValid = vm_bValid && !sName.empty();
+        vm_arNames.append(sName);
+        sRest.remove_prefix(std::min(sName.size() + 1, sRest.size()));
+    }
+}
