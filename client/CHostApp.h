@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// What the command line asks for.
+struct stDef_HostOptions
+{
+    QString sConfigFolder;
+    QString sLangFolder;
+    QStringList arImports;
+    QString sTourFolder; ///< empty: no tour
+};
+
+/// The program: options, environment, recorder list, window. Needs a QApplication.
+class CHostApp
+{
+public:
+    static constexpr int ExitOk = 0;
+    static constexpr int ExitTourFailed = 1;
+    static constexpr int ExitSetup = 2; ///< options, configuration folder or a recorder card are unusable
+
+    /// Runs the host with the arguments (the first is the program's name) until its window is closed or its tour ends.
+    /// What went wrong is told on stderr.
+    static int s_F_n_Run(const QStringList& arArguments);
+};

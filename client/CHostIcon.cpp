@@ -1,0 +1,91 @@
+#include "CHostIcon.h"
+
+#include <QGuiApplication>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPalette>
+#include <QPixmap>
+
+namespace {
+
+// All shapes are drawn in a square of 24 units.
+void DrawConnect(QPainter& objPainter)
+{
+    QPainterPath objPath(QPointF(8, 5));
+    objPath.lineTo(19, 12);
+    objPath.lineTo(8, 19);
+    objPath.closeSubpath();
+    objPainter.fillPath(objPath, objPainter.pen().color());
+}
+
+void DrawDisconnect(QPainter& objPainter)
+{
+    objPainter.fillRect(QRectF(6.5, 6.5, 11, 11), objPainter.pen().color());
+}
+
+void DrawArrow(QPainter& objPainter, QPointF ptFrom, QPointF ptTo, qreal nHead)
+{
+    objPainter.drawLine(ptFrom, ptTo);
+    objPainter.drawLine(ptTo, ptTo + QPointF(-nHead, -4));
+    objPainter.drawLine(ptTo, ptTo + QPointF(-nHead, 4));
+}
+
+void DrawExchange(QPainter& objPainter)
+{
+    DrawArrow(objPainter, {4, 8}, {20, 8}, 4);
+    DrawArrow(objPainter, {20, 16}, {4, 16}, -4);
+}
+
+void DrawFullScreen(QPainter& objPainter)
+{
+    for (const int nTurn : {0, 1, 2, 3}) {
+        objPainter.save();
+        objPainter.translate(12, 12);
+        objPainter.rotate(90 * nTurn);
+        objPainter.drawPolyline(QPolygonF({{-7, -2}, {-7, -7}, {-2, -7}}));
+        objPainter.restore();
+    }
+}
+
+constexpr void (*g_apfnDraw[])(QPainter&) = {DrawConnect, DrawDisconnect, DrawExchange, DrawFullScreen};
+
+class CDrawnIcon : public QIconEngine
+{
+public:
+    explicit CDrawnIcon(emDef_HostIcon nIcon) : vm_nIcon(nIcon) {}
+
+    QIconEngine* clone() const override { return new CDrawnIcon(vm_nIcon); }
+
+    void paint(QPainter* pPainter, const QRect& rcTarget, QIcon::Mode nMode, QIcon::State) override
+    {
+        const QPalette::ColorGroup nGroup = nMode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+        const QColor objColour = QGuiApplication::palette().color(nGroup, QPalette::ButtonText);
+        pPainter->save();
+        pPainter->setRenderHint(QPainter::Antialiasing);
+        pPainter->translate(rcTarget.topLeft());
+        pPainter->scale(rcTarget.width() / 24.0, rcTarget.height() / 24.0);
+        pPainter->setPen(QPen(objColour, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        g_apfnDraw[static_cast<std::size_t>(vm_nIcon)](*pPainter);
+        pPainter->restore();
+    }
+
+    QPixmap pixmap(const QSize& szPixels, QIcon::Mode nMode, QIcon::State nState) override
+    {
+        QPixmap objPixmap(szPixels);
+        objPixmap.fill(Qt::transparent);
+        QPainter objPainter(&objPixmap);
+        paint(&objPainter, QRect({}, szPixels), nMode, nState);
+        return objPixmap;
+    }
+
+private:
+    emDef_HostIcon vm_nIcon;
+};
+
+} // namespace
+
+QIcon CHostIcon::s_F_o_Get(emDef_HostIcon nIcon)
+{
+    return QIcon(new CDrawnIcon(nIcon));
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+#include <QString>
+
+class QPainter;
+class QRectF;
+
+/// What a live cell really shows, in the operator's terms.
+enum class emDef_LiveState
+{
+    Idle,          ///< never connected
+    Connecting,    ///< no answer yet
+    Waiting,       ///< the stream plays, but no picture came for two seconds
+    Live,          ///< pictures come
+    Disconnecting, ///< told to end
+    Disconnected,  ///< ended from here
+    Lost,          ///< ended from the other side, or fallen silent
+    NoAnswer,      ///< nothing ever came
+    Refused,       ///< the recorder said no
+    Unusable       ///< no connection object can be made of the recorder's entry
+};
+
+/// How a state is told: a word, a sentence, and a mark whose colour is never alone.
+class CLiveState
+{
+public:
+    static QString s_F_s_Text(emDef_LiveState nState);
+    static QString s_F_s_Hint(emDef_LiveState nState);
+    /// Colour of the mark, readable on the palette's base colour.
+    static QColor s_F_o_Colour(emDef_LiveState nState, const QPalette& objPalette);
+    static bool s_F_b_IsDark(const QPalette& objPalette);
+    /// Draws the mark into the square: filled while pictures come, a ring otherwise.
+    static void s_S_DrawMark(QPainter& objPainter, const QRectF& rcMark, emDef_LiveState nState,
+                             const QPalette& objPalette);
+};

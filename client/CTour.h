@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+#include "CLiveChannel.h"
+
+class CMainWindow;
+
+/// Drives the host's own window through its states without anybody at it: pictures of each, a table of what was
+/// measured, and a word on everything that was not as it should be.
+class CTour
+{
+public:
+    /// Longest waits in ms, for the parts of the tour.
+    struct stDef_Limits
+    {
+        int nLiveMs = 20000;
+        int nEndMs = 5000;
+        int nMeasureMs = 2000;
+    };
+
+    CTour(CMainWindow* pWindow, const QString& sFolder);
+    CTour(CMainWindow* pWindow, const QString& sFolder, const stDef_Limits& stLimits);
+
+    /// Runs the tour: PNGs and `tour.txt` go into the folder. Returns what failed; empty if all went well.
+    QStringList m_F_ar_Run();
+    /// The table, as in `tour.txt`.
+    QString m_F_s_Report() const;
+
+private:
+    struct stDef_ChannelRow
+    {
+        QString sTitle;
+        std::int64_t nFirstPictureMs = -1;
+        double nRate = 0;
+        QString sStates;
+    };
+
+    bool m_F_b_Wait(const std::function<bool()>& fnDone, int nLimitMs);
+    void m_S_Trigger(const char* pszAction);
+    void m_S_Grab(const QString& sName);
+    void m_S_Fail(const QString& sWhat);
+    bool m_F_b_WaitLive();
+    void m_S_Measure();
+    void m_S_Live();
+    void m_S_Exchange();
+    void m_S_Disconnect();
+    void m_S_Reconnect();
+    void m_S_WriteReport();
+
+    CMainWindow* vm_pWindow;
+    QString vm_sFolder;
+    stDef_Limits vm_stLimits;
+    QStringList vm_arFailures;
+    QList<stDef_ChannelRow> vm_arRows;
+};

@@ -1,0 +1,98 @@
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include "CHostApp.h"
+#include "CVirtualNvr.h"
+#include "RecorderCard.h"
+#include "host/Lib_Hostenv.h"
+
+namespace {
+
+class HostAppTest : public testing::Test
+{
+protected:
+    void SetUp() override { CWinAES_CMS::s_S_SetKeyFolder(vm_dir.path()); }
+
+    int Run(QStringList arArguments)
+    {
+        arArguments.prepend("fleetlink-client");
+        testing::internal::CaptureStdout();
+        testing::internal::CaptureStderr();
+        const int nExit = CHostApp::s_F_n_Run(arArguments);
+        vm_sOut = testing::internal::GetCapturedStdout();
+        vm_sErr = testing::internal::GetCapturedStderr();
+        EXPECT_EQ((vm_sOut + vm_sErr).find("Fl33t!ink"), std::string::npos);
+        return nExit;
+    }
+
+    QString Path(const char* pszName) const { return vm_dir.filePath(pszName); }
+
+    QTemporaryDir vm_dir;
+    std::string vm_sOut;
+    std::string vm_sErr;
+};
+
+TEST_F(HostAppTest, UnusableOptionsEndWithTwo)
+{
+    QFile file(Path("file"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    const QString sConfig = Path("config");
+    const struct
+    {
+        QStringList arArguments;
+        const char* pszTold;
+    } arCases[] = {
+        {{"--frobnicate"}, "frobnicate"},
+        {{"recorder.xml"}, "no arguments but options"},
+        {{"--config"}, "config"},
+        {{"--config", Path("file") + "/below"}, "can't be used"},
+        {{"--config", sConfig, "--import", Path("none.xml")}, "no such file"},
+        {{"--config", sConfig, "--lang-dir", QString(300, 'x')}, "too long"},
+    };
+    for (const auto& stCase : arCases) {
+        EXPECT_EQ(Run(stCase.arArguments), CHostApp::ExitSetup) << stCase.pszTold;
+        EXPECT_NE(vm_sErr.find(stCase.pszTold), std::string::npos) << vm_sErr;
+    }
+    EXPECT_EQ(Run({"--help"}), CHostApp::ExitOk);
+    EXPECT_NE(vm_sOut.find("--tour"), std::string::npos);
+}
+
+TEST_F(HostAppTest, TheTourTellsWhatItSaw)
+{
+    CVirtualNvr nvr;
+    std::string sError;
+    ASSERT_TRUE(nvr.m_F_b_Start({}, sError)) << sError;
+    WriteCard(Path("card.xml"), "Lab", nvr.m_F_n_HttpPort(), nvr.m_F_n_RtspPort(), 4);
+    const QStringList arArguments = {"--config", Path("config"), "--import", Path("card.xml"), "--tour", Path("tour")};
+    EXPECT_EQ(Run(arArguments), CHostApp::ExitOk) << vm_sErr;
+    for (const char* const pszName : {"1-live", "2-documents", "3-disconnected", "4-connected-again"})
+        EXPECT_FALSE(QImage(Path("tour/") + pszName + ".png").isNull()) << pszName;
+    QFile file(Path("tour/tour.txt"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray sReport = file.readAll();
+    EXPECT_NE(vm_sOut.find(sReport.toStdString()), std::string::npos);
+    EXPECT_EQ(sReport.count("Connecting 0 ms"), 8);
+    EXPECT_EQ(sReport.count("Disconnected "), 4);
+    EXPECT_EQ(sReport.count("Fetched and posted"), 4);
+
+    // A recorder that lacks what the list promises: every part is told, and the tour goes on to its end.
+    nvr.m_S_Stop();
+    ASSERT_TRUE(nvr.m_F_b_Start({.nChannels = 2}, sError)) << sError;
+    WriteCard(Path("card.xml"), "Lab", nvr.m_F_n_HttpPort(), nvr.m_F_n_RtspPort(), 4);
+    EXPECT_EQ(Run(arArguments), CHostApp::ExitTourFailed);
+    EXPECT_EQ(vm_sErr.find("cell 2"), std::string::npos);
+    EXPECT_NE(vm_sErr.find("cell 3 shows no moving picture: Connecting 0 ms, Refused"), std::string::npos) << vm_sErr;
+    EXPECT_TRUE(QFile::exists(Path("tour/4-connected-again.png")));
+}
+
+TEST_F(HostAppTest, ATourWithoutARecorderFails)
+{
+    EXPECT_EQ(Run({"--config", Path("config"), "--tour", Path("tour")}), CHostApp::ExitTourFailed);
+    EXPECT_NE(vm_sErr.find("no such channel"), std::string::npos);
+    EXPECT_NE(vm_sErr.find("no document was exchanged"), std::string::npos);
+}
+
+} // namespace

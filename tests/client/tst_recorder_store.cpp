@@ -1,0 +1,146 @@
+#include <QDirIterator>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include "CRecorderStore.h"
+
+namespace {
+
+QString Fixture(const char* pszName)
+{
+    return QStringLiteral(FIXTURE_FOLDER "/") + pszName;
+}
+
+class RecorderStoreTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(vm_env.m_F_b_Init(vm_dir.path()));
+        CWinAES_CMS::s_S_SetKeyFolder(vm_dir.path());
+    }
+
+    // All bytes of all files below the configuration folder.
+    QByteArray Disk() const
+    {
+        QByteArray sAll;
+        for (QDirIterator it(vm_dir.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); it.hasNext();) {
+            QFile file(it.next());
+            EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+            sAll += file.readAll();
+        }
+        return sAll;
+    }
+
+    QString Attribute(const char* pszNode, const char* pszKey)
+    {
+        QString sValue;
+        vm_env.m_F_p_GetMemSysXML()->m_F_n_GetValue(QString("/root/NVR/") + pszNode, pszKey, sValue, "missing");
+        return sValue;
+    }
+
+    QTemporaryDir vm_dir;
+    CEnvObj vm_env;
+    CRecorderStore vm_store{&vm_env};
+};
+
+TEST_F(RecorderStoreTest, CardsAreTakenIntoTheListOnDisk)
+{
+    const stDef_ImportResult stResult = vm_store.m_F_o_Import(Fixture("two.xml"));
+    ASSERT_EQ(stResult.sError, QString());
+    EXPECT_EQ(stResult.nAdded, 2);
+
+    CEnvObj envAgain;
+    ASSERT_TRUE(envAgain.m_F_b_Init(vm_dir.path()));
+    const QList<stDef_Recorder> arRecorders = CRecorderStore(&envAgain).m_F_ar_Recorders();
+    ASSERT_EQ(arRecorders.size(), 2);
+    EXPECT_EQ(arRecorders[0].sName, "Front gate");
+    EXPECT_EQ(arRecorders[0].sAddress, "192.0.2.10");
+    EXPECT_EQ(arRecorders[0].nHttpPort, 8080);
+    EXPECT_EQ(arRecorders[0].nRtspPort, 8554);
+    EXPECT_EQ(arRecorders[0].nChannels, 16);
+    EXPECT_EQ(arRecorders[1].nNvrID, 1);
+    EXPECT_EQ(arRecorders[1].sName, QString::fromUtf8("庫房"));
+    EXPECT_EQ(arRecorders[1].nType, 0);
+    EXPECT_EQ(arRecorders[1].nHttpPort, 80) << "a card may leave out what has a default";
+
+    const stDef_NvrInit stInit = CRecorderStore(&envAgain).m_F_o_InitRecord(1);
+    EXPECT_EQ(stInit.nNvrID, 1);
+    EXPECT_EQ(stInit.sIP, "nvr.example");
+    EXPECT_EQ(stInit.sUID, "operator");
+    EXPECT_EQ(stInit.sPWD, "pass:w@rd/#?");
+}
+
+TEST_F(RecorderStoreTest, PasswordsStandOnDiskInTheirStoredFormOnly)
+{
+    ASSERT_EQ(vm_store.m_F_o_Import(Fixture("two.xml")).sError, QString());
+    const QByteArray sDisk = Disk();
+    EXPECT_TRUE(sDisk.contains("192.0.2.10"));
+    EXPECT_FALSE(sDisk.contains("s3cret"));
+    EXPECT_FALSE(sDisk.contains("pass:w@rd"));
+    EXPECT_FALSE(sDisk.contains("ClearPWD"));
+    EXPECT_EQ(CWinAES_CMS::s_F_s_Decrypt(Attribute("N000", "PWD")), "s3cret & \"quoted\"");
+}
+
+TEST_F(RecorderStoreTest, ACardOfAKnownNameUpdatesAndKeepsThePasswordThatItLacks)
+{
+    ASSERT_EQ(vm_store.m_F_o_Import(Fixture("two.xml")).sError, QString());
+    const QString sStored = Attribute("N000", "PWD");
+    const stDef_ImportResult stResult = vm_store.m_F_o_Import(Fixture("update.xml"));
+    EXPECT_EQ(stResult.nAdded, 0);
+    EXPECT_EQ(stResult.nUpdated, 1);
+    EXPECT_EQ(Attribute("N000", "IP"), "192.0.2.99");
+    EXPECT_EQ(Attribute("N000", "Channels"), "8");
+    EXPECT_EQ(Attribute("N000", "PWD"), sStored);
+    EXPECT_EQ(vm_store.m_F_o_Import(Fixture("nameless.xml")).nAdded, 1);
+    EXPECT_EQ(Attribute("N002", "Name"), "192.0.2.7");
+    EXPECT_EQ(vm_store.m_F_o_InitRecord(2).sPWD, "") << "an account without a password";
+}
+
+TEST_F(RecorderStoreTest, ABadCardIsToldAndChangesNothing)
+{
+    ASSERT_EQ(vm_store.m_F_o_Import(Fixture("two.xml")).sError, QString());
+    const QByteArray sBefore = Disk();
+    const QString sXmlBefore = vm_env.m_F_p_GetMemSysXML()->m_F_s_GetXML();
+    const struct
+    {
+        const char* pszFile;
+        const char* pszTold;
+    } arCases[] = {
+        {"no-such-file.xml", "no such file"},
+        {"bad-cut.xml", "not a recorder card"},
+        {"bad-none.xml", "no recorder"},
+        {"bad-address.xml", "recorder 1: no address"},
+        {"bad-address-form.xml", "no address"},
+        {"bad-account.xml", "no account"},
+        {"bad-port.xml", "recorder 2: HttpPort"},
+        {"bad-port-text.xml", "RtspPort"},
+        {"bad-type.xml", "Type"},
+        {"bad-channels.xml", "Channels is no number from 1 to 64"},
+    };
+    for (const auto& stCase : arCases) {
+        const stDef_ImportResult stResult = vm_store.m_F_o_Import(Fixture(stCase.pszFile));
+        EXPECT_TRUE(stResult.sError.contains(stCase.pszTold))
+            << stCase.pszFile << ": " << stResult.sError.toStdString();
+        EXPECT_EQ(stResult.nAdded + stResult.nUpdated, 0) << stCase.pszFile;
+    }
+    EXPECT_EQ(Disk(), sBefore);
+    EXPECT_EQ(vm_env.m_F_p_GetMemSysXML()->m_F_s_GetXML(), sXmlBefore);
+}
+
+TEST_F(RecorderStoreTest, ADamagedListIsReadAsFarAsItGoes)
+{
+    CXmlObj& objXml = *vm_env.m_F_p_GetMemSysXML();
+    ASSERT_TRUE(objXml.m_F_b_LoadXML("<root><NVR count='2000000000'><N001 Type='1' IP='192.0.2.1' Channels='-3'/>"
+                                     "<N1000 Type='1' IP='192.0.2.2'/><N1001 Type='1'/></NVR></root>"));
+    const QList<stDef_Recorder> arRecorders = vm_store.m_F_ar_Recorders();
+    ASSERT_EQ(arRecorders.size(), 2);
+    EXPECT_EQ(arRecorders[0].nNvrID, 1);
+    EXPECT_EQ(arRecorders[0].nChannels, 1);
+    EXPECT_EQ(arRecorders[1].nNvrID, 1000);
+    EXPECT_EQ(arRecorders[1].sName, "192.0.2.2");
+    EXPECT_TRUE(vm_store.m_F_o_Import(Fixture("nameless.xml")).sError.contains("full"));
+}
+
+} // namespace
