@@ -58,6 +58,11 @@ FILETIME ToFileTime(const QDateTime& objTime)
     return stTime;
 }
 
+bool IsPair(const QString& sText, qsizetype nAt)
+{
+    return sText[nAt].isHighSurrogate() && nAt + 1 < sText.size() && sText[nAt + 1].isLowSurrogate();
+}
+
 #ifndef _WIN32
 
 // Characters of the bytes 0x80 to 0x9F of Windows-1252; all others are those of Latin-1. 0: no character.
@@ -212,7 +217,16 @@ QString CSFunc::s_F_s_Utf8ToUnicode(const QByteArray& sText)
 
 QByteArray CSFunc::s_F_s_UnicodeToUtf8(const QString& sText)
 {
-    return sText.toUtf8();
+    if (sText.isValidUtf16())
+        return sText.toUtf8();
+    QString sWhole = sText;
+    for (qsizetype i = 0; i < sWhole.size(); ++i) {
+        if (IsPair(sWhole, i))
+            ++i;
+        else if (sWhole[i].isSurrogate())
+            sWhole[i] = QChar::ReplacementCharacter;
+    }
+    return sWhole.toUtf8();
 }
 
 #ifdef _WIN32
@@ -243,8 +257,7 @@ QByteArray CSFunc::s_F_s_UnicodeToAnsi(const QString& sText)
     sOut.reserve(sText.size());
     for (qsizetype i = 0; i < sText.size(); ++i) {
         sOut += ToCodePage(sText[i].unicode());
-        const bool bPair = sText[i].isHighSurrogate() && i + 1 < sText.size() && sText[i + 1].isLowSurrogate();
-        i += bPair ? 1 : 0;
+        i += IsPair(sText, i) ? 1 : 0;
     }
     return sOut;
 }

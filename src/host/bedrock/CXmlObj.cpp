@@ -202,7 +202,7 @@ QRegularExpressionMatch DeclaredEncoding(const QString& sText)
 bool Decode(const QByteArray& sBytes, QString& sText)
 {
     const auto nEncoding = QStringConverter::encodingForData(sBytes, u'<');
-    if (nEncoding && *nEncoding != QStringConverter::Utf8) {
+    if (nEncoding) {
         sText = QStringDecoder(*nEncoding).decode(sBytes);
         return true;
     }
@@ -250,13 +250,14 @@ struct CXmlObj::st_Impl
 bool CXmlObj::st_Impl::m_F_b_Parse(const QString& sXml)
 {
     const QStringView sText = sXml.startsWith(QChar::ByteOrderMark) ? QStringView(sXml).sliced(1) : QStringView(sXml);
-    if (sText.size() > g_nMaxBytes || sText.contains(QChar::Null))
+    if (sText.isEmpty() || sText.size() > g_nMaxBytes || sText.contains(QChar::Null))
         return false;
     vm_sBytes = sText.toUtf8();
     if (vm_sBytes.size() > g_nMaxBytes)
         return false;
-    if (!vm_objDocument.load_buffer_inplace(vm_sBytes.data(), static_cast<std::size_t>(vm_sBytes.size()), g_nParse,
-                                            pugi::encoding_utf8))
+    // With its closing zero: the parser overwrites the last byte that it is given, and blanks there would be lost.
+    const auto nSize = static_cast<std::size_t>(vm_sBytes.size()) + 1;
+    if (!vm_objDocument.load_buffer_inplace(vm_sBytes.data(), nSize, g_nParse, pugi::encoding_utf8))
         return false;
     vm_objRoot = CheckTop(vm_objDocument);
     vm_sSource = sText.size() == sXml.size() ? sXml : sText.toString();

@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <limits>
-#include <optional>
 #include <utility>
+
+#include "host/bedrock/CSFunc.h"
 
 namespace {
 
@@ -103,25 +104,25 @@ bool IsNamePart(QChar cChar)
     return cChar.isLetterOrNumber() || cChar.isMark() || cChar.isSurrogate() || cChar.unicode() == 0xB7;
 }
 
-const char* ReplacementOf(char16_t cChar)
+const char* ReplacementOf(char cByte)
 {
-    switch (cChar) {
-    case u'&':
+    switch (cByte) {
+    case '&':
         return "&amp;";
-    case u'<':
+    case '<':
         return "&lt;";
-    case u'>':
+    case '>':
         return "&gt;";
-    case u'"':
+    case '"':
         return "&quot;";
-    case u'\t':
+    case '\t':
         return "&#9;";
-    case u'\n':
+    case '\n':
         return "&#10;";
-    case u'\r':
+    case '\r':
         return "&#13;";
     default:
-        return (cChar < 0x20 || cChar >= 0xFFFE) ? "\xEF\xBF\xBD" : nullptr;
+        return static_cast<unsigned char>(cByte) < 0x20 ? "\xEF\xBF\xBD" : nullptr;
     }
 }
 
@@ -135,20 +136,22 @@ bool CXmlText::s_F_b_IsName(QStringView sName)
 
 QByteArray CXmlText::s_F_s_ToAttribute(const QString& sText)
 {
-    const auto bSpecial = [](QChar cChar) { return ReplacementOf(cChar.unicode()) != nullptr; };
-    const QChar* pAt = std::find_if(sText.begin(), sText.end(), bSpecial);
-    if (pAt == sText.end())
-        return sText.toUtf8();
+    QString sAllowed = sText;
+    sAllowed.replace(QChar(0xFFFE), QChar::ReplacementCharacter).replace(QChar(0xFFFF), QChar::ReplacementCharacter);
+    const QByteArray sBytes = CSFunc::s_F_s_UnicodeToUtf8(sAllowed);
+    const auto bSpecial = [](char cByte) { return ReplacementOf(cByte) != nullptr; };
+    if (std::none_of(sBytes.begin(), sBytes.end(), bSpecial))
+        return sBytes;
 
     QByteArray sOut;
-    const QChar* pFrom = sText.begin();
-    while (pAt != sText.end()) {
-        sOut += QStringView(pFrom, pAt).toUtf8();
-        sOut += ReplacementOf(pAt->unicode());
-        pFrom = pAt + 1;
-        pAt = std::find_if(pFrom, sText.end(), bSpecial);
+    sOut.reserve(sBytes.size() + 32);
+    for (const char cByte : sBytes) {
+        if (const char* pszReplacement = ReplacementOf(cByte))
+            sOut += pszReplacement;
+        else
+            sOut += cByte;
     }
-    return sOut += QStringView(pFrom, sText.end()).toUtf8();
+    return sOut;
 }
 
 QString CXmlText::s_F_s_FromAttribute(std::string_view sRaw)

@@ -1,0 +1,413 @@
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QStringEncoder>
+#include <QTemporaryDir>
+#include <functional>
+#include <gtest/gtest.h>
+#include <map>
+#include <random>
+#include <vector>
+
+#include "host/bedrock/CXmlObj.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString g_sFixtures = QStringLiteral(FIXTURE_FOLDER "/");
+
+QByteArray ReadFile(const QString& sPath)
+{
+    QFile objFile(sPath);
+    EXPECT_TRUE(objFile.open(QIODevice::ReadOnly)) << qPrintable(sPath);
+    return objFile.readAll();
+}
+
+std::string Value(const CXmlObj& objXml, const QString& sPath, const QString& sKey)
+{
+    QString sOut;
+    objXml.m_F_n_GetValue(sPath, sKey, sOut, u"default"_s);
+    return sOut.toStdString();
+}
+
+std::string Text(const CXmlObj& objXml, const QString& sPath)
+{
+    QString sOut;
+    objXml.m_F_n_GetText(sPath, sOut, u"default"_s);
+    return sOut.toStdString();
+}
+
+TEST(Xml, ReadsWhatTheRecorderWrote)
+{
+    CXmlObj objXml;
+    ASSERT_TRUE(objXml.m_F_b_LoadXMLFile(g_sFixtures + u"Camera.xml"_s));
+    const struct
+    {
+        QString sPath;
+        QString sKey;
+        const char* pszText;
+        int nNumber;
+    } arRows[] = {
+        {u"/root/Camera/Cam000"_s, u"Name"_s, "Loading dock & ramp", 0},
+        {u"Camera/Cam001"_s, u"Name"_s, "Café <left>", 0},
+        {u"/root/Camera/Cam002"_s, u"Name"_s, "收銀台 3", 0},
+        {u"/root/Camera/Cam003"_s, u"Name"_s, "He said \"stop\"", 0},
+        {u"/root/Camera/Cam003"_s, u"Note"_s, "two lines", 0},
+        {u" /root/Camera/Cam003 "_s, u"VendorID"_s, "-1", -1},
+        {u"Camera"_s, u"count"_s, "4", 4},
+        {u""_s, u"version"_s, "12", 12},
+        {u"/root"_s, u"version"_s, "12", 12},
+        {u"/root/Camera/Cam000"_s, u"Bitrate"_s, " 4096", 4096},
+        {u"/root/Camera/Cam001"_s, u"FPS"_s, "12fps", 12},
+        {u"/root/Camera/Cam001"_s, u"HttpPort"_s, "-8080", -8080},
+        {u"/root/Camera/Cam001"_s, u"Bitrate"_s, "", 0},
+        {u"/root/Camera/Cam002"_s, u"HttpPort"_s, "99999999999", 2147483647},
+        {u"/root/Camera/Cam002/Motion/Wnd"_s, u"rect"_s, "10,20,110,120", 10},
+        {u"/root/Camera/Cam000"_s, u"ip"_s, "default", 77},
+        {u"/root/camera/Cam000"_s, u"IP"_s, "default", 77},
+        {u"/Camera/Cam000"_s, u"IP"_s, "default", 77},
+        {u"/root/Camera/"_s, u"count"_s, "default", 77},
+        {u"//Camera"_s, u"count"_s, "default", 77},
+        {u"/"_s, u"version"_s, "default", 77},
+        {u"/root/Camera/Cam004"_s, u"IP"_s, "default", 77},
+    };
+    for (const auto& stRow : arRows) {
+        SCOPED_TRACE(stRow.sPath.toStdString() + " " + stRow.sKey.toStdString());
+        EXPECT_EQ(Value(objXml, stRow.sPath, stRow.sKey), stRow.pszText);
+        EXPECT_EQ(objXml.m_F_n_GetValueInt(stRow.sPath, stRow.sKey, 77), stRow.nNumber);
+    }
+    EXPECT_EQ(Text(objXml, u"Msg"_s), "MAC=00-13-E2 & more <raw> & \"quoted\" ");
+    EXPECT_EQ(Text(objXml, u"/root/Camera/Cam002/FutureThing"_s), "kept as it is");
+    EXPECT_EQ(Text(objXml, u"Blank"_s), "");
+    EXPECT_EQ(Text(objXml, u"None"_s), "default");
+}
+
+TEST(Xml, WalksAllNodesOfAPath)
+{
+    CXmlObj objXml;
+    ASSERT_TRUE(
+        objXml.m_F_b_LoadXML(u"<r><a n='1'/><b><c n='2'/></b><a><c n='3'/></a><b/><b><c n='4'/><d/><c/></b></r>"_s));
+    const auto fnNumbers = [&](const QString& sPath) {
+        std::vector<int> arNumbers;
+        CXmlNodeList objList = objXml.m_S_SelectNodesByKey(sPath);
+        for (CXmlNode objNode = objList.m_F_o_NextNode(); !objNode.m_F_b_IsNull(); objNode = objList.m_F_o_NextNode())
+            arNumbers.push_back(CXmlObj::s_F_n_GetNodeValInt(objNode, u"n"_s, -1));
+        EXPECT_TRUE(objList.m_F_o_NextNode().m_F_b_IsNull());
+        return arNumbers;
+    };
+    EXPECT_EQ(fnNumbers(u"/r/b/c"_s), (std::vector<int>{2, 4, -1}));
+    EXPECT_EQ(fnNumbers(u"a"_s), (std::vector<int>{1, -1}));
+    EXPECT_EQ(fnNumbers(u""_s), (std::vector<int>{-1}));
+    EXPECT_EQ(fnNumbers(u"/x/b/c"_s), (std::vector<int>{}));
+    EXPECT_EQ(fnNumbers(u"b/none"_s), (std::vector<int>{}));
+
+    CXmlNodeList objList = objXml.m_S_SelectNodesByKey(u"b/c"_s);
+    QString sOut;
+    CXmlObj::s_S_GetNodeVal(objList.m_F_o_NextNode(), u"n"_s, sOut, u"-"_s);
+    EXPECT_EQ(sOut, u"2"_s);
+    CXmlObj::s_S_GetNodeVal(CXmlNode(), u"n"_s, sOut, u"-"_s);
+    EXPECT_EQ(sOut, u"-"_s);
+    objList.m_S_Reset();
+    EXPECT_EQ(objList.m_F_o_NextNode().m_F_s_Name(), u"c"_s);
+}
+
+TEST(Xml, DocumentsGoBackAsTheyCame)
+{
+    const struct
+    {
+        QString sFile;
+        QString sList;                   // a node with a count
+        std::vector<const char*> arKept; // after a change elsewhere in the document
+    } arRows[] = {
+        {u"Camera.xml"_s,
+         u"Camera"_s,
+         {"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!-- written by", "<?recorder-style compact=\"no\"?>", "&#xE9;",
+          "&quot;stop&quot;", "two\nlines", "<!-- moved from the north wing -->\n        <Cam002",
+          "<FutureThing unit=\"furlong\">kept <b>as</b> it is</FutureThing>", "<![CDATA[ <raw> & \"quoted\" ]]></Msg>",
+          "</root>\n<!-- end -->\n"}},
+        {u"Schedule_crlf.xml"_s,
+         u"Main/SCH"_s,
+         {"<root Touched=\"1\">\r\n\t<Main>\r\n\t\t<SCH", "<MON a=\"&unknown; &amp &\"/>",
+          "one\r\nline two</Text>\r\n"}},
+        {u"System_compact.xml"_s,
+         u"accounts"_s,
+         {"<?xml version=\"1.0\"?>\n<!DOCTYPE root SYSTEM \"system.dtd\">\n<root ", "<Notification/>"}},
+    };
+    for (const auto& stRow : arRows) {
+        SCOPED_TRACE(stRow.sFile.toStdString());
+        const QString sText = QString::fromUtf8(ReadFile(g_sFixtures + stRow.sFile));
+        CXmlObj objXml;
+        ASSERT_TRUE(objXml.m_F_b_LoadXML(QChar(QChar::ByteOrderMark) + sText));
+        EXPECT_EQ(objXml.m_F_s_GetXML(), sText);
+        const qint32 nCount = objXml.m_F_n_GetValueInt(stRow.sList, u"count"_s, -1);
+        EXPECT_TRUE(objXml.m_F_b_SetValue(stRow.sList, u"count"_s, nCount));
+        EXPECT_EQ(objXml.m_F_s_GetXML(), sText) << "to store what was there already is no change";
+
+        ASSERT_TRUE(objXml.m_F_b_SetValue(u""_s, u"Touched"_s, 1));
+        const QString sChanged = objXml.m_F_s_GetXML();
+        for (const char* pszKept : stRow.arKept)
+            EXPECT_TRUE(sChanged.contains(QString::fromUtf8(pszKept))) << pszKept << "\n" << sChanged.toStdString();
+    }
+}
+
+TEST(Xml, EditsKeepTheLayout)
+{
+    using Edit = std::function<bool(CXmlObj&)>;
+    const auto fnSet = [](const QString& sPath, const QString& sKey, const QString& sValue) -> Edit {
+        return [=](CXmlObj& objXml) { return objXml.m_F_b_SetValue(sPath, sKey, sValue); };
+    };
+    const auto fnAdd = [](const QString& sPath, const QString& sName) -> Edit {
+        return [=](CXmlObj& objXml) { return objXml.m_F_b_AddNods(sPath, sName); };
+    };
+    const auto fnRemove = [](const QString& sPath, const QString& sName) -> Edit {
+        return [=](CXmlObj& objXml) { return objXml.m_F_b_RemoveNods(sPath, sName); };
+    };
+    const auto fnRename = [](const QString& sPath, const QString& sOld, const QString& sNew) -> Edit {
+        return [=](CXmlObj& objXml) { return objXml.m_F_b_RenameNods(sPath, sOld, sNew); };
+    };
+    const QString sDeep = u"x/"_s.repeated(254) + u"x"_s;
+    const struct
+    {
+        QString sBefore;
+        Edit fnEdit;
+        bool bDone;
+        QString sAfter;
+    } arRows[] = {
+        {u"<root></root>"_s, fnSet(u"/root/NVR/N000"_s, u"ID"_s, u"7"_s), true,
+         u"<root><NVR><N000 ID=\"7\"/></NVR></root>"_s},
+        {u"<root></root>"_s, fnAdd(u""_s, u"Camera"_s), true, u"<root><Camera/></root>"_s},
+        {u"<root a='1'/>"_s, fnSet(u""_s, u"a"_s, u"<\"&'>\t\n\r\x1\xD800!"_s), true,
+         u"<root a=\"&lt;&quot;&amp;'&gt;&#9;&#10;&#13;\uFFFD\uFFFD!\"/>"_s},
+        {u"<r>\n  <a/>\n</r>"_s, fnAdd(u""_s, u"b"_s), true, u"<r>\n  <a/>\n  <b/>\n</r>"_s},
+        {u"<r>\r\n\t<a/>\r\n</r>"_s, fnSet(u"a/b"_s, u"k"_s, u"1"_s), true,
+         u"<r>\r\n\t<a>\r\n\t\t<b k=\"1\"/>\r\n\t</a>\r\n</r>"_s},
+        {u"<r>text<a/></r>"_s, fnAdd(u""_s, u"b"_s), true, u"<r>text<a/><b/></r>"_s},
+        {u"<r>\n  <a/>\n  <b/>\n</r>"_s, fnRemove(u""_s, u"a"_s), true, u"<r>\n  <b/>\n</r>"_s},
+        {u"<r>\n  <a><b/></a>\n</r>"_s, fnRemove(u""_s, u"a"_s), true, u"<r/>"_s},
+        {u"<r><a n=\"1\"/><a n=\"2\"/></r>"_s, fnRemove(u"/r"_s, u"a"_s), true, u"<r><a n=\"2\"/></r>"_s},
+        {u"<r><a><k>1</k></a></r>"_s, fnRename(u""_s, u"a"_s, u"b"_s), true, u"<r><b><k>1</k></b></r>"_s},
+        {u"<r><a ></a></r>"_s, fnRename(u""_s, u"a"_s, u"a"_s), true, u"<r><a ></a></r>"_s},
+        // No effect at all.
+        {u"<r ></r>"_s, fnRemove(u""_s, u"a"_s), false, u"<r ></r>"_s},
+        {u"<r ></r>"_s, fnRemove(u"a/b"_s, u"c"_s), false, u"<r ></r>"_s},
+        {u"<r ></r>"_s, fnRename(u""_s, u"a"_s, u"b"_s), false, u"<r ></r>"_s},
+        {u"<r ><a/></r>"_s, fnRename(u""_s, u"a"_s, u"0"_s), false, u"<r ><a/></r>"_s},
+        {u"<r ></r>"_s, fnAdd(u"missing"_s, u"a"_s), false, u"<r ></r>"_s},
+        {u"<r ></r>"_s, fnAdd(u""_s, u"a b"_s), false, u"<r ></r>"_s},
+        {u"<r ></r>"_s, fnAdd(u""_s, u""_s), false, u"<r ></r>"_s},
+        {u"<r ></r>"_s, fnSet(u"/other/a"_s, u"k"_s, u"1"_s), false, u"<r ></r>"_s},
+        {u"<r ></r>"_s, fnSet(u"a/<b"_s, u"k"_s, u"1"_s), false, u"<r ></r>"_s},
+        {u"<r ></r>"_s, fnSet(u"a//b"_s, u"k"_s, u"1"_s), false, u"<r ></r>"_s},
+        {u"<r ></r>"_s, fnSet(u"a"_s, u"k="_s, u"1"_s), false, u"<r ></r>"_s},
+        {u"<r ></r>"_s, [&](CXmlObj& objXml) { return objXml.m_F_b_SetValue(sDeep + u"/x"_s, u"k"_s, 1); }, false,
+         u"<r ></r>"_s},
+    };
+    for (const auto& stRow : arRows) {
+        SCOPED_TRACE(stRow.sBefore.toStdString() + " -> " + stRow.sAfter.toStdString());
+        CXmlObj objXml;
+        ASSERT_TRUE(objXml.m_F_b_LoadXML(stRow.sBefore));
+        EXPECT_EQ(stRow.fnEdit(objXml), stRow.bDone);
+        EXPECT_EQ(objXml.m_F_s_GetXML().toStdString(), stRow.sAfter.toStdString());
+    }
+    CXmlObj objXml;
+    ASSERT_TRUE(objXml.m_F_b_LoadXML(u"<r/>"_s));
+    EXPECT_TRUE(objXml.m_F_b_SetValue(sDeep, u"k"_s, u"a\tb\nc"_s)); // 256 levels
+    EXPECT_FALSE(objXml.m_F_b_AddNods(sDeep, u"x"_s));
+    CXmlObj objCopy;
+    ASSERT_TRUE(objCopy.m_F_b_LoadXML(objXml.m_F_s_GetXML()));
+    EXPECT_EQ(Value(objCopy, sDeep, u"k"_s), "a\tb\nc");
+}
+
+TEST(Xml, HostileTextLeavesItClosed)
+{
+    const auto fnNested = [](int nLevels) { return u"<a>"_s.repeated(nLevels) + u"</a>"_s.repeated(nLevels); };
+    const struct
+    {
+        const char* pszName;
+        QString sText;
+        bool bLoads;
+    } arRows[] = {
+        {"empty", u""_s, false},
+        {"plain text", u"401 Unauthorized"_s, false},
+        {"text before", u"OK <root/>"_s, false},
+        {"text behind", u"<root/> OK"_s, false},
+        {"section behind", u"<root/><![CDATA[x]]>"_s, false},
+        {"two document elements", u"<root/><root/>"_s, false},
+        {"no element", u"<?xml version=\"1.0\"?><!-- x -->"_s, false},
+        {"no end", u"<root><a>"_s, false},
+        {"cut tag", u"<root><a b=\"1"_s, false},
+        {"wrong end", u"<root></toor>"_s, false},
+        {"zero inside", u"<root/>"_s + QChar(0) + u"<root/>"_s, false},
+        {"256 levels", fnNested(256), true},
+        {"257 levels", fnNested(257), false},
+        {"257 levels behind a sibling", u"<a>"_s.repeated(256) + u" <b/><a/>"_s + u"</a>"_s.repeated(256), false},
+        {"100,000 levels", fnNested(100'000), false},
+        {"100,000 levels without an end", u"<a>"_s.repeated(100'000), false},
+        {"entities of its own", u"<!DOCTYPE r [<!ENTITY a \"aaaa\"><!ENTITY b \"&a;&a;\">]><r>&b;</r>"_s, false},
+        {"17 MiB", u"<r>"_s + QString(17 << 20, u' ') + u"</r>"_s, false},
+        {"half a character", u"<r a=\"\xDC00x\xD83D\"/>"_s, true},
+        {"odd references", u"<r a=\"&#0;&#x110000;&#xD800;&#;&#-1;&;&#99999999999;\"/>"_s, true},
+    };
+    for (const auto& stRow : arRows) {
+        CXmlObj objXml;
+        ASSERT_TRUE(objXml.m_F_b_LoadXML(u"<before/>"_s));
+        EXPECT_EQ(objXml.m_F_b_LoadXML(stRow.sText), stRow.bLoads) << stRow.pszName;
+        EXPECT_EQ(objXml.m_F_b_IsOpen(), stRow.bLoads) << stRow.pszName;
+    }
+    CXmlObj objXml;
+    ASSERT_TRUE(objXml.m_F_b_LoadXML(std::rbegin(arRows)->sText));
+    EXPECT_EQ(Value(objXml, u""_s, u"a"_s), "&#0;&#x110000;&#xD800;&#;&#-1;&;&#99999999999;");
+}
+
+TEST(Xml, ClosedGivesDefaults)
+{
+    CXmlObj objXml;
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_FALSE(objXml.m_F_b_IsOpen());
+        EXPECT_EQ(objXml.m_F_n_GetValueInt(u"a"_s, u"b"_s, -5), -5);
+        EXPECT_EQ(Value(objXml, u"a"_s, u"b"_s), "default");
+        EXPECT_EQ(Text(objXml, u""_s), "default");
+        EXPECT_FALSE(objXml.m_F_b_SetValue(u"a"_s, u"b"_s, 1));
+        EXPECT_FALSE(objXml.m_F_b_AddNods(u""_s, u"b"_s) || objXml.m_F_b_RemoveNods(u""_s, u"b"_s) ||
+                     objXml.m_F_b_RenameNods(u""_s, u"b"_s, u"c"_s) || objXml.m_F_b_Save(u"nowhere.xml"_s));
+        EXPECT_TRUE(objXml.m_S_SelectNodesByKey(u""_s).m_F_o_NextNode().m_F_b_IsNull());
+        EXPECT_TRUE(objXml.m_F_s_GetXML().isEmpty());
+        ASSERT_TRUE(objXml.m_F_b_LoadXML(u"<a/>"_s));
+        CXmlObj objTaken = std::move(objXml);
+        EXPECT_TRUE(objTaken.m_F_b_IsOpen());
+        EXPECT_TRUE(objTaken.m_F_b_Close());
+    }
+}
+
+TEST(Xml, FilesOfAnyEncodingAreSavedAsUtf8)
+{
+    QTemporaryDir objFolder;
+    const QString sFile = objFolder.filePath(u"saved.xml"_s);
+    const QByteArray sLatin = ReadFile(g_sFixtures + u"EMail_latin1.xml"_s);
+    const QString sText = QString::fromLatin1(sLatin);
+    const auto fnWide = [&](QStringConverter::Encoding nEncoding) {
+        return QByteArray(QStringEncoder(nEncoding, QStringConverter::Flag::WriteBom).encode(sText));
+    };
+    const std::vector<QByteArray> arFiles = {sLatin, fnWide(QStringConverter::Utf16LE),
+                                             fnWide(QStringConverter::Utf16BE), fnWide(QStringConverter::Utf32LE),
+                                             fnWide(QStringConverter::Utf8)};
+    const QByteArray sExpected = sText.toUtf8().replace("ISO-8859-1", "UTF-8");
+    for (std::size_t i = 0; i < arFiles.size(); ++i) {
+        QFile objFile(objFolder.filePath(u"in.xml"_s));
+        ASSERT_TRUE(objFile.open(QIODevice::WriteOnly));
+        objFile.write(arFiles[i]);
+        objFile.close();
+        CXmlObj objXml;
+        ASSERT_TRUE(objXml.m_F_b_LoadXMLFile(objFile.fileName())) << i;
+        EXPECT_EQ(Value(objXml, u"Mail000"_s, u"Name"_s), "Müller") << i;
+        ASSERT_TRUE(objXml.m_F_b_Save(sFile));
+        EXPECT_EQ(ReadFile(sFile).toStdString(), sExpected.toStdString()) << i;
+    }
+    EXPECT_EQ(QDir(objFolder.path()).entryList(QDir::Files | QDir::Hidden), (QStringList{u"in.xml"_s, u"saved.xml"_s}));
+
+    CXmlObj objXml;
+    ASSERT_TRUE(objXml.m_F_b_LoadXML(u"<root/>"_s));
+    EXPECT_FALSE(objXml.m_F_b_Save(objFolder.filePath(u"missing/saved.xml"_s)));
+    EXPECT_FALSE(objXml.m_F_b_LoadXMLFile(objFolder.filePath(u"missing.xml"_s)));
+    EXPECT_FALSE(objXml.m_F_b_IsOpen());
+    EXPECT_FALSE(objXml.m_F_b_LoadXMLFile(objFolder.path()));
+}
+
+// A document as simple as it can be, to hold the real one against.
+struct st_Model
+{
+    QString sName;
+    int nMark = 0;
+    std::vector<st_Model> arChildren;
+
+    st_Model* m_F_p_Find(const QString& sChild)
+    {
+        const auto it =
+            std::find_if(arChildren.begin(), arChildren.end(), [&](auto& st) { return st.sName == sChild; });
+        return it == arChildren.end() ? nullptr : &*it;
+    }
+};
+
+QString ModelText(const st_Model& stNode)
+{
+    QString sText = u"<"_s + stNode.sName + (stNode.nMark ? u" m=\"%1\""_s.arg(stNode.nMark) : QString());
+    if (stNode.arChildren.empty())
+        return sText + u"/>"_s;
+    sText += u'>';
+    for (const st_Model& stChild : stNode.arChildren)
+        sText += ModelText(stChild);
+    return sText + u"</"_s + stNode.sName + u'>';
+}
+
+TEST(Xml, RandomEditsOfLongListsAgreeWithASimpleModel)
+{
+    std::mt19937 objRandom(20240229);
+    const auto fnPick = [&](int nCount) { return static_cast<int>(objRandom() % static_cast<unsigned>(nCount)); };
+    const auto fnName = [&] { return u"N%1"_s.arg(fnPick(60), 3, 10, QChar(u'0')); };
+    st_Model stRoot{u"root"_s, 0, {}};
+    CXmlObj objXml;
+    ASSERT_TRUE(objXml.m_F_b_LoadXML(u"<root/>"_s));
+    for (int i = 1; i <= 20'000; ++i) {
+        // Half of the edits are one level down, so that elements with an index of their own come and go.
+        const QString sParent = fnPick(2) ? QString() : u"N00%1"_s.arg(fnPick(4));
+        st_Model* pParent = sParent.isEmpty() ? &stRoot : stRoot.m_F_p_Find(sParent);
+        const QString sName = fnName();
+        st_Model* pChild = pParent ? pParent->m_F_p_Find(sName) : nullptr;
+        const int nEdit = fnPick(10);
+        if (nEdit < 3) {
+            ASSERT_EQ(objXml.m_F_b_AddNods(sParent, sName), pParent != nullptr);
+            if (pParent)
+                pParent->arChildren.push_back({sName, 0, {}});
+        } else if (nEdit < 6) {
+            ASSERT_EQ(objXml.m_F_b_RemoveNods(sParent, sName), pChild != nullptr);
+            if (pChild)
+                pParent->arChildren.erase(pParent->arChildren.begin() + (pChild - pParent->arChildren.data()));
+        } else if (nEdit < 9) {
+            const QString sNew = fnName();
+            ASSERT_EQ(objXml.m_F_b_RenameNods(sParent, sName, sNew), pChild != nullptr);
+            if (pChild)
+                pChild->sName = sNew;
+        } else if (pParent) {
+            ASSERT_TRUE(objXml.m_F_b_SetValue(sParent + (sParent.isEmpty() ? u""_s : u"/"_s) + sName, u"m"_s, i));
+            (pChild ? *pChild : pParent->arChildren.emplace_back(st_Model{sName, 0, {}})).nMark = i;
+        }
+        const QString sRead = fnName();
+        st_Model* pRead = stRoot.m_F_p_Find(sRead);
+        const int nMark = pRead && pRead->nMark ? pRead->nMark : -1;
+        ASSERT_EQ(objXml.m_F_n_GetValueInt(u"/root/"_s + sRead, u"m"_s, -1), nMark) << i;
+        if (i % 500 == 0) {
+            ASSERT_EQ(objXml.m_F_s_GetXML().toStdString(), ModelText(stRoot).toStdString()) << i;
+        }
+    }
+}
+
+TEST(Xml, ReadsCostTheSameAmongManySiblings)
+{
+    const auto fnNsPerRead = [](int nCount) {
+        CXmlObj objXml;
+        objXml.m_F_b_LoadXML(u"<root/>"_s);
+        std::vector<QString> arPaths;
+        for (int i = 0; i < nCount; ++i)
+            arPaths.push_back(u"/root/Camera/Cam%1"_s.arg(i, 3, 10, QChar(u'0')));
+        for (int i = 0; i < nCount; ++i)
+            objXml.m_F_b_SetValue(arPaths[static_cast<std::size_t>(i)], u"VendorID"_s, i);
+        double nBest = 1e9;
+        for (int nRound = 0; nRound < 5; ++nRound) {
+            constexpr int nReads = 16'384;
+            QElapsedTimer objTimer;
+            objTimer.start();
+            qint64 nSum = 0;
+            for (int i = 0; i < nReads; ++i)
+                nSum += objXml.m_F_n_GetValueInt(arPaths[static_cast<std::size_t>(i % nCount)], u"VendorID"_s, -1);
+            nBest = std::min(nBest, static_cast<double>(objTimer.nsecsElapsed()) / nReads);
+            EXPECT_EQ(nSum, static_cast<qint64>(nReads) * (nCount - 1) / 2);
+        }
+        return nBest;
+    };
+    const double nFew = fnNsPerRead(64);
+    const double nMany = fnNsPerRead(4096);
+    EXPECT_LT(nMany, 4 * nFew); // walking the siblings would cost sixty times as much
+}
+
+} // namespace
