@@ -65,9 +65,10 @@ bool TakeAccounts(stDef_CommandLine& stLine, const std::string& sFile)
             return false;
         arAccounts.push_back({s.substr(0, nColon), s.substr(nColon + 1)});
     }
-    if (!arAccounts.empty())
+    const bool bRead = objFile.eof() && !objFile.bad() && !arAccounts.empty();
+    if (bRead)
         stLine.stRecorder.arAccounts = std::move(arAccounts);
-    return !objFile.bad() && objFile.eof() && !stLine.stRecorder.arAccounts.empty();
+    return bRead;
 }
 
 bool TakeDips(stDef_CommandLine& stLine, const std::string& s)

@@ -109,12 +109,8 @@ std::int64_t SteadyNowMs()
 }
 } // namespace
 
-CDigestAuth::CDigestAuth(std::vector<stDef_Account> arAccounts, std::int64_t nNonceLifetimeMs,
-                         std::function<std::int64_t()> fnNowMs)
-    : vm_arAccounts(std::move(arAccounts)),
-      vm_nLifetimeMs(nNonceLifetimeMs),
-      vm_fnNowMs(fnNowMs ? std::move(fnNowMs) : SteadyNowMs),
-      vm_sSecret(RandomSecret())
+CDigestAuth::CDigestAuth(std::vector<stDef_Account> arAccounts, std::int64_t nNonceLifetimeMs)
+    : vm_arAccounts(std::move(arAccounts)), vm_nLifetimeMs(nNonceLifetimeMs), vm_sSecret(RandomSecret())
 {}
 
 emDef_Login CDigestAuth::m_F_e_Check(std::string_view sMethod, std::string_view sTarget, std::string_view sHeader)
@@ -179,7 +175,7 @@ std::string CDigestAuth::m_F_s_NewNonce()
     char szHead[32];
     {
         const std::lock_guard objGuard(vm_objLock);
-        std::snprintf(szHead, sizeof szHead, "%016" PRIx64 "%08" PRIx32, static_cast<std::uint64_t>(vm_fnNowMs()),
+        std::snprintf(szHead, sizeof szHead, "%016" PRIx64 "%08" PRIx32, static_cast<std::uint64_t>(SteadyNowMs()),
                       ++vm_nSerial);
     }
     return szHead + Mac(vm_sSecret, szHead);
@@ -193,7 +189,7 @@ bool CDigestAuth::m_F_b_Fresh(const std::string& sNonce) const
         return false;
     std::int64_t nMadeMs = 0;
     std::from_chars(sHead.data(), sHead.data() + g_nTimeDigits, nMadeMs, 16);
-    return vm_fnNowMs() - nMadeMs <= vm_nLifetimeMs;
+    return SteadyNowMs() - nMadeMs <= vm_nLifetimeMs;
 }
 
 /// Counts may overtake each other by up to 63, as they do when one client uses several connections.

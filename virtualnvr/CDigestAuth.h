@@ -3,7 +3,6 @@
 #include "stDef_Account.h"
 
 #include <cstdint>
-#include <functional>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -21,9 +20,7 @@ enum class emDef_Login
 class CDigestAuth
 {
 public:
-    /// @param fnNowMs a steady clock in milliseconds, replaceable by a test; empty: the system's
-    CDigestAuth(std::vector<stDef_Account> arAccounts, std::int64_t nNonceLifetimeMs,
-                std::function<std::int64_t()> fnNowMs = {});
+    CDigestAuth(std::vector<stDef_Account> arAccounts, std::int64_t nNonceLifetimeMs);
 
     /// @param sTarget the request target as it stood in the request line, with '#' and all; the digest must be for it
     /// @param sHeader value of the Authorization header, empty if there was none
@@ -47,7 +44,6 @@ private:
 
     const std::vector<stDef_Account> vm_arAccounts;
     const std::int64_t vm_nLifetimeMs;
-    const std::function<std::int64_t()> vm_fnNowMs;
     const std::string vm_sSecret;
     std::mutex vm_objLock;
     std::uint32_t vm_nSerial = 0;

@@ -1,0 +1,486 @@
+#include "CDocumentStore.h"
+#include "CProbe.h"
+#include "CVirtualNvr.h"
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <openssl/evp.h>
+#include <pugixml.hpp>
+
+namespace {
+using emDef_Auth = CProbe::emDef_Auth;
+namespace fs = std::filesystem;
+
+constexpr char g_szSystemInfo[] = "/cgi-bin/param.cgi?action=systeminfo";
+constexpr char g_szGetEMail[] = "/cgi-bin/SyncSetting.cgi?action=EMailXML";
+constexpr char g_szPutEMail[] = "/cgi-bin/SyncSetting.cgi?action=UpdateEMail";
+
+stDef_VirtualNvrConfig HttpOnly()
+{
+    stDef_VirtualNvrConfig stConfig;
+    stConfig.bStreams = false;
+    return stConfig;
+}
+
+/// A recorder that runs, or a failed test.
+class CRunning
+{
+public:
+    explicit CRunning(const stDef_VirtualNvrConfig& stConfig = HttpOnly())
+    {
+        std::string sError;
+        EXPECT_TRUE(vm_objRecorder.m_F_b_Start(stConfig, sError)) << sError;
+    }
+    int m_F_n_Port() const { return vm_objRecorder.m_F_n_HttpPort(); }
+    CVirtualNvr vm_objRecorder;
+};
+
+class CStateFolder
+{
+public:
+    CStateFolder()
+    {
+        std::string sTemplate = (fs::temp_directory_path() / "tst-recorder-XXXXXX").string();
+        vm_sPath = ::mkdtemp(sTemplate.data());
+    }
+    ~CStateFolder() { fs::remove_all(vm_sPath); }
+    std::string vm_sPath;
+};
+
+std::string InEnvelope(const std::string& sDocument)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<XML>\n" + sDocument + "\n</XML>\n";
+}
+
+std::string Md5(const std::string& s)
+{
+    std::array<unsigned char, EVP_MAX_MD_SIZE> arDigest{};
+    unsigned nLength = 0;
+    EVP_Digest(s.data(), s.size(), arDigest.data(), &nLength, EVP_md5(), nullptr);
+    std::string sHex;
+    for (unsigned i = 0; i < nLength; ++i)
+        sHex += {"0123456789abcdef"[arDigest[i] >> 4], "0123456789abcdef"[arDigest[i] & 15]};
+    return sHex;
+}
+
+/// A login made by hand, for what no client library sends. sUriText: the target as it is written in the uri field.
+std::string LoginByHand(const std::string& sChallenge, const std::string& sTarget, const std::string& sUriText,
+                        int nCount)
+{
+    const std::size_t nNonce = sChallenge.find("nonce=\"") + 7;
+    const std::string sNonce = sChallenge.substr(nNonce, sChallenge.find('"', nNonce) - nNonce);
+    char szCount[16];
+    std::snprintf(szCount, sizeof szCount, "%08x", static_cast<unsigned>(nCount));
+    const std::string sUser = Md5("admin:Network Video Recorder:Fl33t!ink"), sRequest = Md5("GET:" + sTarget);
+    return "Digest username=\"admin\", realm=\"Network Video Recorder\", nonce=\"" + sNonce + "\", uri=\"" + sUriText +
+           "\", qop=auth, nc=" + szCount + ", cnonce=\"0a\", response=\"" +
+           Md5(sUser + ":" + sNonce + ":" + szCount + ":0a:auth:" + sRequest) + "\"";
+}
+
+std::string ReadFile(const std::string& sPath)
+{
+    std::ifstream objFile(sPath, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(objFile), {});
+}
+} // namespace
+
+TEST(Recorder, LogsInByAccountAndRequestTarget)
+{
+    stDef_VirtualNvrConfig stConfig = HttpOnly();
+    stConfig.arAccounts = {{"admin", "Fl33t!ink"}, {"m\"ü\\ller", "a:b&c#d e"}, {"open", ""}};
+    CRunning objRunning(stConfig);
+    const std::string sQuoted = "/cgi-bin/logininfo.cgi?a=\"b\",uri=\"c\"&d=%41+%20";
+    const struct
+    {
+        emDef_Auth eAuth;
+        const char *pszUser, *pszPassword;
+        std::string sTarget;
+        long nStatus;
+    } arCases[] = {
+        {emDef_Auth::None, "", "", g_szSystemInfo, 401},
+        {emDef_Auth::None, "", "", "/no/such/program", 401},
+        {emDef_Auth::Basic, "admin", "Fl33t!ink", g_szSystemInfo, 200},
+        {emDef_Auth::Digest, "admin", "Fl33t!ink", g_szSystemInfo, 200},
+        {emDef_Auth::Basic, "admin", "fl33t!ink", g_szSystemInfo, 401},
+        {emDef_Auth::Digest, "admin", "fl33t!ink", g_szSystemInfo, 401},
+        {emDef_Auth::Digest, "Admin", "Fl33t!ink", g_szSystemInfo, 401},
+        {emDef_Auth::Basic, "", "", g_szSystemInfo, 401},
+        {emDef_Auth::Basic, "m\"ü\\ller", "a:b&c#d e", g_szSystemInfo, 200},
+        {emDef_Auth::Digest, "m\"ü\\ller", "a:b&c#d e", g_szSystemInfo, 200},
+        {emDef_Auth::Digest, "m\"ü\\ller", "a:b&c#d", g_szSystemInfo, 401},
+        {emDef_Auth::Digest, "open", "", g_szSystemInfo, 200},
+        {emDef_Auth::Digest, "open", "x", g_szSystemInfo, 401},
+        {emDef_Auth::Digest, "admin", "Fl33t!ink", sQuoted, 200},
+        {emDef_Auth::Digest, "admin", "Fl33t!ink", "/cgi-bin/logininfo.cgi?name=T\xc3\xbcr", 200},
+    };
+    for (const auto& stCase : arCases) {
+        SCOPED_TRACE(stCase.sTarget + " as \"" + stCase.pszUser + "\" with \"" + stCase.pszPassword + "\"");
+        CProbe objProbe(objRunning.m_F_n_Port(), stCase.eAuth, stCase.pszUser, stCase.pszPassword);
+        const stDef_ProbeReply stReply = objProbe.m_F_o_Get(stCase.sTarget);
+        EXPECT_EQ(stReply.nStatus, stCase.nStatus);
+        if (stReply.nStatus == 401) {
+            EXPECT_NE(stReply.arHeads.back().find("Digest realm"), std::string::npos);
+            EXPECT_NE(stReply.arHeads.back().find("Basic realm"), std::string::npos);
+            EXPECT_EQ(stReply.arHeads.back().find("stale"), std::string::npos);
+        }
+    }
+}
+
+TEST(Recorder, TakesALoginForItsOwnTargetAndOnce)
+{
+    CRunning objRunning;
+    CProbe objProbe(objRunning.m_F_n_Port());
+    const std::string sLogin = objProbe.m_F_o_Get(g_szSystemInfo).sAuthorization;
+    ASSERT_EQ(sLogin.rfind("Digest ", 0), 0U);
+
+    CProbe objThief(objRunning.m_F_n_Port());
+    objThief.m_S_SetAuthorization(sLogin);
+    stDef_ProbeReply stReply = objThief.m_F_o_Get(g_szGetEMail);
+    EXPECT_EQ(stReply.nStatus, 401) << "a login for another target";
+    EXPECT_EQ(stReply.arHeads.back().find("stale"), std::string::npos);
+    stReply = objThief.m_F_o_Get(std::string(g_szSystemInfo) + "#x");
+    EXPECT_EQ(stReply.nStatus, 401) << "a fragment belongs to the target";
+    stReply = objThief.m_F_o_Get(g_szSystemInfo);
+    EXPECT_EQ(stReply.nStatus, 401) << "a replay";
+    EXPECT_NE(stReply.arHeads.back().find("stale=true"), std::string::npos);
+
+    for (const auto& [sFrom, sTo] : {std::pair<std::string, std::string>{"nc=00000001", "nc=00000002"},
+                                     {"qop=auth", "qop=auth-int"},
+                                     {"nonce=\"0", "nonce=\"1"},
+                                     {"cnonce=\"", "cnonce=\"x"},
+                                     {"algorithm=MD5", "algorithm=SHA-256"},
+                                     {"response=\"", "response=\"0"},
+                                     {"uri=\"", "uri=\"http:"}}) {
+        std::string sForged = sLogin;
+        const std::size_t nFound = sForged.find(sFrom);
+        ASSERT_NE(nFound, std::string::npos) << sLogin;
+        objThief.m_S_SetAuthorization(sForged.replace(nFound, sFrom.size(), sTo));
+        stReply = objThief.m_F_o_Get(g_szSystemInfo);
+        EXPECT_EQ(stReply.nStatus, 401) << sForged;
+        EXPECT_EQ(stReply.arHeads.back().find("stale"), std::string::npos) << sForged;
+    }
+    EXPECT_EQ(objProbe.m_F_o_Get(g_szSystemInfo).nStatus, 200) << "the owner goes on";
+}
+
+TEST(Recorder, TakesLoginsByHand)
+{
+    CRunning objRunning;
+    CProbe objProbe(objRunning.m_F_n_Port(), emDef_Auth::None);
+    const std::string sChallenge = objProbe.m_F_o_Get("/").arHeads.back();
+    const std::string sInfo = "/logininfo.cgi";
+    const struct
+    {
+        std::string sTarget, sUriText;
+        int nCount;
+        long nStatus;
+    } arCases[] = {
+        {sInfo + "?pwd=a#b", sInfo + "?pwd=a#b", 1, 200},
+        {sInfo + "?pwd=a#b", sInfo + "?pwd=a", 2, 401}, // both the digest and the field are for the whole target
+        {sInfo + "?n=\"x\"", sInfo + "?n=\"x\"", 3, 200},
+        {sInfo + "?n=\"x\"", sInfo + "?n=\\\"x\\\"", 4, 200},
+        {sInfo + "?n=%2541%zz", sInfo + "?n=%2541%zz", 5, 200},
+        {sInfo, sInfo, 9, 200},
+        {sInfo, sInfo, 7, 200}, // overtaken by the one before
+        {sInfo, sInfo, 7, 401},
+        {sInfo, sInfo, 9, 401},
+        {sInfo, sInfo, 0, 401},
+        {sInfo, sInfo, 80, 200},
+        {sInfo, sInfo, 10, 401}, // too far behind to be known as new
+    };
+    for (const auto& stCase : arCases) {
+        objProbe.m_S_SetAuthorization(LoginByHand(sChallenge, stCase.sTarget, stCase.sUriText, stCase.nCount));
+        EXPECT_EQ(objProbe.m_F_o_Get(stCase.sTarget).nStatus, stCase.nStatus)
+            << stCase.sTarget << " in " << stCase.sUriText << ", count " << stCase.nCount;
+    }
+}
+
+TEST(Recorder, KeepsOneLoginOnOneConnection)
+{
+    CRunning objRunning;
+    CProbe objProbe(objRunning.m_F_n_Port());
+    std::size_t nReplies = 0;
+    long nConnections = 0;
+    for (int i = 0; i < 40; ++i) {
+        const stDef_ProbeReply stReply =
+            i % 2 ? objProbe.m_F_o_Post(g_szPutEMail, "<root/>") : objProbe.m_F_o_Get(g_szSystemInfo);
+        EXPECT_EQ(stReply.nStatus, 200);
+        nReplies += stReply.arHeads.size();
+        nConnections += stReply.nNewConnections;
+    }
+    EXPECT_EQ(nReplies, 41U) << "one challenge for all";
+    EXPECT_EQ(nConnections, 1);
+}
+
+TEST(Recorder, RenewsAStaleLogin)
+{
+    stDef_VirtualNvrConfig stConfig = HttpOnly();
+    stConfig.nNonceLifetimeMs = 300;
+    CRunning objRunning(stConfig);
+    CProbe objProbe(objRunning.m_F_n_Port());
+    EXPECT_EQ(objProbe.m_F_o_Get(g_szSystemInfo).nStatus, 200);
+    const auto objLimit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    stDef_ProbeReply stReply;
+    do
+        stReply = objProbe.m_F_o_Get(g_szSystemInfo);
+    while (stReply.arHeads.size() < 2 && std::chrono::steady_clock::now() < objLimit);
+    ASSERT_EQ(stReply.arHeads.size(), 2U);
+    EXPECT_NE(stReply.arHeads.front().find("stale=true"), std::string::npos);
+    EXPECT_EQ(stReply.nStatus, 200);
+}
+
+TEST(Recorder, RefusesABodyWithoutLoginAndStaysInStep)
+{
+    CRunning objRunning;
+    CProbe objProbe(objRunning.m_F_n_Port(), emDef_Auth::Basic, "admin", "wrong");
+    const std::string sLarge = "<root a=\"" + std::string(3'000'000, 'x') + "\"/>";
+    const std::string sBefore = objRunning.vm_objRecorder.m_F_o_Documents().m_F_s_Get(emDef_Document::EMail);
+    for (int i = 0; i < 3; ++i) {
+        const stDef_ProbeReply stReply = objProbe.m_F_o_Post(g_szPutEMail, sLarge);
+        EXPECT_TRUE(stReply.bTransferred);
+        EXPECT_EQ(stReply.nStatus, 401);
+    }
+    EXPECT_EQ(objRunning.vm_objRecorder.m_F_o_Documents().m_F_s_Get(emDef_Document::EMail), sBefore);
+    CProbe objRight(objRunning.m_F_n_Port());
+    EXPECT_EQ(objRight.m_F_o_Post(g_szPutEMail, sLarge).nStatus, 200);
+    EXPECT_EQ(objRight.m_F_o_Get(g_szGetEMail).sBody, InEnvelope(sLarge));
+    EXPECT_EQ(objRight.m_F_o_Post(g_szPutEMail, "<root>" + std::string(70'000'000, 'x') + "</root>").nStatus, 413);
+}
+
+struct stDef_RouteCase
+{
+    const char* pszTarget;
+    long nStatus;
+    const char* pszXPath; ///< true of a good reply
+};
+
+void CheckRoutes(CRunning& objRunning, const std::vector<stDef_RouteCase>& arCases)
+{
+    CProbe objProbe(objRunning.m_F_n_Port());
+    for (const stDef_RouteCase& stCase : arCases) {
+        SCOPED_TRACE(stCase.pszTarget);
+        const stDef_ProbeReply stReply = objProbe.m_F_o_Get(stCase.pszTarget);
+        EXPECT_EQ(stReply.nStatus, stCase.nStatus);
+        if (stCase.nStatus != 200)
+            continue;
+        pugi::xml_document objDocument;
+        EXPECT_TRUE(objDocument.load_string(stReply.sBody.c_str()));
+        EXPECT_TRUE(pugi::xpath_query(stCase.pszXPath).evaluate_boolean(objDocument)) << stReply.sBody;
+        EXPECT_NE(stReply.sBody.find("<root>"), std::string::npos) << "clients look for this very text";
+    }
+}
+
+TEST(Recorder, AnswersAsAnEmbeddedRecorder)
+{
+    stDef_VirtualNvrConfig stConfig = HttpOnly();
+    stConfig.nChannels = 16;
+    CRunning objRunning(stConfig);
+    CheckRoutes(
+        objRunning,
+        {{g_szSystemInfo, 200,
+          "/XML/root/Local[@MaxCam='16' and @DINum and @DIPS='FL-000001']/Language[@LangNum='3' and @Lang002]"},
+         {"/cgi-bin/logininfo.cgi", 200,
+          "/XML/root[string-length(Preview_Privilege)=16 and substring(DeviceFunc,27,1)='1']"},
+         {"/logininfo.cgi", 200, "/XML/root[substring(DeviceFunc,1,9)='1,1,1,1,1']"},
+         {"/cgi-bin/SyncSetting.cgi?action=SystemXML", 200,
+          "/XML/root[system/camera/template/@Resolution and system/network/DDNS and system/network/DIPS and "
+          "system/Notification/FTP and account/USER003/@PreviewCam='1111111111111111']"},
+         {"/cgi-bin/SyncSetting.cgi?action=SystemXML", 200,
+          "/XML/root/account/USER001[@PreviewCam='1110000000000000']"},
+         {"/cgi-bin/SyncSetting.cgi?action=ScheduleXML", 200, "count(/XML/root/Main/SCH/*/*[@SetCount=count(*)])=28"},
+         {"/cgi-bin/SyncSetting.cgi?action=CameraXML", 200,
+          "/XML/root/Camera[@count=count(*) and count(*[@VendorID and @Name and @Enable])=4]"},
+         {g_szGetEMail, 200, "/XML/root/EMail[@count=count(*[@Mail!=''])]"},
+         {"/cgi-bin/SyncSetting.cgi?x=1&action=%53ystemXML", 200, "/XML/root/system"},
+         {"/cgi-bin/SyncSetting.cgi?action=UpdateEMail", 404, ""},
+         {"/cgi-bin/SyncSetting.cgi?action=systemxml", 404, ""},
+         {"/cgi-bin/SyncSetting.cgi", 404, ""},
+         {"/cgi-bin/CMS.cgi?action=CamXml", 404, ""},
+         {"/cgi-bin/SystemStatus.cgi", 404, ""},
+         {"/cgi-bin/motiondata.cgi?camera=16", 404, ""},
+         {"/cgi-bin/motiondata.cgi?camera=-1", 404, ""},
+         {"/cgi-bin/motiondata.cgi", 404, ""},
+         {"/../../etc/passwd", 404, ""}});
+}
+
+TEST(Recorder, AnswersAsAPCRecorder)
+{
+    stDef_VirtualNvrConfig stConfig = HttpOnly();
+    stConfig.bPC = true;
+    CRunning objRunning(stConfig);
+    CheckRoutes(objRunning, {{"/cgi-bin/SystemStatus.cgi", 200, "/XML/root[System/@MaxCam='4']/Status[count(*)=4]"},
+                             {"/cgi-bin/CMS.cgi?action=CamXml", 200, "/XML/root/Camera[@count='4']"},
+                             {"/cgi-bin/logininfo.cgi", 200, "/XML/root[string-length(Preview_Privilege)=4]"},
+                             {g_szSystemInfo, 404, ""},
+                             {g_szGetEMail, 404, ""},
+                             {"/logininfo.cgi", 404, ""}});
+}
+
+TEST(Recorder, TellsAddressesOfDirectoryIdsWithoutLogin)
+{
+    stDef_VirtualNvrConfig stConfig = HttpOnly();
+    stConfig.arDipsIds = {{"FL-7", "192.0.2.7:8080"}};
+    CRunning objRunning(stConfig);
+    CProbe objProbe(objRunning.m_F_n_Port(), emDef_Auth::None);
+    const std::string sOwn = "http://127.0.0.1:" + std::to_string(objRunning.m_F_n_Port()) + "\r\n";
+    EXPECT_NE(objProbe.m_F_o_Get("/dips/request.php?id=FL-000001").sBody.find(sOwn), std::string::npos);
+    EXPECT_NE(objProbe.m_F_o_Get("/dips/request.php?id=FL-7").sBody.find("http://192.0.2.7:8080\r\n"),
+              std::string::npos);
+    for (const char* pszTarget : {"/dips/request.php?id=FL-8", "/dips/request.php?id=", "/dips/request.php"}) {
+        const stDef_ProbeReply stReply = objProbe.m_F_o_Get(pszTarget);
+        EXPECT_EQ(stReply.nStatus, 200);
+        EXPECT_FALSE(stReply.sBody.empty());
+        EXPECT_EQ(stReply.sBody.find("http://"), std::string::npos);
+    }
+}
+
+TEST(Recorder, StreamsMotionOfEveryWindow)
+{
+    CRunning objRunning;
+    CProbe objProbe(objRunning.m_F_n_Port());
+    EXPECT_EQ(objProbe.m_F_o_Get(g_szSystemInfo).nStatus, 200);
+    const auto Count = [](const std::string& sBody, const std::string& sPart) {
+        int nCount = 0;
+        for (std::size_t n = sBody.find(sPart); n != std::string::npos; n = sBody.find(sPart, n + 1))
+            ++nCount;
+        return nCount;
+    };
+    const auto objStart = std::chrono::steady_clock::now();
+    objProbe.m_S_SetWatcher([&](const std::string& sBody) { return Count(sBody, "Content-Length: ") < 6; });
+    const stDef_ProbeReply stReply = objProbe.m_F_o_Get("/cgi-bin/motiondata.cgi?camera=2");
+    const auto objTook = std::chrono::steady_clock::now() - objStart;
+    EXPECT_GE(objTook, std::chrono::milliseconds(450)) << "six parts with 100 ms between them";
+    EXPECT_NE(stReply.arHeads.back().find("multipart/x-mixed-replace; boundary="), std::string::npos);
+    for (const char* pszLine : {"group=0 ", "group=1 ", "group=2 "})
+        EXPECT_GE(Count(stReply.sBody, pszLine), 5) << pszLine;
+    EXPECT_GE(Count(stReply.sBody, " motion="), 15);
+
+    // A stream that somebody still reads doesn't hold up the end.
+    objProbe.m_S_SetWatcher([&](const std::string&) {
+        objRunning.vm_objRecorder.m_S_Stop();
+        return true;
+    });
+    EXPECT_FALSE(objProbe.m_F_o_Get("/cgi-bin/motiondata.cgi?camera=0").bTransferred);
+}
+
+TEST(Documents, ComeBackAsPostedAlsoAfterARestart)
+{
+    const std::pair<const char*, std::string> arCases[] = {
+        {"System", "<root>\r\n\t<system DeviceTitle=\"a&#10;b &lt; ü 倉庫\"/><!-- kept -->\n</root>"},
+        {"Schedule", "<root><Main><SCH/></Main></root>"},
+        {"Camera", "<!-- ahead --><root a='1'><![CDATA[<x>]]><Camera count=\"0\"></Camera></root>\n\n"},
+        {"EMail", "<root/>"},
+    };
+    CStateFolder objFolder;
+    stDef_VirtualNvrConfig stConfig = HttpOnly();
+    stConfig.sStateFolder = objFolder.vm_sPath + "/deep/state";
+    for (const bool bPost : {true, false}) {
+        CRunning objRunning(stConfig);
+        CProbe objProbe(objRunning.m_F_n_Port());
+        for (const auto& [pszName, sText] : arCases) {
+            const std::string sCgi = "/cgi-bin/SyncSetting.cgi?action=";
+            if (bPost) {
+                EXPECT_EQ(objProbe.m_F_o_Post(sCgi + "Update" + pszName, sText).nStatus, 200) << pszName;
+            }
+            EXPECT_EQ(objProbe.m_F_o_Get(sCgi + pszName + "XML").sBody, InEnvelope(sText)) << pszName;
+        }
+    }
+    // A whole reply posted back loses its envelope, and a declaration doesn't end up inside one.
+    CRunning objRunning(stConfig);
+    CProbe objProbe(objRunning.m_F_n_Port());
+    for (const std::string& sText :
+         {InEnvelope("<root><a/></root>"), std::string("\xEF\xBB\xBF<?xml version='1.0'?>\n<root><a/></root>")}) {
+        EXPECT_EQ(objProbe.m_F_o_Post(g_szPutEMail, sText).nStatus, 200);
+        EXPECT_EQ(objProbe.m_F_o_Get(g_szGetEMail).sBody, InEnvelope("<root><a/></root>")) << sText;
+    }
+}
+
+TEST(Documents, RefuseWhatIsNoDocument)
+{
+    std::string sDeep;
+    for (int i = 0; i < 100000; ++i)
+        sDeep += "<a>";
+    const std::string arBodies[] = {
+        "",
+        "no markup",
+        "<root>",
+        "<root><a></root>",
+        "<other/>",
+        "<XML><other/></XML>",
+        "<root a=\"\xC3(\"/>",
+        "<root>\xE5\x80</root>",
+        std::string("<root>\0</root>", 14),
+        "<!DOCTYPE r [<!ENTITY a \"aaaa\"><!ENTITY b \"&a;&a;\">]><root>&b;</root>",
+        "<root>" + sDeep,
+        std::string("\xFF\xFE<\0r\0/\0>\0", 10),
+    };
+    CRunning objRunning;
+    CProbe objProbe(objRunning.m_F_n_Port());
+    const std::string sBefore = objProbe.m_F_o_Get(g_szGetEMail).sBody;
+    for (const std::string& sBody : arBodies) {
+        const stDef_ProbeReply stReply = objProbe.m_F_o_Post(g_szPutEMail, sBody);
+        EXPECT_EQ(stReply.nStatus, 400) << sBody.substr(0, 60);
+        EXPECT_NE(stReply.sBody.find("Code=\"ERROR\" Reason=\""), std::string::npos) << stReply.sBody;
+    }
+    EXPECT_EQ(objProbe.m_F_o_Get(g_szGetEMail).sBody, sBefore);
+    std::string sNested = "<root>";
+    for (int i = 0; i < 300; ++i)
+        sNested = "<root>" + sNested + "</root>";
+    EXPECT_EQ(objProbe.m_F_o_Post(g_szPutEMail, sNested + "</root>").nStatus, 400);
+}
+
+TEST(Documents, SurviveADamagedFile)
+{
+    CStateFolder objFolder;
+    stDef_VirtualNvrConfig stConfig = HttpOnly();
+    stConfig.sStateFolder = objFolder.vm_sPath;
+    const std::string sFile = objFolder.vm_sPath + "/Camera.xml";
+    std::string sSeed;
+    {
+        CRunning objRunning(stConfig);
+        sSeed = objRunning.vm_objRecorder.m_F_o_Documents().m_F_s_Get(emDef_Document::Camera);
+        CVirtualNvr objSecond;
+        std::string sError;
+        EXPECT_FALSE(objSecond.m_F_b_Start(stConfig, sError)) << "two recorders on one folder";
+        EXPECT_NE(sError.find(objFolder.vm_sPath), std::string::npos);
+    }
+    EXPECT_EQ(ReadFile(sFile), sSeed);
+    const std::string sCut = sSeed.substr(0, sSeed.size() / 2);
+    std::ofstream(sFile, std::ios::binary) << sCut;
+    ::testing::internal::CaptureStderr();
+    CRunning objRunning(stConfig);
+    EXPECT_NE(::testing::internal::GetCapturedStderr().find("Camera.xml is damaged"), std::string::npos);
+    EXPECT_EQ(objRunning.vm_objRecorder.m_F_o_Documents().m_F_s_Get(emDef_Document::Camera), sSeed);
+    EXPECT_EQ(ReadFile(sFile + ".damaged"), sCut);
+}
+
+TEST(Recorder, TellsWhatKeepsItFromStarting)
+{
+    CStateFolder objFolder;
+    std::ofstream(objFolder.vm_sPath + "/file") << "x";
+    CRunning objTaken;
+    const std::pair<const char*, std::function<void(stDef_VirtualNvrConfig&)>> arCases[] = {
+        {"channels", [](auto& st) { st.nChannels = 65; }},
+        {"channels", [](auto& st) { st.nChannels = 0; }},
+        {"account", [](auto& st) { st.arAccounts.clear(); }},
+        {"/file", [&](auto& st) { st.sStateFolder = objFolder.vm_sPath + "/file"; }},
+        {"System.xml", [&](auto& st) { st.sDataFolder = objFolder.vm_sPath; }},
+        {"", [&](auto& st) { st.nHttpPort = objTaken.m_F_n_Port(); }},
+        {"", [&](auto& st) { st.sBind = "not an address"; }},
+    };
+    for (const auto& [pszPart, fnBreak] : arCases) {
+        stDef_VirtualNvrConfig stConfig = HttpOnly();
+        fnBreak(stConfig);
+        CVirtualNvr objRecorder;
+        std::string sError;
+        EXPECT_FALSE(objRecorder.m_F_b_Start(stConfig, sError)) << pszPart;
+        EXPECT_FALSE(sError.empty());
+        EXPECT_NE(sError.find(pszPart), std::string::npos) << sError;
+        EXPECT_EQ(objRecorder.m_F_n_HttpPort(), 0);
+        EXPECT_TRUE(objRecorder.m_F_b_Start(HttpOnly(), sError)) << "a failed start spoils nothing: " << sError;
+    }
+}
