@@ -3,7 +3,13 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <limits>
+
+namespace {
+
+// A system that promises more memory than it has would end the process when the buffer is cleared.
+constexpr std::uint64_t g_nMostBytes = std::uint64_t(4) << 30;
+
+} // namespace
 
 CMemManage::CMemManage(std::uint64_t nSize)
 {
@@ -20,8 +26,8 @@ bool CMemManage::m_F_b_Reserve(std::uint64_t nCapacity)
 {
     if (vm_pData && nCapacity <= vm_nCapacity)
         return true;
-    constexpr std::uint64_t nMost = std::numeric_limits<std::ptrdiff_t>::max() - 1;
-    void* pGrown = nCapacity <= nMost ? std::realloc(vm_pData, static_cast<std::size_t>(nCapacity + 1)) : nullptr;
+    void* pGrown =
+        nCapacity <= g_nMostBytes ? std::realloc(vm_pData, static_cast<std::size_t>(nCapacity + 1)) : nullptr;
     if (!pGrown) {
         m_S_DelMem();
         return false;
@@ -78,7 +84,7 @@ bool CMemManage::m_F_b_SetContent(const void* pData, std::uint64_t nSize)
 bool CMemManage::m_F_b_Append(const void* pData, std::uint64_t nSize)
 {
     constexpr std::uint64_t nLeast = 256;
-    if (nSize > std::numeric_limits<std::uint64_t>::max() - vm_nSize) {
+    if (nSize > g_nMostBytes) {
         m_S_DelMem();
         return false;
     }

@@ -16,7 +16,8 @@ public:
     CMemManage& operator=(const CMemManage&) = delete;
 
     /// Makes the content `nSize` bytes long and returns the buffer: bytes that were there stay, new ones are zero, and
-    /// memory is never given back. Null if there is not so much memory; the object is then empty.
+    /// memory is never given back. Null if there is not so much memory, or for more than 4 GiB; the object is then
+    /// empty.
     unsigned char* m_F_p_MemAlloc(std::uint64_t nSize);
     /// Clears the whole allocated buffer; the size of the content stays.
     void m_S_ZeroMem();

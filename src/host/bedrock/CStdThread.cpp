@@ -70,8 +70,7 @@ int CStdThread::m_F_n_CloseThread(int nWaitMs)
     std::thread& objThread = vm_pImpl->vm_objThread;
     if (!objThread.joinable())
         return 1;
-    const bool bOwn = objThread.get_id() == std::this_thread::get_id();
-    if (!bOwn && vm_pImpl->vm_pEnd->m_F_b_Wait(nWaitMs)) {
+    if (vm_pImpl->vm_pEnd->m_F_b_Wait(nWaitMs)) {
         objThread.join();
         return 1;
     }

@@ -20,8 +20,7 @@ public:
     int m_F_n_CreaetThread(fnEntry pEntry, void* pArg);
 
     /// Waits up to `nWaitMs` for the entry to return and closes the thread. Returns 1 if the entry has returned or
-    /// there was no thread. 0 means that it still runs: it was let go and ends by itself. Called by the entry itself it
-    /// doesn't wait.
+    /// there was no thread. 0 means that it still runs: it was let go and ends by itself.
     int m_F_n_CloseThread(int nWaitMs);
 
 private:

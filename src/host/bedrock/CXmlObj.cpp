@@ -9,6 +9,7 @@
 #include <cstring>
 #include <pugixml.hpp>
 #include <string>
+#include <unordered_map>
 
 #include "host/bedrock/CXmlChildIndex.h"
 #include "host/bedrock/CXmlText.h"
@@ -19,7 +20,8 @@ namespace {
 
 constexpr int g_nMaxDepth = 256;
 constexpr qsizetype g_nMaxBytes = 16 * 1024 * 1024;
-constexpr int g_nIndexFrom = 16; // children beyond which a parent gets an index
+constexpr std::size_t g_nMaxKnown = 65536; // paths remembered
+constexpr int g_nIndexFrom = 16;           // children beyond which a parent gets an index
 
 // References and line ends are left as written and translated at each read: so all of it goes back as it came.
 // As a fragment, text around the document element is seen, and can be refused.
@@ -40,14 +42,6 @@ bool IsElement(pugi::xml_node objNode)
 bool IsLayout(pugi::xml_node objNode)
 {
     return objNode.type() == pugi::node_pcdata && CXmlText::s_F_b_IsBlank(objNode.value());
-}
-
-pugi::xml_attribute FindAttribute(pugi::xml_node objNode, std::string_view sKey)
-{
-    pugi::xml_attribute objAttribute = objNode.first_attribute();
-    while (objAttribute && sKey != objAttribute.name())
-        objAttribute = objAttribute.next_attribute();
-    return objAttribute;
 }
 
 // The document element, if what stands beside it on the top level is allowed there.
@@ -232,8 +226,10 @@ struct CXmlObj::st_Impl
 {
     bool m_F_b_Parse(const QString& sXml);
     pugi::xml_node m_F_o_Child(pugi::xml_node objParent, std::string_view sName);
-    pugi::xml_node m_F_o_Node(const CXmlPath& objPath);
+    pugi::xml_node m_F_o_Node(const QString& sPath);
+    pugi::xml_node m_F_o_Find(const CXmlPath& objPath);
     pugi::xml_node m_F_o_MakeNode(const CXmlPath& objPath);
+    void m_S_BeforeMove(pugi::xml_node objParent, std::string_view sName);
     pugi::xml_node m_F_o_Append(pugi::xml_node objParent, std::string_view sName);
     pugi::xml_attribute m_F_o_Attribute(const QString& sPath, const QString& sKey);
     void m_S_Forget(pugi::xml_node objTop);
@@ -243,6 +239,7 @@ struct CXmlObj::st_Impl
     QByteArray vm_sBytes; // the parser works in it, the document points into it
     pugi::xml_document vm_objDocument;
     pugi::xml_node vm_objRoot;
+    std::unordered_map<QString, pugi::xml_node> vm_arKnown;
     QString vm_sSource; // the text as it was loaded; null once the document was changed
     CXmlChildIndex vm_objIndex;
 };
@@ -295,7 +292,22 @@ bool CXmlObj::st_Impl::m_F_b_Starts(const CXmlPath& objPath) const
            (!objPath.m_F_b_IsAbsolute() || objPath.m_F_ar_Names().front() == vm_objRoot.name());
 }
 
-pugi::xml_node CXmlObj::st_Impl::m_F_o_Node(const CXmlPath& objPath)
+// Pages read many attributes of the same few nodes: a path that was found is remembered until a node goes or changes
+// its name. Nodes are only ever appended, so the first one of a path stays the first.
+pugi::xml_node CXmlObj::st_Impl::m_F_o_Node(const QString& sPath)
+{
+    if (const auto it = vm_arKnown.find(sPath); it != vm_arKnown.end())
+        return it->second;
+    const pugi::xml_node objNode = m_F_o_Find(CXmlPath(sPath));
+    if (objNode) {
+        if (vm_arKnown.size() >= g_nMaxKnown)
+            vm_arKnown.clear();
+        vm_arKnown.emplace(sPath, objNode);
+    }
+    return objNode;
+}
+
+pugi::xml_node CXmlObj::st_Impl::m_F_o_Find(const CXmlPath& objPath)
 {
     if (!m_F_b_Starts(objPath))
         return {};
@@ -345,7 +357,7 @@ pugi::xml_node CXmlObj::st_Impl::m_F_o_MakeNode(const CXmlPath& objPath)
 
 pugi::xml_attribute CXmlObj::st_Impl::m_F_o_Attribute(const QString& sPath, const QString& sKey)
 {
-    return FindAttribute(m_F_o_Node(CXmlPath(sPath)), CXmlUtf8(sKey).m_F_s_View());
+    return m_F_o_Node(sPath).attribute(CXmlUtf8(sKey).m_F_psz_Text());
 }
 
 // Drops what the index holds of an element that goes, and of all below it.
@@ -358,6 +370,14 @@ void CXmlObj::st_Impl::m_S_Forget(pugi::xml_node objTop)
         if (IsElement(objChild))
             m_S_Forget(objChild);
     }
+}
+
+// The first child of that name is about to go or to change its name.
+void CXmlObj::st_Impl::m_S_BeforeMove(pugi::xml_node objParent, std::string_view sName)
+{
+    vm_sSource = QString();
+    vm_arKnown = decltype(vm_arKnown)(); // to clear a table that was large once costs its size each time
+    vm_objIndex.m_S_RemoveFirst(objParent.internal_object(), sName);
 }
 
 CXmlObj::CXmlObj() = default;
@@ -439,7 +459,7 @@ qint32 CXmlObj::m_F_n_GetValueInt(const QString& sPath, const QString& sKey, qin
 
 int CXmlObj::m_F_n_GetText(const QString& sPath, QString& sOut, const QString& sDefault) const
 {
-    const pugi::xml_node objNode = vm_pImpl ? vm_pImpl->m_F_o_Node(CXmlPath(sPath)) : pugi::xml_node();
+    const pugi::xml_node objNode = vm_pImpl ? vm_pImpl->m_F_o_Node(sPath) : pugi::xml_node();
     QString sText = objNode ? u""_s : sDefault;
     AppendText(objNode, sText);
     sOut = std::move(sText);
@@ -450,11 +470,13 @@ bool CXmlObj::m_F_b_SetValue(const QString& sPath, const QString& sKey, const QS
 {
     if (!vm_pImpl || !CXmlText::s_F_b_IsName(sKey))
         return false;
-    pugi::xml_node objNode = vm_pImpl->m_F_o_MakeNode(CXmlPath(sPath));
+    pugi::xml_node objNode = vm_pImpl->m_F_o_Node(sPath);
+    if (!objNode)
+        objNode = vm_pImpl->m_F_o_MakeNode(CXmlPath(sPath));
     if (!objNode)
         return false;
     const QByteArray sName = sKey.toUtf8();
-    pugi::xml_attribute objAttribute = FindAttribute(objNode, sName.constData());
+    pugi::xml_attribute objAttribute = objNode.attribute(sName.constData());
     // Pages store all they show, changed or not: a value that stays leaves the document as it was.
     if (objAttribute && CXmlText::s_F_s_FromAttribute(objAttribute.value()) == sValue)
         return true;
@@ -474,7 +496,7 @@ bool CXmlObj::m_F_b_AddNods(const QString& sParent, const QString& sName)
     if (!vm_pImpl || !CXmlText::s_F_b_IsName(sName))
         return false;
     const CXmlPath objPath(sParent);
-    const pugi::xml_node objParent = vm_pImpl->m_F_o_Node(objPath);
+    const pugi::xml_node objParent = vm_pImpl->m_F_o_Find(objPath);
     const qsizetype nDepth = objPath.m_F_ar_Names().size() + (objPath.m_F_b_IsAbsolute() ? 0 : 1);
     if (!objParent || nDepth >= g_nMaxDepth)
         return false;
@@ -486,14 +508,13 @@ bool CXmlObj::m_F_b_RemoveNods(const QString& sParent, const QString& sName)
     if (!vm_pImpl)
         return false;
     const CXmlUtf8 objName(sName);
-    const pugi::xml_node objParent = vm_pImpl->m_F_o_Node(CXmlPath(sParent));
+    const pugi::xml_node objParent = vm_pImpl->m_F_o_Node(sParent);
     const pugi::xml_node objChild = vm_pImpl->m_F_o_Child(objParent, objName.m_F_s_View());
     if (!objChild)
         return false;
-    vm_pImpl->vm_objIndex.m_S_RemoveFirst(objParent.internal_object(), objName.m_F_s_View());
+    vm_pImpl->m_S_BeforeMove(objParent, objName.m_F_s_View());
     vm_pImpl->m_S_Forget(objChild);
     RemoveElement(objParent, objChild);
-    vm_pImpl->vm_sSource = QString();
     return true;
 }
 
@@ -502,14 +523,13 @@ bool CXmlObj::m_F_b_RenameNods(const QString& sParent, const QString& sOldName, 
     if (!vm_pImpl || !CXmlText::s_F_b_IsName(sNewName))
         return false;
     const CXmlUtf8 objName(sOldName);
-    const pugi::xml_node objParent = vm_pImpl->m_F_o_Node(CXmlPath(sParent));
+    const pugi::xml_node objParent = vm_pImpl->m_F_o_Node(sParent);
     pugi::xml_node objChild = vm_pImpl->m_F_o_Child(objParent, objName.m_F_s_View());
     if (!objChild)
         return false;
     if (sOldName == sNewName)
         return true;
-    vm_pImpl->vm_objIndex.m_S_RemoveFirst(objParent.internal_object(), objName.m_F_s_View());
-    vm_pImpl->vm_sSource = QString();
+    vm_pImpl->m_S_BeforeMove(objParent, objName.m_F_s_View());
     if (!objChild.set_name(sNewName.toUtf8().constData())) {
         vm_pImpl->vm_objIndex.m_S_Drop(objParent.internal_object());
         return false;
@@ -534,12 +554,12 @@ CXmlNodeList CXmlObj::m_S_SelectNodesByKey(const QString& sPath) const
 
 void CXmlObj::s_S_GetNodeVal(const CXmlNode& objNode, const QString& sKey, QString& sOut, const QString& sDefault)
 {
-    const pugi::xml_attribute objAttribute = FindAttribute(ToNode(objNode.vm_pNode), CXmlUtf8(sKey).m_F_s_View());
+    const pugi::xml_attribute objAttribute = ToNode(objNode.vm_pNode).attribute(CXmlUtf8(sKey).m_F_psz_Text());
     sOut = objAttribute ? CXmlText::s_F_s_FromAttribute(objAttribute.value()) : sDefault;
 }
 
 qint32 CXmlObj::s_F_n_GetNodeValInt(const CXmlNode& objNode, const QString& sKey, qint32 nDefault)
 {
-    const pugi::xml_attribute objAttribute = FindAttribute(ToNode(objNode.vm_pNode), CXmlUtf8(sKey).m_F_s_View());
+    const pugi::xml_attribute objAttribute = ToNode(objNode.vm_pNode).attribute(CXmlUtf8(sKey).m_F_psz_Text());
     return objAttribute ? CXmlText::s_F_n_ToInt(objAttribute.value()) : nDefault;
 }

@@ -63,28 +63,38 @@ std::size_t AppendReference(std::string_view sRaw, QByteArray& sOut)
     return 0;
 }
 
+// Bytes that don't mean themselves, by form.
+constexpr auto g_arSpecial = [] {
+    std::array<std::array<bool, 256>, 3> arSpecial{};
+    constexpr std::array<std::string_view, 3> arBytes = {"&\r\n\t", "&\r", "\r"};
+    for (std::size_t nForm = 0; nForm < arBytes.size(); ++nForm) {
+        for (const char cByte : arBytes[nForm])
+            arSpecial[nForm][static_cast<unsigned char>(cByte)] = true;
+    }
+    return arSpecial;
+}();
+
 QString Expand(std::string_view sRaw, emForm nForm)
 {
-    constexpr std::array<std::string_view, 3> arSpecial = {"&\r\n\t", "&\r", "\r"};
-    const std::string_view sSpecial = arSpecial[static_cast<std::size_t>(nForm)];
-    std::size_t nAt = sRaw.find_first_of(sSpecial);
-    if (nAt == std::string_view::npos)
+    const auto& arSpecial = g_arSpecial[static_cast<std::size_t>(nForm)];
+    const auto bSpecial = [&](char cByte) { return arSpecial[static_cast<unsigned char>(cByte)]; };
+    auto it = std::find_if(sRaw.begin(), sRaw.end(), bSpecial);
+    if (it == sRaw.end())
         return QString::fromUtf8(sRaw.data(), static_cast<qsizetype>(sRaw.size()));
 
     QByteArray sOut;
     sOut.reserve(static_cast<qsizetype>(sRaw.size()));
-    while (nAt != std::string_view::npos) {
-        sOut.append(sRaw.data(), static_cast<qsizetype>(nAt));
-        sRaw.remove_prefix(nAt);
+    while (it != sRaw.end()) {
+        sOut.append(sRaw.data(), static_cast<qsizetype>(it - sRaw.begin()));
+        sRaw.remove_prefix(static_cast<std::size_t>(it - sRaw.begin()));
         std::size_t nUsed = sRaw.front() == '&' ? AppendReference(sRaw, sOut) : 0;
         if (!nUsed) {
-            const bool bPair = sRaw.substr(0, 2) == "\r\n";
             const char cBreak = nForm == emForm::Attribute ? ' ' : '\n';
             sOut += sRaw.front() == '&' ? '&' : cBreak;
-            nUsed = bPair ? 2 : 1;
+            nUsed = sRaw.substr(0, 2) == "\r\n" ? 2 : 1;
         }
         sRaw.remove_prefix(nUsed);
-        nAt = sRaw.find_first_of(sSpecial);
+        it = std::find_if(sRaw.begin(), sRaw.end(), bSpecial);
     }
     sOut.append(sRaw.data(), static_cast<qsizetype>(sRaw.size()));
     return QString::fromUtf8(sOut);
@@ -194,16 +204,18 @@ qint32 CXmlText::s_F_n_ToInt(std::string_view sRaw)
 
 CXmlUtf8::CXmlUtf8(QStringView sText)
 {
-    vm_arBytes.resize(sText.size());
-    for (qsizetype i = 0; i < sText.size(); ++i) {
-        const char16_t cChar = sText[i].unicode();
-        if (cChar >= 0x80) {
-            const QByteArray sBytes = sText.toUtf8();
-            vm_arBytes.resize(0);
-            vm_arBytes.append(sBytes.constData(), sBytes.size());
-            return;
-        }
-        vm_arBytes[i] = static_cast<char>(cChar);
+    vm_arBytes.resize(sText.size() + 1);
+    char* pOut = vm_arBytes.data();
+    char16_t nBits = 0;
+    for (const QChar cChar : sText) {
+        nBits |= cChar.unicode();
+        *pOut++ = static_cast<char>(cChar.unicode());
+    }
+    *pOut = 0;
+    if (nBits >= 0x80) {
+        const QByteArray sBytes = sText.toUtf8();
+        vm_arBytes.resize(0);
+        vm_arBytes.append(sBytes.constData(), sBytes.size() + 1);
     }
 }
 

@@ -28,7 +28,7 @@ public:
     static qint32 s_F_n_ToInt(std::string_view sRaw);
 };
 
-/// UTF-8 of a short text, on the stack where it fits.
+/// UTF-8 of a short text, zero-terminated, on the stack where it fits.
 class CXmlUtf8
 {
 public:
@@ -36,7 +36,8 @@ public:
     CXmlUtf8(const CXmlUtf8&) = delete;
     CXmlUtf8& operator=(const CXmlUtf8&) = delete;
 
-    std::string_view m_F_s_View() const { return {vm_arBytes.data(), static_cast<std::size_t>(vm_arBytes.size())}; }
+    const char* m_F_psz_Text() const { return vm_arBytes.data(); }
+    std::string_view m_F_s_View() const { return {vm_arBytes.data(), static_cast<std::size_t>(vm_arBytes.size()) - 1}; }
 
 private:
     QVarLengthArray<char, 256> vm_arBytes;
