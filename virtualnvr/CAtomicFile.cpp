@@ -24,13 +24,13 @@ bool WriteAll(int nFile, const std::string& sText)
     return true;
 }
 
-bool WriteSynced(const std::string& sPath, const std::string& sText, unsigned nMode)
+bool WriteNew(const std::string& sPath, const std::string& sText, unsigned nMode, bool bSync)
 {
     const int nFile = ::open(sPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, nMode);
     if (nFile < 0)
         return false;
     // A file left over from a killed writer keeps its old mode through O_CREAT.
-    const bool bWritten = ::fchmod(nFile, nMode) == 0 && WriteAll(nFile, sText) && ::fsync(nFile) == 0;
+    const bool bWritten = ::fchmod(nFile, nMode) == 0 && WriteAll(nFile, sText) && (!bSync || ::fsync(nFile) == 0);
     const int nError = errno;
     const bool bClosed = ::close(nFile) == 0;
     if (!bWritten)
@@ -49,12 +49,14 @@ bool SyncFolder(const std::string& sFolder)
 }
 } // namespace
 
-bool CAtomicFile::s_F_b_Write(const std::string& sPath, const std::string& sText, unsigned nMode, std::string& sError)
+bool CAtomicFile::s_F_b_Write(const std::string& sPath, const std::string& sText, unsigned nMode, std::string& sError,
+                              bool bDurable)
 {
     const std::string sNew = sPath + ".new";
-    if (WriteSynced(sNew, sText, nMode) && ::rename(sNew.c_str(), sPath.c_str()) == 0) {
+    if (WriteNew(sNew, sText, nMode, bDurable) && ::rename(sNew.c_str(), sPath.c_str()) == 0) {
         // The content is in place already; a folder that can't be synced only weakens what a power cut leaves.
-        SyncFolder(std::filesystem::path(sPath).parent_path().string());
+        if (bDurable)
+            SyncFolder(std::filesystem::path(sPath).parent_path().string());
         return true;
     }
     sError = sPath + ": " + std::strerror(errno);

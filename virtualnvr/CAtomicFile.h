@@ -7,9 +7,12 @@ class CAtomicFile
 {
 public:
     /// Writes through a temporary file "<path>.new": data on the disk, then the rename, then the folder on the disk.
-    /// One writer a path at a time. @param nMode permission bits, as 0600
+    /// One writer a path at a time.
+    /// @param nMode permission bits, as 0600
+    /// @param bDurable false: a power cut may lose the file, which saves two waits for the disk
     /// @return false with sError set; then the old file is untouched.
-    static bool s_F_b_Write(const std::string& sPath, const std::string& sText, unsigned nMode, std::string& sError);
+    static bool s_F_b_Write(const std::string& sPath, const std::string& sText, unsigned nMode, std::string& sError,
+                            bool bDurable = true);
 
     /// Reads a whole file. @return false if it can't be read.
     static bool s_F_b_Read(const std::string& sPath, std::string& sText);

@@ -103,7 +103,7 @@ bool CDocumentStore::m_F_b_OpenOne(emDef_Document eDocument, const std::string& 
     }
     for (const char* pszMask : {"PreviewCam", "PlaybackCam"})
         FitMasks(sText, pszMask, static_cast<std::size_t>(nChannels));
-    return CAtomicFile::s_F_b_Write(sPath, sText, 0600, sError);
+    return CAtomicFile::s_F_b_Write(sPath, sText, 0600, sError, false); // what is lost is seeded again
 }
 
 void CDocumentStore::m_S_Close()
