@@ -23,7 +23,7 @@ enum class emDef_RingCodec : std::uint32_t
     MJPEG = 0x47504A4D, ///< one whole JPEG a packet
     PCMU = 0x554D4350,
     PCMA = 0x414D4350,
-    AAC = 0x20434141,  ///< raw frames, AudioSpecificConfig in the extra bytes
+    AAC = 0x20434141, ///< raw frames, AudioSpecificConfig in the extra bytes
     G726 = 0x36323747,
     PCM_S16LE = 0x36314C50
 };

@@ -11,7 +11,7 @@
 struct st_RingFrame
 {
     st_RingPacket stPacket;
-    std::uint64_t nSerial = 0;          ///< counts the packets of the ring from 1; a gap means packets lost
+    std::uint64_t nSerial = 0; ///< counts the packets of the ring from 1; a gap means packets lost
     std::vector<std::uint8_t> arData;
 };
 
@@ -36,7 +36,8 @@ public:
     CShmRingReader(const CShmRingReader&) = delete;
     CShmRingReader& operator=(const CShmRingReader&) = delete;
 
-    /// Opens an existing ring and stands at its latest key frame (video) or latest packet (audio). False if there is none.
+    /// Opens an existing ring and stands at its latest key frame (video) or latest packet (audio). False if there is
+    /// none.
     bool m_F_b_Open(emDef_RingKind nKind, std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream);
     void m_S_Close();
     bool m_F_b_IsOpen() const;

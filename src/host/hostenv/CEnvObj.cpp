@@ -1,0 +1,157 @@
+#include "host/hostenv/CEnvObj.h"
+
+#include <QDir>
+#include <QFile>
+#include <cstring>
+
+#include "host/hostenv/CLangXMLObj.h"
+#include "host/hostenv/CShmSegment.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto SysXmlFile = "System.xml"_L1;
+constexpr auto DamagedFile = "System.damaged.xml"_L1;
+constexpr auto EmptySysXml = "<root><NVR/></root>"_L1;
+constexpr auto OwnerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+constexpr int MaxInstance = 64;
+
+QByteArray Cleaned(const QByteArray& sInstance)
+{
+    QByteArray sClean;
+    for (const char c : sInstance.left(MaxInstance))
+        sClean += (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-' ? c : '_';
+    return sClean.isEmpty() ? "cms"_ba : sClean;
+}
+
+QByteArray& Instance()
+{
+    static QByteArray s_sInstance = Cleaned(qgetenv("FLEETLINK_INSTANCE"));
+    return s_sInstance;
+}
+
+} // namespace
+
+struct CEnvObj::st_Impl
+{
+    CXmlObj xmlSys;
+    CLangXMLObj xmlLang;
+    QString sFolder;
+    CShmSegment objSegment;
+    nsCMS::stDef_SYS_INFO stOwn{}; ///< stands in where there is no shared memory
+
+    st_Impl() { xmlSys.m_F_b_LoadXML(EmptySysXml); }
+};
+
+CEnvObj::CEnvObj() : vm_pImpl(std::make_unique<st_Impl>()) {}
+
+CEnvObj::~CEnvObj() = default;
+
+CXmlObj* CEnvObj::m_F_p_GetMemSysXML()
+{
+    return &vm_pImpl->xmlSys;
+}
+
+nsCMS::stDef_SYS_INFO* CEnvObj::m_F_p_GetShmSystem(bool bCreate)
+{
+    constexpr std::size_t Size = sizeof(nsCMS::stDef_SYS_INFO);
+    CShmSegment& objSegment = vm_pImpl->objSegment;
+    if (!objSegment.m_F_p_Data()) {
+        const std::string sName = CShmSegment::s_F_s_Prefix() + "sys";
+        const bool bOwned = bCreate && objSegment.m_F_n_Own(sName, Size, true) != CShmSegment::emDef_Open::Failed;
+        if (bOwned ? objSegment.m_F_b_Commit(Size) : objSegment.m_F_b_OpenShared(sName, Size)) {
+            if (bOwned) // what a killed host left may be the folder of another installation
+                std::memcpy(objSegment.m_F_p_Data(), &vm_pImpl->stOwn, Size);
+        } else {
+            objSegment.m_S_Close();
+            return &vm_pImpl->stOwn;
+        }
+    }
+    return reinterpret_cast<nsCMS::stDef_SYS_INFO*>(objSegment.m_F_p_Data());
+}
+
+QString CEnvObj::m_F_s_GetConfigFolder() const
+{
+    return vm_pImpl->sFolder;
+}
+
+int CEnvObj::m_F_n_LoadString(const QString& sKey, QString& sOut, const QString& sDefault) const
+{
+    return vm_pImpl->xmlLang.m_F_n_GetLangStr(sKey, sOut, sDefault);
+}
+
+bool CEnvObj::m_F_b_Init(const QString& sConfigFolder)
+{
+    if (sConfigFolder.isEmpty() || !QDir().mkpath(sConfigFolder))
+        return false;
+    const QDir dir(sConfigFolder);
+    QFile::setPermissions(dir.absolutePath(), OwnerOnly | QFileDevice::ExeOwner);
+    const QString sFile = dir.absoluteFilePath(SysXmlFile);
+    CXmlObj xmlSys;
+    if (QFile::exists(sFile) && !xmlSys.m_F_b_LoadXMLFile(sFile)) {
+        // Kept aside, for somebody to look at: it may be all that is left of a long list.
+        QFile::remove(dir.absoluteFilePath(DamagedFile));
+        if (!QFile::rename(sFile, dir.absoluteFilePath(DamagedFile)))
+            return false;
+    }
+    if (!xmlSys.m_F_b_IsOpen() && !(xmlSys.m_F_b_LoadXML(EmptySysXml) && xmlSys.m_F_b_Save(sFile)))
+        return false;
+    QFile::setPermissions(sFile, OwnerOnly);
+    vm_pImpl->xmlSys = std::move(xmlSys);
+    vm_pImpl->sFolder = QDir::toNativeSeparators(dir.absolutePath()) + QDir::separator();
+    return true;
+}
+
+bool CEnvObj::m_F_b_SaveSysXML()
+{
+    return !vm_pImpl->sFolder.isEmpty() && vm_pImpl->xmlSys.m_F_b_Save(vm_pImpl->sFolder + SysXmlFile) &&
+           QFile::setPermissions(vm_pImpl->sFolder + SysXmlFile, OwnerOnly);
+}
+
+bool CEnvObj::m_F_b_SetLangFolder(const QString& sFolder)
+{
+    nsCMS::stDef_SYS_INFO& stInfo = *m_F_p_GetShmSystem(true);
+    QString sStored = QDir::toNativeSeparators(sFolder);
+    if (!sStored.endsWith(QDir::separator()))
+        sStored += QDir::separator();
+    const std::size_t nBytes = static_cast<std::size_t>(sStored.size()) * sizeof(char16_t);
+    if (nBytes + sizeof(char16_t) > sizeof stInfo.arLangFolder)
+        return false;
+    std::memset(stInfo.arLangFolder, 0, sizeof stInfo.arLangFolder);
+    std::memcpy(stInfo.arLangFolder, sStored.utf16(), nBytes);
+    return true;
+}
+
+QString CEnvObj::m_F_s_GetLangFolder()
+{
+    // The field stands at an odd position and need not be terminated: both forbid a pointer to its characters.
+    char16_t arText[sizeof(nsCMS::stDef_SYS_INFO::arLangFolder) / sizeof(char16_t)];
+    std::memcpy(arText, m_F_p_GetShmSystem(true)->arLangFolder, sizeof arText);
+    qsizetype nLength = 0;
+    while (nLength < qsizetype(std::size(arText)) && arText[nLength])
+        ++nLength;
+    return QString::fromUtf16(arText, nLength);
+}
+
+bool CEnvObj::m_F_b_LoadHostLanguage(const QString& sFile)
+{
+    return vm_pImpl->xmlLang.m_F_b_LoadXMLFile(sFile);
+}
+
+void CEnvObj::s_S_SetInstance(const QByteArray& sInstance)
+{
+    Instance() = Cleaned(sInstance);
+}
+
+QByteArray CEnvObj::s_F_s_Instance()
+{
+    return Instance();
+}
+
+int CEnvObj::s_F_n_RemoveStaleShm()
+{
+    return CShmSegment::s_F_n_RemoveStale(CShmSegment::s_F_s_Prefix());
+}
+
+CEnvObj CAppEnv::s_objEnv;

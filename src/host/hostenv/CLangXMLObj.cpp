@@ -1,0 +1,27 @@
+#include "host/hostenv/CLangXMLObj.h"
+
+using namespace Qt::StringLiterals;
+
+bool CLangXMLObj::m_F_b_LoadXMLFile(const QString& sPath)
+{
+    vm_mapTexts.clear();
+    if (!CXmlObj::m_F_b_LoadXMLFile(sPath))
+        return false;
+    CXmlNodeList objTexts = m_S_SelectNodesByKey(u"/root/Text"_s);
+    for (CXmlNode objText = objTexts.m_F_o_NextNode(); !objText.m_F_b_IsNull(); objText = objTexts.m_F_o_NextNode()) {
+        QString sKey, sValue;
+        s_S_GetNodeVal(objText, u"Key"_s, sKey, {});
+        s_S_GetNodeVal(objText, u"Value"_s, sValue, {});
+        if (!vm_mapTexts.contains(sKey))
+            vm_mapTexts.insert(sKey, sValue);
+    }
+    return true;
+}
+
+int CLangXMLObj::m_F_n_GetLangStr(const QString& sKey, QString& sOut, const QString& sDefault) const
+{
+    const auto it = vm_mapTexts.constFind(sKey);
+    const bool bFound = m_F_b_IsOpen() && it != vm_mapTexts.constEnd();
+    sOut = bFound ? *it : sDefault;
+    return bFound ? 1 : 0;
+}
