@@ -2,9 +2,8 @@
 
 #include <QApplication>
 #include <algorithm>
-#include <climits>
-#include <cstdlib>
 
+#include "core/CDipsReply.h"
 #include "core/CWndNvrEmbedded.h"
 #include "core/CWndNvrPC.h"
 
@@ -15,11 +14,6 @@ namespace {
 constexpr int MaxNvrID = 1000;
 constexpr int DipsTimeoutMs = 10000;
 constexpr const char* DipsRequestPath = "dips/request.php";
-
-int AsciiToInt(const char* pText)
-{
-    return static_cast<int>(std::clamp<long long>(std::strtoll(pText, nullptr, 10), INT_MIN, INT_MAX));
-}
 
 } // namespace
 
@@ -121,8 +115,6 @@ int CWndNvrBase::m_F_n_MultiPartStreamGet(const QString& sUrl, CMemManage* pMem,
 
 bool CWndNvrBase::m_F_b_DipsToIpPort(const QByteArray& sId, QByteArray& sAddress, int& nPort)
 {
-    static const QByteArray s_sScheme = "http://"_ba;
-
     if (sId.isEmpty())
         return false;
     const stDef_DipsTarget& stDips = s_F_o_DipsTarget();
@@ -130,17 +122,7 @@ bool CWndNvrBase::m_F_b_DipsToIpPort(const QByteArray& sId, QByteArray& sAddress
     if (vm_objHttp.m_F_n_HTTPGetDataDirect(stDips.sHost, {}, {}, stDips.nPort, sUrl, &vm_objReply, DipsTimeoutMs) < 0)
         return false;
 
-    const QByteArray sReply(vm_objReply.m_F_p_GetStrCHAR());
-    const auto nScheme = sReply.indexOf(s_sScheme);
-    if (nScheme < 0)
-        return false;
-    const QByteArray sRest = sReply.mid(nScheme + s_sScheme.size());
-    const auto nColon = sRest.lastIndexOf(':');
-    if (nColon < 0)
-        return false;
-    sAddress = sRest.left(nColon);
-    nPort = AsciiToInt(sRest.constData() + nColon + 1);
-    return true;
+    return CDipsReply::s_F_b_Parse(QByteArray(vm_objReply.m_F_p_GetStrCHAR()), sAddress, nPort);
 }
 
 // The commands of the device channel are not sent yet.

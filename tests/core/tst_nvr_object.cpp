@@ -6,8 +6,7 @@
 #include "support/HostFixture.h"
 #include "support/Waiting.h"
 
-namespace
-{
+namespace {
 
 class NvrObject : public HostFixture
 {

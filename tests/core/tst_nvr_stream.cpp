@@ -1,8 +1,7 @@
 #include "support/HostFixture.h"
 #include "support/Waiting.h"
 
-namespace
-{
+namespace {
 
 constexpr std::uint64_t SilenceMs = 10000;
 
