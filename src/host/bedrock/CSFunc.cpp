@@ -31,20 +31,12 @@ std::filesystem::path ToNative(const QString& sPath)
 #endif
 }
 
-// The path without separators at its end; empty if it is one that nobody means to remove.
-std::filesystem::path FolderToRemove(const QString& sPath)
+QString WithoutEndSeparators(const QString& sPath)
 {
-    QString sFolder = QDir::fromNativeSeparators(sPath);
-    while (sFolder.endsWith(u'/'))
-        sFolder.chop(1);
-    const QString sName = sFolder.section(u'/', -1);
-    if (sName.trimmed().isEmpty() || sName == u".")
-        return {};
-    const std::filesystem::path objPath = ToNative(sFolder);
-    const std::filesystem::path objBelow = objPath.relative_path();
-    // The first name behind "//server" is a share, which is a root too.
-    const bool bShare = objPath.root_name().native().size() > 2 && !objBelow.has_parent_path();
-    return sName == u".." || objBelow.empty() || bShare ? std::filesystem::path() : objPath;
+    QString sClean = QDir::fromNativeSeparators(sPath);
+    while (sClean.endsWith(u'/'))
+        sClean.chop(1);
+    return sClean;
 }
 
 FILETIME ToFileTime(const QDateTime& objTime)
@@ -160,11 +152,24 @@ int CSFunc::s_F_n_CreateDirectorys(const QString& sPath)
     return !sPath.isEmpty() && QDir().mkpath(sPath) ? 1 : 0;
 }
 
+bool CSFunc::s_F_b_MayRemove(const QString& sPath)
+{
+    const QString sFolder = WithoutEndSeparators(sPath);
+    const QString sName = sFolder.section(u'/', -1);
+    if (sName.trimmed().isEmpty() || sName == u"." || sName == u"..")
+        return false;
+    const std::filesystem::path objPath = ToNative(sFolder);
+    const std::filesystem::path objBelow = objPath.relative_path();
+    // The first name behind "//server" is a share, which is a root too.
+    const bool bShare = objPath.root_name().native().size() > 2 && !objBelow.has_parent_path();
+    return !objBelow.empty() && !bShare;
+}
+
 int CSFunc::s_F_n_RemoveDirectorys(const QString& sPath)
 {
-    const std::filesystem::path objPath = FolderToRemove(sPath);
-    if (objPath.empty())
+    if (!s_F_b_MayRemove(sPath))
         return 0;
+    const std::filesystem::path objPath = ToNative(WithoutEndSeparators(sPath));
     std::error_code nError;
     const auto stStatus = std::filesystem::symlink_status(objPath, nError);
     if (stStatus.type() == std::filesystem::file_type::not_found)

@@ -21,9 +21,11 @@ public:
     /// Creates the folder with all missing parents. Returns 1 if it is there afterwards, else 0.
     static int s_F_n_CreateDirectorys(const QString& sPath);
     /// Removes the folder with all that is in it; links are removed, never followed. Returns 1 if it is gone (also if
-    /// it wasn't there), 0 if something is left, the path is no folder, empty, or one that nobody means to remove: a
-    /// root, or one that ends in "." or "..".
+    /// it wasn't there), 0 if something is left, the path is no folder or `s_F_b_MayRemove` refuses it.
     static int s_F_n_RemoveDirectorys(const QString& sPath);
+    /// False for a path that nobody means to remove: empty, a root, or one that ends in "." or "..". Looks at the text
+    /// only.
+    static bool s_F_b_MayRemove(const QString& sPath);
     /// Fills attributes, size, times (whole milliseconds) and name of the file or folder. False if it isn't there;
     /// `*pInfo` is then as it was.
     static bool s_F_b_GetFileInfo(const QString& sPath, WIN32_FIND_DATAW* pInfo);

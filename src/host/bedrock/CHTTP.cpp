@@ -1,0 +1,168 @@
+#include "host/bedrock/CHTTP.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "host/bedrock/CHttpTransfer.h"
+#include "host/bedrock/CMemManage.h"
+#include "host/bedrock/CMultipartReader.h"
+
+namespace {
+
+constexpr std::uint64_t DefaultBodyLimit = 64u << 20;
+
+stDef_HttpTarget Target(const QByteArray& sHost, const QByteArray& sUser, const QByteArray& sPassword, int nPort)
+{
+    return {sHost.toStdString(), sUser.toStdString(), sPassword.toStdString(), nPort};
+}
+
+} // namespace
+
+struct CHTTP::st_Impl
+{
+    std::mutex objTargetMutex;
+    stDef_HttpTarget stTarget; ///< stored target; invalid while there is none
+
+    std::mutex objDirectMutex, objCommandMutex, objMultipartMutex; ///< one a group, held for the whole call
+    CHttpTransfer objDirect, objCommand, objMultipart;
+    CMultipartReader objReader;
+    std::string sMultipartUrl;
+    std::string sPart;
+    std::atomic<std::uint64_t> nBodyLimit{DefaultBodyLimit};
+
+    stDef_HttpTarget StoredTarget()
+    {
+        const std::lock_guard lock(objTargetMutex);
+        return stTarget;
+    }
+    int BeginMultipart(const stDef_HttpTarget& stNow, const std::string& sUrl);
+};
+
+CHTTP::CHTTP() : vm_pImpl(std::make_unique<st_Impl>()) {}
+
+CHTTP::~CHTTP()
+{
+    m_S_Release();
+}
+
+bool CHTTP::m_S_Init(const QByteArray& sHost, const QByteArray& sUser, const QByteArray& sPassword, int nPort)
+{
+    m_S_Release();
+    stDef_HttpTarget stTarget = Target(sHost, sUser, sPassword, nPort);
+    if (!stTarget.m_F_b_Valid())
+        return false;
+    const std::lock_guard lock(vm_pImpl->objTargetMutex);
+    vm_pImpl->stTarget = std::move(stTarget);
+    return true;
+}
+
+bool CHTTP::m_S_Release()
+{
+    {
+        const std::lock_guard lock(vm_pImpl->objTargetMutex);
+        vm_pImpl->stTarget = {};
+    }
+    const auto end = [](CHttpTransfer& objTransfer, std::mutex& objMutex) {
+        objTransfer.m_S_Stop();
+        const std::lock_guard lock(objMutex);
+        objTransfer.m_S_Reset();
+        objTransfer.m_S_Allow();
+    };
+    end(vm_pImpl->objMultipart, vm_pImpl->objMultipartMutex);
+    end(vm_pImpl->objCommand, vm_pImpl->objCommandMutex);
+    return true;
+}
+
+std::uint32_t CHTTP::m_F_n_HTTPGetData(const QByteArray& sUrl, int nTimeoutMs)
+{
+    const std::lock_guard lock(vm_pImpl->objCommandMutex);
+    stDef_HttpRequest stRequest;
+    stRequest.sUrl = sUrl.toStdString();
+    stRequest.nBodyLimit = vm_pImpl->nBodyLimit;
+    const int nResult = vm_pImpl->objCommand.m_F_n_Perform(vm_pImpl->StoredTarget(), std::move(stRequest), nTimeoutMs);
+    return static_cast<std::uint32_t>(std::max(nResult, 0));
+}
+
+int CHTTP::m_F_n_HTTPGetDataDirect(const QByteArray& sHost, const QByteArray& sUser, const QByteArray& sPassword,
+                                   int nPort, const QByteArray& sUrl, CMemManage* pReply, int nTimeoutMs)
+{
+    if (!pReply)
+        return Result_BadArgument;
+    const std::lock_guard lock(vm_pImpl->objDirectMutex);
+    pReply->m_S_Clear();
+    stDef_HttpRequest stRequest;
+    stRequest.sUrl = sUrl.toStdString();
+    stRequest.nBodyLimit = vm_pImpl->nBodyLimit;
+    stRequest.sink = [pReply](const char* pData, std::size_t nSize) { return pReply->m_F_b_Append(pData, nSize); };
+    const int nResult =
+        vm_pImpl->objDirect.m_F_n_Perform(Target(sHost, sUser, sPassword, nPort), std::move(stRequest), nTimeoutMs);
+    if (nResult == Result_TooLarge || nResult == Result_NoMemory)
+        pReply->m_S_DelMem(); // what a misbehaving server made it grow to is not kept
+    else if (nResult < 0)
+        pReply->m_S_Clear();
+    return nResult;
+}
+
+int CHTTP::m_F_n_HTTPPostDataDirect(const QByteArray& sHost, const QByteArray& sUser, const QByteArray& sPassword,
+                                    int nPort, const QByteArray& sUrl, const QByteArray& sBody, int nBody,
+                                    const QByteArray& sExtra, int nExtra, int nTimeoutMs)
+{
+    const std::lock_guard lock(vm_pImpl->objDirectMutex);
+    stDef_HttpRequest stRequest;
+    stRequest.sUrl = sUrl.toStdString();
+    stRequest.pBody = sBody.constData();
+    stRequest.nBody = static_cast<std::size_t>(std::clamp<qsizetype>(nBody, 0, sBody.size()));
+    stRequest.sExtraHead = sExtra.left(std::max(nExtra, 0)).toStdString();
+    stRequest.nBodyLimit = vm_pImpl->nBodyLimit;
+    return vm_pImpl->objDirect.m_F_n_Perform(Target(sHost, sUser, sPassword, nPort), std::move(stRequest), nTimeoutMs);
+}
+
+int CHTTP::st_Impl::BeginMultipart(const stDef_HttpTarget& stNow, const std::string& sUrl)
+{
+    sMultipartUrl = sUrl;
+    objReader = {};
+    stDef_HttpRequest stRequest;
+    stRequest.sUrl = sUrl;
+    stRequest.nBodyLimit = UINT64_MAX; // a stream has no end; the reader bounds what is kept
+    stRequest.begin = [this](const std::string& sContentType) { objReader.m_S_Begin(sContentType); };
+    stRequest.sink = [this](const char* pData, std::size_t nSize) {
+        objReader.m_S_Feed(pData, nSize);
+        return true;
+    };
+    return objMultipart.m_F_n_Start(stNow, std::move(stRequest), 0);
+}
+
+int CHTTP::m_F_n_MultiPartStreamGet(const QByteArray& sUrl, char* pBuffer, std::uint32_t nSize, int nTimeoutMs)
+{
+    st_Impl& impl = *vm_pImpl;
+    const std::lock_guard lock(impl.objMultipartMutex);
+    const stDef_HttpTarget stNow = impl.StoredTarget();
+    if (!pBuffer || nSize == 0 || !stNow.m_F_b_Valid())
+        return Result_BadArgument;
+    const std::string sUrlNow = sUrl.toStdString();
+    if ((!impl.objMultipart.m_F_b_Running() && impl.objReader.m_F_b_Empty()) || impl.sMultipartUrl != sUrlNow) {
+        const int nBegun = impl.BeginMultipart(stNow, sUrlNow);
+        if (nBegun < 0)
+            return nBegun;
+    }
+    if (impl.objReader.m_F_b_Empty() && impl.objMultipart.m_F_b_Running()) {
+        const int nRun = impl.objMultipart.m_F_n_Run([&] { return !impl.objReader.m_F_b_Empty(); }, nTimeoutMs);
+        if (nRun < 0)
+            return nRun;
+        if (nRun == 0) {
+            if (impl.objMultipart.m_F_n_Result() < 0)
+                return impl.objMultipart.m_F_n_Result();
+            impl.objReader.m_S_End();
+        }
+    }
+    if (!impl.objReader.m_F_b_Pop(impl.sPart))
+        return Result_Broken;
+    const std::size_t nCopied = std::min<std::size_t>(impl.sPart.size(), nSize);
+    std::memcpy(pBuffer, impl.sPart.data(), nCopied);
+    return static_cast<int>(std::min<std::size_t>(nCopied, INT32_MAX));
+}
+
+void CHTTP::m_S_SetBodyLimit(std::uint64_t nBytes)
+{
+    vm_pImpl->nBodyLimit = nBytes;
+}
