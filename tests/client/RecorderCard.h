@@ -4,6 +4,8 @@
 #include <QString>
 #include <gtest/gtest.h>
 
+#include "CVirtualNvr.h"
+
 /// Writes a recorder card as a virtual recorder would.
 inline void WriteCard(const QString& sFile, const QString& sName, int nHttpPort, int nRtspPort, int nChannels,
                       const char* pszPassword = "Fl33t!ink")
@@ -18,4 +20,11 @@ inline void WriteCard(const QString& sFile, const QString& sName, int nHttpPort,
                    .arg(pszPassword)
                    .arg(nChannels)
                    .toUtf8());
+}
+
+inline stDef_VirtualNvrConfig WithChannels(int nChannels)
+{
+    stDef_VirtualNvrConfig stConfig;
+    stConfig.nChannels = nChannels;
+    return stConfig;
 }

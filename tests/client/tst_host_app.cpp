@@ -80,7 +80,7 @@ TEST_F(HostAppTest, TheTourTellsWhatItSaw)
 
     // A recorder that lacks what the list promises: every part is told, and the tour goes on to its end.
     nvr.m_S_Stop();
-    ASSERT_TRUE(nvr.m_F_b_Start({.nChannels = 2}, sError)) << sError;
+    ASSERT_TRUE(nvr.m_F_b_Start(WithChannels(2), sError)) << sError;
     WriteCard(Path("card.xml"), "Lab", nvr.m_F_n_HttpPort(), nvr.m_F_n_RtspPort(), 4);
     EXPECT_EQ(Run(arArguments), CHostApp::ExitTourFailed);
     EXPECT_EQ(vm_sErr.find("cell 2"), std::string::npos);

@@ -35,7 +35,7 @@ protected:
     void StartRecorder(int nChannels = 4, const char* pszPassword = "Fl33t!ink")
     {
         std::string sError;
-        ASSERT_TRUE(vm_nvr.m_F_b_Start({.nChannels = nChannels}, sError)) << sError;
+        ASSERT_TRUE(vm_nvr.m_F_b_Start(WithChannels(nChannels), sError)) << sError;
         Import("Lab", vm_nvr.m_F_n_HttpPort(), vm_nvr.m_F_n_RtspPort(), 4, pszPassword);
     }
 
