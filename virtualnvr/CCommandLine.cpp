@@ -168,9 +168,9 @@ void CCommandLine::s_S_PrintHelp(std::ostream& objOut)
         const std::string sLeft = std::string(st.pszName) + (st.pszValue ? std::string(" ") + st.pszValue : "");
         objOut << "  " << std::left << std::setw(38) << sLeft << ' ' << st.pszHelp << '\n';
     }
-    objOut << "\nFaults of --fault:\n ";
-    for (const auto& sName : CFaultTable::s_F_ar_Names())
-        objOut << ' ' << sName;
+    objOut << "\nFaults of --fault:\n";
+    for (const stDef_FaultKind& stKind : CFaultTable::s_F_ar_Kinds())
+        objOut << "  " << std::setw(20) << stKind.sName << ' ' << stKind.sHelp << '\n';
     objOut << "\nFaults of --stream-fault:\n ";
     for (const auto& sName : CStreamServer::s_F_ar_FaultNames())
         objOut << ' ' << sName;

@@ -197,6 +197,12 @@ TEST(Recorder, TakesLoginsByHand)
         EXPECT_EQ(objProbe.m_F_o_Get(stCase.sTarget).nStatus, stCase.nStatus)
             << stCase.sTarget << " in " << stCase.sUriText << ", count " << stCase.nCount;
     }
+    // The right password under a nonce that the recorder never gave.
+    std::string sForged = sChallenge;
+    char& cSerial = sForged[sForged.find("nonce=\"") + 7 + 23];
+    cSerial = cSerial == '9' ? '8' : '9';
+    objProbe.m_S_SetAuthorization(LoginByHand(sForged, sInfo, sInfo, 1));
+    EXPECT_EQ(objProbe.m_F_o_Get(sInfo).nStatus, 401);
 }
 
 TEST(Recorder, KeepsOneLoginOnOneConnection)
