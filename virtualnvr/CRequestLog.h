@@ -1,0 +1,51 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <iosfwd>
+#include <mutex>
+#include <string>
+#include <vector>
+
+/// One request as the recorder saw it. Never holds the value of an Authorization header.
+struct stDef_LogEntry
+{
+    std::uint64_t nSequence = 0;   ///< from 1
+    std::uint64_t nConnection = 0; ///< number of the TCP connection, from 1
+    std::string sMethod;
+    std::string sTarget;         ///< as it stood in the request line
+    std::string sScheme;         ///< of the Authorization header; empty if none came
+    std::string sFault;          ///< name of the fault that was played; empty for none
+    std::string sBody;           ///< at most CRequestLog::MaxBody bytes of it
+    int nStatus = 0;             ///< of the reply; 0 if there was none
+    std::uint64_t nBytesIn = 0;  ///< of the request's body
+    std::uint64_t nBytesOut = 0; ///< of the reply, head included
+};
+
+/// The requests that a recorder got, in the order of their ends. Thread-safe.
+class CRequestLog
+{
+public:
+    static constexpr std::size_t MaxBody = 1u << 20;
+    static constexpr std::size_t MaxEntries = 10000; ///< the oldest go first
+
+    void m_S_Add(stDef_LogEntry stEntry);
+    std::vector<stDef_LogEntry> m_F_ar_Entries() const;
+    std::size_t m_F_n_Count() const; ///< of the entries held
+    void m_S_Clear();
+    /// Waits until an entry meets the condition, one that is there already included; false after `nTimeoutMs`.
+    bool m_F_b_Wait(const std::function<bool(const stDef_LogEntry&)>& condition, int nTimeoutMs) const;
+    /// Also writes a line a request, with passwords in the target masked; null ends it.
+    void m_S_SetEcho(std::ostream* pStream);
+
+    /// The target with the values of password-like keys replaced.
+    static std::string s_F_s_Masked(const std::string& sTarget);
+
+private:
+    mutable std::mutex vm_objMutex;
+    mutable std::condition_variable vm_objChanged;
+    std::vector<stDef_LogEntry> vm_arEntries;
+    std::uint64_t vm_nSequence = 0;
+    std::ostream* vm_pEcho = nullptr;
+};
