@@ -12,6 +12,7 @@
 #include <unordered_map>
 
 #include "host/bedrock/CXmlChildIndex.h"
+#include "host/bedrock/CXmlPath.h"
 #include "host/bedrock/CXmlText.h"
 
 using namespace Qt::StringLiterals;
@@ -357,7 +358,7 @@ pugi::xml_node CXmlObj::st_Impl::m_F_o_MakeNode(const CXmlPath& objPath)
 
 pugi::xml_attribute CXmlObj::st_Impl::m_F_o_Attribute(const QString& sPath, const QString& sKey)
 {
-    return m_F_o_Node(sPath).attribute(CXmlUtf8(sKey).m_F_psz_Text());
+    return m_F_o_Node(sPath).attribute(CXmlUtf8(sKey).m_F_p_Text());
 }
 
 // Drops what the index holds of an element that goes, and of all below it.
@@ -554,12 +555,12 @@ CXmlNodeList CXmlObj::m_S_SelectNodesByKey(const QString& sPath) const
 
 void CXmlObj::s_S_GetNodeVal(const CXmlNode& objNode, const QString& sKey, QString& sOut, const QString& sDefault)
 {
-    const pugi::xml_attribute objAttribute = ToNode(objNode.vm_pNode).attribute(CXmlUtf8(sKey).m_F_psz_Text());
+    const pugi::xml_attribute objAttribute = ToNode(objNode.vm_pNode).attribute(CXmlUtf8(sKey).m_F_p_Text());
     sOut = objAttribute ? CXmlText::s_F_s_FromAttribute(objAttribute.value()) : sDefault;
 }
 
 qint32 CXmlObj::s_F_n_GetNodeValInt(const CXmlNode& objNode, const QString& sKey, qint32 nDefault)
 {
-    const pugi::xml_attribute objAttribute = ToNode(objNode.vm_pNode).attribute(CXmlUtf8(sKey).m_F_psz_Text());
+    const pugi::xml_attribute objAttribute = ToNode(objNode.vm_pNode).attribute(CXmlUtf8(sKey).m_F_p_Text());
     return objAttribute ? CXmlText::s_F_n_ToInt(objAttribute.value()) : nDefault;
 }

@@ -28,6 +28,9 @@ TEST(MemManage, KeepsContentAndAClosingZero)
     EXPECT_EQ(objMem.m_F_n_GetMemSize(), 12u);
     EXPECT_EQ(std::memcmp(objMem.m_F_p_GetMemPoint(), "abcd\0\0\0\0efgh", 13), 0);
 
+    ASSERT_TRUE(objMem.m_F_p_MemAlloc(2) && objMem.m_F_p_MemAlloc(8));
+    EXPECT_EQ(std::memcmp(objMem.m_F_p_GetMemPoint(), "ab\0\0\0\0\0\0", 9), 0);
+
     EXPECT_TRUE(objMem.m_F_b_SetContent("xy", 2));
     EXPECT_STREQ(objMem.m_F_p_GetStrCHAR(), "xy");
     EXPECT_TRUE(objMem.m_F_b_SetContent(nullptr, 0));
