@@ -30,7 +30,7 @@ std::string MakeTemporaryFolder(std::string& sError)
     return sFolder;
 }
 
-/// Numeric address and port of the other end; empty and 0 if the connection is gone.
+/// Numeric address and port of the other end; of nobody if the connection is gone.
 std::pair<std::string, int> PeerOf(int nSocket)
 {
     sockaddr_storage stAddress{};
@@ -40,7 +40,7 @@ std::pair<std::string, int> PeerOf(int nSocket)
     if (::getpeername(nSocket, pAddress, &nLength) != 0 ||
         ::getnameinfo(pAddress, nLength, szHost, sizeof szHost, szPort, sizeof szPort,
                       NI_NUMERICHOST | NI_NUMERICSERV) != 0)
-        return {};
+        return {"0.0.0.0", 0};
     return {szHost, std::atoi(szPort)};
 }
 } // namespace
@@ -69,7 +69,7 @@ bool CVirtualNvr::stDef_Impl::StartStreams(const stDef_VirtualNvrConfig& stConfi
         return true;
     objDoor.m_S_SetTunnelHandler([this](int nSocket, const std::string& sInitial) {
         const auto [sPeer, nPeerPort] = PeerOf(nSocket);
-        return nPeerPort != 0 && objStreams.m_F_b_TransferConnection(nSocket, sPeer, nPeerPort, sInitial);
+        return objStreams.m_F_b_TransferConnection(nSocket, sPeer, nPeerPort, sInitial); // owns the socket from here on
     });
     return objStreams.m_F_b_Start({stConfig.sBind, stConfig.nRtspPort, stConfig.nChannels, stConfig.arAccounts},
                                   sError);
