@@ -3,9 +3,7 @@
 #include <QFile>
 #include <QStringEncoder>
 #include <QTemporaryDir>
-#include <functional>
 #include <gtest/gtest.h>
-#include <map>
 #include <random>
 #include <vector>
 
@@ -152,67 +150,67 @@ TEST(Xml, DocumentsGoBackAsTheyCame)
     }
 }
 
+// One edit: 's'et, 'a'dd, 'r'emove, re'n'ame.
+bool Edit(CXmlObj& objXml, char cEdit, const QString& sPath, const QString& sName, const QString& sValue = QString())
+{
+    switch (cEdit) {
+    case 's':
+        return objXml.m_F_b_SetValue(sPath, sName, sValue);
+    case 'a':
+        return objXml.m_F_b_AddNods(sPath, sName);
+    case 'r':
+        return objXml.m_F_b_RemoveNods(sPath, sName);
+    default:
+        return objXml.m_F_b_RenameNods(sPath, sName, sValue);
+    }
+}
+
 TEST(Xml, EditsKeepTheLayout)
 {
-    using Edit = std::function<bool(CXmlObj&)>;
-    const auto fnSet = [](const QString& sPath, const QString& sKey, const QString& sValue) -> Edit {
-        return [=](CXmlObj& objXml) { return objXml.m_F_b_SetValue(sPath, sKey, sValue); };
-    };
-    const auto fnAdd = [](const QString& sPath, const QString& sName) -> Edit {
-        return [=](CXmlObj& objXml) { return objXml.m_F_b_AddNods(sPath, sName); };
-    };
-    const auto fnRemove = [](const QString& sPath, const QString& sName) -> Edit {
-        return [=](CXmlObj& objXml) { return objXml.m_F_b_RemoveNods(sPath, sName); };
-    };
-    const auto fnRename = [](const QString& sPath, const QString& sOld, const QString& sNew) -> Edit {
-        return [=](CXmlObj& objXml) { return objXml.m_F_b_RenameNods(sPath, sOld, sNew); };
-    };
-    const QString sDeep = u"x/"_s.repeated(254) + u"x"_s;
     const struct
     {
         QString sBefore;
-        Edit fnEdit;
-        bool bDone;
-        QString sAfter;
+        char cEdit;
+        QString sPath, sName, sValue, sAfter;
     } arRows[] = {
-        {u"<root></root>"_s, fnSet(u"/root/NVR/N000"_s, u"ID"_s, u"7"_s), true,
-         u"<root><NVR><N000 ID=\"7\"/></NVR></root>"_s},
-        {u"<root></root>"_s, fnAdd(u""_s, u"Camera"_s), true, u"<root><Camera/></root>"_s},
-        {u"<root a='1'/>"_s, fnSet(u""_s, u"a"_s, u"<\"&'>\t\n\r\x1\xD800!"_s), true,
+        {u"<root></root>"_s, 's', u"/root/NVR/N000"_s, u"ID"_s, u"7"_s, u"<root><NVR><N000 ID=\"7\"/></NVR></root>"_s},
+        {u"<root></root>"_s, 'a', u""_s, u"Camera"_s, {}, u"<root><Camera/></root>"_s},
+        {u"<root a='1'/>"_s, 's', u""_s, u"a"_s, u"<\"&'>\t\n\r\x1\xD800!"_s,
          u"<root a=\"&lt;&quot;&amp;'&gt;&#9;&#10;&#13;\uFFFD\uFFFD!\"/>"_s},
-        {u"<r>\n  <a/>\n</r>"_s, fnAdd(u""_s, u"b"_s), true, u"<r>\n  <a/>\n  <b/>\n</r>"_s},
-        {u"<r>\r\n\t<a/>\r\n</r>"_s, fnSet(u"a/b"_s, u"k"_s, u"1"_s), true,
+        {u"<r>\n  <a/>\n</r>"_s, 'a', u""_s, u"b"_s, {}, u"<r>\n  <a/>\n  <b/>\n</r>"_s},
+        {u"<r>\r\n\t<a/>\r\n</r>"_s, 's', u"a/b"_s, u"k"_s, u"1"_s,
          u"<r>\r\n\t<a>\r\n\t\t<b k=\"1\"/>\r\n\t</a>\r\n</r>"_s},
-        {u"<r>text<a/></r>"_s, fnAdd(u""_s, u"b"_s), true, u"<r>text<a/><b/></r>"_s},
-        {u"<r>\n  <a/>\n  <b/>\n</r>"_s, fnRemove(u""_s, u"a"_s), true, u"<r>\n  <b/>\n</r>"_s},
-        {u"<r>\n  <a><b/></a>\n</r>"_s, fnRemove(u""_s, u"a"_s), true, u"<r/>"_s},
-        {u"<r><a n=\"1\"/><a n=\"2\"/></r>"_s, fnRemove(u"/r"_s, u"a"_s), true, u"<r><a n=\"2\"/></r>"_s},
-        {u"<r><a><k>1</k></a></r>"_s, fnRename(u""_s, u"a"_s, u"b"_s), true, u"<r><b><k>1</k></b></r>"_s},
-        {u"<r><a ></a></r>"_s, fnRename(u""_s, u"a"_s, u"a"_s), true, u"<r><a ></a></r>"_s},
-        // No effect at all.
-        {u"<r ></r>"_s, fnRemove(u""_s, u"a"_s), false, u"<r ></r>"_s},
-        {u"<r ></r>"_s, fnRemove(u"a/b"_s, u"c"_s), false, u"<r ></r>"_s},
-        {u"<r ></r>"_s, fnRename(u""_s, u"a"_s, u"b"_s), false, u"<r ></r>"_s},
-        {u"<r ><a/></r>"_s, fnRename(u""_s, u"a"_s, u"0"_s), false, u"<r ><a/></r>"_s},
-        {u"<r ></r>"_s, fnAdd(u"missing"_s, u"a"_s), false, u"<r ></r>"_s},
-        {u"<r ></r>"_s, fnAdd(u""_s, u"a b"_s), false, u"<r ></r>"_s},
-        {u"<r ></r>"_s, fnAdd(u""_s, u""_s), false, u"<r ></r>"_s},
-        {u"<r ></r>"_s, fnSet(u"/other/a"_s, u"k"_s, u"1"_s), false, u"<r ></r>"_s},
-        {u"<r ></r>"_s, fnSet(u"a/<b"_s, u"k"_s, u"1"_s), false, u"<r ></r>"_s},
-        {u"<r ></r>"_s, fnSet(u"a//b"_s, u"k"_s, u"1"_s), false, u"<r ></r>"_s},
-        {u"<r ></r>"_s, fnSet(u"a"_s, u"k="_s, u"1"_s), false, u"<r ></r>"_s},
-        {u"<r ></r>"_s, [&](CXmlObj& objXml) { return objXml.m_F_b_SetValue(sDeep + u"/x"_s, u"k"_s, 1); }, false,
-         u"<r ></r>"_s},
+        {u"<r>text<a/></r>"_s, 'a', u""_s, u"b"_s, {}, u"<r>text<a/><b/></r>"_s},
+        {u"<r>\n  <a/>\n  <b/>\n</r>"_s, 'r', u""_s, u"a"_s, {}, u"<r>\n  <b/>\n</r>"_s},
+        {u"<r>\n  <a><b/></a>\n</r>"_s, 'r', u""_s, u"a"_s, {}, u"<r/>"_s},
+        {u"<r><a n=\"1\"/><a n=\"2\"/></r>"_s, 'r', u"/r"_s, u"a"_s, {}, u"<r><a n=\"2\"/></r>"_s},
+        {u"<r><a><k>1</k></a></r>"_s, 'n', u""_s, u"a"_s, u"b"_s, u"<r><b><k>1</k></b></r>"_s},
+        {u"<r ><a></a></r>"_s, 'n', u""_s, u"a"_s, u"a"_s, u"<r ><a></a></r>"_s},
     };
     for (const auto& stRow : arRows) {
         SCOPED_TRACE(stRow.sBefore.toStdString() + " -> " + stRow.sAfter.toStdString());
         CXmlObj objXml;
         ASSERT_TRUE(objXml.m_F_b_LoadXML(stRow.sBefore));
-        EXPECT_EQ(stRow.fnEdit(objXml), stRow.bDone);
+        EXPECT_TRUE(Edit(objXml, stRow.cEdit, stRow.sPath, stRow.sName, stRow.sValue));
         EXPECT_EQ(objXml.m_F_s_GetXML().toStdString(), stRow.sAfter.toStdString());
     }
+}
+
+TEST(Xml, EditsThatCannotBeDoneHaveNoEffect)
+{
+    const QString sDeep = u"x/"_s.repeated(254) + u"x"_s;
+    const QString sBefore = u"<r ><a ></a></r>"_s;
     CXmlObj objXml;
-    ASSERT_TRUE(objXml.m_F_b_LoadXML(u"<r/>"_s));
+    ASSERT_TRUE(objXml.m_F_b_LoadXML(sBefore));
+    EXPECT_FALSE(Edit(objXml, 'r', u""_s, u"b"_s) || Edit(objXml, 'r', u"a/b"_s, u"c"_s));
+    EXPECT_FALSE(Edit(objXml, 'n', u""_s, u"b"_s, u"c"_s) || Edit(objXml, 'n', u""_s, u"a"_s, u"0"_s));
+    EXPECT_FALSE(Edit(objXml, 'a', u"b"_s, u"c"_s) || Edit(objXml, 'a', u""_s, u"c d"_s) ||
+                 Edit(objXml, 'a', u""_s, {}));
+    for (const QString& sPath : {u"/other/a"_s, u"b/<c"_s, u"b//c"_s, u"/"_s, sDeep + u"/x"_s})
+        EXPECT_FALSE(Edit(objXml, 's', sPath, u"k"_s, u"1"_s)) << qPrintable(sPath);
+    EXPECT_FALSE(Edit(objXml, 's', u"b"_s, u"k="_s, u"1"_s));
+    EXPECT_EQ(objXml.m_F_s_GetXML(), sBefore);
+
     EXPECT_TRUE(objXml.m_F_b_SetValue(sDeep, u"k"_s, u"a\tb\nc"_s)); // 256 levels
     EXPECT_FALSE(objXml.m_F_b_AddNods(sDeep, u"x"_s));
     CXmlObj objCopy;
