@@ -1,0 +1,154 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <cstring>
+
+#include "host/Lib_Hostenv.h"
+
+namespace {
+
+mode_t Rights(const QString& sPath)
+{
+    struct stat st
+    {};
+    stat(QFile::encodeName(sPath).constData(), &st);
+    return st.st_mode & 0777;
+}
+
+void WriteFile(const QString& sPath, const QByteArray& sText)
+{
+    QFile file(sPath);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(sText);
+}
+
+class Environment : public testing::Test
+{
+protected:
+    void SetUp() override { ASSERT_TRUE(vm_dir.isValid()); }
+    QString Path(const char* pName) const { return vm_dir.filePath(pName); }
+
+    QTemporaryDir vm_dir;
+    CEnvObj vm_env;
+};
+
+TEST_F(Environment, RecorderListSurvives)
+{
+    const QString sFolder = Path("new/config");
+    ASSERT_TRUE(vm_env.m_F_b_Init(sFolder));
+    EXPECT_EQ(vm_env.m_F_s_GetConfigFolder(), sFolder + '/');
+    EXPECT_EQ(Rights(sFolder), 0700u);
+    vm_env.m_F_p_GetMemSysXML()->m_F_b_SetValue("/root/NVR/N003", "IP", "192.0.2.3");
+    ASSERT_TRUE(vm_env.m_F_b_SaveSysXML());
+    EXPECT_EQ(Rights(sFolder + "/System.xml"), 0600u);
+
+    CEnvObj other;
+    ASSERT_TRUE(other.m_F_b_Init(sFolder));
+    QString sIP;
+    other.m_F_p_GetMemSysXML()->m_F_n_GetValue("/root/NVR/N003", "IP", sIP, {});
+    EXPECT_EQ(sIP, "192.0.2.3");
+}
+
+TEST_F(Environment, DamagedListIsKeptAside)
+{
+    WriteFile(Path("System.xml"), "<root><NVR><N000 IP=");
+    ASSERT_TRUE(vm_env.m_F_b_Init(vm_dir.path()));
+    EXPECT_TRUE(vm_env.m_F_p_GetMemSysXML()->m_F_b_IsOpen());
+    QFile damaged(Path("System.damaged.xml"));
+    ASSERT_TRUE(damaged.open(QIODevice::ReadOnly));
+    EXPECT_EQ(damaged.readAll(), "<root><NVR><N000 IP=");
+}
+
+TEST_F(Environment, BadFoldersAreRefused)
+{
+    WriteFile(Path("file"), "no folder");
+    EXPECT_FALSE(vm_env.m_F_b_Init({}));
+    EXPECT_FALSE(vm_env.m_F_b_Init(Path("file/below")));
+    EXPECT_FALSE(vm_env.m_F_b_SaveSysXML()) << "there is no folder yet";
+    EXPECT_NE(vm_env.m_F_p_GetMemSysXML(), nullptr);
+}
+
+TEST_F(Environment, LanguageFolderStandsInTheSystemRecord)
+{
+    const QString sFolder = QString::fromUtf8("/opt/caf\xc3\xa9/\xe8\xaa\x9e");
+    ASSERT_TRUE(vm_env.m_F_b_SetLangFolder(sFolder));
+    EXPECT_EQ(vm_env.m_F_s_GetLangFolder(), sFolder + '/');
+    const auto* pRecord = reinterpret_cast<const unsigned char*>(vm_env.m_F_p_GetShmSystem(false));
+    EXPECT_EQ(std::memcmp(pRecord + 493, "/\0o\0p\0t\0", 8), 0) << "UTF-16LE from byte 493 on";
+
+    const QString sLongest(265, 'x'); // with separator and zero, 267 units: all that there is
+    EXPECT_TRUE(vm_env.m_F_b_SetLangFolder(sLongest));
+    EXPECT_EQ(vm_env.m_F_s_GetLangFolder(), sLongest + '/');
+    EXPECT_FALSE(vm_env.m_F_b_SetLangFolder(sLongest + 'x'));
+    EXPECT_EQ(vm_env.m_F_s_GetLangFolder(), sLongest + '/');
+
+    std::memset(vm_env.m_F_p_GetShmSystem(true)->arLangFolder, 'x', 534); // a host that forgot the zero
+    EXPECT_EQ(vm_env.m_F_s_GetLangFolder().size(), 267);
+
+    CEnvObj other; // of another part of the process
+    std::memset(vm_env.m_F_p_GetShmSystem(true)->arTimeZone, 0x5A, 172);
+    EXPECT_EQ(other.m_F_p_GetShmSystem(false)->arTimeZone[171], 0x5A);
+}
+
+TEST_F(Environment, LanguageFileAnswersKeys)
+{
+    WriteFile(Path("lang.xml"), "<root><Text Key='Add' Value='Hinzu&amp;'/><Text Key='Add' Value='later'/>"
+                                "<Text Key='Empty' Value=''/><Other Key='No' Value='no'/></root>");
+    CLangXMLObj lang;
+    QString sOut;
+    EXPECT_EQ(lang.m_F_n_GetLangStr("Add", sOut, "default"), 0);
+    EXPECT_EQ(sOut, "default");
+    ASSERT_TRUE(lang.m_F_b_LoadXMLFile(Path("lang.xml")));
+    struct Row
+    {
+        const char* pKey;
+        int nResult;
+        const char* pText;
+    };
+    for (const Row& row :
+         {Row{"Add", 1, "Hinzu&"}, Row{"Empty", 1, ""}, Row{"No", 0, "default"}, Row{"add", 0, "default"}}) {
+        EXPECT_EQ(lang.m_F_n_GetLangStr(row.pKey, sOut, "default"), row.nResult) << row.pKey;
+        EXPECT_EQ(sOut, row.pText) << row.pKey;
+    }
+    EXPECT_FALSE(lang.m_F_b_LoadXMLFile(Path("missing.xml")));
+    EXPECT_EQ(lang.m_F_n_GetLangStr("Add", sOut, "default"), 0) << "the former texts are gone";
+}
+
+TEST_F(Environment, StoredPasswords)
+{
+    CWinAES_CMS::s_S_SetKeyFolder(vm_dir.path());
+    for (const QString& sClear :
+         {QString(), QString("Fl33t!ink"), QString::fromUtf8("p\xc3\xa4ss \xe5\xaf\x86"), QString(500, 'x')}) {
+        const QString sStored = CWinAES_CMS::s_F_s_Encrypt(sClear);
+        EXPECT_NE(sStored, CWinAES_CMS::s_F_s_Encrypt(sClear)) << "a nonce of its own each time";
+        EXPECT_EQ(CWinAES_CMS::s_F_s_Decrypt(sStored), sClear);
+        if (!sClear.isEmpty())
+            EXPECT_FALSE(sStored.contains(sClear));
+    }
+    EXPECT_EQ(Rights(Path("fleetlink.key")), 0600u);
+
+    const QString sStored = CWinAES_CMS::s_F_s_Encrypt("secret");
+    QByteArray sRaw = QByteArray::fromBase64(sStored.mid(3).toLatin1());
+    for (qsizetype i = 0; i < sRaw.size(); ++i) { // one bit anywhere
+        QByteArray sTampered = sRaw;
+        sTampered[i] = static_cast<char>(sTampered[i] ^ 4);
+        EXPECT_EQ(CWinAES_CMS::s_F_s_Decrypt("v1:" + sTampered.toBase64()), "") << i;
+    }
+    for (const char* pNone : {"", "secret", "v1:", "v1:AAAA", "v1:!!!!", "v2:AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAA"})
+        EXPECT_EQ(CWinAES_CMS::s_F_s_Decrypt(pNone), "") << pNone;
+
+    QTemporaryDir dirOther;
+    CWinAES_CMS::s_S_SetKeyFolder(dirOther.path());
+    EXPECT_EQ(CWinAES_CMS::s_F_s_Decrypt(sStored), "") << "another user's key";
+    EXPECT_FALSE(QFile::exists(dirOther.filePath("fleetlink.key"))) << "reading makes no key";
+    CWinAES_CMS::s_S_SetKeyFolder(vm_dir.path());
+    QFile::setPermissions(Path("fleetlink.key"),
+                          QFileDevice::ReadOwner | QFileDevice::ReadOther | QFileDevice::WriteOwner);
+    EXPECT_EQ(CWinAES_CMS::s_F_s_Decrypt(sStored), "secret");
+    EXPECT_EQ(Rights(Path("fleetlink.key")), 0600u) << "rights of others are taken back";
+}
+
+} // namespace
