@@ -1,0 +1,183 @@
+#include "host/livefeed/CParameterSets.h"
+
+#include <algorithm>
+#include <array>
+#include <climits>
+#include <cstring>
+#include <memory>
+
+#include "host/livefeed/CRingCodec.h"
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+}
+
+namespace {
+
+constexpr std::array<std::uint8_t, 4> StartCode = {0, 0, 0, 1};
+
+enum class emDef_Nal
+{
+    Other,
+    Needed,   ///< a parameter set without which there is no decoding
+    Optional, ///< a parameter set beside it
+    Picture
+};
+
+emDef_Nal KindH264(std::uint8_t nFirst)
+{
+    const int nType = nFirst & 0x1f;
+    if (nType == 7) // SPS
+        return emDef_Nal::Needed;
+    if (nType == 8) // PPS
+        return emDef_Nal::Optional;
+    return nType >= 1 && nType <= 5 ? emDef_Nal::Picture : emDef_Nal::Other;
+}
+
+emDef_Nal KindH265(std::uint8_t nFirst)
+{
+    const int nType = nFirst >> 1 & 0x3f;
+    if (nType == 33) // SPS
+        return emDef_Nal::Needed;
+    if (nType == 32 || nType == 34) // VPS, PPS
+        return emDef_Nal::Optional;
+    return nType < 32 ? emDef_Nal::Picture : emDef_Nal::Other;
+}
+
+emDef_Nal KindMpeg4(std::uint8_t nFirst)
+{
+    if (nFirst >= 0x20 && nFirst <= 0x2f) // video object layer
+        return emDef_Nal::Needed;
+    if (nFirst < 0x20 || nFirst == 0xb0 || nFirst == 0xb5) // video object, its sequence
+        return emDef_Nal::Optional;
+    return nFirst == 0xb6 ? emDef_Nal::Picture : emDef_Nal::Other;
+}
+
+emDef_Nal Kind(emDef_RingCodec nCodec, std::uint8_t nFirst)
+{
+    if (nCodec == emDef_RingCodec::MPEG4)
+        return KindMpeg4(nFirst);
+    return nCodec == emDef_RingCodec::H264 ? KindH264(nFirst) : KindH265(nFirst);
+}
+
+/// Position of the next 00 00 01 from `n` on; the end if there is none.
+std::size_t NextStart(const std::uint8_t* pData, std::size_t nSize, std::size_t n)
+{
+    for (; n + 3 <= nSize; ++n) {
+        const auto* p = static_cast<const std::uint8_t*>(std::memchr(pData + n, 1, nSize - n));
+        if (!p)
+            break;
+        n = static_cast<std::size_t>(p - pData);
+        if (n >= 2 && pData[n - 1] == 0 && pData[n - 2] == 0)
+            return n - 2;
+    }
+    return nSize;
+}
+
+/// Units put behind each other, each with a start code of four bytes.
+struct stDef_Gathered
+{
+    std::array<std::uint8_t, st_RingParam::MaxExtra> arBytes{};
+    std::uint32_t nSize = 0;
+
+    bool m_F_b_Append(const std::uint8_t* pUnit, const std::uint8_t* pEnd)
+    {
+        while (pEnd > pUnit && pEnd[-1] == 0) // a longer start code's zeros, or padding: no unit ends with them
+            --pEnd;
+        const auto nUnit = static_cast<std::size_t>(pEnd - pUnit);
+        if (nSize + StartCode.size() + nUnit > arBytes.size())
+            return false;
+        std::copy(StartCode.begin(), StartCode.end(), arBytes.begin() + nSize);
+        std::copy(pUnit, pEnd, arBytes.begin() + nSize + StartCode.size());
+        nSize += static_cast<std::uint32_t>(StartCode.size() + nUnit);
+        return true;
+    }
+};
+
+struct stDef_ContextFree
+{
+    void operator()(AVCodecContext* p) const { avcodec_free_context(&p); }
+    void operator()(AVCodecParserContext* p) const { av_parser_close(p); }
+};
+
+/// The library reads past the end of what it is given.
+bool SetExtra(AVCodecContext& stContext, const st_RingParam& stParam)
+{
+    stContext.extradata = static_cast<std::uint8_t*>(av_mallocz(stParam.nExtraSize + AV_INPUT_BUFFER_PADDING_SIZE));
+    if (!stContext.extradata)
+        return false;
+    std::memcpy(stContext.extradata, stParam.arExtra.data(), stParam.nExtraSize);
+    stContext.extradata_size = static_cast<int>(stParam.nExtraSize);
+    return true;
+}
+
+/// Size from a JPEG's frame header, which the parsers leave to the decoder.
+void FindJpegSize(st_RingParam& stParam, const std::uint8_t* pData, std::size_t nSize)
+{
+    const auto word = [pData](std::size_t n) { return pData[n] << 8 | pData[n + 1]; };
+    for (std::size_t n = 2; n + 9 <= nSize && pData[n] == 0xff; n += 2u + static_cast<std::size_t>(word(n + 2))) {
+        const int nMarker = pData[n + 1];
+        // C0 to CF begin a frame, but for tables (C4, CC) and an extension (C8).
+        if (nMarker >= 0xc0 && nMarker <= 0xcf && nMarker != 0xc4 && nMarker != 0xc8 && nMarker != 0xcc) {
+            stParam.nHeight = word(n + 5);
+            stParam.nWidth = word(n + 7);
+            return;
+        }
+    }
+}
+
+} // namespace
+
+bool CParameterSets::s_F_b_Take(st_RingParam& stParam, const std::uint8_t* pData, std::size_t nSize)
+{
+    if (stParam.nCodec == emDef_RingCodec::MJPEG)
+        return false;
+    stDef_Gathered stFound;
+    bool bNeeded = false;
+    bool bOptional = false;
+    std::size_t nNext = 0;
+    for (std::size_t n = NextStart(pData, nSize, 0); n + 3 < nSize; n = nNext) {
+        const std::uint8_t* pUnit = pData + n + 3;
+        const emDef_Nal nKind = Kind(stParam.nCodec, *pUnit);
+        if (nKind == emDef_Nal::Picture)
+            break;
+        nNext = NextStart(pData, nSize, n + 3);
+        if (nKind == emDef_Nal::Other)
+            continue;
+        if (!stFound.m_F_b_Append(pUnit, pData + nNext))
+            return false;
+        (nKind == emDef_Nal::Needed ? bNeeded : bOptional) = true;
+    }
+    if (!bNeeded || !bOptional || (stFound.nSize == stParam.nExtraSize && stFound.arBytes == stParam.arExtra))
+        return false;
+    stParam.arExtra = stFound.arBytes;
+    stParam.nExtraSize = stFound.nSize;
+    return true;
+}
+
+void CParameterSets::s_S_FindSize(st_RingParam& stParam, const std::uint8_t* pData, std::size_t nSize)
+{
+    stParam.nWidth = 0;
+    stParam.nHeight = 0;
+    if (stParam.nCodec == emDef_RingCodec::MJPEG)
+        return FindJpegSize(stParam, pData, nSize);
+    const AVCodecID nCodec = static_cast<AVCodecID>(CRingCodec::s_F_n_ToAv(stParam.nCodec));
+    const std::unique_ptr<AVCodecContext, stDef_ContextFree> pContext(avcodec_alloc_context3(nullptr));
+    const std::unique_ptr<AVCodecParserContext, stDef_ContextFree> pParser(av_parser_init(nCodec));
+    if (!pContext || !pParser || nSize > INT_MAX || !SetExtra(*pContext, stParam))
+        return;
+    pContext->codec_id = nCodec;
+    pContext->codec_type = AVMEDIA_TYPE_VIDEO;
+    pParser->flags |= PARSER_FLAG_COMPLETE_FRAMES;
+    std::uint8_t* pOut = nullptr;
+    int nOut = 0;
+    av_parser_parse2(pParser.get(), pContext.get(), &pOut, &nOut, pData, static_cast<int>(nSize), AV_NOPTS_VALUE,
+                     AV_NOPTS_VALUE, 0);
+    // Some parsers tell the size by themselves, others through the context.
+    const int nWidth = pParser->width > 0 ? pParser->width : pContext->width;
+    const int nHeight = pParser->width > 0 ? pParser->height : pContext->height;
+    if (nWidth > 0 && nHeight > 0) {
+        stParam.nWidth = nWidth;
+        stParam.nHeight = nHeight;
+    }
+}

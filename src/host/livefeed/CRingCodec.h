@@ -1,0 +1,18 @@
+#pragma once
+
+#include "host/hostenv/CShmRing.h"
+
+struct AVCodecParameters;
+
+/// The codecs that rings carry, beside the numbers that libavcodec has for them. No state; any thread.
+class CRingCodec
+{
+public:
+    /// `None` for what no ring carries.
+    static emDef_RingCodec s_F_n_FromAv(int nAvCodec);
+    /// The AVCodecID; 0 for `None`.
+    static int s_F_n_ToAv(emDef_RingCodec nCodec);
+
+    /// Codec parameters as the session description told them; codec `None` if no ring carries it.
+    static st_RingParam s_F_o_Param(const AVCodecParameters& stFrom);
+};
