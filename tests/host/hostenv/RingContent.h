@@ -12,7 +12,7 @@ inline constexpr int KeyEvery = 10;
 
 inline std::uint32_t Size(std::uint32_t nNumber)
 {
-    return 16 + (nNumber * 2654435761u >> 8) % (200u << 10);
+    return 16 + (nNumber * 2654435761u >> 8) % (80u << 10);
 }
 
 inline void Fill(std::vector<std::uint8_t>& arData, std::uint32_t nNumber)
