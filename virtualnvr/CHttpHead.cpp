@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cstdlib>
 
 namespace {
@@ -108,10 +109,20 @@ CBodyFramer::CBodyFramer(const CHttpHead& objHead, std::string_view sMethod)
         vm_bDone = true;
     else if (Lower(objHead.m_F_s_Value("Transfer-Encoding")).find("chunked") != std::string::npos)
         vm_nKind = emDef_Kind::Chunked;
-    else if (!sLength.empty() || !bReply)
-        vm_bDone = (vm_nLeft = std::strtoull(sLength.c_str(), nullptr, 10)) == 0;
+    else if (!sLength.empty())
+        m_S_SetLength(sLength, 10);
+    else if (!bReply)
+        vm_bDone = true;
     else
         vm_nKind = emDef_Kind::UntilClose;
+}
+
+void CBodyFramer::m_S_SetLength(const std::string& sText, int nBase)
+{
+    const char* pEnd = sText.data() + sText.size();
+    const auto result = std::from_chars(sText.data(), pEnd, vm_nLeft, nBase);
+    vm_bBad = result.ec != std::errc() || (result.ptr != pEnd && *result.ptr != ';' && *result.ptr != ' ');
+    vm_bDone = !vm_bBad && vm_nKind == emDef_Kind::Counted && vm_nLeft == 0;
 }
 
 std::size_t CBodyFramer::m_F_n_Feed(std::string_view sData)
@@ -119,7 +130,7 @@ std::size_t CBodyFramer::m_F_n_Feed(std::string_view sData)
     if (vm_nKind == emDef_Kind::UntilClose)
         return sData.size();
     std::size_t nTaken = 0;
-    while (!vm_bDone && nTaken < sData.size()) {
+    while (!vm_bDone && !vm_bBad && nTaken < sData.size()) {
         const bool bBulk = vm_nKind == emDef_Kind::Counted || vm_nChunk == emDef_Chunk::Data;
         if (!bBulk) {
             m_S_FeedChunkByte(sData[nTaken++]);
@@ -145,7 +156,7 @@ void CBodyFramer::m_S_FeedChunkByte(char c)
     }
     const std::string sLine = std::exchange(vm_sLine, {});
     if (vm_nChunk == emDef_Chunk::Size) {
-        vm_nLeft = std::strtoull(sLine.c_str(), nullptr, 16);
+        m_S_SetLength(sLine, 16);
         vm_nChunk = vm_nLeft ? emDef_Chunk::Data : emDef_Chunk::Trailer;
     } else if (vm_nChunk == emDef_Chunk::DataEnd) {
         vm_nChunk = emDef_Chunk::Size;

@@ -34,22 +34,59 @@ std::string CRequestLog::s_F_s_Masked(const std::string& sTarget)
     return sOut;
 }
 
-void CRequestLog::m_S_Add(stDef_LogEntry stEntry)
+std::uint64_t CRequestLog::m_F_n_Add(stDef_LogEntry stEntry)
 {
+    std::uint64_t nSequence = 0;
     {
         const std::lock_guard lock(vm_objMutex);
-        stEntry.nSequence = ++vm_nSequence;
-        if (vm_pEcho) {
-            *vm_pEcho << stEntry.sMethod << ' ' << s_F_s_Masked(stEntry.sTarget) << ' ' << stEntry.nStatus << ' '
-                      << stEntry.nBytesIn << " in " << stEntry.nBytesOut << " out"
-                      << (stEntry.sFault.empty() ? "" : " fault " + stEntry.sFault) << '\n'
-                      << std::flush;
+        stEntry.nSequence = nSequence = ++vm_nSequence;
+        if (vm_arEntries.size() >= MaxEntries) {
+            const auto itEnd = vm_arEntries.begin() + MaxEntries / 10;
+            for (auto it = vm_arEntries.begin(); it != itEnd; ++it)
+                vm_nBodyBytes -= it->sBody.size();
+            vm_arEntries.erase(vm_arEntries.begin(), itEnd);
         }
-        if (vm_arEntries.size() >= MaxEntries)
-            vm_arEntries.erase(vm_arEntries.begin(), vm_arEntries.begin() + MaxEntries / 10);
+        vm_nBodyBytes += stEntry.sBody.size();
         vm_arEntries.push_back(std::move(stEntry));
     }
     vm_objChanged.notify_all();
+    return nSequence;
+}
+
+void CRequestLog::m_S_Update(const stDef_LogEntry& stEntry)
+{
+    {
+        const std::lock_guard lock(vm_objMutex);
+        if (stEntry.bDone && vm_pEcho)
+            m_S_Echo(stEntry);
+        const auto it =
+            std::lower_bound(vm_arEntries.begin(), vm_arEntries.end(), stEntry.nSequence,
+                             [](const stDef_LogEntry& stLeft, std::uint64_t n) { return stLeft.nSequence < n; });
+        if (it == vm_arEntries.end() || it->nSequence != stEntry.nSequence)
+            return;
+        vm_nBodyBytes += stEntry.sBody.size() - it->sBody.size();
+        *it = stEntry;
+        m_S_DropOldBodies();
+    }
+    vm_objChanged.notify_all();
+}
+
+void CRequestLog::m_S_DropOldBodies()
+{
+    for (auto it = vm_arEntries.begin(); vm_nBodyBytes > MaxBodies && it != vm_arEntries.end(); ++it) {
+        vm_nBodyBytes -= it->sBody.size();
+        it->sBody = {};
+    }
+}
+
+void CRequestLog::m_S_Echo(const stDef_LogEntry& stEntry)
+{
+    std::string sLine = stEntry.sMethod + ' ' + s_F_s_Masked(stEntry.sTarget);
+    // What a client sends must not steer the terminal that shows it.
+    std::replace_if(sLine.begin(), sLine.end(), [](unsigned char c) { return c < 0x20 || c >= 0x7f; }, '?');
+    *vm_pEcho << sLine << ' ' << stEntry.nStatus << ' ' << stEntry.nBytesIn << " in " << stEntry.nBytesOut << " out"
+              << (stEntry.sFault.empty() ? "" : " fault " + stEntry.sFault) << '\n'
+              << std::flush;
 }
 
 std::vector<stDef_LogEntry> CRequestLog::m_F_ar_Entries() const
@@ -68,6 +105,7 @@ void CRequestLog::m_S_Clear()
 {
     const std::lock_guard lock(vm_objMutex);
     vm_arEntries.clear();
+    vm_nBodyBytes = 0;
 }
 
 bool CRequestLog::m_F_b_Wait(const std::function<bool(const stDef_LogEntry&)>& condition, int nTimeoutMs) const

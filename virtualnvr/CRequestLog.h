@@ -17,35 +17,45 @@ struct stDef_LogEntry
     std::string sTarget;         ///< as it stood in the request line
     std::string sScheme;         ///< of the Authorization header; empty if none came
     std::string sFault;          ///< name of the fault that was played; empty for none
-    std::string sBody;           ///< at most CRequestLog::MaxBody bytes of it
+    std::string sBody;           ///< at most CRequestLog::MaxBody bytes of it; the oldest are dropped in time
     int nStatus = 0;             ///< of the reply; 0 if there was none
     std::uint64_t nBytesIn = 0;  ///< of the request's body
-    std::uint64_t nBytesOut = 0; ///< of the reply, head included
+    std::uint64_t nBytesOut = 0; ///< of the reply, head included; known at its end
+    bool bDone = false;          ///< the reply has ended, or the connection
 };
 
-/// The requests that a recorder got, in the order of their ends. Thread-safe.
+/// The requests that a recorder got. One is there as soon as its head is read; its body and the status are there
+/// before the client sees the first byte of the reply. Thread-safe.
 class CRequestLog
 {
 public:
     static constexpr std::size_t MaxBody = 1u << 20;
-    static constexpr std::size_t MaxEntries = 10000; ///< the oldest go first
+    static constexpr std::size_t MaxBodies = 64u << 20; ///< bytes of all bodies held
+    static constexpr std::size_t MaxEntries = 10000;    ///< the oldest go first
 
-    void m_S_Add(stDef_LogEntry stEntry);
+    /// Returns the sequence number that the entry got.
+    std::uint64_t m_F_n_Add(stDef_LogEntry stEntry);
+    /// Puts the entry in place of the one of the same sequence number, unless that is gone.
+    void m_S_Update(const stDef_LogEntry& stEntry);
     std::vector<stDef_LogEntry> m_F_ar_Entries() const;
     std::size_t m_F_n_Count() const; ///< of the entries held
     void m_S_Clear();
     /// Waits until an entry meets the condition, one that is there already included; false after `nTimeoutMs`.
     bool m_F_b_Wait(const std::function<bool(const stDef_LogEntry&)>& condition, int nTimeoutMs) const;
-    /// Also writes a line a request, with passwords in the target masked; null ends it.
+    /// Also writes a line at the end of each request, with passwords in the target masked; null ends it.
     void m_S_SetEcho(std::ostream* pStream);
 
     /// The target with the values of password-like keys replaced.
     static std::string s_F_s_Masked(const std::string& sTarget);
 
 private:
+    void m_S_Echo(const stDef_LogEntry& stEntry);
+    void m_S_DropOldBodies();
+
     mutable std::mutex vm_objMutex;
     mutable std::condition_variable vm_objChanged;
-    std::vector<stDef_LogEntry> vm_arEntries;
+    std::vector<stDef_LogEntry> vm_arEntries; ///< by sequence number
+    std::size_t vm_nBodyBytes = 0;
     std::uint64_t vm_nSequence = 0;
     std::ostream* vm_pEcho = nullptr;
 };

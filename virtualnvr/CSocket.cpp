@@ -1,7 +1,9 @@
 #include "CSocket.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <netdb.h>
 #include <netinet/in.h>
@@ -14,12 +16,41 @@ namespace {
 
 constexpr int Backlog = 128;
 constexpr int GentleMs = 200;
+constexpr int NoDescriptorMs = 20;
 constexpr std::size_t GentleBytes = 1u << 20;
 
 void SetOption(int nSocket, int nLevel, int nOption)
 {
     const int nOn = 1;
     ::setsockopt(nSocket, nLevel, nOption, &nOn, sizeof nOn);
+}
+
+/// Milliseconds to go; negative if there is no limit.
+class CCountdown
+{
+public:
+    explicit CCountdown(int nMs) : vm_bEndless(nMs < 0), vm_nEnd(Clock::now() + std::chrono::milliseconds(nMs)) {}
+    int m_F_n_Left() const
+    {
+        const auto nLeft = std::chrono::ceil<std::chrono::milliseconds>(vm_nEnd - Clock::now()).count();
+        return vm_bEndless ? -1 : static_cast<int>(std::max<long long>(nLeft, 0));
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+    bool vm_bEndless;
+    Clock::time_point vm_nEnd;
+};
+
+bool Poll(int nSocket, short nEvents, int nTimeoutMs)
+{
+    const CCountdown objCountdown(nTimeoutMs);
+    while (true) {
+        pollfd stPoll{nSocket, nEvents, 0};
+        const int nReady = ::poll(&stPoll, 1, objCountdown.m_F_n_Left());
+        if (nReady >= 0 || errno != EINTR)
+            return nReady > 0;
+    }
 }
 
 } // namespace
@@ -70,25 +101,31 @@ int CSocket::m_F_n_Accept()
 {
     while (true) {
         const int nSocket = ::accept4(vm_nSocket, nullptr, nullptr, SOCK_CLOEXEC);
-        if (nSocket >= 0 || (errno != EINTR && errno != ECONNABORTED))
+        if (nSocket >= 0)
             return nSocket;
+        if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM)
+            m_F_b_WaitGone(NoDescriptorMs); // the connection stays in the queue until somebody else closes one
+        else if (errno != EINTR && errno != ECONNABORTED)
+            return -1;
     }
+}
+
+bool CSocket::m_F_b_Open()
+{
+    m_S_Close();
+    vm_nSocket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (vm_nSocket >= 0)
+        SetOption(vm_nSocket, IPPROTO_TCP, TCP_NODELAY);
+    return vm_nSocket >= 0;
 }
 
 bool CSocket::m_F_b_ConnectLoopback(int nPort)
 {
-    m_S_Close();
-    vm_nSocket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in stAddress{};
     stAddress.sin_family = AF_INET;
     stAddress.sin_port = htons(static_cast<std::uint16_t>(nPort));
     stAddress.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (vm_nSocket < 0 || ::connect(vm_nSocket, reinterpret_cast<sockaddr*>(&stAddress), sizeof stAddress) != 0) {
-        m_S_Close();
-        return false;
-    }
-    SetOption(vm_nSocket, IPPROTO_TCP, TCP_NODELAY);
-    return true;
+    return ::connect(vm_nSocket, reinterpret_cast<sockaddr*>(&stAddress), sizeof stAddress) == 0;
 }
 
 long CSocket::m_F_n_Read(char* pData, std::size_t nSize, int nTimeoutMs)
@@ -117,8 +154,12 @@ bool CSocket::m_F_b_Write(std::string_view sData)
 
 bool CSocket::m_F_b_WaitReadable(int nTimeoutMs)
 {
-    pollfd stPoll{vm_nSocket.load(), POLLIN, 0};
-    return ::poll(&stPoll, 1, nTimeoutMs) > 0;
+    return Poll(vm_nSocket, POLLIN, nTimeoutMs);
+}
+
+bool CSocket::m_F_b_WaitGone(int nTimeoutMs)
+{
+    return Poll(vm_nSocket, 0, nTimeoutMs); // errors and hang-ups are always reported
 }
 
 void CSocket::m_S_Wake()
@@ -147,8 +188,9 @@ void CSocket::m_S_EndGently()
         return;
     ::shutdown(vm_nSocket, SHUT_WR);
     char arDropped[4096];
+    const CCountdown objCountdown(GentleMs);
     for (std::size_t nDropped = 0; nDropped < GentleBytes;) {
-        const long nRead = m_F_n_Read(arDropped, sizeof arDropped, GentleMs);
+        const long nRead = m_F_n_Read(arDropped, sizeof arDropped, objCountdown.m_F_n_Left());
         if (nRead <= 0)
             break;
         nDropped += static_cast<std::size_t>(nRead);

@@ -18,6 +18,7 @@ public:
     int m_F_n_Port() const;
     /// The next connection as a plain socket; -1 when woken or on failure.
     int m_F_n_Accept();
+    bool m_F_b_Open(); ///< a fresh socket, for m_F_b_ConnectLoopback
     bool m_F_b_ConnectLoopback(int nPort);
     bool m_F_b_IsOpen() const { return vm_nSocket >= 0; }
 
@@ -26,8 +27,11 @@ public:
     long m_F_n_Read(char* pData, std::size_t nSize, int nTimeoutMs = -1);
     /// Writes everything; false if the other side is gone or the socket was woken.
     bool m_F_b_Write(std::string_view sData);
-    /// Waits for the other side to close or send, at most so long; for faults that hold a connection.
+    /// Waits for the other side to close or send, at most so long (negative: no limit).
     bool m_F_b_WaitReadable(int nTimeoutMs);
+    /// Waits for the end of the connection or a wake, at most so long, whatever is sent meanwhile. A side that has
+    /// closed is noticed only once something was sent to it: till then it may still be reading.
+    bool m_F_b_WaitGone(int nTimeoutMs);
 
     void m_S_Wake(); ///< from any thread: all waits end, now and from here on
     void m_S_Close();
