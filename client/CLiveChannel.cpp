@@ -49,8 +49,8 @@ void CLiveChannel::m_S_Connect()
     vm_arHistory.clear();
     vm_bPolled = true;
     vm_bConnected = false;
-    vm_pNvr->m_S_Connect(vm_stSource.nNvrID, vm_stSource.nChannel, vm_stSource.nStream);
     m_S_SetState(emDef_LiveState::Connecting);
+    vm_pNvr->m_S_Connect(vm_stSource.nNvrID, vm_stSource.nChannel, vm_stSource.nStream);
 }
 
 void CLiveChannel::m_S_RequestStop()

@@ -219,7 +219,8 @@ QString CTour::m_F_s_Report() const
     };
     objOut << Cell(u"Channel"_s, 32) << Cell(u"First picture"_s, -14) << Cell(u"Frames/s"_s, -10) << "  States\n";
     for (const stDef_ChannelRow& stRow : vm_arRows)
-        objOut << Cell(stRow.sTitle, 32) << Cell(u"%1 ms"_s.arg(stRow.nFirstPictureMs), -14)
+        objOut << Cell(stRow.sTitle, 32)
+               << Cell(stRow.nFirstPictureMs < 0 ? u"-"_s : u"%1 ms"_s.arg(stRow.nFirstPictureMs), -14)
                << Cell(QString::number(stRow.nRate, 'f', 1), -10) << "  " << stRow.sStates << '\n';
     objOut << '\n'
            << Cell(u"Document"_s, 14) << Cell(u"Fetched B"_s, -12) << Cell(u"ms"_s, -7) << Cell(u"Posted B"_s, -12)

@@ -74,7 +74,7 @@ TEST_F(HostAppTest, TheTourTellsWhatItSaw)
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QByteArray sReport = file.readAll();
     EXPECT_NE(vm_sOut.find(sReport.toStdString()), std::string::npos);
-    EXPECT_EQ(sReport.count("Connecting 0 ms"), 8);
+    EXPECT_EQ(sReport.count("Connecting "), 8);
     EXPECT_EQ(sReport.count("Disconnected "), 4);
     EXPECT_EQ(sReport.count("Fetched and posted"), 4);
 
@@ -84,7 +84,8 @@ TEST_F(HostAppTest, TheTourTellsWhatItSaw)
     WriteCard(Path("card.xml"), "Lab", nvr.m_F_n_HttpPort(), nvr.m_F_n_RtspPort(), 4);
     EXPECT_EQ(Run(arArguments), CHostApp::ExitTourFailed);
     EXPECT_EQ(vm_sErr.find("cell 2"), std::string::npos);
-    EXPECT_NE(vm_sErr.find("cell 3 shows no moving picture: Connecting 0 ms, Refused"), std::string::npos) << vm_sErr;
+    EXPECT_NE(vm_sErr.find("cell 3 shows no moving picture: Connecting"), std::string::npos) << vm_sErr;
+    EXPECT_NE(vm_sErr.find("Refused"), std::string::npos) << vm_sErr;
     EXPECT_TRUE(QFile::exists(Path("tour/4-connected-again.png")));
 }
 

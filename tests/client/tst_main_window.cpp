@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 
+#include "CDocumentStore.h"
 #include "CFaultTable.h"
 #include "CLiveGrid.h"
 #include "CMainWindow.h"
@@ -167,6 +168,16 @@ TEST_F(MainWindowTest, ACellSaysInPlainWordsWhyItShowsNothing)
     Check(emDef_LiveState::NoAnswer, "No answer");
 }
 
+TEST_F(MainWindowTest, AStreamThatChangesItsSizeIsFollowed)
+{
+    StartRecorder();
+    OpenWindow();
+    ASSERT_TRUE(AllIn(emDef_LiveState::Live));
+    ASSERT_TRUE(vm_nvr.m_F_o_Streams().m_F_b_SetFault("*", "params"));
+    EXPECT_TRUE(WaitUntil([&] { return Code(3) && Code(3)->bSecond; }));
+    EXPECT_EQ(Cell(3).accessibleDescription(), "Live");
+}
+
 TEST_F(MainWindowTest, AStreamWithoutPicturesDoesNotPassForLive)
 {
     StartRecorder();
@@ -181,8 +192,20 @@ TEST_F(MainWindowTest, AStreamWithoutPicturesDoesNotPassForLive)
 TEST_F(MainWindowTest, DocumentsAreExchangedByKey)
 {
     StartRecorder();
+    const auto Root = [&] {
+        const std::string sText = vm_nvr.m_F_o_Documents().m_F_s_Get(emDef_Document::Camera);
+        return sText.substr(sText.find("<root"));
+    };
+    const std::string sBefore = Root();
     OpenWindow();
     Key(Qt::Key_E, Qt::ControlModifier);
+    EXPECT_EQ(Root(), sBefore);
+    std::vector<std::string> arPosts;
+    for (const stDef_LogEntry& stEntry : vm_nvr.m_F_o_Log().m_F_ar_Entries()) {
+        if (stEntry.sMethod == "POST" && stEntry.nStatus == 200)
+            arPosts.push_back(stEntry.sTarget.substr(stEntry.sTarget.find("Update")));
+    }
+    EXPECT_EQ(arPosts, (std::vector<std::string>{"UpdateEMail", "UpdateCamera", "UpdateSchedule", "UpdateSystem"}));
     const QList<stDef_DocumentResult>& arResults = vm_pWindow->m_F_ar_Documents();
     ASSERT_EQ(arResults.size(), 6);
     for (int i = 0; i < 6; ++i) {

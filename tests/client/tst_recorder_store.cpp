@@ -141,6 +141,10 @@ TEST_F(RecorderStoreTest, ADamagedListIsReadAsFarAsItGoes)
     EXPECT_EQ(arRecorders[1].nNvrID, 1000);
     EXPECT_EQ(arRecorders[1].sName, "192.0.2.2");
     EXPECT_TRUE(vm_store.m_F_o_Import(Fixture("nameless.xml")).sError.contains("full"));
+
+    ASSERT_TRUE(objXml.m_F_b_LoadXML("<root><NVR count='1000'/></root>"));
+    EXPECT_TRUE(vm_store.m_F_o_Import(Fixture("two.xml")).sError.contains("full"));
+    EXPECT_EQ(objXml.m_F_n_GetValueInt("/root/NVR", "count", 0), 1000) << "all cards are taken or none";
 }
 
 } // namespace
