@@ -1,15 +1,15 @@
 #include "host/bedrock/CMultipartReader.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
-#include <optional>
 
 namespace {
 
+constexpr std::string_view Blanks = " \t\r\n";
+
 char Lower(char c)
 {
-    return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 bool StartsWithNoCase(std::string_view sText, std::string_view sStart)
@@ -18,11 +18,15 @@ bool StartsWithNoCase(std::string_view sText, std::string_view sStart)
            std::equal(sStart.begin(), sStart.end(), sText.begin(), [](char a, char b) { return Lower(a) == Lower(b); });
 }
 
+std::string_view WithoutLeading(std::string_view sText, std::string_view sSet)
+{
+    return sText.substr(std::min(sText.find_first_not_of(sSet), sText.size()));
+}
+
 std::string_view Trimmed(std::string_view sText)
 {
-    const auto nBegin = sText.find_first_not_of(" \t\r");
-    return nBegin == sText.npos ? std::string_view()
-                                : sText.substr(nBegin, sText.find_last_not_of(" \t\r") - nBegin + 1);
+    sText = WithoutLeading(sText, Blanks);
+    return sText.substr(0, sText.find_last_not_of(Blanks) + 1);
 }
 
 /// Value of the parameter "boundary" of a Content-Type, without quotes.
@@ -30,36 +34,41 @@ std::string_view Boundary(std::string_view sContentType)
 {
     if (!StartsWithNoCase(Trimmed(sContentType), "multipart/"))
         return {};
-    while (true) {
-        const auto nNext = sContentType.find(';');
-        if (nNext == sContentType.npos)
-            return {};
+    constexpr std::string_view sKey = "boundary=";
+    for (auto nNext = sContentType.find(';'); nNext != sContentType.npos; nNext = sContentType.find(';')) {
         sContentType.remove_prefix(nNext + 1);
-        const std::string_view sParam = Trimmed(sContentType);
-        if (!StartsWithNoCase(sParam, "boundary="))
+        const std::string_view sParam = WithoutLeading(sContentType, Blanks);
+        if (!StartsWithNoCase(sParam, sKey))
             continue;
-        const std::string_view sValue = sParam.substr(9);
+        const std::string_view sValue = sParam.substr(sKey.size());
         if (sValue.starts_with('"'))
             return sValue.substr(1, sValue.find('"', 1) - 1);
         return Trimmed(sValue.substr(0, sValue.find(';')));
     }
+    return {};
 }
 
-std::optional<std::size_t> ContentLength(std::string_view sHead)
+/// The number of a Content-Length line; nothing for any other line, or a number that is none or doesn't fit.
+std::optional<std::size_t> ContentLength(std::string_view sLine)
 {
-    while (!sHead.empty()) {
-        const auto nEnd = std::min(sHead.find('\n'), sHead.size());
-        const std::string_view sLine = sHead.substr(0, nEnd);
-        sHead.remove_prefix(std::min(nEnd + 1, sHead.size()));
-        if (!StartsWithNoCase(sLine, "content-length:"))
-            continue;
-        const std::string_view sNumber = Trimmed(sLine.substr(15));
-        std::size_t nLength = 0;
-        const auto result = std::from_chars(sNumber.data(), sNumber.data() + sNumber.size(), nLength);
-        if (result.ec == std::errc() && result.ptr == sNumber.data() + sNumber.size())
-            return nLength;
-    }
-    return std::nullopt;
+    constexpr std::string_view sKey = "content-length:";
+    if (!StartsWithNoCase(sLine, sKey))
+        return std::nullopt;
+    const std::string_view sNumber = Trimmed(sLine.substr(sKey.size()));
+    const char* pEnd = sNumber.data() + sNumber.size();
+    std::size_t nLength = 0;
+    const auto result = std::from_chars(sNumber.data(), pEnd, nLength);
+    return result.ec == std::errc() && result.ptr == pEnd ? std::optional(nLength) : std::nullopt;
+}
+
+/// `sBody` without the line end that belongs to the delimiter behind it.
+std::string_view WithoutLineEnd(std::string_view sBody)
+{
+    if (sBody.ends_with('\n'))
+        sBody.remove_suffix(1);
+    if (sBody.ends_with('\r'))
+        sBody.remove_suffix(1);
+    return sBody;
 }
 
 } // namespace
@@ -67,31 +76,40 @@ std::optional<std::size_t> ContentLength(std::string_view sHead)
 void CMultipartReader::m_S_Begin(std::string_view sContentType)
 {
     *this = CMultipartReader();
-    std::string_view sBoundary = Boundary(sContentType);
-    sBoundary.remove_prefix(std::min(sBoundary.find_first_not_of('-'), sBoundary.size()));
-    if (sBoundary.empty())
-        return;
-    vm_sDelimiter = "--" + std::string(sBoundary);
-    vm_nState = emDef_State::Delimiter;
+    vm_sBoundary = WithoutLeading(Boundary(sContentType), "-");
+    if (!vm_sBoundary.empty())
+        vm_nState = emDef_State::Outside;
 }
 
 void CMultipartReader::m_S_Feed(const char* pData, std::size_t nSize)
 {
-    if (vm_nState == emDef_State::Whole && vm_sBuffer.size() + nSize > MaxPart) {
-        vm_bOversized = true;
+    if (vm_nState == emDef_State::Whole) {
+        vm_bOversized |= nSize > MaxPart - vm_sBuffer.size();
+        if (!vm_bOversized)
+            vm_sBuffer.append(pData, nSize);
         return;
     }
     vm_sBuffer.append(pData, nSize);
     while (m_F_b_Step()) {
     }
+    vm_sBuffer.erase(0, vm_nStart);
+    vm_nLine -= vm_nStart;
+    vm_nScanned -= vm_nStart;
+    vm_nStart = 0;
 }
 
 void CMultipartReader::m_S_End()
 {
-    const bool bPart = vm_nState == emDef_State::Whole && !vm_bOversized;
-    if (bPart)
+    const std::string_view sLine = std::string_view(vm_sBuffer).substr(vm_nLine);
+    if (vm_nState == emDef_State::Whole && !vm_bOversized)
         m_S_Push(std::move(vm_sBuffer));
+    else if (vm_nState != emDef_State::Whole && m_F_n_Kind(sLine) != emDef_Line::Other)
+        m_S_Feed("\n", 1); // the last delimiter may end without a line end
+    else if (vm_nState == emDef_State::Body && vm_nLength && vm_sBuffer.size() >= *vm_nLength)
+        m_S_Push(vm_sBuffer.substr(0, *vm_nLength));
     vm_sBuffer.clear();
+    vm_nStart = vm_nLine = vm_nScanned = 0;
+    vm_nState = emDef_State::Outside;
 }
 
 bool CMultipartReader::m_F_b_Pop(std::string& sPart)
@@ -100,162 +118,170 @@ bool CMultipartReader::m_F_b_Pop(std::string& sPart)
         return false;
     sPart = std::move(vm_arParts.front());
     vm_arParts.pop_front();
+    vm_nQueuedBytes -= sPart.size();
     return true;
 }
 
 void CMultipartReader::m_S_Push(std::string sPart)
 {
-    if (sPart.empty())
+    if (sPart.empty() || sPart.size() > MaxPart)
         return;
-    if (vm_arParts.size() >= MaxQueued)
-        vm_arParts.pop_front();
+    vm_nQueuedBytes += sPart.size();
     vm_arParts.push_back(std::move(sPart));
+    while (vm_arParts.size() > MaxQueued || (vm_arParts.size() > 1 && vm_nQueuedBytes > MaxQueuedBytes)) {
+        vm_nQueuedBytes -= vm_arParts.front().size();
+        vm_arParts.pop_front();
+    }
 }
 
 bool CMultipartReader::m_F_b_Step()
 {
     switch (vm_nState) {
-    case emDef_State::Delimiter:
-        return m_F_b_StepDelimiter();
+    case emDef_State::Outside:
+        return m_F_b_StepOutside();
     case emDef_State::Head:
         return m_F_b_StepHead();
-    case emDef_State::Counted:
-        return m_F_b_StepCounted();
-    case emDef_State::Searched:
-        return m_F_b_StepSearched();
-    case emDef_State::After:
-        return m_F_b_StepAfter();
+    case emDef_State::Body:
+        return m_F_b_StepBody();
     case emDef_State::Whole:
         break;
     }
     return false;
 }
 
-/// Begin of the next whole delimiter line at or behind `nFrom`, its dashes included, and the end of that line; npos if
-/// there is none in the buffer.
-std::size_t CMultipartReader::m_F_n_FindDelimiter(std::size_t nFrom, std::size_t& nEnd) const
+/// The next whole line, without its LF; false if it hasn't come yet.
+bool CMultipartReader::m_F_b_NextLine(std::string_view& sLine)
 {
-    for (auto nAt = vm_sBuffer.find(vm_sDelimiter, nFrom); nAt != std::string::npos;
-         nAt = vm_sBuffer.find(vm_sDelimiter, nAt + 1)) {
-        std::size_t nBegin = nAt;
-        while (nBegin > 0 && vm_sBuffer[nBegin - 1] == '-')
-            --nBegin;
-        if (nBegin > 0 && vm_sBuffer[nBegin - 1] != '\n')
-            continue;
-        const auto nLineEnd = vm_sBuffer.find('\n', nAt + vm_sDelimiter.size());
-        if (nLineEnd == std::string::npos)
-            return std::string::npos;
-        // A longer word that only begins like the boundary is no delimiter; the closing one has two dashes behind.
-        const std::string_view sBehind(vm_sBuffer.data() + nAt + vm_sDelimiter.size(),
-                                       nLineEnd - nAt - vm_sDelimiter.size());
-        const std::string_view sRest = Trimmed(sBehind);
-        if (!sRest.empty() && sRest != "--")
-            continue;
-        nEnd = nLineEnd + 1;
-        return nBegin;
-    }
-    return std::string::npos;
-}
-
-bool CMultipartReader::m_F_b_StepDelimiter()
-{
-    std::size_t nEnd = 0;
-    if (m_F_n_FindDelimiter(0, nEnd) == std::string::npos) {
-        // Only the last line can still become a delimiter.
-        const auto nLine = vm_sBuffer.rfind('\n');
-        if (nLine != std::string::npos)
-            vm_sBuffer.erase(0, nLine + 1);
-        if (vm_sBuffer.size() > MaxHead)
-            vm_sBuffer.erase(0, vm_sBuffer.size() - 1);
+    const auto nEnd = vm_sBuffer.find('\n', vm_nScanned);
+    if (nEnd == std::string::npos) {
+        vm_nScanned = vm_sBuffer.size();
         return false;
     }
-    vm_sBuffer.erase(0, nEnd);
-    vm_nState = emDef_State::Head;
+    sLine = std::string_view(vm_sBuffer).substr(vm_nLine, nEnd - vm_nLine);
+    vm_nLine = vm_nScanned = nEnd + 1;
+    return true;
+}
+
+CMultipartReader::emDef_Line CMultipartReader::m_F_n_Kind(std::string_view sLine) const
+{
+    const std::string_view sText = WithoutLeading(sLine, "-");
+    if (!sText.starts_with(vm_sBoundary))
+        return emDef_Line::Other;
+    const std::string_view sBehind = Trimmed(sText.substr(vm_sBoundary.size()));
+    if (sBehind.empty())
+        return emDef_Line::Delimiter;
+    return sBehind == "--" ? emDef_Line::Closing : emDef_Line::Other;
+}
+
+bool CMultipartReader::m_F_b_MayBecomeDelimiter(std::string_view sBegun) const
+{
+    if (sBegun.size() > MaxHead)
+        return false;
+    const std::string_view sText = WithoutLeading(sBegun, "-");
+    if (sText.size() < vm_sBoundary.size())
+        return std::string_view(vm_sBoundary).starts_with(sText);
+    return m_F_n_Kind(sBegun) != emDef_Line::Other || m_F_n_Kind(std::string(sBegun) + "-") != emDef_Line::Other;
+}
+
+void CMultipartReader::m_S_Leave(emDef_Line nDelimiter)
+{
+    vm_nStart = vm_nLine;
+    vm_nHeadBytes = 0;
+    vm_nLength.reset();
+    vm_bBehindCounted = false;
+    vm_nState = nDelimiter == emDef_Line::Delimiter ? emDef_State::Head : emDef_State::Outside;
+}
+
+/// Gives up all bytes before `nEnd`, inside a line that is too long to mean anything: a zero byte stands for it, which
+/// no delimiter has.
+void CMultipartReader::m_S_DropUpTo(std::size_t nEnd)
+{
+    vm_nStart = vm_nLine = nEnd - 1;
+    vm_sBuffer[vm_nLine] = '\0';
+}
+
+bool CMultipartReader::m_F_b_StepOutside()
+{
+    std::string_view sLine;
+    if (!m_F_b_NextLine(sLine)) {
+        if (vm_sBuffer.size() - vm_nLine > MaxHead)
+            m_S_DropUpTo(vm_sBuffer.size());
+        return false;
+    }
+    const emDef_Line nKind = m_F_n_Kind(sLine);
+    const bool bBlank = Trimmed(sLine).empty();
+    if (vm_bBehindCounted && nKind == emDef_Line::Other && !bBlank)
+        vm_bTrustLength = false;
+    vm_bBehindCounted &= bBlank;
+    vm_nStart = vm_nLine;
+    if (nKind != emDef_Line::Other)
+        m_S_Leave(nKind);
     return true;
 }
 
 bool CMultipartReader::m_F_b_StepHead()
 {
-    std::size_t nLine = 0;
-    while (true) {
-        const auto nEnd = vm_sBuffer.find('\n', nLine);
-        if (nEnd == std::string::npos || nLine > MaxHead) {
-            if (vm_sBuffer.size() <= MaxHead)
-                return false;
-            vm_nState = emDef_State::Delimiter;
-            return true;
-        }
-        const bool bBlank = Trimmed(std::string_view(vm_sBuffer).substr(nLine, nEnd - nLine)).empty();
-        nLine = nEnd + 1;
-        if (bBlank)
-            break;
-    }
-    const auto nLength = ContentLength(std::string_view(vm_sBuffer).substr(0, nLine));
-    vm_sBuffer.erase(0, nLine);
-    vm_nScanned = 0;
-    vm_bOversized = false;
-    const bool bCounted = vm_bTrustLength && nLength && *nLength <= MaxPart;
-    vm_nLength = nLength.value_or(0);
-    vm_nState = bCounted ? emDef_State::Counted : emDef_State::Searched;
-    return true;
-}
-
-bool CMultipartReader::m_F_b_StepCounted()
-{
-    if (vm_sBuffer.size() < vm_nLength) {
-        // A delimiter inside what was announced as body: the length is wrong.
-        std::size_t nEnd = 0;
-        if (m_F_n_FindDelimiter(vm_nScanned, nEnd) == std::string::npos) {
-            const auto nLine = vm_sBuffer.rfind('\n');
-            vm_nScanned = nLine == std::string::npos ? 0 : nLine;
-            return false;
-        }
-        vm_bTrustLength = false;
-        vm_nScanned = 0;
-        vm_nState = emDef_State::Searched;
+    std::string_view sLine;
+    const bool bLine = m_F_b_NextLine(sLine);
+    const std::size_t nBytes = vm_nHeadBytes + (bLine ? sLine.size() + 1 : vm_sBuffer.size() - vm_nLine);
+    if (nBytes > MaxHead) {
+        m_S_Leave(emDef_Line::Closing);
         return true;
     }
-    m_S_Push(vm_sBuffer.substr(0, vm_nLength));
-    vm_sBuffer.erase(0, vm_nLength);
-    vm_nState = emDef_State::After;
-    return true;
-}
-
-bool CMultipartReader::m_F_b_StepAfter()
-{
-    const auto nText = vm_sBuffer.find_first_not_of("\r\n");
-    if (nText == std::string::npos || vm_sBuffer.size() - nText < vm_sDelimiter.size())
+    if (!bLine)
         return false;
-    if (vm_sBuffer.compare(nText, 2, "--") != 0)
-        vm_bTrustLength = false;
-    vm_nState = emDef_State::Delimiter;
+    vm_nHeadBytes = nBytes;
+    vm_nStart = vm_nLine;
+    if (const emDef_Line nKind = m_F_n_Kind(sLine); nKind != emDef_Line::Other) {
+        m_S_Leave(nKind);
+    } else if (Trimmed(sLine).empty()) {
+        vm_bOversized = false;
+        vm_nState = emDef_State::Body;
+    } else if (const auto nLength = ContentLength(sLine)) {
+        vm_nLength = nLength;
+    }
     return true;
 }
 
-bool CMultipartReader::m_F_b_StepSearched()
+bool CMultipartReader::m_F_b_StepBody()
 {
-    std::size_t nEnd = 0;
-    const auto nBegin = m_F_n_FindDelimiter(vm_nScanned, nEnd);
-    if (nBegin != std::string::npos) {
-        std::size_t nBody = nBegin;
-        if (nBody > 0 && vm_sBuffer[nBody - 1] == '\n')
-            --nBody;
-        if (nBody > 0 && vm_sBuffer[nBody - 1] == '\r')
-            --nBody;
-        if (!vm_bOversized && nBody <= MaxPart)
-            m_S_Push(vm_sBuffer.substr(0, nBody));
-        vm_sBuffer.erase(0, nEnd);
-        vm_nState = emDef_State::Head;
+    if (!vm_bTrustLength || vm_nLength.value_or(MaxPart + 1) > MaxPart)
+        vm_nLength.reset();
+    const std::size_t nEnd = vm_nLength ? vm_nStart + *vm_nLength : std::string::npos;
+    std::string_view sLine;
+    for (std::size_t nLine = vm_nLine; nLine < nEnd && m_F_b_NextLine(sLine); nLine = vm_nLine) {
+        const emDef_Line nKind = m_F_n_Kind(sLine);
+        if (nKind == emDef_Line::Other)
+            continue;
+        vm_bTrustLength &= !vm_nLength; // the part ends before its length
+        if (!vm_bOversized)
+            m_S_Push(std::string(WithoutLineEnd(std::string_view(vm_sBuffer).substr(vm_nStart, nLine - vm_nStart))));
+        m_S_Leave(nKind);
         return true;
     }
-    // The line that may become a delimiter is looked at again; a line of that length can't.
-    const auto nLine = vm_sBuffer.rfind('\n');
-    const std::size_t nKeep = nLine == std::string::npos ? 0 : nLine;
-    vm_nScanned = vm_sBuffer.size() - nKeep > MaxHead ? vm_sBuffer.size() - 1 : nKeep;
-    if (vm_sBuffer.size() > MaxPart + MaxHead) {
-        vm_bOversized = true;
-        vm_sBuffer.erase(0, vm_nScanned);
-        vm_nScanned = 0;
+    if (!vm_nLength) {
+        m_S_BoundBody();
+        return false;
     }
-    return false;
+    if (vm_sBuffer.size() < nEnd)
+        return false;
+    if (vm_nLine < nEnd && m_F_b_MayBecomeDelimiter(std::string_view(vm_sBuffer).substr(vm_nLine)))
+        return false;
+    m_S_Push(vm_sBuffer.substr(vm_nStart, *vm_nLength));
+    vm_nLine = vm_nScanned = nEnd;
+    m_S_Leave(emDef_Line::Closing);
+    vm_bBehindCounted = true;
+    return true;
+}
+
+/// Drops a body that has grown beyond the bound, up to the line that may still be the delimiter.
+void CMultipartReader::m_S_BoundBody()
+{
+    const std::size_t nLineEnd = 2; // that of the delimiter
+    vm_bOversized |= vm_sBuffer.size() - vm_nStart > MaxPart + MaxHead + nLineEnd;
+    if (!vm_bOversized)
+        return;
+    vm_nStart = vm_nLine;
+    if (vm_sBuffer.size() - vm_nLine > MaxHead)
+        m_S_DropUpTo(vm_sBuffer.size());
 }
