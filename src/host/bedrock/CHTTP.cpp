@@ -10,6 +10,7 @@
 namespace {
 
 constexpr std::uint64_t DefaultBodyLimit = 64u << 20;
+constexpr std::chrono::milliseconds MaxSilence{30000}; ///< of a stream that is thought to be alive
 
 stDef_HttpTarget Target(const QByteArray& sHost, const QByteArray& sUser, const QByteArray& sPassword, int nPort)
 {
@@ -23,10 +24,10 @@ struct CHTTP::st_Impl
     std::mutex objTargetMutex;
     stDef_HttpTarget stTarget; ///< stored target; invalid while there is none
 
-    std::mutex objDirectMutex, objCommandMutex, objMultipartMutex; ///< one a group, held for the whole call
-    CHttpTransfer objDirect, objCommand, objMultipart;
+    std::mutex objDirectMutex, objCommandMutex, objStreamMutex; ///< one a group, held for the whole call
+    CHttpTransfer objDirect, objCommand, objStream;
     CMultipartReader objReader;
-    std::string sMultipartUrl;
+    std::string sStreamUrl;
     std::string sPart;
     std::atomic<std::uint64_t> nBodyLimit{DefaultBodyLimit};
 
@@ -35,7 +36,8 @@ struct CHTTP::st_Impl
         const std::lock_guard lock(objTargetMutex);
         return stTarget;
     }
-    int BeginMultipart(const stDef_HttpTarget& stNow, const std::string& sUrl);
+    int BeginStream(const std::string& sUrl);
+    int NextPart(const std::string& sUrl, int nTimeoutMs);
 };
 
 CHTTP::CHTTP() : vm_pImpl(std::make_unique<st_Impl>()) {}
@@ -58,18 +60,19 @@ bool CHTTP::m_S_Init(const QByteArray& sHost, const QByteArray& sUser, const QBy
 
 bool CHTTP::m_S_Release()
 {
+    st_Impl& impl = *vm_pImpl;
     {
-        const std::lock_guard lock(vm_pImpl->objTargetMutex);
-        vm_pImpl->stTarget = {};
+        const std::lock_guard lock(impl.objTargetMutex);
+        impl.stTarget = {};
     }
-    const auto end = [](CHttpTransfer& objTransfer, std::mutex& objMutex) {
-        objTransfer.m_S_Stop();
-        const std::lock_guard lock(objMutex);
-        objTransfer.m_S_Reset();
-        objTransfer.m_S_Allow();
-    };
-    end(vm_pImpl->objMultipart, vm_pImpl->objMultipartMutex);
-    end(vm_pImpl->objCommand, vm_pImpl->objCommandMutex);
+    impl.objStream.m_S_Stop();
+    impl.objCommand.m_S_Stop();
+    const std::scoped_lock lock(impl.objStreamMutex, impl.objCommandMutex);
+    for (CHttpTransfer* pTransfer : {&impl.objStream, &impl.objCommand}) {
+        pTransfer->m_S_Reset();
+        pTransfer->m_S_Allow();
+    }
+    impl.objReader = {};
     return true;
 }
 
@@ -117,52 +120,56 @@ int CHTTP::m_F_n_HTTPPostDataDirect(const QByteArray& sHost, const QByteArray& s
     return vm_pImpl->objDirect.m_F_n_Perform(Target(sHost, sUser, sPassword, nPort), std::move(stRequest), nTimeoutMs);
 }
 
-int CHTTP::st_Impl::BeginMultipart(const stDef_HttpTarget& stNow, const std::string& sUrl)
+int CHTTP::st_Impl::BeginStream(const std::string& sUrl)
 {
-    sMultipartUrl = sUrl;
+    sStreamUrl = sUrl;
     objReader = {};
     stDef_HttpRequest stRequest;
     stRequest.sUrl = sUrl;
-    stRequest.nBodyLimit = UINT64_MAX; // a stream has no end; the reader bounds what is kept
     stRequest.begin = [this](const std::string& sContentType) { objReader.m_S_Begin(sContentType); };
     stRequest.sink = [this](const char* pData, std::size_t nSize) {
         objReader.m_S_Feed(pData, nSize);
         return true;
     };
-    return objMultipart.m_F_n_Start(stNow, std::move(stRequest), 0);
+    return objStream.m_F_n_Start(StoredTarget(), std::move(stRequest), static_cast<int>(MaxSilence.count()));
+}
+
+/// Takes the next part into `sPart`: 0, or a failure.
+int CHTTP::st_Impl::NextPart(const std::string& sUrl, int nTimeoutMs)
+{
+    const bool bFresh = sStreamUrl != sUrl || (!objStream.m_F_b_Running() && objReader.m_F_b_Empty());
+    if (const int nBegun = bFresh ? BeginStream(sUrl) : 0; nBegun < 0)
+        return nBegun;
+    if (objReader.m_F_b_Empty()) {
+        const int nRun = objStream.m_F_n_Run([this] { return !objReader.m_F_b_Empty(); }, nTimeoutMs);
+        if (nRun == Result_TimedOut && objStream.m_F_n_Silence() > MaxSilence)
+            objStream.m_S_Cancel();
+        if (nRun < 0)
+            return nRun;
+        if (nRun == 0 && objStream.m_F_n_Result() < 0)
+            return objStream.m_F_n_Result();
+        if (nRun == 0)
+            objReader.m_S_End();
+    }
+    return objReader.m_F_b_Pop(sPart) ? 0 : int{Result_Broken};
 }
 
 int CHTTP::m_F_n_MultiPartStreamGet(const QByteArray& sUrl, char* pBuffer, std::uint32_t nSize, int nTimeoutMs)
 {
     st_Impl& impl = *vm_pImpl;
-    const std::lock_guard lock(impl.objMultipartMutex);
-    const stDef_HttpTarget stNow = impl.StoredTarget();
-    if (!pBuffer || nSize == 0 || !stNow.m_F_b_Valid())
+    const std::lock_guard lock(impl.objStreamMutex);
+    if (!pBuffer || nSize == 0)
         return Result_BadArgument;
-    const std::string sUrlNow = sUrl.toStdString();
-    if ((!impl.objMultipart.m_F_b_Running() && impl.objReader.m_F_b_Empty()) || impl.sMultipartUrl != sUrlNow) {
-        const int nBegun = impl.BeginMultipart(stNow, sUrlNow);
-        if (nBegun < 0)
-            return nBegun;
-    }
-    if (impl.objReader.m_F_b_Empty() && impl.objMultipart.m_F_b_Running()) {
-        const int nRun = impl.objMultipart.m_F_n_Run([&] { return !impl.objReader.m_F_b_Empty(); }, nTimeoutMs);
-        if (nRun < 0)
-            return nRun;
-        if (nRun == 0) {
-            if (impl.objMultipart.m_F_n_Result() < 0)
-                return impl.objMultipart.m_F_n_Result();
-            impl.objReader.m_S_End();
-        }
-    }
-    if (!impl.objReader.m_F_b_Pop(impl.sPart))
-        return Result_Broken;
+    if (nTimeoutMs <= 0)
+        return Result_TimedOut;
+    if (const int nFailure = impl.NextPart(sUrl.toStdString(), nTimeoutMs); nFailure < 0)
+        return nFailure;
     const std::size_t nCopied = std::min<std::size_t>(impl.sPart.size(), nSize);
     std::memcpy(pBuffer, impl.sPart.data(), nCopied);
-    return static_cast<int>(std::min<std::size_t>(nCopied, INT32_MAX));
+    return static_cast<int>(nCopied);
 }
 
 void CHTTP::m_S_SetBodyLimit(std::uint64_t nBytes)
 {
-    vm_pImpl->nBodyLimit = nBytes;
+    vm_pImpl->nBodyLimit = nBytes != 0 ? nBytes : DefaultBodyLimit;
 }

@@ -11,9 +11,11 @@ class CMemManage;
 /// HTTP client that logs in with an account, by Basic or Digest as the server asks for it.
 ///
 /// URLs are relative to the server's root, without a leading slash, and go out as they are given: only bytes that can't
-/// stand in a request line (blanks, controls, 0x80 and up) are percent-encoded. Connections and logins are kept from
-/// request to request. A time-out is in ms and holds for the whole exchange, whatever the server does; 0 or less fails
-/// at once. Redirections are not followed, and no proxy is used. Nothing is repeated.
+/// stand in a request line (blanks, controls, 0x7F and up) are percent-encoded; a '#' is sent (escapes that stand on
+/// the same side of the '?' may then change to small letters). Connections and logins are kept from request to request
+/// to the same host, port and account. A time-out is in ms and holds for the whole exchange, whatever the server does;
+/// 0 or less fails at once. Redirections are not followed, and no proxy is used. Nothing is repeated, but for a request
+/// that the server answers with "log in anew".
 ///
 /// Failure is a negative result, one of `emDef_Result`. The "Direct" forms name their target at each call and the
 /// others use that of `m_S_Init`; each of the three groups (Direct, `m_F_n_HTTPGetData`, multipart) has a connection of
@@ -35,14 +37,15 @@ public:
     };
 
     CHTTP();
-    ~CHTTP(); ///< releases, and waits for a multipart read that is being ended
+    ~CHTTP(); ///< releases
     CHTTP(const CHTTP&) = delete;
     CHTTP& operator=(const CHTTP&) = delete;
 
-    /// Stores the target. False if it can't be one; then there is none.
+    /// Releases, then stores the target. False if it can't be one (a host with a '/' or '@' in it, a port outside 1 to
+    /// 65535); then there is none.
     bool m_S_Init(const QByteArray& sHost, const QByteArray& sUser, const QByteArray& sPassword, int nPort);
-    /// Drops the target and closes its connections; a running multipart read returns at once. Harmless at any time,
-    /// from any thread, also twice. Always true.
+    /// Drops the stored target and closes its connections. Requests that run on it in other threads end at once, and it
+    /// waits for them to. Harmless at any time, from any thread, also twice. Always true.
     bool m_S_Release();
 
     /// GET on the stored target; the body is dropped. Its length, or 0 on failure.
@@ -52,19 +55,21 @@ public:
     /// Returns the body's length.
     int m_F_n_HTTPGetDataDirect(const QByteArray& sHost, const QByteArray& sUser, const QByteArray& sPassword,
                                 int nPort, const QByteArray& sUrl, CMemManage* pReply, int nTimeoutMs);
-    /// POST of `nBody` bytes as "text/xml; charset=utf-8". `sExtra` are further header lines, each ended by CR LF, of
-    /// which `nExtra` bytes count. Returns the length of the reply, which is dropped.
+    /// POST of the first `nBody` bytes of `sBody`, as "text/xml; charset=utf-8". `sExtra` are further header lines,
+    /// each ended by CR LF, of which the first `nExtra` bytes count. Returns the length of the reply, which is dropped.
     int m_F_n_HTTPPostDataDirect(const QByteArray& sHost, const QByteArray& sUser, const QByteArray& sPassword,
                                  int nPort, const QByteArray& sUrl, const QByteArray& sBody, int nBody,
                                  const QByteArray& sExtra, int nExtra, int nTimeoutMs);
 
     /// Reads the next part of a multipart reply of the stored target into the buffer, and returns its length; of a
-    /// longer part the first `nSize` bytes. The stream stays open from call to call on the same URL, a time-out
-    /// included. A reply that is not multipart counts as one part. The end of the stream is `Result_Broken`; the next
-    /// call begins anew.
+    /// longer part the first `nSize` bytes, the rest is dropped. A reply that is not multipart is one part.
+    /// The stream stays open from call to call on the same URL, also when a call timed out; between calls it waits in
+    /// the connection, and of what has piled up the oldest parts may be left out. When the stream has ended the call
+    /// gives `Result_Broken`, and the next one begins anew, as it does when nothing at all has come for half a minute.
     int m_F_n_MultiPartStreamGet(const QByteArray& sUrl, char* pBuffer, std::uint32_t nSize, int nTimeoutMs);
 
-    /// Largest body that is taken, in bytes; 64 MiB unless told otherwise.
+    /// Largest body that is taken, in bytes; 0 brings back the 64 MiB that hold unless told otherwise. It counts from
+    /// the next request. Streams have no limit; their parts have one of 4 MiB, and larger ones are left out.
     void m_S_SetBodyLimit(std::uint64_t nBytes);
 
 private:

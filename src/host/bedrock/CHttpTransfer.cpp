@@ -3,42 +3,22 @@
 #include <curl/curl.h>
 
 #include <algorithm>
-#include <chrono>
 #include <climits>
 
 #include "host/bedrock/CHTTP.h"
 
 namespace {
 
-constexpr std::uint64_t MaxHeadBytes = 256u << 10; ///< of one exchange, log-in included
-constexpr int MaxPollMs = 1000;
-constexpr int MaxPort = 65535;
-
-using Clock = std::chrono::steady_clock;
+constexpr std::uint64_t MaxHeadBytes = 256u << 10;
+constexpr std::size_t MaxStatusLine = 12; ///< up to its number
+constexpr long MaxLoginRounds = 4;
+constexpr long KeepAliveSeconds = 10;
+constexpr int MaxPollMs = 60000;
 
 void InitOnce()
 {
     static const CURLcode s_nResult = curl_global_init(CURL_GLOBAL_DEFAULT);
     (void)s_nResult;
-}
-
-/// The URL as a request line can carry it: nothing but what can't stand in one is changed.
-std::string Encoded(const std::string& sUrl)
-{
-    static constexpr char s_arHex[] = "0123456789ABCDEF";
-    std::string sOut;
-    sOut.reserve(sUrl.size() + 1);
-    for (const char c : sUrl) {
-        const auto nByte = static_cast<unsigned char>(c);
-        if (nByte > ' ' && nByte < 0x7F) {
-            sOut += c;
-        } else {
-            sOut += '%';
-            sOut += s_arHex[nByte >> 4];
-            sOut += s_arHex[nByte & 15];
-        }
-    }
-    return sOut;
 }
 
 struct stDef_CodeRow
@@ -48,10 +28,14 @@ struct stDef_CodeRow
 };
 
 constexpr stDef_CodeRow g_arCodes[] = {
-    {CURLE_OPERATION_TIMEDOUT, CHTTP::Result_TimedOut}, {CURLE_COULDNT_RESOLVE_HOST, CHTTP::Result_Unreachable},
-    {CURLE_COULDNT_CONNECT, CHTTP::Result_Unreachable}, {CURLE_URL_MALFORMAT, CHTTP::Result_BadArgument},
-    {CURLE_OUT_OF_MEMORY, CHTTP::Result_NoMemory},      {CURLE_LOGIN_DENIED, CHTTP::Result_Unauthorised},
+    {CURLE_OPERATION_TIMEDOUT, CHTTP::Result_TimedOut},
+    {CURLE_COULDNT_RESOLVE_HOST, CHTTP::Result_Unreachable},
+    {CURLE_COULDNT_CONNECT, CHTTP::Result_Unreachable},
+    {CURLE_URL_MALFORMAT, CHTTP::Result_BadArgument},
     {CURLE_FILESIZE_EXCEEDED, CHTTP::Result_TooLarge},
+    {CURLE_OUT_OF_MEMORY, CHTTP::Result_TooLarge}, // in truth a head line beyond the library's own bound
+    {CURLE_LOGIN_DENIED, CHTTP::Result_Unauthorised},
+    {CURLE_TOO_MANY_REDIRECTS, CHTTP::Result_Unauthorised}, // rounds of the log-in count as such
 };
 
 int ResultOf(CURLcode nCode)
@@ -61,48 +45,66 @@ int ResultOf(CURLcode nCode)
     return pRow != std::end(g_arCodes) ? pRow->nResult : CHTTP::Result_Broken;
 }
 
+template <auto Function>
+struct Deleter
+{
+    template <typename T>
+    void operator()(T* p) const
+    {
+        Function(p);
+    }
+};
+
 } // namespace
 
-bool stDef_HttpTarget::m_F_b_Valid() const
+/// What libcurl holds for one target. Connections live in the multi handle, the login in the easy one.
+struct CHttpTransfer::st_Handles
 {
-    const auto bPlain = [](char c) {
-        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '-' || c == '.' ||
-               c == '_' || c == ':' || c == '%';
-    };
-    return !sHost.empty() && nPort > 0 && nPort <= MaxPort && std::all_of(sHost.begin(), sHost.end(), bPlain) &&
-           sUser.find('\0') == std::string::npos && sPassword.find('\0') == std::string::npos;
-}
+    std::unique_ptr<CURLM, Deleter<curl_multi_cleanup>> pMulti{curl_multi_init()};
+    std::unique_ptr<curl_slist, Deleter<curl_slist_free_all>> pHeadLines;
+    std::unique_ptr<CURLU, Deleter<curl_url_cleanup>> pUrl;
+    std::unique_ptr<CURL, Deleter<curl_easy_cleanup>> pEasy;
+};
 
 /// What libcurl calls back.
 struct CHttpTransfer::st_Callbacks
 {
-    static std::size_t Head(char*, std::size_t nSize, std::size_t nCount, void* pSelf)
+    static std::size_t Head(char* pLine, std::size_t nSize, std::size_t nCount, void* pSelf)
     {
-        auto& transfer = *static_cast<CHttpTransfer*>(pSelf);
-        transfer.vm_nHeadBytes += nSize * nCount;
-        if (transfer.vm_nHeadBytes <= MaxHeadBytes)
-            return nSize * nCount;
-        transfer.vm_nAbort = CHTTP::Result_TooLarge;
+        auto& self = *static_cast<CHttpTransfer*>(pSelf);
+        const std::string_view sLine(pLine, nSize * nCount);
+        self.vm_nLastByte = Clock::now();
+        self.vm_nHeadBytes += sLine.size();
+        self.vm_bChallenged |= sLine.starts_with("HTTP/") && sLine.substr(0, MaxStatusLine).find(" 401") != sLine.npos;
+        self.vm_bWholeHead = sLine == "\r\n" || sLine == "\n";
+        if (self.vm_nHeadBytes <= MaxHeadBytes)
+            return sLine.size();
+        self.vm_nAbort = CHTTP::Result_TooLarge;
         return 0;
     }
 
     static std::size_t Body(char* pData, std::size_t nSize, std::size_t nCount, void* pSelf)
     {
-        auto& transfer = *static_cast<CHttpTransfer*>(pSelf);
-        stDef_HttpRequest& stRequest = transfer.vm_stRequest;
+        auto& self = *static_cast<CHttpTransfer*>(pSelf);
         const std::size_t nBytes = nSize * nCount;
-        if (!transfer.vm_bBegun && stRequest.begin) {
+        self.vm_nLastByte = Clock::now();
+        self.vm_nReceived += nBytes;
+        if (self.vm_stRequest.nBodyLimit != 0 && self.vm_nReceived > self.vm_stRequest.nBodyLimit)
+            self.vm_nAbort = CHTTP::Result_TooLarge;
+        else if (self.m_F_b_GoodStatus() && !Take(self, pData, nBytes))
+            self.vm_nAbort = CHTTP::Result_NoMemory;
+        return self.vm_nAbort ? 0 : nBytes;
+    }
+
+    static bool Take(CHttpTransfer& self, const char* pData, std::size_t nBytes)
+    {
+        if (!self.vm_bBegun && self.vm_stRequest.begin) {
             const char* pType = nullptr;
-            curl_easy_getinfo(transfer.vm_pEasy, CURLINFO_CONTENT_TYPE, &pType);
-            stRequest.begin(pType ? pType : "");
+            curl_easy_getinfo(self.vm_pHandles->pEasy.get(), CURLINFO_CONTENT_TYPE, &pType);
+            self.vm_stRequest.begin(pType ? pType : "");
         }
-        transfer.vm_bBegun = true;
-        transfer.vm_nReceived += nBytes;
-        if (transfer.vm_nReceived > stRequest.nBodyLimit)
-            transfer.vm_nAbort = CHTTP::Result_TooLarge;
-        else if (stRequest.sink && !stRequest.sink(pData, nBytes))
-            transfer.vm_nAbort = CHTTP::Result_NoMemory;
-        return transfer.vm_nAbort ? 0 : nBytes;
+        self.vm_bBegun = true;
+        return !self.vm_stRequest.sink || self.vm_stRequest.sink(pData, nBytes);
     }
 };
 
@@ -114,34 +116,30 @@ CHttpTransfer::CHttpTransfer()
 CHttpTransfer::~CHttpTransfer()
 {
     m_S_Reset();
-    if (vm_pMulti)
-        curl_multi_cleanup(vm_pMulti);
+}
+
+void CHttpTransfer::m_S_Cancel()
+{
+    if (vm_bRunning)
+        curl_multi_remove_handle(vm_pHandles->pMulti.get(), vm_pHandles->pEasy.get());
+    vm_bRunning = false;
 }
 
 void CHttpTransfer::m_S_Reset()
 {
-    if (vm_bRunning)
-        curl_multi_remove_handle(vm_pMulti, vm_pEasy);
-    vm_bRunning = false;
-    if (vm_pEasy)
-        curl_easy_cleanup(vm_pEasy);
-    curl_url_cleanup(static_cast<CURLU*>(vm_pUrl));
-    curl_slist_free_all(static_cast<curl_slist*>(vm_pHeadLines));
-    vm_pEasy = vm_pUrl = vm_pHeadLines = nullptr;
+    m_S_Cancel();
     vm_stTarget = {};
-    // Connections live in the multi handle: without this one of the former account would be taken for the next.
+    std::unique_ptr<st_Handles> pDropped;
     const std::lock_guard lock(vm_objMutex);
-    if (vm_pMulti)
-        curl_multi_cleanup(vm_pMulti);
-    vm_pMulti = nullptr;
+    pDropped.swap(vm_pHandles);
 }
 
 void CHttpTransfer::m_S_Stop()
 {
     vm_bStop = true;
     const std::lock_guard lock(vm_objMutex);
-    if (vm_pMulti)
-        curl_multi_wakeup(vm_pMulti);
+    if (vm_pHandles)
+        curl_multi_wakeup(vm_pHandles->pMulti.get());
 }
 
 void CHttpTransfer::m_S_Allow()
@@ -149,69 +147,84 @@ void CHttpTransfer::m_S_Allow()
     vm_bStop = false;
 }
 
-/// Makes the handles for the target, or keeps those it has: with them the connection and the login.
+/// Makes the handles for the target, or keeps those it has, and with them the connection and the login. A target that
+/// differs in anything gets new ones: neither a connection nor a login of the former one may reach it.
 bool CHttpTransfer::m_F_b_Prepare(const stDef_HttpTarget& stTarget)
 {
-    if (vm_bRunning) {
-        curl_multi_remove_handle(vm_pMulti, vm_pEasy);
-        vm_bRunning = false;
-    }
-    if (vm_pEasy && vm_stTarget == stTarget)
+    m_S_Cancel();
+    if (vm_pHandles && vm_pHandles->pEasy && vm_stTarget == stTarget)
         return true;
     m_S_Reset();
+    auto pHandles = std::make_unique<st_Handles>();
+    if (!pHandles->pMulti)
+        return false;
     {
         const std::lock_guard lock(vm_objMutex);
-        vm_pMulti = curl_multi_init();
+        vm_pHandles = std::move(pHandles);
     }
-    vm_pEasy = curl_easy_init();
-    if (!vm_pMulti || !vm_pEasy)
-        return false;
     vm_stTarget = stTarget;
-    curl_easy_setopt(vm_pEasy, CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(vm_pEasy, CURLOPT_PROTOCOLS_STR, "http");
-    curl_easy_setopt(vm_pEasy, CURLOPT_PROXY, "");
-    curl_easy_setopt(vm_pEasy, CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_1_1});
-    curl_easy_setopt(vm_pEasy, CURLOPT_PATH_AS_IS, 1L);
-    curl_easy_setopt(vm_pEasy, CURLOPT_HTTPAUTH, static_cast<long>(CURLAUTH_BASIC | CURLAUTH_DIGEST));
-    curl_easy_setopt(vm_pEasy, CURLOPT_HEADERFUNCTION, &st_Callbacks::Head);
-    curl_easy_setopt(vm_pEasy, CURLOPT_HEADERDATA, this);
-    curl_easy_setopt(vm_pEasy, CURLOPT_WRITEFUNCTION, &st_Callbacks::Body);
-    curl_easy_setopt(vm_pEasy, CURLOPT_WRITEDATA, this);
-    if (!stTarget.sUser.empty() || !stTarget.sPassword.empty()) {
-        curl_easy_setopt(vm_pEasy, CURLOPT_USERNAME, stTarget.sUser.c_str());
-        curl_easy_setopt(vm_pEasy, CURLOPT_PASSWORD, stTarget.sPassword.c_str());
+    vm_sRoot = stTarget.m_F_s_Root();
+    if (m_F_b_MakeEasy())
+        return true;
+    m_S_Reset();
+    return false;
+}
+
+bool CHttpTransfer::m_F_b_MakeEasy()
+{
+    CURL* pEasy = curl_easy_init();
+    vm_pHandles->pEasy.reset(pEasy);
+    vm_bChallenged = vm_bAskedBefore = false;
+    if (!pEasy)
+        return false;
+    curl_easy_setopt(pEasy, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(pEasy, CURLOPT_QUICK_EXIT, 1L); // a time-out doesn't wait for the name service
+    curl_easy_setopt(pEasy, CURLOPT_PROTOCOLS_STR, "http");
+    curl_easy_setopt(pEasy, CURLOPT_PROXY, "");
+    curl_easy_setopt(pEasy, CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_1_1});
+    curl_easy_setopt(pEasy, CURLOPT_PATH_AS_IS, 1L);
+    curl_easy_setopt(pEasy, CURLOPT_MAXREDIRS, MaxLoginRounds);
+    curl_easy_setopt(pEasy, CURLOPT_TCP_KEEPALIVE, 1L);
+    curl_easy_setopt(pEasy, CURLOPT_TCP_KEEPIDLE, KeepAliveSeconds);
+    curl_easy_setopt(pEasy, CURLOPT_TCP_KEEPINTVL, KeepAliveSeconds);
+    curl_easy_setopt(pEasy, CURLOPT_HEADERFUNCTION, &st_Callbacks::Head);
+    curl_easy_setopt(pEasy, CURLOPT_HEADERDATA, this);
+    curl_easy_setopt(pEasy, CURLOPT_WRITEFUNCTION, &st_Callbacks::Body);
+    curl_easy_setopt(pEasy, CURLOPT_WRITEDATA, this);
+    if (!vm_stTarget.sUser.empty()) {
+        curl_easy_setopt(pEasy, CURLOPT_HTTPAUTH, static_cast<long>(CURLAUTH_BASIC | CURLAUTH_DIGEST));
+        curl_easy_setopt(pEasy, CURLOPT_USERNAME, vm_stTarget.sUser.c_str());
+        curl_easy_setopt(pEasy, CURLOPT_PASSWORD, vm_stTarget.sPassword.c_str());
     }
     return true;
 }
 
 bool CHttpTransfer::m_F_b_SetUrl()
 {
-    const bool bV6 = vm_stTarget.sHost.find(':') != std::string::npos;
-    const std::string sRoot =
-        "http://" + (bV6 ? "[" + vm_stTarget.sHost + "]" : vm_stTarget.sHost) + ":" + std::to_string(vm_stTarget.nPort);
-    const std::string sPath = "/" + Encoded(vm_stRequest.sUrl);
-    const auto nHash = sPath.find('#');
-    curl_easy_setopt(vm_pEasy, CURLOPT_REQUEST_TARGET, nHash == std::string::npos ? nullptr : sPath.c_str());
-    curl_easy_setopt(vm_pEasy, CURLOPT_CURLU, nullptr);
-    if (nHash == std::string::npos)
-        return curl_easy_setopt(vm_pEasy, CURLOPT_URL, (sRoot + sPath).c_str()) == CURLE_OK;
+    CURL* pEasy = vm_pHandles->pEasy.get();
+    const std::string sTarget = stDef_HttpTarget::s_F_s_RequestTarget(vm_stRequest.sUrl);
+    curl_easy_setopt(pEasy, CURLOPT_CURLU, nullptr);
+    vm_pHandles->pUrl.reset();
+    if (sTarget.find('#') == std::string::npos)
+        return curl_easy_setopt(pEasy, CURLOPT_URL, (vm_sRoot + sTarget).c_str()) == CURLE_OK;
 
-    // A URL text would be cut at the '#'. Given in parts it isn't, and the login is computed over those parts, too; the
-    // request target goes beside them, since the parts come out with their escapes in small letters.
-    curl_url_cleanup(static_cast<CURLU*>(vm_pUrl));
+    // A URL text would be cut at the '#', a part that is set by itself isn't. Its escapes come out in small letters,
+    // though, so that only a part with a '#' is set; a request target beside them would not agree with the login.
     CURLU* pUrl = curl_url();
-    vm_pUrl = pUrl;
-    const auto nQuery = sPath.find('?');
-    const bool bSet = curl_url_set(pUrl, CURLUPART_URL, (sRoot + "/").c_str(), 0) == CURLUE_OK &&
-                      curl_url_set(pUrl, CURLUPART_PATH, sPath.substr(0, nQuery).c_str(), 0) == CURLUE_OK &&
-                      (nQuery == std::string::npos ||
-                       curl_url_set(pUrl, CURLUPART_QUERY, sPath.substr(nQuery + 1).c_str(), 0) == CURLUE_OK);
-    return bSet && curl_easy_setopt(vm_pEasy, CURLOPT_CURLU, pUrl) == CURLE_OK;
+    vm_pHandles->pUrl.reset(pUrl);
+    const auto nQuery = std::min(sTarget.find('?'), sTarget.size());
+    const std::string sPath = sTarget.substr(0, nQuery), sQuery = sTarget.substr(nQuery);
+    const bool bPath = sPath.find('#') != std::string::npos, bQuery = sQuery.find('#') != std::string::npos;
+    const std::string sText = vm_sRoot + (bPath ? "/" : sPath) + (bQuery ? "" : sQuery);
+    return pUrl && curl_url_set(pUrl, CURLUPART_URL, sText.c_str(), CURLU_PATH_AS_IS) == CURLUE_OK &&
+           (!bPath || curl_url_set(pUrl, CURLUPART_PATH, sPath.c_str(), 0) == CURLUE_OK) &&
+           (!bQuery || curl_url_set(pUrl, CURLUPART_QUERY, sQuery.c_str() + 1, 0) == CURLUE_OK) &&
+           curl_easy_setopt(pEasy, CURLOPT_CURLU, pUrl) == CURLE_OK;
 }
 
 void CHttpTransfer::m_S_SetBody()
 {
-    curl_slist_free_all(static_cast<curl_slist*>(vm_pHeadLines));
+    CURL* pEasy = vm_pHandles->pEasy.get();
     curl_slist* pLines = nullptr;
     if (vm_stRequest.pBody) {
         pLines = curl_slist_append(pLines, "Content-Type: text/xml; charset=utf-8");
@@ -224,83 +237,115 @@ void CHttpTransfer::m_S_SetBody()
             pLines = curl_slist_append(pLines, sExtra.substr(nAt, nEnd - nAt).c_str());
         nAt = nEnd + 2;
     }
-    vm_pHeadLines = pLines;
-    curl_easy_setopt(vm_pEasy, CURLOPT_HTTPHEADER, pLines);
+    curl_easy_setopt(pEasy, CURLOPT_HTTPHEADER, pLines);
+    vm_pHandles->pHeadLines.reset(pLines);
     if (vm_stRequest.pBody) {
-        curl_easy_setopt(vm_pEasy, CURLOPT_POST, 1L);
-        curl_easy_setopt(vm_pEasy, CURLOPT_POSTFIELDS, vm_stRequest.pBody);
-        curl_easy_setopt(vm_pEasy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(vm_stRequest.nBody));
+        curl_easy_setopt(pEasy, CURLOPT_POST, 1L);
+        curl_easy_setopt(pEasy, CURLOPT_POSTFIELDS, vm_stRequest.pBody);
+        curl_easy_setopt(pEasy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(vm_stRequest.nBody));
     } else {
-        curl_easy_setopt(vm_pEasy, CURLOPT_HTTPGET, 1L);
+        curl_easy_setopt(pEasy, CURLOPT_HTTPGET, 1L);
     }
 }
 
-int CHttpTransfer::m_F_n_Start(const stDef_HttpTarget& stTarget, stDef_HttpRequest stRequest, int nTimeoutMs)
+bool CHttpTransfer::m_F_b_Launch()
+{
+    CURL* pEasy = vm_pHandles->pEasy.get();
+    vm_nReceived = vm_nHeadBytes = 0;
+    vm_nAbort = vm_nResult = 0;
+    vm_bAskedBefore |= vm_bChallenged;
+    vm_bBegun = vm_bWholeHead = vm_bChallenged = false;
+    vm_nLastByte = Clock::now();
+    if (!m_F_b_SetUrl()) {
+        vm_nResult = CHTTP::Result_BadArgument;
+        return false;
+    }
+    m_S_SetBody();
+    const auto nLimit = std::min<std::uint64_t>(vm_stRequest.nBodyLimit, INT64_MAX);
+    curl_easy_setopt(pEasy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(nLimit));
+    // The whole time is watched in m_F_n_Run; this shares it out among the addresses of a name.
+    curl_easy_setopt(pEasy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(vm_nConnectTimeoutMs));
+    vm_bRunning = curl_multi_add_handle(vm_pHandles->pMulti.get(), pEasy) == CURLM_OK;
+    if (!vm_bRunning)
+        vm_nResult = CHTTP::Result_NoMemory;
+    return vm_bRunning;
+}
+
+int CHttpTransfer::m_F_n_Start(const stDef_HttpTarget& stTarget, stDef_HttpRequest stRequest, int nConnectTimeoutMs)
 {
     if (!stTarget.m_F_b_Valid())
         return CHTTP::Result_BadArgument;
     if (!m_F_b_Prepare(stTarget))
         return CHTTP::Result_NoMemory;
     vm_stRequest = std::move(stRequest);
-    vm_nReceived = vm_nHeadBytes = 0;
-    vm_nAbort = 0;
-    vm_bBegun = false;
-    if (!m_F_b_SetUrl())
-        return CHTTP::Result_BadArgument;
-    m_S_SetBody();
-    curl_easy_setopt(vm_pEasy, CURLOPT_TIMEOUT_MS, static_cast<long>(nTimeoutMs));
-    if (curl_multi_add_handle(vm_pMulti, vm_pEasy) != CURLM_OK)
-        return CHTTP::Result_NoMemory;
-    vm_bRunning = true;
-    return 0;
+    vm_nConnectTimeoutMs = nConnectTimeoutMs;
+    return m_F_b_Launch() ? 0 : vm_nResult;
+}
+
+bool CHttpTransfer::m_F_b_GoodStatus() const
+{
+    long nStatus = 0;
+    curl_easy_getinfo(vm_pHandles->pEasy.get(), CURLINFO_RESPONSE_CODE, &nStatus);
+    return nStatus >= 200 && nStatus < 300;
+}
+
+int CHttpTransfer::m_F_n_Judge(int nCurlCode) const
+{
+    if (vm_nAbort)
+        return vm_nAbort;
+    if (nCurlCode != CURLE_OK)
+        return ResultOf(static_cast<CURLcode>(nCurlCode));
+    if (!vm_bWholeHead) // libcurl takes a head that was cut off for a reply without body
+        return CHTTP::Result_Broken;
+    if (m_F_b_GoodStatus())
+        return static_cast<int>(std::min<std::uint64_t>(vm_nReceived, INT_MAX));
+    long nStatus = 0;
+    curl_easy_getinfo(vm_pHandles->pEasy.get(), CURLINFO_RESPONSE_CODE, &nStatus);
+    return nStatus == 401 ? CHTTP::Result_Unauthorised : CHTTP::Result_ErrorStatus;
 }
 
 void CHttpTransfer::m_S_Finish(int nCurlCode)
 {
-    long nStatus = 0;
-    curl_easy_getinfo(vm_pEasy, CURLINFO_RESPONSE_CODE, &nStatus);
-    curl_multi_remove_handle(vm_pMulti, vm_pEasy);
-    vm_bRunning = false;
-    if (vm_nAbort)
-        vm_nResult = vm_nAbort;
-    else if (nCurlCode != CURLE_OK)
-        vm_nResult = ResultOf(static_cast<CURLcode>(nCurlCode));
-    else if (nStatus == 401)
-        vm_nResult = CHTTP::Result_Unauthorised;
-    else if (nStatus < 200 || nStatus >= 300)
-        vm_nResult = CHTTP::Result_ErrorStatus;
-    else
-        vm_nResult = static_cast<int>(std::min<std::uint64_t>(vm_nReceived, INT_MAX));
+    vm_nResult = m_F_n_Judge(nCurlCode);
+    m_S_Cancel();
+    if (vm_nResult != CHTTP::Result_Unauthorised)
+        return;
+    // Neither what libcurl keeps of a refused login nor a login that the server has forgotten may stand in the way of
+    // the next one. A server that was restarted refuses the kept login, and not every one calls it stale.
+    const bool bAnew = vm_bAskedBefore;
+    if (m_F_b_MakeEasy() && bAnew)
+        m_F_b_Launch();
 }
 
 void CHttpTransfer::m_S_Collect()
 {
     int nLeft = 0;
-    while (const CURLMsg* pMessage = curl_multi_info_read(vm_pMulti, &nLeft))
-        if (pMessage->msg == CURLMSG_DONE) {
-            m_S_Finish(pMessage->data.result);
-            return;
-        }
+    while (const CURLMsg* pMessage = curl_multi_info_read(vm_pHandles->pMulti.get(), &nLeft)) {
+        if (pMessage->msg != CURLMSG_DONE)
+            continue;
+        m_S_Finish(pMessage->data.result);
+        return;
+    }
 }
 
 int CHttpTransfer::m_F_n_Run(const std::function<bool()>& condition, int nTimeoutMs)
 {
+    CURLM* pMulti = vm_pHandles->pMulti.get();
     const auto nEnd = Clock::now() + std::chrono::milliseconds(nTimeoutMs);
-    while (true) {
-        if (vm_bStop)
-            return CHTTP::Result_Stopped;
+    while (!vm_bStop) {
         int nRunning = 0;
-        curl_multi_perform(vm_pMulti, &nRunning);
+        curl_multi_perform(pMulti, &nRunning);
         if (condition && condition())
             return 1;
         m_S_Collect();
         if (!vm_bRunning)
             return 0;
-        const auto nLeftMs = std::chrono::ceil<std::chrono::milliseconds>(nEnd - Clock::now()).count();
+        const auto nLeftMs = ToMs(nEnd - Clock::now()).count();
         if (nLeftMs <= 0)
             return CHTTP::Result_TimedOut;
-        curl_multi_poll(vm_pMulti, nullptr, 0, static_cast<int>(std::min<long long>(nLeftMs, MaxPollMs)), nullptr);
+        curl_multi_poll(pMulti, nullptr, 0, static_cast<int>(std::min<long long>(nLeftMs, MaxPollMs)), nullptr);
     }
+    return CHTTP::Result_Stopped;
 }
 
 int CHttpTransfer::m_F_n_Perform(const stDef_HttpTarget& stTarget, stDef_HttpRequest stRequest, int nTimeoutMs)
@@ -310,11 +355,7 @@ int CHttpTransfer::m_F_n_Perform(const stDef_HttpTarget& stTarget, stDef_HttpReq
     int nResult = m_F_n_Start(stTarget, std::move(stRequest), nTimeoutMs);
     if (nResult == 0)
         nResult = m_F_n_Run({}, nTimeoutMs);
-    if (nResult == 0)
-        return vm_nResult;
-    if (vm_bRunning) {
-        curl_multi_remove_handle(vm_pMulti, vm_pEasy);
-        vm_bRunning = false;
-    }
-    return nResult;
+    m_S_Cancel();
+    vm_stRequest = {};
+    return nResult == 0 ? vm_nResult : nResult;
 }

@@ -1,38 +1,29 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 
-/// Where a request goes, and as whom.
-struct stDef_HttpTarget
-{
-    std::string sHost; ///< name or address; IPv6 without brackets
-    std::string sUser;
-    std::string sPassword;
-    int nPort = 0;
+#include "host/bedrock/stDef_HttpTarget.h"
 
-    bool operator==(const stDef_HttpTarget&) const = default;
-    /// True if a connection can be made to it: a port, and a host of which no part could be taken for something else.
-    bool m_F_b_Valid() const;
-};
-
-/// One request.
+/// One request. What it points to must live until the exchange has ended.
 struct stDef_HttpRequest
 {
     std::string sUrl;            ///< relative to the root, without a leading slash
     const char* pBody = nullptr; ///< POST if not null
     std::size_t nBody = 0;
     std::string sExtraHead;                                     ///< further header lines, each ended by CR LF
-    std::uint64_t nBodyLimit = 0;                               ///< largest reply, bytes
-    std::function<bool(const char*, std::size_t)> sink;         ///< takes the reply; false: no memory
-    std::function<void(const std::string& sContentType)> begin; ///< called before the first byte of the reply
+    std::uint64_t nBodyLimit = 0;                               ///< largest reply in bytes; 0: a stream without end
+    std::function<bool(const char*, std::size_t)> sink;         ///< takes the body of a good reply; false: no memory
+    std::function<void(const std::string& sContentType)> begin; ///< called before the first byte of it
 };
 
 /// One connection with its login, over libcurl. `m_F_n_Perform`, or `m_F_n_Start` and `m_F_n_Run`, belong to one thread
-/// at a time; `m_S_Stop` to any.
+/// at a time; `m_S_Stop` to any. Results are those of `CHTTP::emDef_Result`.
 class CHttpTransfer
 {
 public:
@@ -41,17 +32,21 @@ public:
     CHttpTransfer(const CHttpTransfer&) = delete;
     CHttpTransfer& operator=(const CHttpTransfer&) = delete;
 
-    /// A whole exchange. The length of the reply, or a `CHTTP::emDef_Result`.
+    /// A whole exchange within `nTimeoutMs`. The length of the reply's body, or a failure.
     int m_F_n_Perform(const stDef_HttpTarget& stTarget, stDef_HttpRequest stRequest, int nTimeoutMs);
 
-    /// Begins an exchange that `m_F_n_Run` drives on; ends one that still runs. 0, or a failure.
-    int m_F_n_Start(const stDef_HttpTarget& stTarget, stDef_HttpRequest stRequest, int nTimeoutMs);
+    /// Begins an exchange that `m_F_n_Run` drives on; one that still runs is ended. 0, or a failure.
+    int m_F_n_Start(const stDef_HttpTarget& stTarget, stDef_HttpRequest stRequest, int nConnectTimeoutMs);
     /// Drives it until the condition holds (1), the exchange has ended (0, see `m_F_n_Result`), or a failure: time-out
-    /// after `nTimeoutMs` or stopped. The exchange goes on after a time-out.
+    /// after `nTimeoutMs`, or stopped. The exchange goes on after a time-out.
     int m_F_n_Run(const std::function<bool()>& condition, int nTimeoutMs);
     bool m_F_b_Running() const { return vm_bRunning; }
     int m_F_n_Result() const { return vm_nResult; }
-    /// Ends what runs and closes the connection.
+    /// Time since the server last sent something, or since the begin of the exchange.
+    std::chrono::milliseconds m_F_n_Silence() const { return ToMs(Clock::now() - vm_nLastByte); }
+    /// Ends what runs. Unless it had ended by itself, its connection is closed.
+    void m_S_Cancel();
+    /// Ends what runs, closes the connection and forgets the login.
     void m_S_Reset();
 
     /// Makes a running exchange return at once with `Result_Stopped`, and every one that is begun before `m_S_Allow`.
@@ -59,27 +54,38 @@ public:
     void m_S_Allow();
 
 private:
+    using Clock = std::chrono::steady_clock;
+    struct st_Handles;
     struct st_Callbacks;
 
+    static std::chrono::milliseconds ToMs(Clock::duration n) { return std::chrono::ceil<std::chrono::milliseconds>(n); }
+
     bool m_F_b_Prepare(const stDef_HttpTarget& stTarget);
+    bool m_F_b_MakeEasy();
+    bool m_F_b_Launch();
     bool m_F_b_SetUrl();
     void m_S_SetBody();
-    void m_S_Finish(int nCurlCode);
     void m_S_Collect();
+    void m_S_Finish(int nCurlCode);
+    int m_F_n_Judge(int nCurlCode) const;
+    bool m_F_b_GoodStatus() const;
 
-    void* vm_pMulti = nullptr; ///< CURLM; set once, under the mutex
-    void* vm_pEasy = nullptr;  ///< CURL
-    void* vm_pUrl = nullptr;   ///< CURLU of a URL that the plain form would cut
-    void* vm_pHeadLines = nullptr;
-    std::mutex vm_objMutex; ///< guards the making of vm_pMulti against m_S_Stop
+    std::unique_ptr<st_Handles> vm_pHandles; ///< made and dropped under the mutex
+    std::mutex vm_objMutex;
     std::atomic<bool> vm_bStop{false};
 
     stDef_HttpTarget vm_stTarget;
     stDef_HttpRequest vm_stRequest;
-    std::uint64_t vm_nReceived = 0;
-    std::uint64_t vm_nHeadBytes = 0;
+    std::string vm_sRoot;
+    std::uint64_t vm_nReceived = 0;  ///< bytes of the body
+    std::uint64_t vm_nHeadBytes = 0; ///< of the exchange, log-in included
+    Clock::time_point vm_nLastByte;
+    int vm_nConnectTimeoutMs = 0;
     int vm_nAbort = 0; ///< failure that a callback found
     int vm_nResult = 0;
     bool vm_bRunning = false;
-    bool vm_bBegun = false;
+    bool vm_bWholeHead = false;   ///< the line that came last was the blank one behind a head
+    bool vm_bChallenged = false;  ///< the server asked for a login in this exchange
+    bool vm_bBegun = false;       ///< a byte of the body has come
+    bool vm_bAskedBefore = false; ///< it did so in an earlier one of the same handle
 };
