@@ -68,6 +68,7 @@ void CWndNvrBase::m_S_CreateWindow()
     if (!vm_pParent)
         return;
     setParent(vm_pParent);
+    hide(); // said once, it isn't shown along with its parent
     // A dying window deletes its children, but this one is the host's to release: step out of the way in time.
     connect(vm_pParent, &QObject::destroyed, this, [this] { setParent(nullptr); });
 }

@@ -3,6 +3,9 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include "CFaultTable.h"
+#include "CRequestLog.h"
+#include "CStreamServer.h"
 #include "CVirtualNvr.h"
 #include "fleetlink/fleetlink.h"
 

@@ -1,5 +1,4 @@
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QStringEncoder>
 #include <QTemporaryDir>
@@ -394,37 +393,6 @@ TEST(Xml, AListThatIsGoneIsForgotten)
             ASSERT_EQ(objXml.m_F_n_GetValueInt(u"List/Item%1 "_s.arg((i * 11 + nRound) % nItems), u"Value"_s, -1), i);
         ASSERT_TRUE(objXml.m_F_b_RemoveNods(u""_s, u"List"_s));
     }
-}
-
-// What one read of a present and one of an absent node cost together, in ns.
-double NsPerRead(int nCount)
-{
-    CXmlObj objXml;
-    objXml.m_F_b_LoadXML(u"<root/>"_s);
-    std::vector<QString> arPaths;
-    for (int i = 0; i < nCount; ++i) {
-        arPaths.push_back(u"/root/Camera/Cam%1"_s.arg(i, 3, 10, QChar(u'0')));
-        objXml.m_F_b_SetValue(arPaths.back(), u"VendorID"_s, i);
-    }
-    double nBest = 1e9;
-    for (int nRound = 0; nRound < 5; ++nRound) {
-        constexpr int nReads = 16'384;
-        QElapsedTimer objTimer;
-        objTimer.start();
-        qint64 nSum = 0;
-        for (int i = 0; i < nReads; ++i) {
-            nSum += objXml.m_F_n_GetValueInt(arPaths[static_cast<std::size_t>(i % nCount)], u"VendorID"_s, -1);
-            nSum += objXml.m_F_n_GetValueInt(u"Camera/None"_s, u"VendorID"_s, 0);
-        }
-        nBest = std::min(nBest, static_cast<double>(objTimer.nsecsElapsed()) / nReads);
-        EXPECT_EQ(nSum, static_cast<qint64>(nReads) * (nCount - 1) / 2);
-    }
-    return nBest;
-}
-
-TEST(Xml, ReadsCostTheSameAmongManySiblings)
-{
-    EXPECT_LT(NsPerRead(4096), 5 * NsPerRead(64)) << "walking the siblings costs sixty times as much";
 }
 
 } // namespace
