@@ -1,20 +1,17 @@
 #include "CFaultPlayer.h"
 
+#include "CLoggedReply.h"
 #include "CSocket.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <limits>
 
 namespace {
 
-constexpr long DefaultHugeMiB = 200;
-constexpr long DefaultDepth = 100000;
+constexpr std::string_view XmlLine = "Content-Type: text/xml\r\n";
 constexpr std::string_view OkXml = "HTTP/1.1 200 OK\r\nContent-Type: text/xml\r\n";
-
-long Arg(const stDef_Fault& stFault, long nDefault)
-{
-    return stFault.nArg ? stFault.nArg : nDefault;
-}
+constexpr std::size_t NoLimit = std::numeric_limits<std::size_t>::max();
 
 std::string EntityBomb()
 {
@@ -29,6 +26,7 @@ std::string EntityBomb()
 std::string Repeated(std::string_view sPiece, long nTimes)
 {
     std::string sOut;
+    sOut.reserve(sPiece.size() * static_cast<std::size_t>(nTimes));
     for (long i = 0; i < nTimes; ++i)
         sOut += sPiece;
     return sOut;
@@ -45,230 +43,266 @@ std::string AsUtf16(const std::string& sBody)
     return sOut;
 }
 
+std::string Garbage()
+{
+    std::string sNoise;
+    for (unsigned n = 1; sNoise.size() < 4096; n = n * 1103515245 + 12345)
+        sNoise += static_cast<char>(n >> 16);
+    return sNoise;
+}
+
+std::string Challenge(int nPlayed)
+{
+    const std::string sNumber = std::to_string(nPlayed);
+    return nPlayed % 2 ? "WWW-Authenticate: Basic realm=\"r" + sNumber + "\"\r\n"
+                       : "WWW-Authenticate: Digest realm=\"r" + sNumber + "\", nonce=\"n" + sNumber +
+                             "\", qop=\"auth\", stale=true\r\n";
+}
+
+std::string InChunks(const std::string& sBody, std::size_t nStep)
+{
+    std::string sOut;
+    for (std::size_t nAt = 0; nAt < sBody.size(); nAt += nStep) {
+        const std::string_view sPart = std::string_view(sBody).substr(nAt, nStep);
+        char szSize[32];
+        std::snprintf(szSize, sizeof szSize, "%zx\r\n", sPart.size());
+        sOut.append(szSize).append(sPart).append("\r\n");
+    }
+    return sOut + "0\r\n\r\n";
+}
+
+void CutInsideCharacter(std::string& sBody)
+{
+    const auto it =
+        std::find_if(sBody.begin(), sBody.end(), [](char c) { return static_cast<unsigned char>(c) >= 0xC0; });
+    if (it != sBody.end())
+        sBody.erase(it + 1, sBody.end());
+    else
+        sBody += "\xE6\x94";
+}
+
 } // namespace
 
 struct CFaultPlayer::stDef_AtOnceRow
 {
     std::string_view sName;
-    bool (*play)(CFaultPlayer&, const stDef_Fault&, std::uint64_t nConnection);
+    bool (*play)(CFaultPlayer&, const stDef_Fault&);
+};
+
+struct CFaultPlayer::stDef_OnBytesRow
+{
+    std::string_view sName;
+    bool (*play)(CFaultPlayer&, const stDef_Fault&, const stDef_TrueReply&);
 };
 
 struct CFaultPlayer::stDef_OnReplyRow
 {
     std::string_view sName;
-    bool (*play)(CFaultPlayer&, const stDef_Fault&, stDef_WholeReply&);
+    bool (*play)(CFaultPlayer&, const stDef_Fault&, CHttpHead&, std::string& sBody);
 };
 
 const CFaultPlayer::stDef_AtOnceRow CFaultPlayer::g_arAtOnce[] = {
     {"refuse",
-     [](CFaultPlayer& p, const stDef_Fault&, std::uint64_t) {
+     [](CFaultPlayer& p, const stDef_Fault&) {
          p.vm_objClient.m_S_Reset();
          return false;
      }},
-    {"close-after-login", [](CFaultPlayer&, const stDef_Fault&, std::uint64_t) { return false; }},
-    {"silence", [](CFaultPlayer& p, const stDef_Fault&, std::uint64_t) { return p.m_F_b_Hold(); }},
+    {"close-after-login", [](CFaultPlayer&, const stDef_Fault&) { return false; }},
+    {"silence", [](CFaultPlayer& p, const stDef_Fault&) { return p.m_F_b_Hold(); }},
     {"endless-headers",
-     [](CFaultPlayer& p, const stDef_Fault&, std::uint64_t) { return p.m_F_b_Endless(OkXml, "X-More: and more\r\n"); }},
+     [](CFaultPlayer& p, const stDef_Fault&) { return p.m_F_b_Endless(OkXml, "X-More: and more\r\n"); }},
     {"401",
-     [](CFaultPlayer& p, const stDef_Fault&, std::uint64_t) {
-         return p.m_F_b_SendReply("401 Unauthorized", "WWW-Authenticate: Basic realm=\"nobody\"\r\n", "");
+     [](CFaultPlayer& p, const stDef_Fault&) {
+         return p.vm_objReply.m_F_b_SendReply(401, "Unauthorized", "WWW-Authenticate: Basic realm=\"nobody\"\r\n", "");
      }},
     {"changing-challenge",
-     [](CFaultPlayer& p, const stDef_Fault&, std::uint64_t nConnection) {
-         static std::atomic<unsigned> s_nCount{0};
-         const unsigned nCount = ++s_nCount + static_cast<unsigned>(nConnection);
-         const std::string sNumber = std::to_string(nCount);
-         return p.m_F_b_SendReply("401 Unauthorized",
-                                  nCount % 2 ? "WWW-Authenticate: Digest realm=\"r" + sNumber + "\", nonce=\"" +
-                                                   sNumber + "\", qop=\"auth\", stale=true\r\n"
-                                             : "WWW-Authenticate: Basic realm=\"r" + sNumber + "\"\r\n",
-                                  "");
+     [](CFaultPlayer& p, const stDef_Fault& st) {
+         return p.vm_objReply.m_F_b_SendReply(401, "Unauthorized", Challenge(st.nPlayed), "");
      }},
     {"redirect",
-     [](CFaultPlayer& p, const stDef_Fault& st, std::uint64_t) {
-         return p.m_F_b_SendReply(std::to_string(Arg(st, 302)) + " Elsewhere", "Location: http://192.0.2.1/\r\n", "");
+     [](CFaultPlayer& p, const stDef_Fault& st) {
+         const char* pTo = st.nPlayed % 2 ? "Location: /elsewhere\r\n" : "Location: http://192.0.2.1/\r\n";
+         return p.vm_objReply.m_F_b_SendReply(static_cast<int>(st.nArg), "Elsewhere", pTo, "");
      }},
-    {"status", [](CFaultPlayer& p, const stDef_Fault& st,
-                  std::uint64_t) { return p.m_F_b_SendReply(std::to_string(Arg(st, 500)) + " Fault", "", "<root/>"); }},
+    {"status",
+     [](CFaultPlayer& p, const stDef_Fault& st) {
+         return p.vm_objReply.m_F_b_SendReply(static_cast<int>(st.nArg), "Fault", "", "<root/>");
+     }},
     {"garbage",
-     [](CFaultPlayer& p, const stDef_Fault&, std::uint64_t) {
-         std::string sNoise;
-         for (unsigned n = 1; sNoise.size() < 4096; n = n * 1103515245 + 12345)
-             sNoise += static_cast<char>(n >> 16);
-         p.m_F_b_Send(sNoise);
+     [](CFaultPlayer& p, const stDef_Fault&) {
+         p.vm_objReply.m_F_b_Send(Garbage());
          return false;
      }},
     {"huge",
-     [](CFaultPlayer& p, const stDef_Fault& st, std::uint64_t) {
+     [](CFaultPlayer& p, const stDef_Fault& st) {
          const std::string sPiece(1u << 20, 'x');
-         const long nMiB = Arg(st, DefaultHugeMiB);
-         bool bOn = p.m_F_b_Send(std::string(OkXml) + "Content-Length: " + std::to_string(nMiB << 20) + "\r\n\r\n");
-         for (long i = 0; bOn && i < nMiB; ++i)
-             bOn = p.m_F_b_Send(sPiece);
+         bool bOn = p.vm_objReply.m_F_b_Send(std::string(OkXml) + "Content-Length: " + std::to_string(st.nArg << 20) +
+                                             "\r\n\r\n");
+         for (long i = 0; bOn && i < st.nArg; ++i)
+             bOn = p.vm_objReply.m_F_b_Send(sPiece);
          return bOn;
      }},
     {"deep",
-     [](CFaultPlayer& p, const stDef_Fault& st, std::uint64_t) {
-         const long nDepth = Arg(st, DefaultDepth);
-         return p.m_F_b_SendReply("200 OK", "Content-Type: text/xml\r\n",
-                                  "<root>" + Repeated("<a>", nDepth) + Repeated("</a>", nDepth) + "</root>");
+     [](CFaultPlayer& p, const stDef_Fault& st) {
+         return p.vm_objReply.m_F_b_SendReply(
+             200, "OK", XmlLine, "<root>" + Repeated("<a>", st.nArg) + Repeated("</a>", st.nArg) + "</root>");
      }},
-    {"entity-bomb",
-     [](CFaultPlayer& p, const stDef_Fault&, std::uint64_t) {
-         return p.m_F_b_SendReply("200 OK", "Content-Type: text/xml\r\n", EntityBomb());
-     }},
-    {"empty", [](CFaultPlayer& p, const stDef_Fault&, std::uint64_t) { return p.m_F_b_SendReply("200 OK", "", ""); }},
+    {"entity-bomb", [](CFaultPlayer& p,
+                       const stDef_Fault&) { return p.vm_objReply.m_F_b_SendReply(200, "OK", XmlLine, EntityBomb()); }},
+    {"empty",
+     [](CFaultPlayer& p, const stDef_Fault&) { return p.vm_objReply.m_F_b_SendReply(200, "OK", XmlLine, ""); }},
     {"endless-chunks",
-     [](CFaultPlayer& p, const stDef_Fault&, std::uint64_t) {
+     [](CFaultPlayer& p, const stDef_Fault&) {
          return p.m_F_b_Endless(std::string(OkXml) + "Transfer-Encoding: chunked\r\n\r\n",
                                 "400\r\n" + std::string(1024, 'x') + "\r\n");
      }},
     {"bad-chunks",
-     [](CFaultPlayer& p, const stDef_Fault&, std::uint64_t) {
-         p.m_F_b_Send(std::string(OkXml) + "Transfer-Encoding: chunked\r\n\r\nnonsense\r\n<root></root>\r\n0\r\n\r\n");
+     [](CFaultPlayer& p, const stDef_Fault&) {
+         p.vm_objReply.m_F_b_Send(std::string(OkXml) +
+                                  "Transfer-Encoding: chunked\r\n\r\nnonsense\r\n<root></root>\r\n0\r\n\r\n");
          return false;
      }},
-    {"dips-no-colon", [](CFaultPlayer& p, const stDef_Fault&,
-                         std::uint64_t) { return p.m_F_b_SendReply("200 OK", "", "registered at http://192.0.2.7/"); }},
-    {"dips-no-http", [](CFaultPlayer& p, const stDef_Fault&,
-                        std::uint64_t) { return p.m_F_b_SendReply("200 OK", "", "registered at 192.0.2.7:80"); }},
+    {"dips-no-colon",
+     [](CFaultPlayer& p, const stDef_Fault&) {
+         return p.vm_objReply.m_F_b_SendReply(200, "OK", "", "registered at http://192.0.2.7/");
+     }},
+    {"dips-no-http",
+     [](CFaultPlayer& p, const stDef_Fault&) {
+         return p.vm_objReply.m_F_b_SendReply(200, "OK", "", "registered at 192.0.2.7:80");
+     }},
 };
 
-const CFaultPlayer::stDef_OnReplyRow CFaultPlayer::g_arOnReply[] = {
+const CFaultPlayer::stDef_OnBytesRow CFaultPlayer::g_arOnBytes[] = {
     {"slow",
-     [](CFaultPlayer& p, const stDef_Fault& st, stDef_WholeReply& stReply) {
-         const std::string sAll = stReply.objHead.m_F_s_Text() + stReply.sBody;
-         const auto nStep = static_cast<std::size_t>(std::max(Arg(st, 1), 1L));
-         for (std::size_t nAt = 0; nAt < sAll.size(); nAt += nStep) {
-             // The client has nothing to say here: anything that becomes readable is its leaving.
-             if (!p.m_F_b_Send(std::string_view(sAll).substr(nAt, nStep)) || p.vm_objClient.m_F_b_WaitReadable(1000))
-                 return false;
-         }
-         return true;
+     [](CFaultPlayer& p, const stDef_Fault& st, const stDef_TrueReply& stReply) {
+         bool bOn = p.m_F_b_SendSlowly(stReply.objHead.m_F_s_Text(), st.nArg);
+         for (std::string sPiece; bOn && stReply.more(sPiece);)
+             bOn = p.m_F_b_SendSlowly(sPiece, st.nArg);
+         return bOn;
      }},
     {"delay",
-     [](CFaultPlayer& p, const stDef_Fault& st, stDef_WholeReply& stReply) {
-         return !p.vm_objClient.m_F_b_WaitReadable(static_cast<int>(Arg(st, 1000))) && p.m_F_b_SendWhole(stReply);
+     [](CFaultPlayer& p, const stDef_Fault& st, const stDef_TrueReply& stReply) {
+         return !p.vm_objClient.m_F_b_WaitGone(static_cast<int>(st.nArg)) && p.m_F_b_SendTrue(stReply, NoLimit);
      }},
     {"cut-head",
-     [](CFaultPlayer& p, const stDef_Fault& st, stDef_WholeReply& stReply) {
-         p.m_F_b_Send(stReply.objHead.m_F_s_Text().substr(0, static_cast<std::size_t>(Arg(st, 20))));
+     [](CFaultPlayer& p, const stDef_Fault& st, const stDef_TrueReply& stReply) {
+         p.vm_objReply.m_F_b_Send(stReply.objHead.m_F_s_Text().substr(0, static_cast<std::size_t>(st.nArg)));
          return false;
      }},
     {"cut-body",
-     [](CFaultPlayer& p, const stDef_Fault& st, stDef_WholeReply& stReply) {
-         p.m_F_b_Send(stReply.objHead.m_F_s_Text() +
-                      stReply.sBody.substr(0, static_cast<std::size_t>(std::max(st.nArg, 0L))));
+     [](CFaultPlayer& p, const stDef_Fault& st, const stDef_TrueReply& stReply) {
+         p.m_F_b_SendTrue(stReply, static_cast<std::size_t>(st.nArg));
          return false;
-     }},
-    {"short-length",
-     [](CFaultPlayer& p, const stDef_Fault&, stDef_WholeReply& stReply) {
-         stReply.objHead.m_S_Set("Content-Length", std::to_string(stReply.sBody.size() / 2));
-         p.m_F_b_SendWhole(stReply);
-         return false;
-     }},
-    {"long-length",
-     [](CFaultPlayer& p, const stDef_Fault&, stDef_WholeReply& stReply) {
-         stReply.objHead.m_S_Set("Content-Length", std::to_string(stReply.sBody.size() + 1000));
-         p.m_F_b_SendWhole(stReply);
-         return false;
-     }},
-    {"huge-length",
-     [](CFaultPlayer& p, const stDef_Fault&, stDef_WholeReply& stReply) {
-         stReply.objHead.m_S_Set("Content-Length", "99999999999999999999999999");
-         p.m_F_b_SendWhole(stReply);
-         return false;
-     }},
-    {"negative-length",
-     [](CFaultPlayer& p, const stDef_Fault&, stDef_WholeReply& stReply) {
-         stReply.objHead.m_S_Set("Content-Length", "-5");
-         p.m_F_b_SendWhole(stReply);
-         return false;
-     }},
-    {"chunked",
-     [](CFaultPlayer& p, const stDef_Fault& st, stDef_WholeReply& stReply) {
-         const auto nStep = static_cast<std::size_t>(std::max(Arg(st, 100), 1L));
-         stReply.objHead.m_S_Remove("Content-Length");
-         stReply.objHead.m_S_Set("Transfer-Encoding", "chunked");
-         std::string sAll = stReply.objHead.m_F_s_Text();
-         for (std::size_t nAt = 0; nAt < stReply.sBody.size(); nAt += nStep) {
-             const std::string sPart = stReply.sBody.substr(nAt, nStep);
-             char szSize[32];
-             std::snprintf(szSize, sizeof szSize, "%zx\r\n", sPart.size());
-             sAll += szSize + sPart + "\r\n";
-         }
-         return p.m_F_b_Send(sAll + "0\r\n\r\n");
-     }},
-    {"no-root-end",
-     [](CFaultPlayer& p, const stDef_Fault&, stDef_WholeReply& stReply) {
-         stReply.sBody.resize(std::min(stReply.sBody.find("</root>"), stReply.sBody.size()));
-         stReply.objHead.m_S_Set("Content-Length", std::to_string(stReply.sBody.size()));
-         return p.m_F_b_SendWhole(stReply);
-     }},
-    {"cut-utf8",
-     [](CFaultPlayer& p, const stDef_Fault&, stDef_WholeReply& stReply) {
-         const auto it = std::find_if(stReply.sBody.begin(), stReply.sBody.end(),
-                                      [](char c) { return static_cast<unsigned char>(c) >= 0xC0; });
-         if (it != stReply.sBody.end())
-             stReply.sBody.erase(it + 1, stReply.sBody.end());
-         else
-             stReply.sBody += "\xE6\x94";
-         stReply.objHead.m_S_Set("Content-Length", std::to_string(stReply.sBody.size()));
-         return p.m_F_b_SendWhole(stReply);
-     }},
-    {"wrong-encoding",
-     [](CFaultPlayer& p, const stDef_Fault&, stDef_WholeReply& stReply) {
-         stReply.sBody = AsUtf16(stReply.sBody);
-         stReply.objHead.m_S_Set("Content-Length", std::to_string(stReply.sBody.size()));
-         return p.m_F_b_SendWhole(stReply);
      }},
 };
 
-bool CFaultPlayer::m_F_b_PlayAtOnce(const stDef_Fault& stFault, std::uint64_t nConnection)
+const CFaultPlayer::stDef_OnReplyRow CFaultPlayer::g_arOnReply[] = {
+    {"short-length",
+     [](CFaultPlayer& p, const stDef_Fault&, CHttpHead& objHead, std::string& sBody) {
+         return p.m_F_b_AnnounceLength(objHead, sBody, std::to_string(sBody.size() / 2));
+     }},
+    {"long-length",
+     [](CFaultPlayer& p, const stDef_Fault&, CHttpHead& objHead, std::string& sBody) {
+         return p.m_F_b_AnnounceLength(objHead, sBody, std::to_string(sBody.size() + 1000));
+     }},
+    {"huge-length",
+     [](CFaultPlayer& p, const stDef_Fault&, CHttpHead& objHead, std::string& sBody) {
+         return p.m_F_b_AnnounceLength(objHead, sBody, "99999999999999999999999999");
+     }},
+    {"negative-length", [](CFaultPlayer& p, const stDef_Fault&, CHttpHead& objHead,
+                           std::string& sBody) { return p.m_F_b_AnnounceLength(objHead, sBody, "-5"); }},
+    {"chunked",
+     [](CFaultPlayer& p, const stDef_Fault& st, CHttpHead& objHead, std::string& sBody) {
+         objHead.m_S_Remove("Content-Length");
+         objHead.m_S_Set("Transfer-Encoding", "chunked");
+         return p.vm_objReply.m_F_b_Send(objHead.m_F_s_Text() + InChunks(sBody, static_cast<std::size_t>(st.nArg)));
+     }},
+    {"no-root-end",
+     [](CFaultPlayer& p, const stDef_Fault&, CHttpHead& objHead, std::string& sBody) {
+         sBody.resize(std::min(sBody.find("</root>"), sBody.size()));
+         return p.m_F_b_SendWhole(objHead, sBody);
+     }},
+    {"cut-utf8",
+     [](CFaultPlayer& p, const stDef_Fault&, CHttpHead& objHead, std::string& sBody) {
+         CutInsideCharacter(sBody);
+         return p.m_F_b_SendWhole(objHead, sBody);
+     }},
+    {"wrong-encoding", [](CFaultPlayer& p, const stDef_Fault&, CHttpHead& objHead,
+                          std::string& sBody) { return p.m_F_b_SendWhole(objHead, AsUtf16(sBody)); }},
+};
+
+bool CFaultPlayer::m_F_b_PlayAtOnce(const stDef_Fault& stFault)
 {
     for (const stDef_AtOnceRow& stRow : g_arAtOnce)
         if (stRow.sName == stFault.sName)
-            return stRow.play(*this, stFault, nConnection);
+            return stRow.play(*this, stFault);
     return false;
 }
 
-bool CFaultPlayer::m_F_b_PlayOnReply(const stDef_Fault& stFault, stDef_WholeReply stReply)
+bool CFaultPlayer::m_F_b_PlayOnBytes(const stDef_Fault& stFault, const stDef_TrueReply& stReply)
 {
-    for (const stDef_OnReplyRow& stRow : g_arOnReply)
+    for (const stDef_OnBytesRow& stRow : g_arOnBytes)
         if (stRow.sName == stFault.sName)
             return stRow.play(*this, stFault, stReply);
     return false;
 }
 
-bool CFaultPlayer::m_F_b_Send(std::string_view sData)
+bool CFaultPlayer::m_F_b_PlayOnReply(const stDef_Fault& stFault, CHttpHead objHead, std::string sBody)
 {
-    if (!vm_objClient.m_F_b_Write(sData))
-        return false;
-    vm_nBytesOut += sData.size();
+    for (const stDef_OnReplyRow& stRow : g_arOnReply)
+        if (stRow.sName == stFault.sName)
+            return stRow.play(*this, stFault, objHead, sBody);
+    return false;
+}
+
+bool CFaultPlayer::m_F_b_SendWhole(const CHttpHead& objHead, const std::string& sBody)
+{
+    CHttpHead objSent = objHead;
+    objSent.m_S_Set("Content-Length", std::to_string(sBody.size()));
+    return vm_objReply.m_F_b_Send(objSent.m_F_s_Text() + sBody);
+}
+
+bool CFaultPlayer::m_F_b_AnnounceLength(CHttpHead& objHead, const std::string& sBody, const std::string& sLength)
+{
+    objHead.m_S_Set("Content-Length", sLength);
+    vm_objReply.m_F_b_Send(objHead.m_F_s_Text() + sBody);
+    return false; // where the next reply begins is anybody's guess
+}
+
+/// At most `nLimit` bytes behind the head.
+bool CFaultPlayer::m_F_b_SendTrue(const stDef_TrueReply& stReply, std::size_t nLimit)
+{
+    bool bOn = vm_objReply.m_F_b_Send(stReply.objHead.m_F_s_Text());
+    for (std::string sPiece; bOn && nLimit > 0 && stReply.more(sPiece);) {
+        sPiece.resize(std::min(sPiece.size(), nLimit));
+        nLimit -= nLimit == NoLimit ? 0 : sPiece.size();
+        bOn = vm_objReply.m_F_b_Send(sPiece);
+    }
+    return bOn;
+}
+
+bool CFaultPlayer::m_F_b_SendSlowly(std::string_view sData, long nBytesPerSecond)
+{
+    const bool bFine = nBytesPerSecond >= 10; // ten small steps look more like a slow line than a large one
+    const auto nStep = static_cast<std::size_t>(bFine ? nBytesPerSecond / 10 : nBytesPerSecond);
+    for (; !sData.empty(); sData.remove_prefix(std::min(nStep, sData.size())))
+        if (!vm_objReply.m_F_b_Send(sData.substr(0, nStep)) || vm_objClient.m_F_b_WaitGone(bFine ? 100 : 1000))
+            return false;
     return true;
-}
-
-bool CFaultPlayer::m_F_b_SendReply(const std::string& sStatus, const std::string& sHeaders, std::string_view sBody)
-{
-    return m_F_b_Send("HTTP/1.1 " + sStatus + "\r\n" + sHeaders + "Content-Length: " + std::to_string(sBody.size()) +
-                      "\r\n\r\n" + std::string(sBody));
-}
-
-bool CFaultPlayer::m_F_b_SendWhole(const stDef_WholeReply& stReply)
-{
-    return m_F_b_Send(stReply.objHead.m_F_s_Text() + stReply.sBody);
 }
 
 bool CFaultPlayer::m_F_b_Hold()
 {
-    vm_objClient.m_F_b_WaitReadable(-1);
+    char arDropped[4096];
+    while (vm_objClient.m_F_n_Read(arDropped, sizeof arDropped) > 0) {
+    }
     return false;
 }
 
 bool CFaultPlayer::m_F_b_Endless(std::string_view sStart, std::string_view sPiece)
 {
-    bool bOn = m_F_b_Send(sStart);
+    bool bOn = vm_objReply.m_F_b_Send(sStart);
     while (bOn)
-        bOn = m_F_b_Send(sPiece);
+        bOn = vm_objReply.m_F_b_Send(sPiece);
     return false;
 }

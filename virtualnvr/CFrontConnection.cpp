@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int IdleMs = 120000; ///< a connection without a request is closed
+constexpr int IdleMs = 100000; ///< a silent connection is closed; before the inner server closes its side
 constexpr std::size_t PieceSize = 64u << 10;
 constexpr std::size_t MaxCollected = 64u << 20;
 
@@ -22,6 +22,16 @@ std::string PercentEscaped(const std::string& sValue)
     return sOut;
 }
 
+/// The kind of login alone. What can't be told from the secret behind it is not shown.
+std::string SchemeOf(const std::string& sLogin)
+{
+    constexpr std::size_t nLongest = 16;
+    const auto nEnd = sLogin.find(' ');
+    if (sLogin.empty())
+        return {};
+    return nEnd <= nLongest ? sLogin.substr(0, nEnd) : "unknown";
+}
+
 bool IsTunnel(const CHttpHead& objHead)
 {
     return !objHead.m_F_s_Value("x-sessioncookie").empty() ||
@@ -32,7 +42,7 @@ bool IsTunnel(const CHttpHead& objHead)
 } // namespace
 
 CFrontConnection::CFrontConnection(int nSocket, std::uint64_t nNumber, const stDef_FrontDoorParts& stParts)
-    : vm_stParts(stParts), vm_objClient(nSocket), vm_nNumber(nNumber)
+    : vm_stParts(stParts), vm_objClient(nSocket), vm_objReply(vm_objClient, *stParts.pLog), vm_nNumber(nNumber)
 {}
 
 void CFrontConnection::m_S_Wake()
@@ -53,14 +63,6 @@ void CFrontConnection::m_S_Run()
     const std::lock_guard lock(vm_objMutex);
     vm_objClient.m_S_Close();
     vm_objInner.m_S_Close();
-}
-
-bool CFrontConnection::m_F_b_Send(std::string_view sData)
-{
-    if (!vm_objClient.m_F_b_Write(sData))
-        return false;
-    vm_stEntry.nBytesOut += sData.size();
-    return true;
 }
 
 bool CFrontConnection::m_F_b_ReadHead(CSocket& objSocket, std::string& sBuffer, std::string& sHead)
@@ -84,10 +86,65 @@ bool CFrontConnection::m_F_b_ReadHead(CSocket& objSocket, std::string& sBuffer, 
     }
 }
 
+/// The next head that makes sense. Others are answered for what they are.
+bool CFrontConnection::m_F_b_ReadRequest(std::string& sHead, CHttpHead& objHead)
+{
+    if (!m_F_b_ReadHead(vm_objClient, vm_sFromClient, sHead)) {
+        if (vm_sFromClient.size() > CHttpHead::MaxSize)
+            vm_objClient.m_F_b_Write("HTTP/1.1 431 Head Too Large\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+        return false;
+    }
+    sHead.erase(0, sHead.find_first_not_of("\r\n")); // some clients end a body with a line end too many
+    if (objHead.m_F_b_Parse(sHead))
+        return true;
+    vm_objClient.m_F_b_Write("HTTP/1.1 400 Bad Request\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+    return false;
+}
+
+bool CFrontConnection::m_F_b_ServeOne()
+{
+    std::string sHead;
+    CHttpHead objHead;
+    if (!m_F_b_ReadRequest(sHead, objHead))
+        return false;
+    stDef_LogEntry stEntry;
+    stEntry.nConnection = vm_nNumber;
+    stEntry.sMethod = objHead.m_F_s_Method();
+    stEntry.sTarget = objHead.m_F_s_Target();
+    stEntry.sScheme = SchemeOf(objHead.m_F_s_Value("Authorization"));
+    vm_objReply.m_S_Begin(std::move(stEntry));
+    const bool bOn = m_F_b_Serve(objHead, sHead);
+    vm_objReply.m_S_End();
+    return bOn && objHead.m_F_b_KeepAlive();
+}
+
+/// Decides what becomes of a request whose head is read.
+bool CFrontConnection::m_F_b_Serve(const CHttpHead& objHead, const std::string& sHead)
+{
+    if (IsTunnel(objHead))
+        return m_F_b_HandToTunnel(sHead);
+    if (!objHead.m_F_s_Value("Expect").empty() && !vm_objClient.m_F_b_Write("HTTP/1.1 100 Continue\r\n\r\n"))
+        return false;
+
+    auto fault = vm_stParts.pFaults->m_F_o_Find(vm_objReply.vm_stEntry.sTarget);
+    const stDef_FaultKind* pKind = fault ? CFaultTable::s_F_p_Kind(fault->sName) : nullptr;
+    const bool bLogin = !vm_objReply.vm_stEntry.sScheme.empty();
+    if (pKind && (pKind->nWhen == AtOnce || (pKind->nWhen == LoggedIn && bLogin)) && m_F_b_TakeFault(fault))
+        return m_F_b_PlayAtOnce(objHead, *fault);
+    if (pKind && pKind->nWhen == Unlogged && bLogin && !vm_bUnlogged && m_F_b_TakeFault(fault)) {
+        vm_bUnlogged = true;
+        return m_F_b_Forward(objHead, {}, true);
+    }
+    const bool bOnReply = pKind && (pKind->nWhen == OnBytes || pKind->nWhen == OnReply);
+    return m_F_b_Forward(objHead, bOnReply ? fault : std::nullopt, false);
+}
+
 bool CFrontConnection::m_F_b_HandToTunnel(const std::string& sHead)
 {
-    if (!vm_stParts.tunnel)
-        return m_F_b_Send("HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n");
+    if (!vm_stParts.tunnel) {
+        vm_objReply.m_F_b_SendReply(404, "Not Found", "Connection: close\r\n", "");
+        return false;
+    }
     const std::string sInitial = sHead + vm_sFromClient;
     int nSocket = -1;
     {
@@ -100,104 +157,113 @@ bool CFrontConnection::m_F_b_HandToTunnel(const std::string& sHead)
     return false;
 }
 
-bool CFrontConnection::m_F_b_ServeOne()
+/// Counts the fault as played; false if somebody else has just played it for the last time.
+bool CFrontConnection::m_F_b_TakeFault(std::optional<stDef_Fault>& fault)
 {
-    std::string sHead;
-    CHttpHead objHead;
-    if (!m_F_b_ReadHead(vm_objClient, vm_sFromClient, sHead) || !objHead.m_F_b_Parse(sHead))
-        return false;
-    vm_stEntry = {};
-    vm_stEntry.nConnection = vm_nNumber;
-    vm_stEntry.sMethod = objHead.m_F_s_Method();
-    vm_stEntry.sTarget = objHead.m_F_s_Target();
-    const std::string sLogin = objHead.m_F_s_Value("Authorization");
-    vm_stEntry.sScheme = sLogin.substr(0, sLogin.find(' '));
-    if (IsTunnel(objHead))
-        return m_F_b_HandToTunnel(sHead);
-    if (!objHead.m_F_s_Value("Expect").empty() && !vm_objClient.m_F_b_Write("HTTP/1.1 100 Continue\r\n\r\n"))
-        return false;
-
-    const auto fault = vm_stParts.pFaults->m_F_o_Find(vm_stEntry.sTarget);
-    const bool bOn = m_F_b_ServeBody(objHead, fault);
-    vm_stParts.pLog->m_S_Add(std::move(vm_stEntry));
-    return bOn && objHead.m_F_b_KeepAlive();
+    fault = vm_stParts.pFaults->m_F_o_Take(vm_objReply.vm_stEntry.sTarget, std::string(fault->sName));
+    if (fault)
+        vm_objReply.vm_stEntry.sFault = fault->sName;
+    return fault.has_value();
 }
 
-/// Decides what becomes of a request whose head is read.
-bool CFrontConnection::m_F_b_ServeBody(const CHttpHead& objHead, const std::optional<stDef_Fault>& fault)
+bool CFrontConnection::m_F_b_PlayAtOnce(const CHttpHead& objHead, const stDef_Fault& stFault)
 {
-    const stDef_FaultKind* pKind = fault ? CFaultTable::s_F_p_Kind(fault->sName) : nullptr;
-    const bool bLogin = !vm_stEntry.sScheme.empty();
-    const bool bStale = pKind && pKind->sName == "stale-nonce";
-    if (pKind && !bStale && (pKind->nWhen == AtOnce || (pKind->nWhen == LoggedIn && bLogin))) {
-        vm_stParts.pFaults->m_F_o_Take(vm_stEntry.sTarget);
-        vm_stEntry.sFault = pKind->sName;
-        if (!m_F_b_PassBody(objHead, false))
-            return false;
-        return CFaultPlayer(vm_objClient, vm_stEntry.nBytesOut).m_F_b_PlayAtOnce(*fault, vm_nNumber);
+    switch (m_F_n_PassBody(objHead, false)) {
+    case emDef_Body::Whole:
+        return CFaultPlayer(vm_objClient, vm_objReply).m_F_b_PlayAtOnce(stFault);
+    case emDef_Body::Bad:
+        return m_F_b_AnswerBadBody();
+    default:
+        return false;
     }
-    const bool bPlayStale = bStale && bLogin && !vm_bStalePlayed;
-    if (bPlayStale) {
-        vm_bStalePlayed = true;
-        vm_stEntry.sFault = pKind->sName;
-        vm_stParts.pFaults->m_F_o_Take(vm_stEntry.sTarget);
-    }
-    const bool bPassed = m_F_b_PassRequest(objHead, bPlayStale);
-    // Also after a body that was not wanted: the answer is there all the same.
-    const bool bAnswered =
-        m_F_b_Answer(vm_stEntry.sMethod, pKind && pKind->nWhen == OnReply ? fault : std::nullopt, bPlayStale);
-    return bPassed && bAnswered;
 }
 
-bool CFrontConnection::m_F_b_OpenInner()
+bool CFrontConnection::m_F_b_AnswerBadBody()
+{
+    vm_objReply.m_F_b_SendReply(400, "Bad Request", "Connection: close\r\n", "");
+    return false;
+}
+
+void CFrontConnection::m_S_CloseInner()
 {
     const std::lock_guard lock(vm_objMutex);
+    vm_objInner.m_S_Close();
     vm_sFromInner.clear();
-    return !vm_bWoken && vm_objInner.m_F_b_ConnectLoopback(vm_stParts.nInnerPort);
 }
 
-/// Sends the request on. A kept inner connection may have ended meanwhile: that shows before the first byte is
-/// answered, and a fresh one is taken for it.
-bool CFrontConnection::m_F_b_PassRequest(CHttpHead objHead, bool bStale)
+void CFrontConnection::m_S_OpenInner()
+{
+    m_S_CloseInner();
+    {
+        const std::lock_guard lock(vm_objMutex);
+        if (vm_bWoken || !vm_objInner.m_F_b_Open())
+            return;
+    }
+    // Without the lock, as it may take its time when the inner server is busy.
+    const bool bConnected = vm_objInner.m_F_b_ConnectLoopback(vm_stParts.nInnerPort);
+    const std::lock_guard lock(vm_objMutex);
+    if (!bConnected || vm_bWoken) // a wake before the connection stood had no effect on it
+        vm_objInner.m_S_Close();
+}
+
+/// A kept inner connection may have ended meanwhile: that shows before a reply, and a fresh one is taken for it.
+bool CFrontConnection::m_F_b_SendToInner(const std::string& sText)
+{
+    const bool bKept = vm_objInner.m_F_b_IsOpen() && !vm_objInner.m_F_b_WaitReadable(0);
+    if (bKept && vm_objInner.m_F_b_Write(sText))
+        return true;
+    m_S_OpenInner();
+    return vm_objInner.m_F_b_IsOpen() && vm_objInner.m_F_b_Write(sText);
+}
+
+bool CFrontConnection::m_F_b_Forward(CHttpHead objHead, const std::optional<stDef_Fault>& fault, bool bUnlogged)
 {
     objHead.m_S_Remove("Expect");
-    if (bStale)
+    if (bUnlogged)
         objHead.m_S_Remove("Authorization"); // so that the recorder gives a fresh challenge
-    objHead.m_S_Remove("X-Request-Target");
     for (auto& [sName, sValue] : objHead.vm_arLines)
         sValue = PercentEscaped(sValue);
     // The inner server drops what stands behind a '#' in the request line.
-    objHead.m_S_Set("X-Request-Target", PercentEscaped(vm_stEntry.sTarget));
-    const std::string sText = objHead.m_F_s_Text();
-
-    const bool bKept = vm_objInner.m_F_b_IsOpen() && !vm_objInner.m_F_b_WaitReadable(0);
-    if (!(bKept && vm_objInner.m_F_b_Write(sText)) && !(m_F_b_OpenInner() && vm_objInner.m_F_b_Write(sText)))
+    objHead.m_S_Set("X-Request-Target", PercentEscaped(vm_objReply.vm_stEntry.sTarget));
+    if (!m_F_b_SendToInner(objHead.m_F_s_Text())) {
+        vm_objReply.m_F_b_SendReply(502, "Bad Gateway", "Connection: close\r\n", "");
         return false;
-    return m_F_b_PassBody(objHead, true);
+    }
+    switch (m_F_n_PassBody(objHead, true)) {
+    case emDef_Body::Whole:
+        return m_F_b_Answer(fault, bUnlogged);
+    case emDef_Body::Refused:
+        m_F_b_Answer(fault, bUnlogged);
+        return false;
+    case emDef_Body::Bad:
+        return m_F_b_AnswerBadBody();
+    default:
+        return false;
+    }
 }
 
-bool CFrontConnection::m_F_b_PassBody(const CHttpHead& objHead, bool bForward)
+CFrontConnection::emDef_Body CFrontConnection::m_F_n_PassBody(const CHttpHead& objHead, bool bForward)
 {
+    stDef_LogEntry& stEntry = vm_objReply.vm_stEntry;
     CBodyFramer objFramer(objHead, "");
     std::string sPiece = std::exchange(vm_sFromClient, {});
     while (true) {
         const std::size_t nBody = objFramer.m_F_n_Feed(sPiece);
         const std::string_view sBody = std::string_view(sPiece).substr(0, nBody);
-        vm_stEntry.nBytesIn += nBody;
-        vm_stEntry.sBody +=
-            sBody.substr(0, CRequestLog::MaxBody - std::min(CRequestLog::MaxBody, vm_stEntry.sBody.size()));
-        if (bForward && !vm_objInner.m_F_b_Write(sBody)) {
-            vm_sFromClient = sPiece.substr(nBody);
-            return false;
-        }
+        stEntry.nBytesIn += nBody;
+        stEntry.sBody += sBody.substr(0, CRequestLog::MaxBody - std::min(CRequestLog::MaxBody, stEntry.sBody.size()));
+        if (objFramer.m_F_b_Bad())
+            return emDef_Body::Bad;
+        if (bForward && !vm_objInner.m_F_b_Write(sBody))
+            return emDef_Body::Refused;
         if (objFramer.m_F_b_Done()) {
             vm_sFromClient = sPiece.substr(nBody);
-            return true;
+            return emDef_Body::Whole;
         }
         sPiece.resize(PieceSize);
         const long nRead = vm_objClient.m_F_n_Read(sPiece.data(), sPiece.size(), IdleMs);
         if (nRead <= 0)
-            return false;
+            return emDef_Body::Lost;
         sPiece.resize(static_cast<std::size_t>(nRead));
     }
 }
@@ -212,74 +278,67 @@ bool CFrontConnection::m_F_b_ReadReplyHead(CHttpHead& objReply)
     return true;
 }
 
-bool CFrontConnection::m_F_b_Answer(const std::string& sMethod, const std::optional<stDef_Fault>& fault, bool bStale)
+bool CFrontConnection::m_F_b_Answer(std::optional<stDef_Fault> fault, bool bStale)
 {
     CHttpHead objReply;
-    if (!vm_objInner.m_F_b_IsOpen() || !m_F_b_ReadReplyHead(objReply)) {
-        m_F_b_Send("HTTP/1.1 502 Bad Gateway\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+    if (!m_F_b_ReadReplyHead(objReply)) {
+        vm_objReply.m_F_b_SendReply(502, "Bad Gateway", "Connection: close\r\n", "");
         return false;
     }
-    vm_stEntry.nStatus = objReply.m_F_n_Status();
     for (auto& [sName, sValue] : objReply.vm_arLines)
         if (bStale && sValue.starts_with("Digest ") && sValue.find("stale=") == std::string::npos)
             sValue += ", stale=true";
-    bool bOn = false;
-    if (fault && vm_stEntry.nStatus != 401) {
-        stDef_WholeReply stReply{objReply, {}};
-        if (!m_F_b_CollectBody(objReply, sMethod, stReply.sBody))
-            return false;
-        vm_stParts.pFaults->m_F_o_Take(vm_stEntry.sTarget);
-        vm_stEntry.sFault = fault->sName;
-        if (stReply.objHead.m_F_s_Value("Content-Length").empty())
-            stReply.objHead.m_S_Set("Content-Length", std::to_string(stReply.sBody.size()));
-        stReply.objHead.m_S_Remove("Transfer-Encoding");
-        bOn = CFaultPlayer(vm_objClient, vm_stEntry.nBytesOut).m_F_b_PlayOnReply(*fault, std::move(stReply));
-    } else {
-        bOn = m_F_b_PassReply(objReply, sMethod);
-    }
-    const bool bInnerStays = objReply.m_F_b_KeepAlive();
-    if (!bInnerStays) {
-        const std::lock_guard lock(vm_objMutex);
-        vm_objInner.m_S_Close();
-    }
+    const std::string& sMethod = vm_objReply.vm_stEntry.sMethod;
+    const bool bWhole = sMethod != "HEAD" && !objReply.m_F_s_Value("Content-Length").empty();
+    const bool bPlay = fault && objReply.m_F_n_Status() != 401 &&
+                       (bWhole || CFaultTable::s_F_p_Kind(fault->sName)->nWhen == OnBytes) && m_F_b_TakeFault(fault);
+    CBodyFramer objFramer(objReply, sMethod);
+    const bool bOn = bPlay ? m_F_b_PlayOnReply(*fault, objReply, objFramer) : m_F_b_PassReply(objReply, objFramer);
+    const bool bInnerStays = objReply.m_F_b_KeepAlive() && objFramer.m_F_b_Done();
+    if (!bInnerStays)
+        m_S_CloseInner();
     return bOn && bInnerStays;
 }
 
-bool CFrontConnection::m_F_b_PassReply(const CHttpHead& objReply, const std::string& sMethod)
+/// The next bytes of a reply's body.
+bool CFrontConnection::m_F_b_More(CBodyFramer& objFramer, std::string& sPiece)
 {
-    CBodyFramer objFramer(objReply, sMethod);
-    std::string sPiece = objReply.m_F_s_Text();
-    const std::size_t nBody = objFramer.m_F_n_Feed(vm_sFromInner);
-    sPiece += vm_sFromInner.substr(0, nBody);
-    vm_sFromInner.erase(0, nBody);
-    while (m_F_b_Send(sPiece)) {
-        if (objFramer.m_F_b_Done())
-            return true;
+    if (objFramer.m_F_b_Done())
+        return false;
+    sPiece = std::exchange(vm_sFromInner, {});
+    if (sPiece.empty()) {
         sPiece.resize(PieceSize);
+        // Without a limit: a stream may be silent for as long as it likes.
         const long nRead = vm_objInner.m_F_n_Read(sPiece.data(), sPiece.size());
-        if (nRead <= 0)
-            return false; // also the proper end of a body that only the closing ends
-        sPiece.resize(static_cast<std::size_t>(nRead));
-        objFramer.m_F_n_Feed(sPiece);
+        sPiece.resize(static_cast<std::size_t>(std::max(nRead, 0L)));
     }
-    return false;
+    const std::size_t nBody = objFramer.m_F_n_Feed(sPiece);
+    vm_sFromInner = sPiece.substr(nBody);
+    sPiece.resize(nBody);
+    return nBody > 0;
 }
 
-bool CFrontConnection::m_F_b_CollectBody(const CHttpHead& objReply, const std::string& sMethod, std::string& sBody)
+bool CFrontConnection::m_F_b_PassReply(const CHttpHead& objReply, CBodyFramer& objFramer)
 {
-    // Faults are played on documents, which the inner server sends with their length.
-    CBodyFramer objFramer(objReply, sMethod);
-    const std::size_t nFirst = objFramer.m_F_n_Feed(vm_sFromInner);
-    sBody = vm_sFromInner.substr(0, nFirst);
-    vm_sFromInner.erase(0, nFirst);
     std::string sPiece;
-    while (!objFramer.m_F_b_Done() && sBody.size() < MaxCollected) {
-        sPiece.resize(PieceSize);
-        const long nRead = vm_objInner.m_F_n_Read(sPiece.data(), sPiece.size(), IdleMs);
-        if (nRead <= 0)
-            return objFramer.m_F_b_UntilClose();
-        const auto nBody = objFramer.m_F_n_Feed(std::string_view(sPiece).substr(0, static_cast<std::size_t>(nRead)));
-        sBody.append(sPiece, 0, nBody);
-    }
-    return true;
+    if (!vm_sFromInner.empty()) // the start of the body came with the head: both leave in one packet
+        m_F_b_More(objFramer, sPiece);
+    sPiece.insert(0, objReply.m_F_s_Text());
+    do {
+        if (!vm_objReply.m_F_b_Send(sPiece))
+            return false;
+    } while (m_F_b_More(objFramer, sPiece));
+    return objFramer.m_F_b_Done();
+}
+
+bool CFrontConnection::m_F_b_PlayOnReply(const stDef_Fault& stFault, const CHttpHead& objReply, CBodyFramer& objFramer)
+{
+    CFaultPlayer objPlayer(vm_objClient, vm_objReply);
+    if (CFaultTable::s_F_p_Kind(stFault.sName)->nWhen == OnBytes)
+        return objPlayer.m_F_b_PlayOnBytes(
+            stFault, {objReply, [&](std::string& sPiece) { return m_F_b_More(objFramer, sPiece); }});
+    std::string sBody;
+    for (std::string sPiece; sBody.size() < MaxCollected && m_F_b_More(objFramer, sPiece);)
+        sBody += sPiece;
+    return objFramer.m_F_b_Done() && objPlayer.m_F_b_PlayOnReply(stFault, objReply, std::move(sBody));
 }

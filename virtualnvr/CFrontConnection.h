@@ -1,16 +1,13 @@
 #pragma once
 
+#include "CFaultTable.h"
 #include "CHttpHead.h"
-#include "CRequestLog.h"
+#include "CLoggedReply.h"
 #include "CSocket.h"
 
-#include <atomic>
 #include <functional>
 #include <mutex>
 #include <optional>
-
-class CFaultTable;
-struct stDef_Fault;
 
 /// What all connections of a front door share.
 struct stDef_FrontDoorParts
@@ -31,27 +28,42 @@ public:
     void m_S_Wake(); ///< from any thread: ends it
 
 private:
+    /// How far a request's body came.
+    enum class emDef_Body
+    {
+        Whole,
+        Refused, ///< the inner server doesn't take it; its answer may be there all the same
+        Bad,     ///< where it ends can't be told
+        Lost     ///< the client is gone
+    };
+
     bool m_F_b_ReadHead(CSocket& objSocket, std::string& sBuffer, std::string& sHead);
+    bool m_F_b_ReadRequest(std::string& sHead, CHttpHead& objHead);
     bool m_F_b_ServeOne();
+    bool m_F_b_Serve(const CHttpHead& objHead, const std::string& sHead);
     bool m_F_b_HandToTunnel(const std::string& sHead);
-    bool m_F_b_ServeBody(const CHttpHead& objHead, const std::optional<stDef_Fault>& fault);
-    bool m_F_b_PassRequest(CHttpHead objHead, bool bStale);
-    bool m_F_b_PassBody(const CHttpHead& objHead, bool bForward);
-    bool m_F_b_OpenInner();
+    bool m_F_b_TakeFault(std::optional<stDef_Fault>& fault);
+    bool m_F_b_PlayAtOnce(const CHttpHead& objHead, const stDef_Fault& stFault);
+    bool m_F_b_Forward(CHttpHead objHead, const std::optional<stDef_Fault>& fault, bool bUnlogged);
+    bool m_F_b_SendToInner(const std::string& sText);
+    emDef_Body m_F_n_PassBody(const CHttpHead& objHead, bool bForward);
+    bool m_F_b_AnswerBadBody();
+    void m_S_OpenInner();
+    void m_S_CloseInner();
     bool m_F_b_ReadReplyHead(CHttpHead& objReply);
-    bool m_F_b_Answer(const std::string& sMethod, const std::optional<stDef_Fault>& fault, bool bStale);
-    bool m_F_b_PassReply(const CHttpHead& objReply, const std::string& sMethod);
-    bool m_F_b_CollectBody(const CHttpHead& objReply, const std::string& sMethod, std::string& sBody);
-    bool m_F_b_Send(std::string_view sData);
+    bool m_F_b_Answer(std::optional<stDef_Fault> fault, bool bStale);
+    bool m_F_b_More(CBodyFramer& objFramer, std::string& sPiece);
+    bool m_F_b_PassReply(const CHttpHead& objReply, CBodyFramer& objFramer);
+    bool m_F_b_PlayOnReply(const stDef_Fault& stFault, const CHttpHead& objReply, CBodyFramer& objFramer);
 
     stDef_FrontDoorParts vm_stParts;
     CSocket vm_objClient;
     CSocket vm_objInner;
+    CLoggedReply vm_objReply;
     std::mutex vm_objMutex; ///< guards opening and closing the sockets against m_S_Wake
     bool vm_bWoken = false;
     std::uint64_t vm_nNumber;
     std::string vm_sFromClient; ///< bytes read and not served yet
     std::string vm_sFromInner;
-    stDef_LogEntry vm_stEntry;
-    bool vm_bStalePlayed = false;
+    bool vm_bUnlogged = false; ///< a login was taken off a request of this connection
 };

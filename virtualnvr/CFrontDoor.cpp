@@ -52,7 +52,7 @@ void CFrontDoor::stDef_Impl::Accept()
     while (!bStop) {
         const int nSocket = objListener.m_F_n_Accept();
         if (nSocket < 0)
-            continue; // woken, or out of descriptors for the moment
+            continue; // woken
         const std::lock_guard lock(objMutex);
         Reap();
         if (bStop || arServed.size() >= MaxConnections) {

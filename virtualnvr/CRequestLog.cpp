@@ -83,7 +83,8 @@ void CRequestLog::m_S_Echo(const stDef_LogEntry& stEntry)
 {
     std::string sLine = stEntry.sMethod + ' ' + s_F_s_Masked(stEntry.sTarget);
     // What a client sends must not steer the terminal that shows it.
-    std::replace_if(sLine.begin(), sLine.end(), [](unsigned char c) { return c < 0x20 || c >= 0x7f; }, '?');
+    std::replace_if(
+        sLine.begin(), sLine.end(), [](unsigned char c) { return c < 0x20 || c >= 0x7f; }, '?');
     *vm_pEcho << sLine << ' ' << stEntry.nStatus << ' ' << stEntry.nBytesIn << " in " << stEntry.nBytesOut << " out"
               << (stEntry.sFault.empty() ? "" : " fault " + stEntry.sFault) << '\n'
               << std::flush;

@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr int Backlog = 128;
+constexpr int Backlog = 1024;
 constexpr int GentleMs = 200;
 constexpr int NoDescriptorMs = 20;
 constexpr std::size_t GentleBytes = 1u << 20;
