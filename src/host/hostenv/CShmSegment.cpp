@@ -5,17 +5,31 @@
 #ifdef _WIN32
 #include <windows.h>
 #else
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 #endif
 
 CShmSegment::~CShmSegment()
 {
     m_S_Close();
+}
+
+bool CShmSegment::m_F_b_OpenReadOnly(const std::string& sName)
+{
+    return m_F_b_OpenExisting(sName, 1, false);
+}
+
+bool CShmSegment::m_F_b_OpenShared(const std::string& sName, std::size_t nSize)
+{
+    return m_F_b_OpenExisting(sName, nSize, true);
 }
 
 #ifdef _WIN32
@@ -46,18 +60,14 @@ CShmSegment::emDef_Open CShmSegment::m_F_n_Own(const std::string& sName, std::si
     return bExisted ? emDef_Open::TakenOver : emDef_Open::Made;
 }
 
-bool CShmSegment::m_F_b_OpenReadOnly(const std::string& sName)
+bool CShmSegment::m_F_b_OpenExisting(const std::string& sName, std::size_t nLeast, bool bWrite)
 {
     m_S_Close();
-    vm_hMapping = OpenFileMappingA(FILE_MAP_READ, FALSE, sName.c_str());
-    return vm_hMapping && m_F_b_Map(0, false);
-}
-
-bool CShmSegment::m_F_b_OpenShared(const std::string& sName, std::size_t nSize)
-{
+    vm_hMapping = OpenFileMappingA(bWrite ? FILE_MAP_READ | FILE_MAP_WRITE : FILE_MAP_READ, FALSE, sName.c_str());
+    if (vm_hMapping && m_F_b_Map(0, bWrite) && vm_nSize >= nLeast)
+        return true;
     m_S_Close();
-    vm_hMapping = OpenFileMappingA(FILE_MAP_READ | FILE_MAP_WRITE, FALSE, sName.c_str());
-    return vm_hMapping && m_F_b_Map(0, true) && vm_nSize >= nSize;
+    return false;
 }
 
 bool CShmSegment::m_F_b_Map(std::size_t nSize, bool bWrite)
@@ -75,6 +85,11 @@ bool CShmSegment::m_F_b_Map(std::size_t nSize, bool bWrite)
 bool CShmSegment::m_F_b_Commit(std::size_t)
 {
     return true; // the paging file backed all of it when it was made
+}
+
+bool CShmSegment::m_F_b_IsRemoved() const
+{
+    return false; // a name lives as long as its last handle
 }
 
 void CShmSegment::m_S_Close()
@@ -100,11 +115,58 @@ int CShmSegment::s_F_n_RemoveStale(const std::string&)
 namespace {
 
 constexpr mode_t OwnerOnly = 0600;
-constexpr int MaxTries = 16; // each lost try means that another process removed the name just then
+constexpr std::size_t FirstPage = 4096;
+constexpr int MaxTries = 8;
+constexpr auto Pause = std::chrono::milliseconds(1);
+
+enum class emDef_Claim
+{
+    Made,      ///< empty until now, and all zero
+    TakenOver, ///< left by an owner that died
+    Busy,      ///< locked: by an owner, or for a moment by somebody who removes what is stale
+    Gone,      ///< removed between opening and locking
+    Refused
+};
 
 bool LockNow(int nFile)
 {
     return flock(nFile, LOCK_EX | LOCK_NB) == 0;
+}
+
+bool Allocate(int nFile, std::size_t nSize)
+{
+    int nError;
+    while ((nError = posix_fallocate(nFile, 0, static_cast<off_t>(nSize))) == EINTR) {
+    }
+    return nError == 0;
+}
+
+/// What the open file is; false if it isn't this user's. Anybody may put names beside ours, so the name proves nothing.
+bool IsOurs(int nFile, struct stat& st)
+{
+    return fstat(nFile, &st) == 0 && st.st_uid == geteuid();
+}
+
+/// Makes the open file ours. Only who holds its lock removes a name, so a locked file that has one keeps it.
+emDef_Claim Claim(int nFile, const std::string& sName, std::size_t nSize)
+{
+    struct stat st
+    {};
+    if (!LockNow(nFile))
+        return emDef_Claim::Busy;
+    if (!IsOurs(nFile, st))
+        return emDef_Claim::Refused;
+    if (st.st_nlink == 0)
+        return emDef_Claim::Gone;
+    if (st.st_size == static_cast<off_t>(nSize))
+        return emDef_Claim::TakenOver;
+    // Memory before size: who maps a file of full size always finds its first page.
+    if (st.st_size == 0 && Allocate(nFile, std::min(nSize, FirstPage)) &&
+        ftruncate(nFile, static_cast<off_t>(nSize)) == 0)
+        return emDef_Claim::Made;
+    // Of another version, or half made. Its readers keep their mapping, so it is removed rather than cut.
+    shm_unlink(sName.c_str());
+    return st.st_size == 0 ? emDef_Claim::Refused : emDef_Claim::Gone;
 }
 
 } // namespace
@@ -119,61 +181,37 @@ CShmSegment::emDef_Open CShmSegment::m_F_n_Own(const std::string& sName, std::si
     m_S_Close();
     for (int i = 0; i < MaxTries; ++i) {
         const int nFile = shm_open(sName.c_str(), O_RDWR | O_CLOEXEC | (bCreate ? O_CREAT : 0), OwnerOnly);
-        struct stat st
-        {};
-        if (nFile < 0 || !LockNow(nFile) || fstat(nFile, &st) != 0 || st.st_uid != geteuid()) {
-            if (nFile >= 0)
-                close(nFile);
-            return emDef_Open::Failed;
-        }
-        if (st.st_nlink == 0) { // removed between opening and locking
-            close(nFile);
-            continue;
-        }
-        const bool bMade = st.st_size == 0;
-        if (!bMade && st.st_size != static_cast<off_t>(nSize)) {
-            // Of another version. Its readers keep their mapping, so it is removed rather than cut.
-            shm_unlink(sName.c_str());
-            close(nFile);
-            continue;
-        }
-        vm_nFile = nFile;
-        vm_sName = sName;
-        if ((bMade && ftruncate(nFile, static_cast<off_t>(nSize)) != 0) || !m_F_b_Map(nSize, true)) {
+        if (nFile < 0)
+            break;
+        const emDef_Claim nClaim = Claim(nFile, sName, nSize);
+        if (nClaim == emDef_Claim::Made || nClaim == emDef_Claim::TakenOver) {
+            vm_nFile = nFile;
+            vm_sName = sName;
+            if (m_F_b_Map(nSize, true))
+                return nClaim == emDef_Claim::Made ? emDef_Open::Made : emDef_Open::TakenOver;
             m_S_Close();
-            return emDef_Open::Failed;
+            break;
         }
-        return bMade ? emDef_Open::Made : emDef_Open::TakenOver;
+        close(nFile);
+        if (nClaim == emDef_Claim::Refused)
+            break;
+        if (nClaim == emDef_Claim::Busy)
+            std::this_thread::sleep_for(Pause);
     }
     return emDef_Open::Failed;
 }
 
-bool CShmSegment::m_F_b_OpenReadOnly(const std::string& sName)
+bool CShmSegment::m_F_b_OpenExisting(const std::string& sName, std::size_t nLeast, bool bWrite)
 {
     m_S_Close();
-    vm_nFile = shm_open(sName.c_str(), O_RDONLY | O_CLOEXEC, 0);
+    vm_nFile = shm_open(sName.c_str(), (bWrite ? O_RDWR : O_RDONLY) | O_CLOEXEC, 0);
     struct stat st
     {};
-    if (vm_nFile < 0 || fstat(vm_nFile, &st) != 0 || st.st_size <= 0 ||
-        !m_F_b_Map(static_cast<std::size_t>(st.st_size), false)) {
-        m_S_Close();
-        return false;
-    }
-    return true;
-}
-
-bool CShmSegment::m_F_b_OpenShared(const std::string& sName, std::size_t nSize)
-{
+    if (vm_nFile >= 0 && IsOurs(vm_nFile, st) && st.st_size >= static_cast<off_t>(nLeast) &&
+        m_F_b_Map(static_cast<std::size_t>(st.st_size), bWrite))
+        return true;
     m_S_Close();
-    vm_nFile = shm_open(sName.c_str(), O_RDWR | O_CLOEXEC, 0);
-    struct stat st
-    {};
-    if (vm_nFile < 0 || fstat(vm_nFile, &st) != 0 || st.st_size < static_cast<off_t>(nSize) ||
-        !m_F_b_Map(nSize, true)) {
-        m_S_Close();
-        return false;
-    }
-    return true;
+    return false;
 }
 
 bool CShmSegment::m_F_b_Map(std::size_t nSize, bool bWrite)
@@ -188,7 +226,14 @@ bool CShmSegment::m_F_b_Map(std::size_t nSize, bool bWrite)
 
 bool CShmSegment::m_F_b_Commit(std::size_t nSize)
 {
-    return posix_fallocate(vm_nFile, 0, static_cast<off_t>(nSize)) == 0;
+    return Allocate(vm_nFile, nSize);
+}
+
+bool CShmSegment::m_F_b_IsRemoved() const
+{
+    struct stat st
+    {};
+    return fstat(vm_nFile, &st) == 0 && st.st_nlink == 0;
 }
 
 void CShmSegment::m_S_Close()
@@ -218,8 +263,11 @@ int CShmSegment::s_F_n_RemoveStale(const std::string& sPrefix)
         const int nFile = shm_open(sName.c_str(), O_RDWR | O_CLOEXEC, 0);
         if (nFile < 0)
             continue;
-        // A creator that is about to lock it finds the name gone and makes another.
-        if (LockNow(nFile) && shm_unlink(sName.c_str()) == 0)
+        // A creator that is about to lock it finds the name gone and makes another. The other way round, a name that
+        // was given to another file in the meantime isn't ours to remove.
+        struct stat st
+        {};
+        if (LockNow(nFile) && IsOurs(nFile, st) && st.st_nlink > 0 && shm_unlink(sName.c_str()) == 0)
             ++nRemoved;
         close(nFile);
     }

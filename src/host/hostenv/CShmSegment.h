@@ -24,14 +24,16 @@ public:
 
     /// Becomes the owner of the named memory of exactly that size; without `bCreate` only of one that exists.
     emDef_Open m_F_n_Own(const std::string& sName, std::size_t nSize, bool bCreate);
-    /// Maps existing memory for reading only.
+    /// Maps existing memory of this user for reading only.
     bool m_F_b_OpenReadOnly(const std::string& sName);
-    /// Maps existing memory of at least that size for reading and writing, without owning it.
+    /// Maps existing memory of this user, at least that large, for reading and writing, without owning it.
     bool m_F_b_OpenShared(const std::string& sName, std::size_t nSize);
     /// Makes sure that so many bytes really are there. Without it a full machine shows as a crash at some later write.
     bool m_F_b_Commit(std::size_t nSize);
     void m_S_Close();
 
+    /// True if the memory has lost its name: nobody will write it again.
+    bool m_F_b_IsRemoved() const;
     unsigned char* m_F_p_Data() const { return vm_pData; } ///< null while closed
     std::size_t m_F_n_Size() const { return vm_nSize; }
 
@@ -42,6 +44,7 @@ public:
 
 private:
     bool m_F_b_Map(std::size_t nSize, bool bWrite);
+    bool m_F_b_OpenExisting(const std::string& sName, std::size_t nLeast, bool bWrite);
 
     std::string vm_sName; ///< of an owned segment
     unsigned char* vm_pData = nullptr;
