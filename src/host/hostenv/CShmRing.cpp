@@ -39,6 +39,7 @@ private:
     st_RingParam vm_stParam;
     bool vm_bParam = false;
     bool vm_bCommitted = false;
+    unsigned vm_nCommitAsked = 0;
 };
 
 bool CRingWriter::m_F_b_Open(const std::string& sName, std::uint64_t nCapacity, bool bCreate)
@@ -46,14 +47,19 @@ bool CRingWriter::m_F_b_Open(const std::string& sName, std::uint64_t nCapacity, 
     vm_nCapacity = nCapacity;
     const auto nOpened = vm_objSegment.m_F_n_Own(sName, HeaderSize + nCapacity, bCreate);
     // Only the header takes memory until the first packet: a recorder that never answers costs a page a ring.
-    if (nOpened == CShmSegment::emDef_Open::Failed || !vm_objSegment.m_F_b_Commit(HeaderSize))
+    if (nOpened == CShmSegment::emDef_Open::Failed)
         return false;
     if (nOpened == CShmSegment::emDef_Open::Made || !m_F_b_Sound())
         m_S_Begin();
+    else // a gap in the numbers tells attached readers that what follows doesn't build on what they have
+        m_F_o_Header().nSerial.fetch_add(1, std::memory_order_relaxed);
     st_Header& stHeader = m_F_o_Header();
     // A writer that died inside a packet left a piece between the two positions: step over it.
     vm_nPosition = stHeader.nReserved.load(std::memory_order_relaxed);
     stHeader.nPublished.store(vm_nPosition, std::memory_order_release);
+    // Readers to come begin with a packet of this writer, not with what may be hours old.
+    stHeader.nLatestKey.store(NoPosition, std::memory_order_relaxed);
+    stHeader.nLatestPacket.store(NoPosition, std::memory_order_relaxed);
     stHeader.nClosed.store(0, std::memory_order_relaxed);
     stHeader.nConnectStat.store(0, std::memory_order_relaxed);
     stHeader.nGeneration.fetch_add(1, std::memory_order_relaxed);
@@ -88,13 +94,15 @@ void CRingWriter::m_S_Begin()
     st_Header& stHeader = m_F_o_Header();
     stHeader.nVersion = Version;
     stHeader.nCapacity = vm_nCapacity;
-    stHeader.nLatestKey.store(NoPosition, std::memory_order_relaxed);
-    stHeader.nLatestPacket.store(NoPosition, std::memory_order_relaxed);
 }
 
 bool CRingWriter::m_F_b_Commit()
 {
-    return vm_bCommitted || (vm_bCommitted = vm_objSegment.m_F_b_Commit(HeaderSize + vm_nCapacity));
+    // To be refused megabytes takes the system milliseconds, so it is not asked at each packet.
+    constexpr unsigned AskEvery = 64;
+    if (!vm_bCommitted && vm_nCommitAsked++ % AskEvery == 0)
+        vm_bCommitted = vm_objSegment.m_F_b_Commit(HeaderSize + vm_nCapacity);
+    return vm_bCommitted;
 }
 
 bool CRingWriter::m_F_b_SetParam(const st_RingParam& stParam)
@@ -158,13 +166,12 @@ public:
     std::shared_ptr<CRingWriter> m_F_p_Get(const std::string& sName, std::uint64_t nCapacity, bool bCreate)
     {
         const std::lock_guard lock(vm_objMutex);
-        std::weak_ptr<CRingWriter>& pKnown = vm_mapRings[sName];
-        if (auto pRing = pKnown.lock())
-            return pRing;
+        if (const auto it = vm_mapRings.find(sName); it != vm_mapRings.end())
+            return it->second.lock();
         auto pRing = std::make_shared<CRingWriter>();
         if (!pRing->m_F_b_Open(sName, nCapacity, bCreate))
             return nullptr;
-        pKnown = pRing;
+        vm_mapRings.emplace(sName, pRing);
         return pRing;
     }
 
@@ -185,6 +192,7 @@ private:
 struct CShmRing::st_Impl
 {
     std::shared_ptr<CRingWriter> pRing;
+    std::atomic<const void*> pClaimedFor{nullptr};                   ///< whose claim goes with this object
     alignas(std::uint64_t) unsigned char arPrivate[HeaderSize] = {}; ///< header of an unattached object
 };
 
@@ -209,8 +217,11 @@ bool CShmRing::m_F_b_Attach(emDef_RingKind nKind, std::int32_t nNvrID, std::int3
 
 void CShmRing::m_S_Detach()
 {
-    if (vm_pImpl->pRing)
-        CRingRegistry::s_F_o_Instance().m_S_Drop(vm_pImpl->pRing);
+    if (!vm_pImpl->pRing)
+        return;
+    if (const void* pOwner = vm_pImpl->pClaimedFor.load())
+        m_S_ReleaseWriter(pOwner);
+    CRingRegistry::s_F_o_Instance().m_S_Drop(vm_pImpl->pRing);
 }
 
 bool CShmRing::m_F_b_IsAttached() const
@@ -230,13 +241,16 @@ bool CShmRing::m_F_b_ClaimWriter(const void* pOwner)
     if (!vm_pImpl->pRing)
         return false;
     const void* pHolder = nullptr;
-    return vm_pImpl->pRing->vm_pClaimant.compare_exchange_strong(pHolder, pOwner, std::memory_order_acquire) ||
-           pHolder == pOwner;
+    if (!vm_pImpl->pRing->vm_pClaimant.compare_exchange_strong(pHolder, pOwner, std::memory_order_acquire))
+        return pHolder == pOwner;
+    vm_pImpl->pClaimedFor = pOwner;
+    return true;
 }
 
 void CShmRing::m_S_ReleaseWriter(const void* pOwner)
 {
-    if (vm_pImpl->pRing)
+    const void* pClaimedFor = pOwner;
+    if (vm_pImpl->pRing && vm_pImpl->pClaimedFor.compare_exchange_strong(pClaimedFor, nullptr))
         vm_pImpl->pRing->vm_pClaimant.compare_exchange_strong(pOwner, nullptr, std::memory_order_release);
 }
 

@@ -84,7 +84,7 @@ public:
 
     /// Makes `pOwner` the writer; false while another owner of this process is. Idempotent for the owner.
     bool m_F_b_ClaimWriter(const void* pOwner);
-    /// Gives the claim back; harmless if `pOwner` doesn't hold it.
+    /// Gives the claim back; harmless if `pOwner` doesn't hold it through this object. Detaching does the same.
     void m_S_ReleaseWriter(const void* pOwner);
 
     /// Publishes codec parameters; packets written from here on belong to them. Equal parameters are not counted anew.

@@ -23,6 +23,7 @@ struct CShmRingReader::st_Impl
     bool Sound() const;
     bool Overtaken() const;
     bool SeekLatest();
+    emDef_RingRead Nothing(bool bClosed) const;
     emDef_RingRead Advance(std::uint64_t& nPublished);
     emDef_RingRead ReadAt(std::uint64_t nPublished, st_RingFrame& stFrame);
     emDef_RingRead StepOver(std::uint64_t nPublished);
@@ -54,18 +55,23 @@ bool CShmRingReader::st_Impl::SeekLatest()
     return true;
 }
 
+/// A ring whose writer was killed is never marked closed, but the next start removes its name.
+emDef_RingRead CShmRingReader::st_Impl::Nothing(bool bClosed) const
+{
+    return bClosed || objSegment.m_F_b_IsRemoved() ? emDef_RingRead::Closed : emDef_RingRead::Empty;
+}
+
 /// Frame if there is a packet at the position.
 emDef_RingRead CShmRingReader::st_Impl::Advance(std::uint64_t& nPublished)
 {
     if (!Sound())
         return emDef_RingRead::Bad;
     const bool bClosed = Header().nClosed.load(std::memory_order_acquire) != 0;
-    const emDef_RingRead nNothing = bClosed ? emDef_RingRead::Closed : emDef_RingRead::Empty;
     if (nPosition == NoPosition && !SeekLatest())
-        return nNothing;
+        return Nothing(bClosed);
     nPublished = Header().nPublished.load(std::memory_order_acquire);
     if (nPublished == nPosition)
-        return nNothing;
+        return Nothing(bClosed);
     if (nPublished < nPosition || nPublished % Word != 0)
         return emDef_RingRead::Bad;
     return emDef_RingRead::Frame;
@@ -145,6 +151,8 @@ emDef_RingRead CShmRingReader::m_F_n_Read(st_RingFrame& stFrame)
     try {
         if (nResult == emDef_RingRead::Frame)
             nResult = vm_pImpl->ReadAt(nPublished, stFrame);
+        if (nResult == emDef_RingRead::Lost)
+            stFrame.arData.clear(); // nobody shall take half of it for a packet
     } catch (const std::bad_alloc&) {
         return emDef_RingRead::Empty; // the machine is out of memory: the same packet can be read later
     }

@@ -11,7 +11,7 @@
 struct st_RingFrame
 {
     st_RingPacket stPacket;
-    std::uint64_t nSerial = 0; ///< counts the packets of the ring from 1; a gap means packets lost
+    std::uint64_t nSerial = 0; ///< counts the packets of the ring from 1; a gap: packets lost, or another writer
     std::vector<std::uint8_t> arData;
 };
 
