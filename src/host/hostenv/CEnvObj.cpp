@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr auto SysXmlFile = "System.xml"_L1;
-constexpr auto DamagedFile = "System.damaged.xml"_L1;
+constexpr int MaxDamaged = 99;
 constexpr auto EmptySysXml = "<root><NVR/></root>"_L1;
 constexpr auto OwnerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 constexpr int MaxInstance = 64;
@@ -31,6 +31,33 @@ QByteArray& Instance()
     return s_sInstance;
 }
 
+/// Moves a document that nobody can read out of the way, for somebody to look at: it may be all that is left of a long
+/// list. Returns its new path; empty if it is still where it was.
+QString KeepAside(const QDir& dir)
+{
+    QString sName = u"System.damaged.xml"_s;
+    for (int i = 2; dir.exists(sName) && i <= MaxDamaged; ++i)
+        sName = u"System.damaged.%1.xml"_s.arg(i);
+    const bool bMoved = !dir.exists(sName) && QFile::rename(dir.filePath(SysXmlFile), dir.filePath(sName));
+    return bMoved ? QDir::toNativeSeparators(dir.absoluteFilePath(sName)) : QString();
+}
+
+/// Loads the document or begins a new one; false if neither works.
+bool LoadSysXML(const QDir& dir, CXmlObj& xmlSys, QString& sDamaged)
+{
+    const QString sFile = dir.absoluteFilePath(SysXmlFile);
+    if (QFile::exists(sFile)) {
+        if (!QFile(sFile).open(QIODevice::ReadOnly))
+            return false; // not damaged: it may be readable again tomorrow
+        if (xmlSys.m_F_b_LoadXMLFile(sFile))
+            return true;
+        sDamaged = KeepAside(dir);
+        if (sDamaged.isEmpty())
+            return false;
+    }
+    return xmlSys.m_F_b_LoadXML(EmptySysXml) && xmlSys.m_F_b_Save(sFile);
+}
+
 } // namespace
 
 struct CEnvObj::st_Impl
@@ -38,6 +65,7 @@ struct CEnvObj::st_Impl
     CXmlObj xmlSys;
     CLangXMLObj xmlLang;
     QString sFolder;
+    QString sDamaged;
     CShmSegment objSegment;
     nsCMS::stDef_SYS_INFO stOwn{}; ///< stands in where there is no shared memory
 
@@ -87,26 +115,28 @@ bool CEnvObj::m_F_b_Init(const QString& sConfigFolder)
         return false;
     const QDir dir(sConfigFolder);
     QFile::setPermissions(dir.absolutePath(), OwnerOnly | QFileDevice::ExeOwner);
-    const QString sFile = dir.absoluteFilePath(SysXmlFile);
     CXmlObj xmlSys;
-    if (QFile::exists(sFile) && !xmlSys.m_F_b_LoadXMLFile(sFile)) {
-        // Kept aside, for somebody to look at: it may be all that is left of a long list.
-        QFile::remove(dir.absoluteFilePath(DamagedFile));
-        if (!QFile::rename(sFile, dir.absoluteFilePath(DamagedFile)))
-            return false;
-    }
-    if (!xmlSys.m_F_b_IsOpen() && !(xmlSys.m_F_b_LoadXML(EmptySysXml) && xmlSys.m_F_b_Save(sFile)))
+    QString sDamaged;
+    if (!LoadSysXML(dir, xmlSys, sDamaged))
         return false;
-    QFile::setPermissions(sFile, OwnerOnly);
+    QFile::setPermissions(dir.absoluteFilePath(SysXmlFile), OwnerOnly);
     vm_pImpl->xmlSys = std::move(xmlSys);
+    vm_pImpl->sDamaged = sDamaged;
     vm_pImpl->sFolder = QDir::toNativeSeparators(dir.absolutePath()) + QDir::separator();
     return true;
 }
 
+QString CEnvObj::m_F_s_DamagedSysXML() const
+{
+    return vm_pImpl->sDamaged;
+}
+
 bool CEnvObj::m_F_b_SaveSysXML()
 {
-    return !vm_pImpl->sFolder.isEmpty() && vm_pImpl->xmlSys.m_F_b_Save(vm_pImpl->sFolder + SysXmlFile) &&
-           QFile::setPermissions(vm_pImpl->sFolder + SysXmlFile, OwnerOnly);
+    if (vm_pImpl->sFolder.isEmpty() || !vm_pImpl->xmlSys.m_F_b_Save(vm_pImpl->sFolder + SysXmlFile))
+        return false;
+    QFile::setPermissions(vm_pImpl->sFolder + SysXmlFile, OwnerOnly); // some file systems have none: no failure
+    return true;
 }
 
 bool CEnvObj::m_F_b_SetLangFolder(const QString& sFolder)

@@ -31,8 +31,12 @@ public:
     int vm_nLanguage = 1; ///< language index of the running client: 0 Traditional Chinese, 1 English
 
     /// Sets folder and system document (`System.xml` in the folder; a new one if there is none). The folder is made if
-    /// needed, readable by the user alone. False if it can't be made or written; the object stays as it was.
+    /// needed, readable by the user alone. A damaged document is kept aside as `System.damaged.xml` (or with a number,
+    /// `System.damaged.2.xml`), and a new one begun. False if folder or document can't be made, read or written; the
+    /// object stays as it was.
     bool m_F_b_Init(const QString& sConfigFolder);
+    /// Where the last successful `m_F_b_Init` kept a damaged document; empty if it found none.
+    QString m_F_s_DamagedSysXML() const;
     /// Writes the system document back, by a temporary file that takes its place at once.
     bool m_F_b_SaveSysXML();
     /// Stores the folder of the language files in the system record; a separator is appended if there is none. False if
