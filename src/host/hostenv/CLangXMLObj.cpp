@@ -2,10 +2,20 @@
 
 using namespace Qt::StringLiterals;
 
+bool CLangXMLObj::m_F_b_LoadXML(const QString& sXml)
+{
+    return m_F_b_TakeTexts(CXmlObj::m_F_b_LoadXML(sXml));
+}
+
 bool CLangXMLObj::m_F_b_LoadXMLFile(const QString& sPath)
 {
+    return m_F_b_TakeTexts(CXmlObj::m_F_b_LoadXMLFile(sPath));
+}
+
+bool CLangXMLObj::m_F_b_TakeTexts(bool bLoaded)
+{
     vm_mapTexts.clear();
-    if (!CXmlObj::m_F_b_LoadXMLFile(sPath))
+    if (!bLoaded)
         return false;
     CXmlNodeList objTexts = m_S_SelectNodesByKey(u"/root/Text"_s);
     for (CXmlNode objText = objTexts.m_F_o_NextNode(); !objText.m_F_b_IsNull(); objText = objTexts.m_F_o_NextNode()) {

@@ -5,15 +5,18 @@
 #include "host/Export.h"
 #include "host/bedrock/CXmlObj.h"
 
-/// One language file: `<root><Text Key="..." Value="..."/>...</root>`, UTF-8. Its texts are those of the last load by
-/// `m_F_b_LoadXMLFile`; the first text of a key counts.
+/// One language file: `<root><Text Key="..." Value="..."/>...</root>`, UTF-8. The texts are taken at each load, so
+/// that a look-up costs the same in a file of any length; the first text of a key counts.
 class LIB_HOSTENV_EXPORT CLangXMLObj : public CXmlObj
 {
 public:
+    bool m_F_b_LoadXML(const QString& sXml);
     bool m_F_b_LoadXMLFile(const QString& sPath);
     /// `sOut` receives the file's text for the key, or the default if the file has none. Returns 1 if found, else 0.
     int m_F_n_GetLangStr(const QString& sKey, QString& sOut, const QString& sDefault) const;
 
 private:
+    bool m_F_b_TakeTexts(bool bLoaded);
+
     QHash<QString, QString> vm_mapTexts;
 };
