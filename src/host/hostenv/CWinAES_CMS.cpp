@@ -11,6 +11,12 @@
 
 #include "host/hostenv/CEnvObj.h"
 
+#ifdef _WIN32
+#include "host/Platform.h"
+#else
+#include <unistd.h>
+#endif
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -47,13 +53,27 @@ QString KeyPath()
 bool ReadKey(const QString& sPath, QByteArray& sKey)
 {
     QFile file(sPath);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) // a buffer would keep the key
         return false;
     if (file.permissions() &
         (QFileDevice::ReadGroup | QFileDevice::WriteGroup | QFileDevice::ReadOther | QFileDevice::WriteOther))
         file.setPermissions(OwnerOnly);
     sKey = file.read(KeySize + 1);
     return sKey.size() == KeySize;
+}
+
+/// Gives a written file its name, or leaves it alone if there is one of that name: QFile::rename may copy over it.
+void PlaceNew(QFile& file, const QString& sPath)
+{
+#ifdef _WIN32
+    file.close();
+    MoveFileExW(reinterpret_cast<const wchar_t*>(QDir::toNativeSeparators(file.fileName()).utf16()),
+                reinterpret_cast<const wchar_t*>(QDir::toNativeSeparators(sPath).utf16()), MOVEFILE_WRITE_THROUGH);
+#else
+    // On the disk before anything is stored under it: without its key a password is lost.
+    const QByteArray sFrom = QFile::encodeName(file.fileName()), sTo = QFile::encodeName(sPath);
+    [[maybe_unused]] const bool bPlaced = fsync(file.handle()) == 0 && link(sFrom.constData(), sTo.constData()) == 0;
+#endif
 }
 
 /// Makes the key file under another name and links it in only if there is none yet: of two processes that start at
@@ -68,13 +88,12 @@ bool MakeKey(const QString& sPath)
         return false;
     const QString sTemporary = sPath + u'.' + QString::number(nUnique, 16);
     QFile file(sTemporary);
-    const bool bWritten = file.open(QIODevice::WriteOnly | QIODevice::NewOnly, OwnerOnly) &&
-                          file.write(stKey.sBytes) == KeySize && file.flush();
+    if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered, OwnerOnly) &&
+        file.write(stKey.sBytes) == KeySize)
+        PlaceNew(file, sPath);
     file.close();
-    const bool bPlaced = bWritten && file.rename(sPath); // refuses to replace an existing file
-    if (!bPlaced)
-        QFile::remove(sTemporary);
-    return bPlaced || QFile::exists(sPath);
+    QFile::remove(sTemporary);
+    return QFile::exists(sPath);
 }
 
 bool GetKey(QByteArray& sKey, bool bMake)
