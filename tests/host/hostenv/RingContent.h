@@ -1,12 +1,22 @@
 #pragma once
 
+#include <QByteArray>
+#include <QCoreApplication>
+#include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 #include "host/Lib_Hostenv.h"
 
 /// Packets whose every byte follows from their number, so that one made of two is seen.
 namespace RingContent {
+
+/// Gives this process and those that it starts names of their own, so that two runs beside each other don't meet.
+inline bool UseOwnNames(const char* pTest)
+{
+    return qputenv("FLEETLINK_INSTANCE", pTest + QByteArray::number(QCoreApplication::applicationPid()));
+}
 
 inline constexpr int KeyEvery = 10;
 
@@ -18,11 +28,10 @@ inline std::uint32_t Size(std::uint32_t nNumber)
 inline void Fill(std::vector<std::uint8_t>& arData, std::uint32_t nNumber)
 {
     arData.resize(Size(nNumber));
-    std::uint32_t nState = nNumber * 747796405u + 1;
-    for (std::size_t i = 0; i < arData.size(); ++i) {
-        if (i % 4 == 0)
-            nState = nState * 1664525u + 1013904223u;
-        arData[i] = static_cast<std::uint8_t>(i < 4 ? nNumber >> (8 * i) : nState >> (8 * (i % 4)));
+    std::uint64_t nWord = nNumber; // the first one is the number itself
+    for (std::size_t i = 0; i < arData.size(); i += sizeof nWord) {
+        std::memcpy(arData.data() + i, &nWord, std::min(sizeof nWord, arData.size() - i));
+        nWord = nWord * 6364136223846793005u + nNumber * 2 + 1;
     }
 }
 
@@ -31,10 +40,8 @@ inline bool Check(const st_RingFrame& stFrame, std::uint32_t& nNumber)
 {
     if (stFrame.arData.size() < 4)
         return false;
-    nNumber = 0;
-    for (unsigned i = 0; i < 4; ++i)
-        nNumber |= static_cast<std::uint32_t>(stFrame.arData[i]) << (8 * i);
-    std::vector<std::uint8_t> arExpected;
+    std::memcpy(&nNumber, stFrame.arData.data(), sizeof nNumber);
+    thread_local std::vector<std::uint8_t> arExpected;
     Fill(arExpected, nNumber);
     return arExpected == stFrame.arData && stFrame.stPacket.nPtsUs == nNumber &&
            stFrame.stPacket.bKey == (nNumber % KeyEvery == 0);

@@ -1,14 +1,21 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <array>
 #include <cstring>
+#include <thread>
+#include <vector>
 
-#include "host/Lib_Hostenv.h"
+#include "host/hostenv/RingContent.h"
 
 namespace {
+
+const bool g_bOwnNames = RingContent::UseOwnNames("tst_environment-");
 
 mode_t Rights(const QString& sPath)
 {
@@ -52,14 +59,20 @@ TEST_F(Environment, RecorderListSurvives)
     EXPECT_EQ(sIP, "192.0.2.3");
 }
 
-TEST_F(Environment, DamagedListIsKeptAside)
+TEST_F(Environment, DamagedListsAreKeptAside)
 {
-    WriteFile(Path("System.xml"), "<root><NVR><N000 IP=");
+    for (const char* pName : {"System.damaged.xml", "System.damaged.2.xml", "System.damaged.3.xml"}) {
+        const QByteArray sText = QByteArray("<root><NVR><N000 IP=") + pName;
+        WriteFile(Path("System.xml"), sText);
+        ASSERT_TRUE(vm_env.m_F_b_Init(vm_dir.path()));
+        EXPECT_FALSE(vm_env.m_F_p_GetMemSysXML()->m_S_SelectNodesByKey("/root/NVR").m_F_o_NextNode().m_F_b_IsNull());
+        EXPECT_EQ(vm_env.m_F_s_DamagedSysXML(), Path(pName));
+        QFile damaged(Path(pName));
+        ASSERT_TRUE(damaged.open(QIODevice::ReadOnly));
+        EXPECT_EQ(damaged.readAll(), sText);
+    }
     ASSERT_TRUE(vm_env.m_F_b_Init(vm_dir.path()));
-    EXPECT_TRUE(vm_env.m_F_p_GetMemSysXML()->m_F_b_IsOpen());
-    QFile damaged(Path("System.damaged.xml"));
-    ASSERT_TRUE(damaged.open(QIODevice::ReadOnly));
-    EXPECT_EQ(damaged.readAll(), "<root><NVR><N000 IP=");
+    EXPECT_EQ(vm_env.m_F_s_DamagedSysXML(), "");
 }
 
 TEST_F(Environment, BadFoldersAreRefused)
@@ -67,6 +80,9 @@ TEST_F(Environment, BadFoldersAreRefused)
     WriteFile(Path("file"), "no folder");
     EXPECT_FALSE(vm_env.m_F_b_Init({}));
     EXPECT_FALSE(vm_env.m_F_b_Init(Path("file/below")));
+    ASSERT_TRUE(QDir(vm_dir.path()).mkpath("unreadable/System.xml"));
+    EXPECT_FALSE(vm_env.m_F_b_Init(Path("unreadable")));
+    EXPECT_FALSE(QFile::exists(Path("unreadable/System.damaged.xml"))) << "what can't be read isn't damaged";
     EXPECT_FALSE(vm_env.m_F_b_SaveSysXML()) << "there is no folder yet";
     EXPECT_NE(vm_env.m_F_p_GetMemSysXML(), nullptr);
 }
@@ -93,6 +109,19 @@ TEST_F(Environment, LanguageFolderStandsInTheSystemRecord)
     EXPECT_EQ(other.m_F_p_GetShmSystem(false)->arTimeZone[171], 0x5A);
 }
 
+TEST_F(Environment, SystemRecordIsSeenByOtherProcesses)
+{
+    vm_env.m_F_p_GetShmSystem(true)->hMainWnd = 0x1122334455667788;
+    const pid_t nPid = fork();
+    if (nPid == 0) {
+        CEnvObj other;
+        _exit(other.m_F_p_GetShmSystem(false)->hMainWnd == 0x1122334455667788 ? 0 : 1);
+    }
+    int nStatus = -1;
+    waitpid(nPid, &nStatus, 0);
+    EXPECT_EQ(nStatus, 0);
+}
+
 TEST_F(Environment, LanguageFileAnswersKeys)
 {
     WriteFile(Path("lang.xml"), "<root><Text Key='Add' Value='Hinzu&amp;'/><Text Key='Add' Value='later'/>"
@@ -113,6 +142,11 @@ TEST_F(Environment, LanguageFileAnswersKeys)
         EXPECT_EQ(lang.m_F_n_GetLangStr(row.pKey, sOut, "default"), row.nResult) << row.pKey;
         EXPECT_EQ(sOut, row.pText) << row.pKey;
     }
+    ASSERT_TRUE(lang.m_F_b_LoadXML("<root><Text Key='Two' Value='one&#10;two'/></root>"));
+    EXPECT_EQ(lang.m_F_n_GetLangStr("Add", sOut, {}), 0);
+    EXPECT_EQ(lang.m_F_n_GetLangStr("Two", sOut, {}), 1);
+    EXPECT_EQ(sOut, "one\ntwo");
+    ASSERT_TRUE(lang.m_F_b_LoadXMLFile(Path("lang.xml")));
     EXPECT_FALSE(lang.m_F_b_LoadXMLFile(Path("missing.xml")));
     EXPECT_EQ(lang.m_F_n_GetLangStr("Add", sOut, "default"), 0) << "the former texts are gone";
 }
@@ -149,6 +183,23 @@ TEST_F(Environment, StoredPasswords)
                           QFileDevice::ReadOwner | QFileDevice::ReadOther | QFileDevice::WriteOwner);
     EXPECT_EQ(CWinAES_CMS::s_F_s_Decrypt(sStored), "secret");
     EXPECT_EQ(Rights(Path("fleetlink.key")), 0600u) << "rights of others are taken back";
+}
+
+TEST_F(Environment, AllWhoStartAtOnceAgreeOnOneKey)
+{
+    for (int nRound = 0; nRound < 150; ++nRound) {
+        QTemporaryDir dir;
+        CWinAES_CMS::s_S_SetKeyFolder(dir.path());
+        std::array<QString, 8> arStored;
+        std::vector<std::thread> arThreads;
+        for (QString& sStored : arStored)
+            arThreads.emplace_back([&sStored] { sStored = CWinAES_CMS::s_F_s_Encrypt("secret"); });
+        for (std::thread& objThread : arThreads)
+            objThread.join();
+        for (const QString& sStored : arStored)
+            ASSERT_EQ(CWinAES_CMS::s_F_s_Decrypt(sStored), "secret") << "round " << nRound;
+        EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList("fleetlink.key"));
+    }
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -15,6 +16,7 @@
 #include <string>
 #include <thread>
 
+#include "host/hostenv/CRingLayout.h"
 #include "host/hostenv/RingContent.h"
 
 namespace {
@@ -23,6 +25,7 @@ using RingContent::Check;
 using RingContent::Write;
 
 constexpr int Nvr = 5;
+const bool g_bOwnNames = RingContent::UseOwnNames("tst_ring-");
 
 std::string Prefix()
 {
@@ -35,6 +38,44 @@ int NamesLeft()
     for (const auto& entry : std::filesystem::directory_iterator("/dev/shm"))
         nNames += entry.path().filename().string().starts_with(Prefix());
     return nNames;
+}
+
+/// The raw memory of a ring of channel 0, as a broken or hostile process of the same user has it.
+class RawRing
+{
+public:
+    explicit RawRing(const char* pKindAndNumbers)
+    {
+        const int nFile = shm_open(("/" + Prefix() + pKindAndNumbers).c_str(), O_RDWR, 0);
+        struct stat st
+        {};
+        EXPECT_EQ(fstat(nFile, &st), 0);
+        vm_nSize = static_cast<std::size_t>(st.st_size);
+        vm_pMemory = static_cast<std::uint8_t*>(mmap(nullptr, vm_nSize, PROT_READ | PROT_WRITE, MAP_SHARED, nFile, 0));
+        close(nFile);
+    }
+    ~RawRing() { munmap(vm_pMemory, vm_nSize); }
+    RawRing(const RawRing&) = delete;
+    RawRing& operator=(const RawRing&) = delete;
+
+    RingLayout::st_Header& Header() { return *reinterpret_cast<RingLayout::st_Header*>(vm_pMemory); }
+
+    std::uint8_t* vm_pMemory = nullptr;
+    std::size_t vm_nSize = 0;
+};
+
+/// Leaves a ring with so many packets behind, as a process does that dies between two of them.
+void LeaveRing(std::uint32_t nPackets)
+{
+    const pid_t nPid = fork();
+    if (nPid == 0) {
+        CShmEncVideo_CMS ring(Nvr, 0, 0, true);
+        std::vector<std::uint8_t> arData;
+        for (std::uint32_t nNumber = 0; nNumber < nPackets; ++nNumber)
+            Write(ring, arData, nNumber);
+        _exit(0);
+    }
+    waitpid(nPid, nullptr, 0);
 }
 
 /// A `ring_peer` process; killed at the end of its scope.
@@ -106,7 +147,7 @@ TEST(Ring, HandsPacketsOnWholeAndInOrder)
     ASSERT_TRUE(reader.m_F_b_Open(emDef_RingKind::Video, Nvr, 0, 0));
     EXPECT_EQ(reader.m_F_n_Read(stFrame), emDef_RingRead::Empty);
     EXPECT_FALSE(reader.m_F_b_Wait(0));
-    for (std::uint32_t nNumber = 0; nNumber < 500; ++nNumber) { // some laps of the ring
+    for (std::uint32_t nNumber = 0; nNumber < 300; ++nNumber) { // some laps of the ring
         ASSERT_TRUE(Write(ring, arData, nNumber));
         std::uint32_t nRead = 0;
         ASSERT_TRUE(reader.m_F_b_Wait(1000));
@@ -184,6 +225,7 @@ TEST(Ring, ParametersTravelWithPackets)
 TEST(Ring, ObjectsOfOneNameShareOneRing)
 {
     CShmRingReader reader;
+    st_RingFrame stFrame;
     {
         CShmEncAudio_CMS first(Nvr, 1, 0, true);
         CShmEncAudio_CMS second(Nvr, 1, 0, true);
@@ -195,16 +237,15 @@ TEST(Ring, ObjectsOfOneNameShareOneRing)
         EXPECT_FALSE(second.m_F_b_ClaimWriter(&second));
         first.m_S_ReleaseWriter(&first);
         EXPECT_TRUE(second.m_F_b_ClaimWriter(&second));
+        second.m_S_ReleaseWriter(&second);
+        EXPECT_TRUE(first.m_F_b_ClaimWriter(&first));
         ASSERT_TRUE(reader.m_F_b_Open(emDef_RingKind::Audio, Nvr, 1, 0));
         first.m_S_Detach();
-        std::vector<std::uint8_t> arData;
-        st_RingFrame stFrame;
-        std::uint32_t nNumber = 0;
+        EXPECT_TRUE(second.m_F_b_ClaimWriter(&second)) << "the claim went with the object";
         EXPECT_TRUE(second.m_F_b_Write({}, "sound", 5));
         EXPECT_EQ(reader.m_F_n_Read(stFrame), emDef_RingRead::Frame);
-        (void)nNumber;
+        EXPECT_EQ(std::string(stFrame.arData.begin(), stFrame.arData.end()), "sound");
     }
-    st_RingFrame stFrame;
     EXPECT_EQ(reader.m_F_n_Read(stFrame), emDef_RingRead::Closed);
     EXPECT_FALSE(reader.m_F_b_Open(emDef_RingKind::Audio, Nvr, 1, 0));
     EXPECT_EQ(NamesLeft(), 0);
@@ -231,12 +272,128 @@ TEST(Ring, ReadersNeverSeeATornPacketWhileItIsWritten)
                     reader.m_F_b_Wait(5);
             }
         });
-    for (std::uint32_t nNumber = 1; nNumber < 1500 || nWhole < 500; ++nNumber)
+    for (std::uint32_t nNumber = 1; nNumber < 600 || nWhole < 200; ++nNumber)
         ASSERT_TRUE(Write(ring, arData, nNumber));
     bStop = true;
     for (std::thread& objReader : arReaders)
         objReader.join();
     EXPECT_EQ(nTorn, 0);
+}
+
+TEST(Ring, NextWriterGoesOnWhereADeadOneStopped)
+{
+    struct Row
+    {
+        const char* pWhat;
+        void (*pDamage)(RingLayout::st_Header&);
+        emDef_RingRead nFirstRead; ///< of a reader that was attached all the time
+    };
+    const Row arRows[] = {
+        {"between packets", [](auto&) {}, emDef_RingRead::Empty},
+        {"inside a packet", [](auto& stHeader) { stHeader.nReserved += 4096; }, emDef_RingRead::Lost},
+        {"inside parameters", [](auto& stHeader) { stHeader.stParam.nSequence += 1; }, emDef_RingRead::Empty},
+        {"other version", [](auto& stHeader) { stHeader.nVersion += 1; }, emDef_RingRead::Bad},
+        {"senseless positions", [](auto& stHeader) { stHeader.nPublished += 8; }, emDef_RingRead::Bad},
+    };
+    for (const Row& row : arRows) {
+        SCOPED_TRACE(row.pWhat);
+        LeaveRing(5);
+        CShmRingReader attached, fresh;
+        st_RingFrame stFrame;
+        std::uint32_t nNumber = 0;
+        ASSERT_TRUE(attached.m_F_b_Open(emDef_RingKind::Video, Nvr, 0, 0));
+        for (std::uint32_t n = 0; n < 5; ++n)
+            ASSERT_TRUE(ReadNext(attached, stFrame, nNumber));
+        row.pDamage(RawRing("v.5.0.0").Header());
+
+        CShmEncVideo_CMS ring(Nvr, 0, 0, true);
+        ASSERT_TRUE(ring.m_F_b_IsAttached());
+        EXPECT_EQ(attached.m_F_n_Read(stFrame), row.nFirstRead);
+        ASSERT_TRUE(fresh.m_F_b_Open(emDef_RingKind::Video, Nvr, 0, 0));
+        EXPECT_EQ(fresh.m_F_n_Read(stFrame), emDef_RingRead::Empty) << "pictures of the dead one are no live ones";
+
+        std::vector<std::uint8_t> arData;
+        st_RingParam stParam;
+        std::uint32_t nSerial = 0;
+        ASSERT_TRUE(ring.m_F_b_SetParam({}));
+        EXPECT_TRUE(fresh.m_F_b_GetParam(stParam, nSerial));
+        ASSERT_TRUE(Write(ring, arData, 10));
+        ASSERT_TRUE(ReadNext(fresh, stFrame, nNumber));
+        EXPECT_EQ(nNumber, 10u);
+        EXPECT_EQ(attached.m_F_b_IsOpen(), row.nFirstRead != emDef_RingRead::Bad);
+        if (attached.m_F_b_IsOpen()) {
+            ASSERT_TRUE(ReadNext(attached, stFrame, nNumber));
+            EXPECT_EQ(nNumber, 10u);
+            EXPECT_EQ(stFrame.nSerial, 7u) << "a gap: it doesn't build on what came before";
+        }
+    }
+}
+
+TEST(Ring, ReaderSeesThatADeadRingWasRemoved)
+{
+    LeaveRing(1);
+    CShmRingReader reader;
+    st_RingFrame stFrame;
+    std::uint32_t nNumber = 0;
+    ASSERT_TRUE(reader.m_F_b_Open(emDef_RingKind::Video, Nvr, 0, 0));
+    EXPECT_EQ(CEnvObj::s_F_n_RemoveStaleShm(), 1);
+    EXPECT_TRUE(ReadNext(reader, stFrame, nNumber)) << "what is in it can still be read";
+    EXPECT_EQ(reader.m_F_n_Read(stFrame), emDef_RingRead::Closed);
+}
+
+TEST(Ring, RemovingStaleNamesDisturbsNoCreator)
+{
+    std::atomic<bool> bStop{false};
+    std::thread sweeper([&] {
+        while (!bStop)
+            CEnvObj::s_F_n_RemoveStaleShm();
+    });
+    int nAttached = 0, nFound = 0;
+    constexpr int Rounds = 2000;
+    for (int i = 0; i < Rounds; ++i) {
+        CShmEncAudio_CMS ring(Nvr, 0, 0, true);
+        CShmRingReader reader;
+        nAttached += ring.m_F_b_IsAttached();
+        nFound += reader.m_F_b_Open(emDef_RingKind::Audio, Nvr, 0, 0);
+    }
+    bStop = true;
+    sweeper.join();
+    EXPECT_EQ(nAttached, Rounds);
+    EXPECT_EQ(nFound, Rounds);
+    EXPECT_EQ(NamesLeft(), 0);
+}
+
+TEST(Ring, WithoutMemoryItIsUnattached)
+{
+    rlimit stBefore{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &stBefore), 0);
+    const auto pBefore = signal(SIGXFSZ, SIG_IGN);
+    rlimit stSmall = stBefore;
+    stSmall.rlim_cur = 64 << 10;
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &stSmall), 0);
+    CShmEncAudio_CMS ring(Nvr, 0, 0, true);
+    setrlimit(RLIMIT_FSIZE, &stBefore);
+    signal(SIGXFSZ, pBefore);
+    EXPECT_FALSE(ring.m_F_b_IsAttached());
+    EXPECT_FALSE(ring.m_F_b_Write({}, "sound", 5));
+    EXPECT_NE(ring.m_F_p_GetData(), nullptr);
+    EXPECT_EQ(NamesLeft(), 0);
+}
+
+TEST(Ring, ANameOfAnotherUserIsNoRing)
+{
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can give a file away";
+    LeaveRing(1);
+    const std::string sName = "/" + Prefix() + "v.5.0.0";
+    const int nFile = shm_open(sName.c_str(), O_RDWR, 0);
+    ASSERT_EQ(fchown(nFile, 12345, 12345), 0);
+    CShmRingReader reader;
+    EXPECT_FALSE(reader.m_F_b_Open(emDef_RingKind::Video, Nvr, 0, 0));
+    EXPECT_FALSE(CShmEncVideo_CMS(Nvr, 0, 0, true).m_F_b_IsAttached());
+    EXPECT_EQ(CEnvObj::s_F_n_RemoveStaleShm(), 0);
+    close(nFile);
+    shm_unlink(sName.c_str());
 }
 
 TEST(Ring, SurvivesKilledWriters)
@@ -287,43 +444,43 @@ TEST(Ring, KilledReadersDisturbNobody)
 TEST(Ring, HostileMemoryIsRefused)
 {
     CShmEncVideo_CMS ring(Nvr, 0, 1, true);
-    std::vector<std::uint8_t> arData;
-    for (std::uint32_t nNumber = 0; nNumber < 25; ++nNumber)
-        ASSERT_TRUE(Write(ring, arData, nNumber));
-    const std::string sName = "/" + Prefix() + "v." + std::to_string(Nvr) + ".0.1";
-    const int nFile = shm_open(sName.c_str(), O_RDWR, 0);
-    ASSERT_GE(nFile, 0);
-    struct stat st
-    {};
-    fstat(nFile, &st);
-    auto* pMemory = static_cast<std::uint8_t*>(
-        mmap(nullptr, static_cast<std::size_t>(st.st_size), PROT_READ | PROT_WRITE, MAP_SHARED, nFile, 0));
-    close(nFile);
-    // Every word of the header and of the records gets values that a broken or hostile writer could leave.
+    const std::vector<std::uint8_t> arData(2000, 1);
+    st_RingPacket stPacket;
+    stPacket.bKey = true;
+    ASSERT_TRUE(ring.m_F_b_SetParam({}));
+    for (std::uint32_t nSize = 100; nSize < 2000; nSize += 100, stPacket.bKey = false)
+        ASSERT_TRUE(ring.m_F_b_Write(stPacket, arData.data(), nSize));
+    RawRing raw("v.5.0.1");
+    // Every word of the header and of the records gets values that a broken or hostile writer could leave, before a
+    // reader opens the ring or while it reads.
     std::mt19937_64 random(11);
-    const std::uint64_t arValues[] = {
-        0, 1, 7, UINT64_MAX, UINT64_MAX / 2, static_cast<std::uint64_t>(st.st_size), 1ull << 40};
+    const std::uint64_t arValues[] = {0, 1, 7, UINT64_MAX, UINT64_MAX / 2, raw.vm_nSize, 1ull << 40};
     for (int nRound = 0; nRound < 4000; ++nRound) {
-        const bool bHeader = nRound % 2 == 0;
-        const std::size_t nAt = bHeader ? random() % 16 * 8 : 4096 + random() % 4096 * 8;
+        const std::size_t nAt = nRound % 2 == 0 ? random() % 120 * 8 : 4096 + random() % 2600 * 8;
         std::uint64_t nBefore, nHostile = nRound % 3 ? arValues[random() % std::size(arValues)] : random();
-        std::memcpy(&nBefore, pMemory + nAt, 8);
-        std::memcpy(pMemory + nAt, &nHostile, 8);
         CShmRingReader reader;
         st_RingFrame stFrame;
         st_RingParam stParam;
         std::uint32_t nSerial = 0;
-        reader.m_F_b_Open(emDef_RingKind::Video, Nvr, 0, 1);
-        for (int i = 0; i < 40 && reader.m_F_b_IsOpen(); ++i) {
-            if (reader.m_F_n_Read(stFrame) == emDef_RingRead::Frame)
-                EXPECT_LE(stFrame.arData.size(), std::size_t(st.st_size));
+        if (nRound % 4 < 2) {
+            ASSERT_TRUE(reader.m_F_b_Open(emDef_RingKind::Video, Nvr, 0, 1)) << "sound again";
+            ASSERT_EQ(reader.m_F_n_Read(stFrame), emDef_RingRead::Frame);
         }
-        reader.m_F_b_GetParam(stParam, nSerial);
-        std::memcpy(pMemory + nAt, &nBefore, 8);
+        std::memcpy(&nBefore, raw.vm_pMemory + nAt, 8);
+        std::memcpy(raw.vm_pMemory + nAt, &nHostile, 8);
+        if (!reader.m_F_b_IsOpen())
+            reader.m_F_b_Open(emDef_RingKind::Video, Nvr, 0, 1);
+        int nReads = 0;
+        for (auto nRead = emDef_RingRead::Frame; nRead <= emDef_RingRead::Lost && nRead != emDef_RingRead::Empty;) {
+            nRead = reader.m_F_n_Read(stFrame);
+            ASSERT_LE(stFrame.arData.size(), raw.vm_nSize);
+            ASSERT_LT(++nReads, 40) << "it goes round in circles at byte " << nAt;
+        }
+        if (reader.m_F_b_GetParam(stParam, nSerial))
+            ASSERT_LE(stParam.nExtraSize, st_RingParam::MaxExtra);
+        reader.m_F_b_Wait(0);
+        std::memcpy(raw.vm_pMemory + nAt, &nBefore, 8);
     }
-    CShmRingReader reader;
-    ASSERT_TRUE(reader.m_F_b_Open(emDef_RingKind::Video, Nvr, 0, 1)) << "sound again";
-    munmap(pMemory, static_cast<std::size_t>(st.st_size));
 }
 
 } // namespace
