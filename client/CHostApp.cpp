@@ -45,11 +45,12 @@ bool ParseOptions(const QStringList& arArguments, stDef_HostOptions& stOptions, 
     objParser.setApplicationDescription(u"Live pictures and documents of network video recorders."_s);
     const QCommandLineOption objConfig(u"config"_s, u"Configuration folder."_s, u"DIR"_s, DefaultConfigFolder());
     const QCommandLineOption objImport(u"import"_s, u"Take the recorders of a card into the list."_s, u"FILE"_s);
+    const QCommandLineOption objImportOnly(u"import-only"_s, u"End when the cards are in the list."_s);
     const QCommandLineOption objLang(u"lang-dir"_s, u"Folder of the language files."_s, u"DIR"_s, DefaultLangFolder());
     const QCommandLineOption objTour(u"tour"_s, u"Show all states by itself; pictures and a table go to DIR."_s,
                                      u"DIR"_s);
     const QCommandLineOption objHelp = objParser.addHelpOption();
-    objParser.addOptions({objConfig, objImport, objLang, objTour});
+    objParser.addOptions({objConfig, objImport, objImportOnly, objLang, objTour});
     if (!objParser.parse(arArguments) || !objParser.positionalArguments().isEmpty()) {
         const QString sError = objParser.errorText();
         nExit = Complain(sError.isEmpty() ? u"there are no arguments but options"_s : sError);
@@ -61,7 +62,7 @@ bool ParseOptions(const QStringList& arArguments, stDef_HostOptions& stOptions, 
         return false;
     }
     stOptions = {objParser.value(objConfig), objParser.value(objLang), objParser.values(objImport),
-                 objParser.value(objTour)};
+                 objParser.value(objTour), objParser.isSet(objImportOnly)};
     return true;
 }
 
@@ -109,6 +110,8 @@ int CHostApp::s_F_n_Run(const QStringList& arArguments)
     QString sError;
     if (!SetUp(stOptions, objStore, sError))
         return Complain(sError);
+    if (stOptions.bImportOnly)
+        return ExitOk;
 
     CMainWindow objWindow(&CAppEnv::s_objEnv, &objStore);
     CAppEnv::s_objEnv.m_F_p_GetShmSystem(true)->hMainWnd = static_cast<std::uint64_t>(objWindow.winId());

@@ -9,7 +9,8 @@ struct stDef_HostOptions
     QString sConfigFolder;
     QString sLangFolder;
     QStringList arImports;
-    QString sTourFolder; ///< empty: no tour
+    QString sTourFolder;      ///< empty: no tour
+    bool bImportOnly = false; ///< ends when the cards are in the list
 };
 
 /// The program: options, environment, recorder list, window. Needs a QApplication.

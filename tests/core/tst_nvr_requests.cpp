@@ -82,7 +82,7 @@ TEST_F(NvrRequests, SurvivesEveryFault)
         {"*=401", false, false, false},         {"*=changing-challenge", false, false, false},
         {"*=redirect", false, false, false},    {"*=status:500", false, false, false},
         {"*=huge:200", false, false, false},    {"*=garbage", false, false, false},
-        {"*=deep", false, true, true},          {"*=entity-bomb", false, true, true},
+        {"*=deep", false, true, true},          {"*=entity-bomb", true, true, true},
         {"*=no-root-end", false, true, true},   {"*=cut-utf8", false, true, true},
         {"*=empty", false, true, true},         {"*=wrong-encoding", false, true, true},
         {"*=chunked", true, true, true},        {"*=stale-nonce", true, true, true},
