@@ -257,7 +257,7 @@ int CShmSegment::s_F_n_RemoveStale(const std::string& sPrefix)
         return 0;
     int nRemoved = 0;
     while (const dirent* pEntry = readdir(pFolder)) {
-        const std::string sName = "/" + std::string(pEntry->d_name);
+        const std::string sName = std::string("/").append(pEntry->d_name);
         if (sName.compare(0, sPrefix.size(), sPrefix) != 0)
             continue;
         const int nFile = shm_open(sName.c_str(), O_RDWR | O_CLOEXEC, 0);

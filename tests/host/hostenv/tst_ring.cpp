@@ -13,6 +13,7 @@
 #include <cstring>
 #include <filesystem>
 #include <random>
+#include <sstream>
 #include <string>
 #include <thread>
 
@@ -27,16 +28,19 @@ using RingContent::Write;
 constexpr int Nvr = 5;
 const bool g_bOwnNames = RingContent::UseOwnNames("tst_ring-");
 
-std::string Prefix()
+/// Name of a ring in shared memory, as the system knows it.
+std::string NameOf(const std::string& sRing)
 {
-    return "fleetlink." + std::to_string(geteuid()) + "." + CEnvObj::s_F_s_Instance().toStdString() + ".";
+    std::ostringstream sName;
+    sName << "/fleetlink." << geteuid() << '.' << CEnvObj::s_F_s_Instance().constData() << '.' << sRing;
+    return sName.str();
 }
 
 int NamesLeft()
 {
     int nNames = 0;
     for (const auto& entry : std::filesystem::directory_iterator("/dev/shm"))
-        nNames += entry.path().filename().string().starts_with(Prefix());
+        nNames += (std::filesystem::path("/") / entry.path().filename()).string().starts_with(NameOf({}));
     return nNames;
 }
 
@@ -44,9 +48,9 @@ int NamesLeft()
 class RawRing
 {
 public:
-    explicit RawRing(const char* pKindAndNumbers)
+    explicit RawRing(const char* pRing)
     {
-        const int nFile = shm_open(("/" + Prefix() + pKindAndNumbers).c_str(), O_RDWR, 0);
+        const int nFile = shm_open(NameOf(pRing).c_str(), O_RDWR, 0);
         struct stat st
         {};
         EXPECT_EQ(fstat(nFile, &st), 0);
@@ -385,7 +389,7 @@ TEST(Ring, ANameOfAnotherUserIsNoRing)
     if (geteuid() != 0)
         GTEST_SKIP() << "only root can give a file away";
     LeaveRing(1);
-    const std::string sName = "/" + Prefix() + "v.5.0.0";
+    const std::string sName = NameOf("v.5.0.0");
     const int nFile = shm_open(sName.c_str(), O_RDWR, 0);
     ASSERT_EQ(fchown(nFile, 12345, 12345), 0);
     CShmRingReader reader;
