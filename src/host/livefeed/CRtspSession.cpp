@@ -134,8 +134,10 @@ int CRtspSession::m_F_n_Open(const std::string& sUrl)
                                                                     : "video+audio");
     objOptions.m_S_Set("protocol_whitelist", Protocols);
     objOptions.m_S_Set("buffer_size", SocketBufferBytes);
-    objOptions.m_S_Set("timeout", vm_stTarget.nDataTimeoutMs * UsPerMs); // microseconds
-    objOptions.m_S_Set("initial_pause", 1);                              // what there is to play is looked at first
+    // The library's own time-out restarts with each byte and may pass twice: ours strikes first.
+    const std::int64_t nLibraryMs = std::int64_t{vm_stTarget.nConnectTimeoutMs} + vm_stTarget.nDataTimeoutMs;
+    objOptions.m_S_Set("timeout", nLibraryMs * UsPerMs); // microseconds
+    objOptions.m_S_Set("initial_pause", 1);              // what there is to play is looked at first
     return avformat_open_input(&vm_pFormat, sUrl.c_str(), pRtsp, objOptions.m_F_pp_Get());
 }
 
