@@ -226,7 +226,13 @@ bool CShmSegment::m_F_b_Map(std::size_t nSize, bool bWrite)
 
 bool CShmSegment::m_F_b_Commit(std::size_t nSize)
 {
-    return Allocate(vm_nFile, nSize);
+    if (!Allocate(vm_nFile, nSize))
+        return false;
+#ifdef MADV_POPULATE_WRITE
+    // Spares the first lap a page fault every 4 KiB, about as long as writing a packet takes; older kernels refuse.
+    madvise(vm_pData, nSize, MADV_POPULATE_WRITE);
+#endif
+    return true;
 }
 
 bool CShmSegment::m_F_b_IsRemoved() const
