@@ -146,16 +146,18 @@ TEST_F(Program, KeepsWholeDocumentsWhenItIsKilledDuringPosts)
             nAcknowledged += sDocument == Numbered(nAcknowledged) ? 0 : 1;
         }
         std::atomic<int> nPosted = nAcknowledged;
-        std::jthread objPoster([&nPosted, nPort](const std::stop_token& objStop) {
+        std::atomic<bool> bEnded = false;
+        std::jthread objPoster([&nPosted, &bEnded, nPort](const std::stop_token& objStop) {
             CProbe objProbe(nPort);
             while (!objStop.stop_requested())
                 if (objProbe.m_F_o_Post(g_szPut, Numbered(nPosted + 1)).nStatus == 200)
                     ++nPosted;
                 else
                     break;
+            bEnded = true;
         });
         const auto objLimit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-        while (nPosted < nAcknowledged + 3 + nRound && std::chrono::steady_clock::now() < objLimit)
+        while (nPosted < nAcknowledged + 3 + nRound && !bEnded && std::chrono::steady_clock::now() < objLimit)
             std::this_thread::yield();
         EXPECT_EQ(objProcess.m_F_n_End(SIGKILL), -SIGKILL);
         objPoster.join();
