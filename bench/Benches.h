@@ -1,0 +1,12 @@
+#pragma once
+
+/// The groups of benchmarks; each prints its rows.
+void BenchXml();
+void BenchHttp();
+void BenchRing();
+void BenchObjects();
+void BenchIntake();
+
+/// What a child process of a benchmark does; returns its exit code.
+int RingReaderProcess(int nArgs, char** ppArgs);
+int IntakeProcess(int nArgs, char** ppArgs);
