@@ -162,7 +162,7 @@ bool CFrontConnection::m_F_b_TakeFault(std::optional<stDef_Fault>& fault)
 {
     fault = vm_stParts.pFaults->m_F_o_Take(vm_objReply.vm_stEntry.sTarget, std::string(fault->sName));
     if (fault)
-        vm_objReply.vm_stEntry.sFault = fault->sName;
+        vm_objReply.m_S_PlayFault(fault->sName);
     return fault.has_value();
 }
 

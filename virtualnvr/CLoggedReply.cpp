@@ -24,6 +24,12 @@ void CLoggedReply::m_S_Begin(stDef_LogEntry stEntry)
     vm_stEntry.nSequence = vm_objLog.m_F_n_Add(vm_stEntry);
 }
 
+void CLoggedReply::m_S_PlayFault(std::string sName)
+{
+    vm_stEntry.sFault = std::move(sName);
+    vm_objLog.m_S_Update(vm_stEntry);
+}
+
 void CLoggedReply::m_S_End()
 {
     vm_stEntry.bDone = true;

@@ -14,6 +14,7 @@ public:
     CLoggedReply(CSocket& objClient, CRequestLog& objLog) : vm_objClient(objClient), vm_objLog(objLog) {}
 
     void m_S_Begin(stDef_LogEntry stEntry); ///< of a request whose head is read
+    void m_S_PlayFault(std::string sName);  ///< notes it at once: there may never be a reply
     void m_S_End();                         ///< of the reply, or of the connection without one
 
     /// False if the client is gone.

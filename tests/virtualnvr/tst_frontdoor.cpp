@@ -1,0 +1,347 @@
+#include "FrontDoorFixture.h"
+
+#include <algorithm>
+#include <chrono>
+#include <future>
+#include <set>
+#include <sstream>
+
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+using Clock = std::chrono::steady_clock;
+
+double MsSince(Clock::time_point nBegin)
+{
+    return std::chrono::duration<double, std::milli>(Clock::now() - nBegin).count();
+}
+
+/// Last line of a reply of /echo, without the port of the inner connection.
+std::string Echoed(const std::string& sReply)
+{
+    const std::string sBody = sReply.substr(sReply.rfind("\r\n") + 2);
+    return sBody.substr(std::min(sBody.find(' ') + 1, sBody.size()));
+}
+
+TEST_F(FrontDoor, PassesRequestsAndRepliesOnUnchanged)
+{
+    struct Row
+    {
+        std::string sRequest, sEchoed;
+    };
+    const std::string sBig(3u << 20, 'b');
+    const Row arRows[] = {
+        {"GET /echo HTTP/1.1\r\n\r\n", "GET /echo  ;"},
+        {"GET /echo/%41?a=#b%20c HTTP/1.1\r\nX-Own: 50% %41\r\n\r\n", "GET /echo/%41?a=#b%20c 50% %41 ;"},
+        {"POST /echo HTTP/1.1\r\nContent-Length: 5\r\n\r\nhello", "POST /echo  hello;"},
+        {"POST /echo HTTP/1.1\r\nContent-Length: 0\r\n\r\n", "POST /echo  ;"},
+        {"POST /echo HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n2;x=y\r\nde\r\n0\r\n\r\n",
+         "POST /echo  abcde;"},
+        {"POST /echo HTTP/1.1\r\nContent-Length: " + std::to_string(sBig.size()) + "\r\n\r\n" + sBig,
+         "POST /echo  " + sBig + ";"},
+        {"\r\nGET /echo HTTP/1.1\r\n\r\n", "GET /echo  ;"},
+    };
+    CRawClient kept = Client();
+    for (const Row& row : arRows) {
+        SCOPED_TRACE(row.sRequest.substr(0, 80));
+        ASSERT_TRUE(kept.m_F_b_Send(row.sRequest));
+        EXPECT_TRUE(Echoed(kept.m_F_s_ReadReply()) == row.sEchoed);
+        CRawClient dripping = Client();
+        if (row.sRequest.size() < 200)
+            for (const char c : row.sRequest)
+                dripping.m_F_b_Send({&c, 1});
+        else
+            dripping.m_F_b_Send(row.sRequest);
+        EXPECT_TRUE(Echoed(dripping.m_F_s_ReadReply()) == row.sEchoed);
+    }
+    EXPECT_EQ(Client().m_F_s_Get("/plain"), CRawClient(vm_nInnerPort).m_F_s_Get("/plain"));
+    EXPECT_EQ(Client().m_F_s_Get("/doc"), CRawClient(vm_nInnerPort).m_F_s_Get("/doc"));
+}
+
+TEST_F(FrontDoor, AnswersPipelinedRequestsInOrderOverOneInnerConnection)
+{
+    CRawClient client = Client();
+    client.m_F_b_Send(
+        "GET /echo/1 HTTP/1.1\r\n\r\nPOST /echo/2 HTTP/1.1\r\nContent-Length: 3\r\n\r\nabcGET /echo/3 HTTP/1.1\r\n\r\n"
+        "HEAD /echo/4 HTTP/1.1\r\n\r\nGET /echo/5 HTTP/1.1\r\n\r\n");
+    std::set<std::string> arInner;
+    for (const char* pExpected : {"GET /echo/1  ;", "POST /echo/2  abc;", "GET /echo/3  ;", "", "GET /echo/5  ;"}) {
+        const std::string sReply = client.m_F_s_ReadReply(*pExpected ? "GET" : "HEAD");
+        if (!*pExpected) {
+            EXPECT_THAT(sReply, EndsWith("\r\n\r\n"));
+            continue;
+        }
+        EXPECT_EQ(Echoed(sReply), pExpected);
+        const std::string sBody = sReply.substr(sReply.rfind('\n') + 1);
+        arInner.insert(sBody.substr(0, sBody.find(' ')));
+    }
+    EXPECT_EQ(arInner.size(), 1u);
+}
+
+TEST_F(FrontDoor, LetsStreamsFlow)
+{
+    CRawClient client = Client();
+    client.m_F_b_Send("GET /stream HTTP/1.1\r\n\r\n");
+    for (int i = 0; i < 5; ++i) {
+        LetPieceGo(); // no sooner than the one before has arrived
+        EXPECT_THAT(client.m_F_s_ReadUntil("piece\r\n", 3000), HasSubstr("piece")) << i;
+    }
+}
+
+TEST_F(FrontDoor, ClosesWhenEitherSideAsksForIt)
+{
+    struct Row
+    {
+        const char* pRequest;
+        bool bCloses;
+    };
+    const Row arRows[] = {
+        {"GET /plain HTTP/1.1\r\nConnection: close\r\n\r\n", true},
+        {"GET /plain HTTP/1.0\r\n\r\n", true},
+        {"GET /plain HTTP/1.1\r\nConnection: keep-alive\r\n\r\n", false},
+    };
+    for (const Row& row : arRows) {
+        CRawClient client = Client();
+        client.m_F_b_Send(row.pRequest);
+        EXPECT_THAT(client.m_F_s_ReadUntil({}, row.bCloses ? CRawClient::LimitMs : 100), EndsWith("<plain/>"));
+        EXPECT_EQ(client.m_F_b_Closed(), row.bCloses) << row.pRequest;
+    }
+    CRawClient waiting = Client();
+    waiting.m_F_b_Send("POST /echo HTTP/1.1\r\nContent-Length: 2\r\nExpect: 100-continue\r\n\r\n");
+    EXPECT_EQ(waiting.m_F_s_ReadUntil("\r\n\r\n"), "HTTP/1.1 100 Continue\r\n\r\n");
+    waiting.m_F_b_Send("ok");
+    EXPECT_EQ(Echoed(waiting.m_F_s_ReadReply()), "POST /echo  ok;");
+}
+
+TEST_F(FrontDoor, EndsBadRequestsAndServesOn)
+{
+    struct Row
+    {
+        std::string sRequest;
+        const char* pStatus;
+    };
+    const Row arRows[] = {
+        {"nonsense\r\n\r\n", "400"},
+        {std::string("\0\0\0\r\n\r\n", 7), "400"},
+        {"GET / HTTP/1.1\r\nX: " + std::string(100000, 'x') + "\r\n\r\n", "431"},
+        {"POST /echo HTTP/1.1\r\nContent-Length: -5\r\n\r\nhello", "400"},
+        {"POST /echo HTTP/1.1\r\nContent-Length: 99999999999999999999999\r\n\r\nhello", "400"},
+        {"POST /echo HTTP/1.1\r\nContent-Length: 1z\r\n\r\nhello", "400"},
+        {"POST /echo HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\nnonsense\r\n", "400"},
+        {"POST /echo HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\n" + std::string(20, 'f') + "\r\n", "400"},
+    };
+    for (const Row& row : arRows) {
+        SCOPED_TRACE(row.sRequest.substr(0, 80));
+        CRawClient client = Client();
+        client.m_F_b_Send(row.sRequest);
+        EXPECT_THAT(client.m_F_s_ReadToEnd(), StartsWith(std::string("HTTP/1.1 ") + row.pStatus));
+        EXPECT_TRUE(client.m_F_b_Closed());
+    }
+    EXPECT_THAT(Client().m_F_s_Get("/plain"), EndsWith("<plain/>"));
+}
+
+TEST(BodyFramer, FindsTheEnd)
+{
+    struct Row
+    {
+        const char *pHead, *pMethod, *pData;
+        std::size_t nBody;
+        bool bDone;
+    };
+    const std::string_view sReply = "HTTP/1.1 200 OK\r\n";
+    const Row arRows[] = {
+        {"", "", "GET", 0, true},
+        {"Content-Length: 3\r\n", "", "abcGET", 3, true},
+        {"content-LENGTH: 3\r\n", "GET", "ab", 2, false},
+        {"Content-Length: 3\r\n", "HEAD", "HTTP", 0, true},
+        {"", "GET", "abc", 3, false}, // until the connection closes
+        {"Transfer-Encoding: chunked\r\n", "GET", "2\r\nab\r\n0\r\n\r\nHTTP", 12, true},
+        {"Transfer-Encoding: Chunked\r\n", "GET", "A\r\n0123456789\r\n0\r\nTrailer: x\r\n\r\nHTTP", 32, true},
+        {"Transfer-Encoding: chunked\r\n", "GET", "2\r\nab\r\n", 7, false},
+    };
+    for (const Row& row : arRows) {
+        SCOPED_TRACE(row.pData);
+        CHttpHead objHead;
+        ASSERT_TRUE(objHead.m_F_b_Parse(std::string(sReply) + row.pHead + "\r\n"));
+        CBodyFramer objWhole(objHead, row.pMethod), objPieces(objHead, row.pMethod);
+        EXPECT_EQ(objWhole.m_F_n_Feed(row.pData), row.nBody);
+        EXPECT_EQ(objWhole.m_F_b_Done(), row.bDone);
+        std::size_t nTaken = 0;
+        for (const char c : std::string_view(row.pData))
+            nTaken += objPieces.m_F_n_Feed({&c, 1});
+        EXPECT_EQ(nTaken, row.nBody);
+        EXPECT_EQ(objPieces.m_F_b_Done(), row.bDone);
+    }
+}
+
+TEST_F(FrontDoor, HandsTunnelsOverWithSocketAndBytes)
+{
+    const std::string sHead = "GET /stream/CH0 HTTP/1.1\r\n";
+    for (const char* pLine : {"x-sessioncookie: 77\r\n", "Accept: application/x-rtsp-tunnelled\r\n",
+                              "Content-Type: application/x-rtsp-tunnelled\r\n"}) {
+        SCOPED_TRACE(pLine);
+        EXPECT_THAT(Client().m_F_s_Get("/stream/CH0", pLine), StartsWith("HTTP/1.1 404")) << "no handler";
+        vm_objDoor.m_S_Stop();
+        std::promise<std::pair<int, std::string>> handed;
+        vm_objDoor.m_S_SetTunnelHandler([&](int nSocket, const std::string& sInitial) {
+            handed.set_value({nSocket, sInitial});
+            return true;
+        });
+        Start();
+        CRawClient client = Client();
+        client.m_F_b_Send(sHead + pLine + "\r\nfirst bytes");
+        auto future = handed.get_future();
+        ASSERT_EQ(future.wait_for(std::chrono::seconds(5)), std::future_status::ready);
+        const auto [nSocket, sInitial] = future.get();
+        EXPECT_THAT(sInitial, StartsWith(sHead + pLine + "\r\n"));
+        EXPECT_TRUE(vm_objLog.m_F_b_Wait([](const auto& st) { return st.sTarget == "/stream/CH0" && st.bDone; }, 5000));
+        vm_objDoor.m_S_Stop();
+        CSocket mine(nSocket);
+        EXPECT_TRUE(mine.m_F_b_Write("still open"));
+        EXPECT_EQ(client.m_F_s_ReadUntil("open"), "still open");
+        vm_objDoor.m_S_SetTunnelHandler({});
+        Start();
+    }
+}
+
+TEST_F(FrontDoor, LogsRequestsBeforeTheirRepliesAndNoSecret)
+{
+    std::ostringstream echo;
+    vm_objLog.m_S_SetEcho(&echo);
+    CRawClient client = Client(), other = Client();
+    client.m_F_s_Get("/doc?user=u&Passwd=pw1&x=2&pwd=pw2",
+                     "Authorization: Digest username=\"u\", response=\"c2VjcmV0\"\r\n");
+    const auto stFirst = vm_objLog.m_F_ar_Entries().at(0);
+    EXPECT_EQ(stFirst.sTarget, "/doc?user=u&Passwd=pw1&x=2&pwd=pw2");
+    EXPECT_EQ(stFirst.nStatus, 200);
+    EXPECT_EQ(stFirst.sScheme, "Digest");
+    other.m_F_s_Get("/doc", "Authorization: c2VjcmV0\r\n");
+    EXPECT_EQ(vm_objLog.m_F_ar_Entries().at(1).sScheme, "unknown");
+    EXPECT_NE(vm_objLog.m_F_ar_Entries().at(1).nConnection, stFirst.nConnection);
+    const std::string sBody(CRequestLog::MaxBody + 5, 'b');
+    client.m_F_b_Send("POST /echo HTTP/1.1\r\nContent-Length: " + std::to_string(sBody.size()) + "\r\n\r\n" + sBody);
+    client.m_F_s_ReadReply();
+    const auto stPost = vm_objLog.m_F_ar_Entries().at(2);
+    EXPECT_EQ(stPost.nConnection, stFirst.nConnection);
+    EXPECT_EQ(stPost.nBytesIn, sBody.size());
+    EXPECT_EQ(stPost.sBody.size(), CRequestLog::MaxBody);
+    client.m_F_b_Send("GET /\x1b[2J HTTP/1.1\r\n\r\n");
+    const std::size_t nReply = client.m_F_s_ReadReply().size();
+    EXPECT_TRUE(vm_objLog.m_F_b_Wait(
+        [&](const auto& st) { return st.nSequence == 4 && st.bDone && st.nBytesOut == nReply; }, 5000));
+    vm_objLog.m_S_SetEcho(nullptr);
+    EXPECT_THAT(echo.str(), StartsWith("GET /doc?user=u&Passwd=***&x=2&pwd=*** 200 0 in "));
+    EXPECT_THAT(echo.str(), HasSubstr("\nGET /?[2J 404 "));
+    EXPECT_THAT(echo.str(), Not(HasSubstr("c2VjcmV0")));
+    const std::string sEcho = echo.str();
+    EXPECT_EQ(std::count(sEcho.begin(), sEcho.end(), '\n'), 4);
+}
+
+TEST(RequestLog, StaysWithinItsBounds)
+{
+    CRequestLog log;
+    stDef_LogEntry stEntry;
+    stEntry.sBody.assign(CRequestLog::MaxBody, 'b');
+    const std::size_t nBodies = CRequestLog::MaxBodies / CRequestLog::MaxBody;
+    for (std::size_t i = 0; i < nBodies + 3; ++i) {
+        stDef_LogEntry stEmpty;
+        stEntry.nSequence = log.m_F_n_Add(stEmpty);
+        log.m_S_Update(stEntry);
+    }
+    const auto arEntries = log.m_F_ar_Entries();
+    EXPECT_EQ(arEntries.size(), nBodies + 3) << "only bodies go";
+    EXPECT_EQ(std::count_if(arEntries.begin(), arEntries.end(), [](const auto& st) { return !st.sBody.empty(); }),
+              static_cast<long>(nBodies));
+    EXPECT_TRUE(arEntries[2].sBody.empty());
+    stEntry.sBody.clear();
+    for (std::size_t i = 0; i < 2 * CRequestLog::MaxEntries; ++i)
+        log.m_F_n_Add(stEntry);
+    EXPECT_LE(log.m_F_n_Count(), CRequestLog::MaxEntries);
+    EXPECT_EQ(log.m_F_ar_Entries().back().nSequence, nBodies + 3 + 2 * CRequestLog::MaxEntries);
+    log.m_S_Clear();
+    log.m_S_Update(arEntries.back());
+    EXPECT_EQ(log.m_F_n_Count(), 0u) << "an entry that was cleared stays away";
+    EXPECT_FALSE(log.m_F_b_Wait([](const auto&) { return true; }, 10));
+}
+
+TEST_F(FrontDoor, StopEndsEveryWaitAtOnce)
+{
+    for (const char* pFault : {"silence", "endless-chunks", "slow", "delay:60000", "huge"})
+        ASSERT_TRUE(vm_objFaults.m_F_b_Parse(std::string("/") + pFault + "=" + pFault));
+    ASSERT_TRUE(vm_objFaults.m_F_b_Parse("/doc?=slow"));
+    std::vector<std::unique_ptr<CRawClient>> arClients;
+    for (const char* pTarget : {"/silence", "/endless-chunks", "/doc?", "/stream", "/huge"}) {
+        arClients.push_back(std::make_unique<CRawClient>(vm_objDoor.m_F_n_Port()));
+        arClients.back()->m_F_b_Send(std::string("GET ") + pTarget + " HTTP/1.1\r\n" + g_sLogin + "\r\n");
+        EXPECT_TRUE(vm_objLog.m_F_b_Wait([&](const auto& st) { return st.sTarget == pTarget; }, 5000));
+    }
+    arClients.push_back(std::make_unique<CRawClient>(vm_objDoor.m_F_n_Port())); // idle
+    arClients.push_back(std::make_unique<CRawClient>(vm_objDoor.m_F_n_Port()));
+    arClients.back()->m_F_b_Send("POST /echo HTTP/1.1\r\nContent-Length: 100\r\n\r\nhalf");
+    EXPECT_TRUE(vm_objLog.m_F_b_Wait([&](const auto& st) { return st.sTarget == "/echo"; }, 5000));
+    const auto nBegin = Clock::now();
+    vm_objDoor.m_S_Stop();
+    EXPECT_LT(MsSince(nBegin), 1000);
+    for (const auto& pClient : arClients)
+        EXPECT_LT(pClient->m_F_s_ReadToEnd().size(), 100u << 20);
+    for (const auto& stEntry : vm_objLog.m_F_ar_Entries())
+        EXPECT_TRUE(stEntry.bDone) << stEntry.sTarget;
+    Start();
+    EXPECT_THAT(Client().m_F_s_Get("/plain"), EndsWith("<plain/>"));
+}
+
+TEST_F(FrontDoor, BoundsItsConnections)
+{
+    std::vector<std::unique_ptr<CRawClient>> arClients;
+    for (int i = 0; i < CFrontDoor::MaxConnections; ++i)
+        arClients.push_back(std::make_unique<CRawClient>(vm_objDoor.m_F_n_Port()));
+    CRawClient tooMany = Client();
+    tooMany.m_F_s_ReadToEnd();
+    EXPECT_TRUE(tooMany.m_F_b_Closed() || tooMany.m_F_b_WasReset());
+    arClients.clear();
+    const auto nBegin = Clock::now();
+    bool bServed = false;
+    while (!bServed && MsSince(nBegin) < 5000) { // the ends of the others may still be on their way
+        CRawClient client = Client();
+        client.m_F_b_Send("GET /plain HTTP/1.1\r\n\r\n");
+        bServed = client.m_F_s_ReadUntil("<plain/>").ends_with("<plain/>");
+    }
+    EXPECT_TRUE(bServed);
+}
+
+TEST_F(FrontDoor, TellsWhatKeepsItFromWorking)
+{
+    CFrontDoor second;
+    std::string sError;
+    EXPECT_FALSE(second.m_F_b_Start("127.0.0.1", vm_objDoor.m_F_n_Port(), 1, vm_objFaults, vm_objLog, sError));
+    EXPECT_THAT(sError, HasSubstr(std::to_string(vm_objDoor.m_F_n_Port())));
+    EXPECT_FALSE(second.m_F_b_Start("nowhere", 0, 1, vm_objFaults, vm_objLog, sError));
+    EXPECT_THAT(sError, HasSubstr("nowhere"));
+    ASSERT_TRUE(second.m_F_b_Start("127.0.0.1", 0, 1, vm_objFaults, vm_objLog, sError)); // nobody listens on port 1
+    EXPECT_THAT(CRawClient(second.m_F_n_Port()).m_F_s_Get("/plain"), StartsWith("HTTP/1.1 502"));
+}
+
+TEST_F(FrontDoor, AddsLittleToARequest)
+{
+    const auto median = [](int nPort) {
+        CRawClient client(nPort);
+        std::vector<double> arMs;
+        for (int i = 0; i < 300; ++i) {
+            const auto nBegin = Clock::now();
+            client.m_F_s_Get("/plain");
+            arMs.push_back(MsSince(nBegin));
+        }
+        std::nth_element(arMs.begin(), arMs.begin() + 150, arMs.end());
+        return arMs[150];
+    };
+    const double dDirect = median(vm_nInnerPort), dThrough = median(vm_objDoor.m_F_n_Port());
+    RecordProperty("direct_us", static_cast<int>(dDirect * 1000));
+    RecordProperty("through_us", static_cast<int>(dThrough * 1000));
+    std::printf("median GET: %.3f ms direct, %.3f ms through the front door\n", dDirect, dThrough);
+    EXPECT_LT(dThrough - dDirect, 20.0) << "delayed packets cost 40 ms";
+}
+
+} // namespace
