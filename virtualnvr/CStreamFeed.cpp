@@ -1,116 +1,196 @@
 #include "CStreamFeed.h"
 
-#include <chrono>
-#include <cmath>
+#include "CClipLibrary.h"
+#include "CSoundMaker.h"
+
+#include <algorithm>
 #include <gst/app/gstappsrc.h>
+#include <gst/gst.h>
+#include <gst/rtsp-server/rtsp-server.h>
+#include <string>
 
 namespace {
 
-constexpr std::int64_t SecondNs = 1000000000;
-constexpr std::int64_t FrameNs = SecondNs / stDef_EncodedClip::s_nFps;
-constexpr int SampleRate = 8000;
-constexpr int PieceSamples = 320; // 40 ms a packet
-constexpr std::int64_t PieceNs = SecondNs * PieceSamples / SampleRate;
+constexpr std::int64_t g_nSecondNs = 1'000'000'000;
+constexpr std::int64_t g_nPollNs = 10'000'000;      // how often a media that takes nothing is looked at again
+constexpr std::int64_t g_nLateNs = g_nSecondNs / 2; // after a longer gap nothing is made up for
+constexpr std::size_t g_nPieceSamples = 320;        // 40 ms a packet
+constexpr guint64 g_nMaxQueued = 2;
 
-std::int64_t NowNs()
+// What leaves a stream of a media: nothing while paused, and time stamps that may have jumped. The stamps are changed
+// behind the RTP session, so its sender reports don't tell of the jump, as with a camera whose clock was set.
+struct stDef_Outlet
 {
-    return std::chrono::steady_clock::now().time_since_epoch() / std::chrono::nanoseconds(1);
+    std::shared_ptr<const stDef_StreamMount> pMount;
+    std::int64_t nClockHz;
+};
+
+void ShiftTimeStamp(GstBuffer* pPacket, std::uint32_t nShift)
+{
+    constexpr gsize nAt = 4; // in the RTP header
+    std::uint32_t nStamp = 0;
+    if (gst_buffer_extract(pPacket, nAt, &nStamp, sizeof(nStamp)) != sizeof(nStamp))
+        return;
+    nStamp = GUINT32_TO_BE(GUINT32_FROM_BE(nStamp) + nShift);
+    gst_buffer_fill(pPacket, nAt, &nStamp, sizeof(nStamp));
 }
 
-/// One sample in mu-law.
-std::uint8_t MuLaw(int nSample)
+GstPadProbeReturn OnOutlet(GstPad*, GstPadProbeInfo* pInfo, gpointer pData)
 {
-    constexpr int Bias = 0x84;
-    const int nSign = nSample < 0 ? 0x80 : 0;
-    int nLevel = std::min(std::abs(nSample), 32635) + Bias;
-    int nExponent = 7;
-    for (int nMask = 0x4000; nExponent > 0 && !(nLevel & nMask); nMask >>= 1)
-        --nExponent;
-    return static_cast<std::uint8_t>(~(nSign | (nExponent << 4) | ((nLevel >> (nExponent + 3)) & 0x0F)));
-}
-
-/// A second of a quiet two-note hum of its own for each channel; whole periods, so that it loops without a click.
-std::vector<std::uint8_t> Tone(int nChannel)
-{
-    std::vector<std::uint8_t> arTone(SampleRate);
-    const double dHz = 220 + 20 * (nChannel % 16);
-    for (int i = 0; i < SampleRate; ++i) {
-        const double dTime = 2 * M_PI * i / SampleRate;
-        arTone[static_cast<std::size_t>(i)] = MuLaw(
-            static_cast<int>(900 * std::sin(dHz * dTime) + 400 * std::sin(1.5 * dHz * dTime) * (1 + std::sin(dTime))));
+    const auto& stOutlet = *static_cast<const stDef_Outlet*>(pData);
+    if (stOutlet.pMount->bPaused)
+        return GST_PAD_PROBE_DROP;
+    const long nJumpMs = stOutlet.pMount->nJumpMs;
+    if (nJumpMs == 0)
+        return GST_PAD_PROBE_OK;
+    const auto nShift = static_cast<std::uint32_t>(nJumpMs * stOutlet.nClockHz / 1000); // wraps, as time stamps do
+    if ((pInfo->type & GST_PAD_PROBE_TYPE_BUFFER_LIST) != 0) {
+        GstBufferList* pList = gst_buffer_list_make_writable(GST_PAD_PROBE_INFO_BUFFER_LIST(pInfo));
+        for (guint n = 0; n < gst_buffer_list_length(pList); ++n)
+            ShiftTimeStamp(gst_buffer_list_get_writable(pList, n), nShift);
+        pInfo->data = pList;
+    } else {
+        GstBuffer* pPacket = gst_buffer_make_writable(GST_PAD_PROBE_INFO_BUFFER(pInfo));
+        ShiftTimeStamp(pPacket, nShift);
+        pInfo->data = pPacket;
     }
-    return arTone;
+    return GST_PAD_PROBE_OK;
 }
 
-bool Push(GstElement* pSource, const std::uint8_t* pData, std::size_t nSize, std::int64_t nPtsNs,
-          std::int64_t nDurationNs)
+// The pad by which a stream's packets leave the RTP session. Null if the media isn't prepared.
+GstPad* OutletPad(GstRTSPStream* pStream)
 {
-    GstBuffer* pBuffer = gst_buffer_new_allocate(nullptr, nSize, nullptr);
-    gst_buffer_fill(pBuffer, 0, pData, nSize);
-    GST_BUFFER_PTS(pBuffer) = GST_BUFFER_DTS(pBuffer) = static_cast<GstClockTime>(std::max<std::int64_t>(nPtsNs, 0));
-    GST_BUFFER_DURATION(pBuffer) = static_cast<GstClockTime>(nDurationNs);
-    return gst_app_src_push_buffer(GST_APP_SRC(pSource), pBuffer) == GST_FLOW_OK;
+    GstPad* pPayloader = gst_rtsp_stream_get_srcpad(pStream);
+    GstPad* pEntry = pPayloader != nullptr ? gst_pad_get_peer(pPayloader) : nullptr; // "send_rtp_sink_<n>"
+    GstElement* pSession = pEntry != nullptr ? gst_pad_get_parent_element(pEntry) : nullptr;
+    GstPad* pOutlet = nullptr;
+    if (pSession != nullptr) {
+        std::string sName = GST_PAD_NAME(pEntry);
+        if (const std::size_t nSink = sName.find("sink"); nSink != std::string::npos)
+            pOutlet = gst_element_get_static_pad(pSession, sName.replace(nSink, 4, "src").c_str());
+    }
+    g_clear_object(&pSession);
+    g_clear_object(&pEntry);
+    g_clear_object(&pPayloader);
+    return pOutlet;
+}
+
+GstElement* Source(GstRTSPMedia* pMedia, const char* pszName)
+{
+    GstElement* pBin = gst_rtsp_media_get_element(pMedia);
+    GstElement* pSource = gst_bin_get_by_name(GST_BIN(pBin), pszName);
+    gst_object_unref(pBin);
+    return pSource;
+}
+
+bool IsPlaying(GstElement* pElement)
+{
+    GstState eState = GST_STATE_NULL;
+    gst_element_get_state(pElement, &eState, nullptr, 0);
+    return eState == GST_STATE_PLAYING;
 }
 
 } // namespace
 
-CStreamFeed::CStreamFeed(GstElement* pVideo, GstElement* pAudio, std::shared_ptr<const stDef_EncodedClip> pClip,
-                         std::shared_ptr<const stDef_EncodedClip> pOther, int nChannel,
-                         std::shared_ptr<stDef_FeedFaults> pFaults)
-    : vm_pVideo(pVideo),
-      vm_pAudio(pAudio),
-      vm_pClip(std::move(pClip)),
-      vm_pOther(std::move(pOther)),
-      vm_arTone(Tone(nChannel)),
-      vm_pFaults(std::move(pFaults)),
-      vm_nStartNs(NowNs())
+CStreamFeed::CStreamFeed(GstRTSPMedia* pMedia, std::shared_ptr<const stDef_StreamMount> pMount)
+    : vm_pMount(std::move(pMount)),
+      vm_pClip(CClipLibrary::s_F_o_Shared().m_F_p_Get(vm_pMount->nChannel, vm_pMount->bSecond)),
+      vm_arSound(CSoundMaker::s_F_ar_Make(vm_pMount->nChannel)),
+      vm_arPiece(g_nPieceSamples),
+      vm_stVideo{Source(pMedia, "video"), g_nSecondNs / stDef_EncodedClip::s_nFps, 0},
+      vm_stAudio{Source(pMedia, "audio"), g_nSecondNs * g_nPieceSamples / CSoundMaker::s_nRate, 0}
 {}
 
 CStreamFeed::~CStreamFeed()
 {
-    gst_object_unref(vm_pVideo);
-    gst_object_unref(vm_pAudio);
+    gst_object_unref(vm_stVideo.pSource);
+    gst_object_unref(vm_stAudio.pSource);
 }
 
-bool CStreamFeed::m_F_b_PushVideo(std::int64_t nDueNs)
+void CStreamFeed::m_S_OnPrepared(GstRTSPMedia* pMedia)
 {
-    const std::int64_t nOffsetNs = vm_pFaults->nJumpMs * 1000000;
-    bool bTaken = true;
-    for (; vm_nNextFrame * FrameNs <= nDueNs && bTaken; ++vm_nNextFrame) {
-        if (vm_pFaults->bOtherClip != vm_bOther) {
-            vm_bOther = !vm_bOther;
-            vm_bNeedKey = true;
-        }
-        const stDef_EncodedClip& stClip = vm_bOther ? *vm_pOther : *vm_pClip;
-        const auto& stUnit = stClip.arUnits[static_cast<std::size_t>(vm_nNextFrame) % stClip.arUnits.size()];
-        if (vm_pFaults->bPaused) {
-            vm_bNeedKey = true;
+    constexpr std::int64_t arClockHz[] = {90000, CSoundMaker::s_nRate};
+    for (guint n = 0; n < gst_rtsp_media_n_streams(pMedia) && n < std::size(arClockHz); ++n) {
+        GstPad* pPad = OutletPad(gst_rtsp_media_get_stream(pMedia, n));
+        if (pPad == nullptr)
             continue;
+        gst_pad_add_probe(pPad, GstPadProbeType(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_BUFFER_LIST), &OnOutlet,
+                          new stDef_Outlet{vm_pMount, arClockHz[n]},
+                          [](gpointer pData) { delete static_cast<stDef_Outlet*>(pData); });
+        gst_object_unref(pPad);
+    }
+    vm_bPrepared = true;
+}
+
+void CStreamFeed::m_S_SkipToKey()
+{
+    while (!vm_pClip->arUnits[vm_nFrame].bKey)
+        vm_nFrame = (vm_nFrame + 1) % vm_pClip->arUnits.size();
+}
+
+const std::vector<std::uint8_t>& CStreamFeed::m_F_ar_NextPicture()
+{
+    const auto& stUnit = vm_pClip->arUnits[vm_nFrame];
+    vm_nFrame = (vm_nFrame + 1) % vm_pClip->arUnits.size();
+    return stUnit.arBytes;
+}
+
+const std::vector<std::uint8_t>& CStreamFeed::m_F_ar_NextSound()
+{
+    std::copy_n(vm_arSound.begin() + static_cast<std::ptrdiff_t>(vm_nSound), g_nPieceSamples, vm_arPiece.begin());
+    vm_nSound = (vm_nSound + g_nPieceSamples) % vm_arSound.size();
+    return vm_arPiece;
+}
+
+// A track's due time never runs ahead of the clock: where the media takes nothing, it waits there, and the next piece
+// has the time of its own push.
+template <typename Piece>
+void CStreamFeed::m_S_PushTrack(stDef_Track& stTrack, std::int64_t nNowNs, std::int64_t nBaseNs, Piece nextPiece)
+{
+    GstAppSrc* pSource = GST_APP_SRC(stTrack.pSource);
+    if (nNowNs - stTrack.nDueNs > g_nLateNs)
+        stTrack.nDueNs = nNowNs;
+    while (stTrack.nDueNs <= nNowNs) {
+        if (gst_app_src_get_current_level_buffers(pSource) >= g_nMaxQueued) {
+            stTrack.nDueNs = nNowNs + g_nPollNs;
+            return;
         }
-        if (vm_bNeedKey && !stUnit.bKey)
-            continue;
-        vm_bNeedKey = false;
-        bTaken =
-            Push(vm_pVideo, stUnit.arBytes.data(), stUnit.arBytes.size(), vm_nNextFrame * FrameNs + nOffsetNs, FrameNs);
+        const std::vector<std::uint8_t>& arPiece = nextPiece();
+        GstBuffer* pBuffer = gst_buffer_new_memdup(arPiece.data(), arPiece.size());
+        const auto nStamp = static_cast<GstClockTime>(std::max<std::int64_t>(stTrack.nDueNs - nBaseNs, 0));
+        GST_BUFFER_PTS(pBuffer) = GST_BUFFER_DTS(pBuffer) = nStamp;
+        GST_BUFFER_DURATION(pBuffer) = static_cast<GstClockTime>(stTrack.nPeriodNs);
+        const bool bTaken = gst_app_src_push_buffer(pSource, pBuffer) == GST_FLOW_OK;
+        stTrack.nDueNs = bTaken ? stTrack.nDueNs + stTrack.nPeriodNs : nNowNs + g_nPollNs;
     }
-    return bTaken;
 }
 
-bool CStreamFeed::m_F_b_PushAudio(std::int64_t nDueNs)
+// The other clip was encoded before the fault was set; the pictures' numbers go on in order.
+void CStreamFeed::m_S_ChooseClip()
 {
-    const std::int64_t nOffsetNs = vm_pFaults->nJumpMs * 1000000;
-    bool bTaken = true;
-    for (; vm_nNextSound * PieceNs <= nDueNs && bTaken; ++vm_nNextSound) {
-        const std::size_t nAt = static_cast<std::size_t>(vm_nNextSound * PieceSamples) % vm_arTone.size();
-        if (!vm_pFaults->bPaused)
-            bTaken =
-                Push(vm_pAudio, vm_arTone.data() + nAt, PieceSamples, vm_nNextSound * PieceNs + nOffsetNs, PieceNs);
-    }
-    return bTaken;
+    const bool bOther = vm_pMount->bOtherClip;
+    if (bOther == vm_bOther)
+        return;
+    vm_bOther = bOther;
+    if (auto pClip = CClipLibrary::s_F_o_Shared().m_F_p_Get(vm_pMount->nChannel, vm_pMount->bSecond != bOther))
+        vm_pClip = std::move(pClip);
+    m_S_SkipToKey();
 }
 
-bool CStreamFeed::m_F_b_PushDue()
+std::int64_t CStreamFeed::m_F_n_Push(std::int64_t nNowNs)
 {
-    const std::int64_t nDueNs = NowNs() - vm_nStartNs;
-    return m_F_b_PushVideo(nDueNs) && m_F_b_PushAudio(nDueNs);
+    const bool bPaused = vm_pMount->bPaused && vm_bPrepared; // also a paused one must get so far as to be prepared
+    vm_bHeld = vm_bHeld || bPaused;
+    if (!vm_pClip || bPaused || !IsPlaying(vm_stVideo.pSource) || !IsPlaying(vm_stAudio.pSource))
+        return nNowNs + g_nPollNs;
+    m_S_ChooseClip();
+    if (vm_bHeld)
+        m_S_SkipToKey();
+    vm_bHeld = false;
+    const auto nBaseNs = static_cast<std::int64_t>(gst_element_get_base_time(vm_stVideo.pSource));
+    m_S_PushTrack(
+        vm_stVideo, nNowNs, nBaseNs, [this]() -> const auto& { return m_F_ar_NextPicture(); });
+    m_S_PushTrack(
+        vm_stAudio, nNowNs, nBaseNs, [this]() -> const auto& { return m_F_ar_NextSound(); });
+    return std::min(vm_stVideo.nDueNs, vm_stAudio.nDueNs);
 }

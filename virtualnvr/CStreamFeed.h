@@ -1,50 +1,56 @@
 #pragma once
 
-#include "CEncodedClip.h"
+#include "stDef_EncodedClip.h"
+#include "stDef_StreamMount.h"
 
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 typedef struct _GstElement GstElement;
+typedef struct _GstRTSPMedia GstRTSPMedia;
 
-/// What the faults of a mount do to its feeds, shared with the thread that sets them.
-struct stDef_FeedFaults
-{
-    std::atomic<bool> bPaused{false};
-    std::atomic<bool> bOtherClip{false};
-    std::atomic<long long> nJumpMs{0}; ///< sum of all jumps
-};
-
-/// Feeds the two sources of one playing mount from the clip, by the time that has passed since it began. Belongs to the
-/// streaming thread.
+/// Feeds one playing media of a mount, from its clip and its sound, with time stamps of the media's own clock. It
+/// pushes only what the media takes: while nobody plays yet, the first pictures wait, a key frame foremost.
 class CStreamFeed
 {
 public:
-    /// Takes over the two references.
-    CStreamFeed(GstElement* pVideo, GstElement* pAudio, std::shared_ptr<const stDef_EncodedClip> pClip,
-                std::shared_ptr<const stDef_EncodedClip> pOther, int nChannel,
-                std::shared_ptr<stDef_FeedFaults> pFaults);
+    /// The media must be configured and not yet prepared. Encodes the clip if it is the first use.
+    CStreamFeed(GstRTSPMedia* pMedia, std::shared_ptr<const stDef_StreamMount> pMount);
     ~CStreamFeed();
     CStreamFeed(const CStreamFeed&) = delete;
     CStreamFeed& operator=(const CStreamFeed&) = delete;
 
-    /// Pushes what is due; false once nobody takes it any more.
-    bool m_F_b_PushDue();
+    /// Called when the media is prepared: what leaves it passes the faults from here on.
+    void m_S_OnPrepared(GstRTSPMedia* pMedia);
+
+    /// Pushes what is due and tells when to be called next; times in nanoseconds of the steady clock. For one thread.
+    std::int64_t m_F_n_Push(std::int64_t nNowNs);
 
 private:
-    bool m_F_b_PushVideo(std::int64_t nDueNs);
-    bool m_F_b_PushAudio(std::int64_t nDueNs);
+    struct stDef_Track
+    {
+        GstElement* pSource = nullptr; ///< an appsrc
+        std::int64_t nPeriodNs = 0;
+        std::int64_t nDueNs = 0;
+    };
+    template <typename Piece>
+    void m_S_PushTrack(stDef_Track& stTrack, std::int64_t nNowNs, std::int64_t nBaseNs, Piece nextPiece);
+    const std::vector<std::uint8_t>& m_F_ar_NextPicture();
+    const std::vector<std::uint8_t>& m_F_ar_NextSound();
+    void m_S_ChooseClip();
+    void m_S_SkipToKey();
 
-    GstElement* vm_pVideo;
-    GstElement* vm_pAudio;
+    std::shared_ptr<const stDef_StreamMount> vm_pMount;
     std::shared_ptr<const stDef_EncodedClip> vm_pClip;
-    std::shared_ptr<const stDef_EncodedClip> vm_pOther;
-    std::vector<std::uint8_t> vm_arTone; ///< one second of PCMU
-    std::shared_ptr<stDef_FeedFaults> vm_pFaults;
-    std::int64_t vm_nStartNs;
-    std::int64_t vm_nNextFrame = 0; ///< since the start
-    std::int64_t vm_nNextSound = 0; ///< pieces since the start
-    bool vm_bNeedKey = false;       ///< after a gap a key frame comes first
+    std::vector<std::uint8_t> vm_arSound;
+    std::vector<std::uint8_t> vm_arPiece;
+    stDef_Track vm_stVideo;
+    stDef_Track vm_stAudio;
+    std::size_t vm_nFrame = 0;
+    std::size_t vm_nSound = 0;
+    std::atomic<bool> vm_bPrepared{false};
     bool vm_bOther = false;
+    bool vm_bHeld = false; ///< a pause was kept; a key frame comes next
 };

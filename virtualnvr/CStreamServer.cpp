@@ -1,470 +1,307 @@
 #include "CStreamServer.h"
 
-#include "CSocket.h"
+#include "CClipLibrary.h"
+#include "CFeedClock.h"
+#include "CGstPlugins.h"
+#include "CLoopThread.h"
 #include "CStreamFeed.h"
+#include "CStreamGate.h"
+#include "stDef_StreamMount.h"
 
 #include <algorithm>
-#include <arpa/inet.h>
-#include <condition_variable>
-#include <functional>
-#include <gst/gst.h>
+#include <atomic>
+#include <chrono>
+#include <gio/gio.h>
 #include <gst/rtsp-server/rtsp-server.h>
-#include <list>
-#include <netdb.h>
-#include <set>
-#include <sys/socket.h>
+#include <mutex>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
-constexpr int MaxChannels = 64;
-constexpr guint FeedEveryMs = 20;
-constexpr int FirstLineMs = 30000; ///< a connection that says nothing is closed
-constexpr const char* Role = "viewer";
-constexpr const char* Launch =
-    "( appsrc name=video is-live=true format=time min-latency=0 "
-    "caps=video/x-h264,stream-format=byte-stream,alignment=au"
-    " ! h264parse ! rtph264pay name=pay0 pt=96 config-interval=-1 aggregate-mode=zero-latency"
-    " appsrc name=audio is-live=true format=time caps=audio/x-mulaw,rate=8000,channels=1 ! rtppcmupay name=pay1 pt=0 )";
+constexpr int g_nMaxChannels = 64;
+constexpr auto g_nStopLimit = std::chrono::seconds(3);
+constexpr guint g_nCleanUpSeconds = 5;
+constexpr const char* g_pszRole = "viewer";
 
-/// What is wrong with a mount at present.
-struct stDef_Mount
+// The access units bring their parameter sets along; the payloader takes those of the description from the first one.
+constexpr const char* g_pszLaunch =
+    "( appsrc name=video is-live=true format=time emit-signals=false "
+    "caps=video/x-h264,stream-format=byte-stream,alignment=au ! rtph264pay name=pay0 pt=96 "
+    "appsrc name=audio is-live=true format=time emit-signals=false "
+    "caps=audio/x-mulaw,rate=8000,channels=1 ! rtppcmupay name=pay1 pt=0 )";
+
+struct stDef_Mounted
 {
-    std::string sPath;
-    int nChannel = 0;
-    bool bSecond = false;
-    bool bMissing = false;
-    std::string sConnection; ///< "silent", "garbage" or nothing
-    std::shared_ptr<stDef_FeedFaults> pFeed = std::make_shared<stDef_FeedFaults>();
+    std::shared_ptr<stDef_StreamMount> pMount;
+    GstRTSPMediaFactory* pFactory = nullptr; ///< one reference
 };
 
-/// Path of the first request on a connection: "OPTIONS rtsp://host:port/stream/CH0 RTSP/1.0" or "GET /stream/CH0
-/// HTTP/1.0".
-std::string FirstPath(const std::string& sText)
+using FaultSetter = void (*)(stDef_StreamMount& stMount, long nArg);
+
+struct stDef_FaultRow
 {
-    const auto nBegin = sText.find(' ');
-    const auto nEnd = sText.find(' ', nBegin + 1);
-    if (nBegin == sText.npos || nEnd == sText.npos)
-        return {};
-    std::string sTarget = sText.substr(nBegin + 1, nEnd - nBegin - 1);
-    const auto nHost = sTarget.find("://");
-    if (nHost != sTarget.npos)
-        sTarget.erase(0, std::min(sTarget.find('/', nHost + 3), sTarget.size()));
-    return sTarget;
+    std::string_view sName;
+    FaultSetter set; ///< what it does to one mount; the rest of the connections' faults stands in m_S_AfterFault
+};
+
+constexpr stDef_FaultRow g_arFaults[] = {
+    {"silent", [](stDef_StreamMount& st, long) { st.bSilent = true; }},
+    {"garbage", [](stDef_StreamMount& st, long) { st.bGarbage = true; }},
+    {"killed", [](stDef_StreamMount&, long) {}},
+    {"refuse", [](stDef_StreamMount&, long) {}},
+    {"missing", [](stDef_StreamMount& st, long) { st.bMissing = true; }},
+    {"paused", [](stDef_StreamMount& st, long) { st.bPaused = true; }},
+    {"jump", [](stDef_StreamMount& st, long nMs) { st.nJumpMs += nMs; }},
+    {"params", [](stDef_StreamMount& st, long) { st.bOtherClip = true; }},
+    {"none",
+     [](stDef_StreamMount& st, long) { st.bSilent = st.bGarbage = st.bMissing = st.bPaused = st.bOtherClip = false; }},
+};
+
+// ---- a media and its feed
+
+struct stDef_Configure
+{
+    std::shared_ptr<stDef_StreamMount> pMount;
+    std::shared_ptr<CFeedClock> pClock;
+};
+
+// Belongs to a media's signal handlers, and so lives as long as the media.
+struct stDef_Fed
+{
+    std::shared_ptr<CStreamFeed> pFeed;
+    std::shared_ptr<CFeedClock> pClock;
+    ~stDef_Fed() { pClock->m_S_Remove(pFeed.get()); }
+};
+
+void OnPrepared(GstRTSPMedia* pMedia, gpointer pFed)
+{
+    static_cast<stDef_Fed*>(pFed)->pFeed->m_S_OnPrepared(pMedia);
+}
+
+void OnUnprepared(GstRTSPMedia*, gpointer pFed)
+{
+    const auto* pGone = static_cast<stDef_Fed*>(pFed);
+    pGone->pClock->m_S_Remove(pGone->pFeed.get());
+}
+
+void OnConfigure(GstRTSPMediaFactory*, GstRTSPMedia* pMedia, gpointer pData)
+{
+    const auto* pConfigure = static_cast<stDef_Configure*>(pData);
+    auto* pFed = new stDef_Fed{std::make_shared<CStreamFeed>(pMedia, pConfigure->pMount), pConfigure->pClock};
+    g_signal_connect(pMedia, "prepared", G_CALLBACK(&OnPrepared), pFed);
+    g_signal_connect_data(
+        pMedia, "unprepared", G_CALLBACK(&OnUnprepared), pFed,
+        [](gpointer pGone, GClosure*) { delete static_cast<stDef_Fed*>(pGone); }, GConnectFlags(0));
+    pFed->pClock->m_S_Add(pFed->pFeed);
+}
+
+GstRTSPMediaFactory* MakeFactory(const stDef_Configure& stConfigure)
+{
+    GstRTSPMediaFactory* pFactory = gst_rtsp_media_factory_new();
+    gst_rtsp_media_factory_set_launch(pFactory, g_pszLaunch);
+    // A media of its own for each client: it costs little without an encoder, begins with a key frame at once, and a
+    // client that joins a playing media over another transport can leave one of its streams mute for all.
+    gst_rtsp_media_factory_set_shared(pFactory, FALSE);
+    gst_rtsp_media_factory_add_role(pFactory, g_pszRole, GST_RTSP_PERM_MEDIA_FACTORY_ACCESS, G_TYPE_BOOLEAN, TRUE,
+                                    GST_RTSP_PERM_MEDIA_FACTORY_CONSTRUCT, G_TYPE_BOOLEAN, TRUE, nullptr);
+    g_signal_connect_data(
+        pFactory, "media-configure", G_CALLBACK(&OnConfigure), new stDef_Configure(stConfigure),
+        [](gpointer pGone, GClosure*) { delete static_cast<stDef_Configure*>(pGone); }, GConnectFlags(0));
+    return pFactory;
+}
+
+int CountPlaying(GstRTSPServer* pServer)
+{
+    int nPlaying = 0;
+    const auto countMedia = [](GstRTSPSession*, GstRTSPSessionMedia* pMedia, gpointer pCount) {
+        if (gst_rtsp_session_media_get_rtsp_state(pMedia) == GST_RTSP_STATE_PLAYING)
+            ++*static_cast<int*>(pCount);
+        return GST_RTSP_FILTER_KEEP;
+    };
+    GstRTSPSessionPool* pPool = gst_rtsp_server_get_session_pool(pServer);
+    GList* pSessions = gst_rtsp_session_pool_filter(pPool, nullptr, nullptr);
+    for (GList* pEach = pSessions; pEach != nullptr; pEach = pEach->next)
+        gst_rtsp_session_filter(GST_RTSP_SESSION(pEach->data), countMedia, &nPlaying);
+    g_list_free_full(pSessions, g_object_unref);
+    g_object_unref(pPool);
+    return nPlaying;
+}
+
+bool HasClients(GstRTSPServer* pServer)
+{
+    GList* pClients = gst_rtsp_server_client_filter(pServer, nullptr, nullptr);
+    const bool bAny = pClients != nullptr;
+    g_list_free_full(pClients, g_object_unref);
+    return bAny;
 }
 
 } // namespace
 
 struct CStreamServer::stDef_Impl
 {
-    struct stDef_Pending
-    {
-        CSocket objSocket;
-        std::atomic<bool> bDone{false};
-        std::thread objThread;
-        explicit stDef_Pending(int nSocket) : objSocket(nSocket) {}
-    };
-
+    mutable std::mutex objLock; ///< Start and Stop against everything else; never taken by the server's own threads
     stDef_StreamConfig stConfig;
-    CClipLibrary objClips;
-    GMainContext* pContext = nullptr;
-    GMainLoop* pLoop = nullptr;
+    std::shared_ptr<CFeedClock> pClock;
+    std::unique_ptr<CLoopThread> pLoop; ///< null while stopped
+    std::unique_ptr<CStreamGate> pGate; ///< for the loop's thread
     GstRTSPServer* pServer = nullptr;
-    std::thread objLoop, objAcceptor, objPrefetch;
-    std::unique_ptr<CSocket> pListener;
-    std::list<stDef_Pending> arPending; ///< of the acceptor's thread
-    std::mutex objMutex;                ///< guards what follows
-    std::vector<stDef_Mount> arMounts;
-    std::set<GstRTSPClient*> setPlaying;
-    bool bRefused = false; ///< the port is closed
-    std::condition_variable objRefused;
-    std::map<GstRTSPMedia*, std::unique_ptr<CStreamFeed>> mapFeeds;
-    std::atomic<bool> bStop{false}, bRunning{false}, bRefuse{false};
-    int nPort = 0;
+    GSource* pCleanUp = nullptr;
+    std::vector<stDef_Mounted> arMounts; ///< unchanged while running
+    std::atomic<int> nPort{0};
 
-    bool Start(std::string& sError);
-    void Stop();
-    void AddMounts();
-    void AddFactory(const stDef_Mount& stMount);
-    void AddAccounts();
-    void Accept();
-    void HoldClosed();
-    void Reap(bool bAll);
-    void Dispatch(stDef_Pending& stPending);
-    bool Transfer(int nSocket, const std::string& sPeer, int nPeerPort, const std::string& sInitial);
-    std::string ConnectionFault(const std::string& sPath);
-    void OnConfigure(GstRTSPMedia* pMedia, const std::string& sPath);
-    void OnClient(GstRTSPClient* pClient);
-    void InLoop(const std::function<void()>& work);
-    void ApplyMissing(const std::vector<stDef_Mount>& arChanged);
-    void CloseConnections();
-    void SetRefuse(bool bRefuseNow);
-    static gboolean FeedAll(gpointer pSelf);
+    bool m_F_b_Start(std::string& sError);
+    void m_S_Stop();
+    void m_S_AddAccounts();
+    void m_S_AddMounts();
+    void m_S_ShowMount(const stDef_Mounted& stMounted) const;
+    void m_S_AddCleanUp();
+    emDef_Gate m_F_n_Judge(const std::string& sPath) const;
+    void m_S_Pass(CStreamGate::stDef_Arrival& stArrival) const;
+    bool m_F_b_AfterFault(std::string_view sName, const std::vector<const stDef_Mounted*>& arMatched);
 };
 
-gboolean CStreamServer::stDef_Impl::FeedAll(gpointer pSelf)
-{
-    auto& self = *static_cast<stDef_Impl*>(pSelf);
-    const std::lock_guard lock(self.objMutex);
-    for (auto& [pMedia, pFeed] : self.mapFeeds)
-        if (pFeed && !pFeed->m_F_b_PushDue())
-            pFeed.reset();
-    return G_SOURCE_CONTINUE;
-}
-
-/// Runs something on the streaming thread and waits for it.
-void CStreamServer::stDef_Impl::InLoop(const std::function<void()>& work)
-{
-    struct stDef_Call
-    {
-        const std::function<void()>& work;
-        std::mutex objMutex;
-        std::condition_variable objDone;
-        bool bDone = false;
-    } stCall{work, {}, {}, false};
-    g_main_context_invoke(
-        pContext,
-        [](gpointer pCall) -> gboolean {
-            auto& st = *static_cast<stDef_Call*>(pCall);
-            st.work();
-            const std::lock_guard lock(st.objMutex);
-            st.bDone = true;
-            st.objDone.notify_one();
-            return G_SOURCE_REMOVE;
-        },
-        &stCall);
-    std::unique_lock lock(stCall.objMutex);
-    stCall.objDone.wait(lock, [&] { return stCall.bDone; });
-}
-
-void CStreamServer::stDef_Impl::OnConfigure(GstRTSPMedia* pMedia, const std::string& sPath)
-{
-    GstElement* pBin = gst_rtsp_media_get_element(pMedia);
-    GstElement* pVideo = gst_bin_get_by_name_recurse_up(GST_BIN(pBin), "video");
-    GstElement* pAudio = gst_bin_get_by_name_recurse_up(GST_BIN(pBin), "audio");
-    gst_object_unref(pBin);
-    int nChannel = 0;
-    bool bSecond = false;
-    std::shared_ptr<stDef_FeedFaults> pFaults;
-    {
-        const std::lock_guard lock(objMutex);
-        for (const stDef_Mount& stMount : arMounts)
-            if (stMount.sPath == sPath) {
-                nChannel = stMount.nChannel;
-                bSecond = stMount.bSecond;
-                pFaults = stMount.pFeed;
-            }
-    }
-    auto pClip = objClips.m_F_p_Get(nChannel, bSecond);
-    auto pOther = objClips.m_F_p_Get(nChannel, !bSecond);
-    if (!pClip || !pOther || !pFaults) {
-        gst_object_unref(pVideo);
-        gst_object_unref(pAudio);
-        return;
-    }
-    auto pFeed = std::make_unique<CStreamFeed>(pVideo, pAudio, pClip, pOther, nChannel, pFaults);
-    const std::lock_guard lock(objMutex);
-    mapFeeds[pMedia] = std::move(pFeed);
-    g_signal_connect(pMedia, "unprepared", G_CALLBACK(+[](GstRTSPMedia* pGone, gpointer pSelf) {
-                         auto& self = *static_cast<stDef_Impl*>(pSelf);
-                         std::unique_ptr<CStreamFeed> pEnded;
-                         const std::lock_guard guard(self.objMutex);
-                         const auto it = self.mapFeeds.find(pGone);
-                         if (it != self.mapFeeds.end())
-                             self.mapFeeds.erase(it);
-                     }),
-                     this);
-}
-
-void CStreamServer::stDef_Impl::AddFactory(const stDef_Mount& stMount)
-{
-    struct stDef_Context
-    {
-        stDef_Impl* pSelf;
-        std::string sPath;
-    };
-    GstRTSPMediaFactory* pFactory = gst_rtsp_media_factory_new();
-    gst_rtsp_media_factory_set_launch(pFactory, Launch);
-    gst_rtsp_media_factory_set_shared(pFactory, TRUE);
-    if (!stConfig.arAccounts.empty())
-        gst_rtsp_media_factory_add_role(pFactory, Role, GST_RTSP_PERM_MEDIA_FACTORY_ACCESS, G_TYPE_BOOLEAN, TRUE,
-                                        GST_RTSP_PERM_MEDIA_FACTORY_CONSTRUCT, G_TYPE_BOOLEAN, TRUE, nullptr);
-    g_signal_connect_data(
-        pFactory, "media-configure", G_CALLBACK(+[](GstRTSPMediaFactory*, GstRTSPMedia* pMedia, gpointer pGiven) {
-            const auto& st = *static_cast<stDef_Context*>(pGiven);
-            st.pSelf->OnConfigure(pMedia, st.sPath);
-        }),
-        new stDef_Context{this, stMount.sPath},
-        [](gpointer pGiven, GClosure*) { delete static_cast<stDef_Context*>(pGiven); }, GConnectFlags(0));
-    GstRTSPMountPoints* pMounts = gst_rtsp_server_get_mount_points(pServer);
-    gst_rtsp_mount_points_add_factory(pMounts, stMount.sPath.c_str(), pFactory);
-    g_object_unref(pMounts);
-}
-
-void CStreamServer::stDef_Impl::AddMounts()
-{
-    for (int nChannel = 0; nChannel < stConfig.nChannels; ++nChannel)
-        for (const bool bSecond : {false, true}) {
-            stDef_Mount stMount;
-            stMount.sPath = std::string("/stream/") + (bSecond ? "SCH" : "CH") + std::to_string(nChannel);
-            stMount.nChannel = nChannel;
-            stMount.bSecond = bSecond;
-            AddFactory(stMount);
-            arMounts.push_back(std::move(stMount));
-        }
-}
-
-void CStreamServer::stDef_Impl::AddAccounts()
+void CStreamServer::stDef_Impl::m_S_AddAccounts()
 {
     if (stConfig.arAccounts.empty())
         return;
     GstRTSPAuth* pAuth = gst_rtsp_auth_new();
     gst_rtsp_auth_set_supported_methods(pAuth, GstRTSPAuthMethod(GST_RTSP_AUTH_BASIC | GST_RTSP_AUTH_DIGEST));
-    GstRTSPToken* pToken = gst_rtsp_token_new(GST_RTSP_TOKEN_MEDIA_FACTORY_ROLE, G_TYPE_STRING, Role, nullptr);
+    GstRTSPToken* pToken = gst_rtsp_token_new(GST_RTSP_TOKEN_MEDIA_FACTORY_ROLE, G_TYPE_STRING, g_pszRole, nullptr);
     for (const stDef_Account& stAccount : stConfig.arAccounts) {
-        gchar* pBasic = gst_rtsp_auth_make_basic(stAccount.sUser.c_str(), stAccount.sPassword.c_str());
-        gst_rtsp_auth_add_basic(pAuth, pBasic, pToken);
+        gchar* pszBasic = gst_rtsp_auth_make_basic(stAccount.sUser.c_str(), stAccount.sPassword.c_str());
+        gst_rtsp_auth_add_basic(pAuth, pszBasic, pToken);
         gst_rtsp_auth_add_digest(pAuth, stAccount.sUser.c_str(), stAccount.sPassword.c_str(), pToken);
-        g_free(pBasic);
+        g_free(pszBasic);
     }
     gst_rtsp_token_unref(pToken);
     gst_rtsp_server_set_auth(pServer, pAuth);
     g_object_unref(pAuth);
 }
 
-void CStreamServer::stDef_Impl::OnClient(GstRTSPClient* pClient)
+void CStreamServer::stDef_Impl::m_S_ShowMount(const stDef_Mounted& stMounted) const
 {
-    const auto forget = +[](GstRTSPClient* pGone, gpointer pSelf) {
-        auto& self = *static_cast<stDef_Impl*>(pSelf);
-        const std::lock_guard lock(self.objMutex);
-        self.setPlaying.erase(pGone);
-    };
-    g_signal_connect(pClient, "play-request", G_CALLBACK(+[](GstRTSPClient* pPlays, GstRTSPContext*, gpointer pSelf) {
-                         auto& self = *static_cast<stDef_Impl*>(pSelf);
-                         const std::lock_guard lock(self.objMutex);
-                         self.setPlaying.insert(pPlays);
-                     }),
-                     this);
-    g_signal_connect(pClient, "teardown-request",
-                     G_CALLBACK(+[](GstRTSPClient* pGone, GstRTSPContext*, gpointer pSelf) {
-                         auto& self = *static_cast<stDef_Impl*>(pSelf);
-                         const std::lock_guard lock(self.objMutex);
-                         self.setPlaying.erase(pGone);
-                     }),
-                     this);
-    g_signal_connect(pClient, "closed", G_CALLBACK(forget), this);
+    GstRTSPMountPoints* pPoints = gst_rtsp_server_get_mount_points(pServer);
+    const char* pszPath = stMounted.pMount->sPath.c_str();
+    GstRTSPMediaFactory* pShown = gst_rtsp_mount_points_match(pPoints, pszPath, nullptr);
+    if (pShown != nullptr && stMounted.pMount->bMissing)
+        gst_rtsp_mount_points_remove_factory(pPoints, pszPath);
+    else if (pShown == nullptr && !stMounted.pMount->bMissing)
+        gst_rtsp_mount_points_add_factory(pPoints, pszPath, GST_RTSP_MEDIA_FACTORY(g_object_ref(stMounted.pFactory)));
+    g_clear_object(&pShown);
+    g_object_unref(pPoints);
 }
 
-bool CStreamServer::stDef_Impl::Start(std::string& sError)
+void CStreamServer::stDef_Impl::m_S_AddMounts()
 {
-    gst_init(nullptr, nullptr);
-    sError = CClipLibrary::s_F_s_Missing();
-    if (!sError.empty())
+    for (int n = 0; n < 2 * stConfig.nChannels; ++n) {
+        auto pMount = std::make_shared<stDef_StreamMount>();
+        pMount->nChannel = n / 2;
+        pMount->bSecond = n % 2 != 0;
+        pMount->sPath = (pMount->bSecond ? "/stream/SCH" : "/stream/CH") + std::to_string(pMount->nChannel);
+        arMounts.push_back({pMount, MakeFactory({pMount, pClock})});
+        m_S_ShowMount(arMounts.back());
+    }
+}
+
+// Sessions of clients that went away without a word end some time.
+void CStreamServer::stDef_Impl::m_S_AddCleanUp()
+{
+    pCleanUp = g_timeout_source_new_seconds(g_nCleanUpSeconds);
+    g_source_set_callback(
+        pCleanUp,
+        [](gpointer pPool) -> gboolean {
+            gst_rtsp_session_pool_cleanup(static_cast<GstRTSPSessionPool*>(pPool));
+            return G_SOURCE_CONTINUE;
+        },
+        gst_rtsp_server_get_session_pool(pServer), &g_object_unref);
+    g_source_attach(pCleanUp, pLoop->m_F_p_Context());
+}
+
+emDef_Gate CStreamServer::stDef_Impl::m_F_n_Judge(const std::string& sPath) const
+{
+    for (const auto& stMounted : arMounts) {
+        const stDef_StreamMount& stMount = *stMounted.pMount;
+        if (sPath != stMount.sPath && !sPath.starts_with(stMount.sPath + "/"))
+            continue;
+        return stMount.bSilent ? emDef_Gate::Silent : stMount.bGarbage ? emDef_Gate::Garbage : emDef_Gate::Pass;
+    }
+    return emDef_Gate::Pass;
+}
+
+void CStreamServer::stDef_Impl::m_S_Pass(CStreamGate::stDef_Arrival& stArrival) const
+{
+    const char* pszInitial = stArrival.sInitial.empty() ? nullptr : stArrival.sInitial.c_str();
+    gst_rtsp_server_transfer_connection(pServer, stArrival.pSocket, stArrival.sPeer.c_str(), stArrival.nPeerPort,
+                                        pszInitial);
+}
+
+bool CStreamServer::stDef_Impl::m_F_b_Start(std::string& sError)
+{
+    if (!CGstPlugins::s_F_b_Load(sError))
         return false;
-    pListener = std::make_unique<CSocket>();
-    if (!pListener->m_F_b_Listen(stConfig.sBind, stConfig.nPort, sError))
-        return false;
-    nPort = pListener->m_F_n_Port();
-    pContext = g_main_context_new();
-    pLoop = g_main_loop_new(pContext, FALSE);
+    pClock = std::make_shared<CFeedClock>();
     pServer = gst_rtsp_server_new();
-    AddAccounts();
-    AddMounts();
-    g_signal_connect(pServer, "client-connected",
-                     G_CALLBACK(+[](GstRTSPServer*, GstRTSPClient* pClient, gpointer pSelf) {
-                         static_cast<stDef_Impl*>(pSelf)->OnClient(pClient);
-                     }),
-                     this);
-    GSource* pTimer = g_timeout_source_new(FeedEveryMs);
-    g_source_set_callback(pTimer, &FeedAll, this, nullptr);
-    g_source_attach(pTimer, pContext);
-    g_source_unref(pTimer);
-    bStop = bRefuse = false;
-    objLoop = std::thread([this] {
-        g_main_context_push_thread_default(pContext);
-        g_main_loop_run(pLoop);
-        g_main_context_pop_thread_default(pContext);
-    });
-    objAcceptor = std::thread([this] { Accept(); });
-    objPrefetch = std::thread([this] {
-        for (int nChannel = 0; nChannel < std::min(stConfig.nChannels, 4) && !bStop; ++nChannel)
-            for (const bool bSecond : {false, true})
-                objClips.m_F_p_Get(nChannel, bSecond);
-    });
-    bRunning = true;
-    return true;
+    m_S_AddAccounts();
+    m_S_AddMounts();
+    pLoop = std::make_unique<CLoopThread>();
+    pGate = std::make_unique<CStreamGate>(
+        pLoop->m_F_p_Context(), [this](const std::string& sPath) { return m_F_n_Judge(sPath); },
+        [this](CStreamGate::stDef_Arrival& stArrival) { m_S_Pass(stArrival); });
+    bool bListens = false;
+    pLoop->m_S_Call([&] { bListens = pGate->m_F_b_Listen(stConfig.sBind, stConfig.nPort, sError); });
+    m_S_AddCleanUp();
+    if (!bListens)
+        m_S_Stop();
+    else
+        nPort = pGate->m_F_n_Port();
+    return bListens;
 }
 
-void CStreamServer::stDef_Impl::Stop()
+// Cut connections end on the threads of their clients, and with the last client of a media its pipeline.
+void CStreamServer::stDef_Impl::m_S_Stop()
 {
-    if (!bRunning)
+    if (!pLoop)
         return;
-    bStop = true;
-    bRunning = false;
-    {
-        const std::lock_guard lock(objMutex);
-        pListener->m_S_Wake();
-        objRefused.notify_all();
-    }
-    objAcceptor.join();
-    objPrefetch.join();
-    Reap(true);
-    CloseConnections();
-    GstRTSPSessionPool* pSessions = gst_rtsp_server_get_session_pool(pServer);
-    gst_rtsp_session_pool_filter(
-        pSessions, [](GstRTSPSessionPool*, GstRTSPSession*, gpointer) { return GST_RTSP_FILTER_REMOVE; }, nullptr);
-    g_object_unref(pSessions);
-    g_main_loop_quit(pLoop);
-    objLoop.join();
-    g_object_unref(pServer);
-    g_main_loop_unref(pLoop);
-    g_main_context_unref(pContext);
-    mapFeeds.clear();
-    arMounts.clear();
-    setPlaying.clear();
-    pListener.reset();
     nPort = 0;
+    pLoop->m_S_Call([this] { pGate.reset(); });
+    const auto tLimit = std::chrono::steady_clock::now() + g_nStopLimit;
+    while (HasClients(pServer) && std::chrono::steady_clock::now() < tLimit)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    GstRTSPSessionPool* pPool = gst_rtsp_server_get_session_pool(pServer);
+    const auto removeAll = [](GstRTSPSessionPool*, GstRTSPSession*, gpointer) { return GST_RTSP_FILTER_REMOVE; };
+    g_list_free_full(gst_rtsp_session_pool_filter(pPool, removeAll, nullptr), g_object_unref);
+    g_object_unref(pPool);
+    g_source_destroy(pCleanUp);
+    g_source_unref(pCleanUp);
+    pLoop.reset();
+    for (const stDef_Mounted& stMounted : arMounts)
+        g_object_unref(stMounted.pFactory);
+    arMounts.clear();
+    g_clear_object(&pServer);
+    pClock.reset();
 }
 
-void CStreamServer::stDef_Impl::Reap(bool bAll)
+bool CStreamServer::stDef_Impl::m_F_b_AfterFault(std::string_view sName,
+                                                 const std::vector<const stDef_Mounted*>& arMatched)
 {
-    for (auto it = arPending.begin(); it != arPending.end();) {
-        if (bAll)
-            it->objSocket.m_S_Wake();
-        if (!bAll && !it->bDone) {
-            ++it;
-            continue;
-        }
-        it->objThread.join();
-        it = arPending.erase(it);
-    }
-}
-
-/// The port stays closed until nobody wants it to any more.
-void CStreamServer::stDef_Impl::HoldClosed()
-{
-    std::unique_lock lock(objMutex);
-    pListener->m_S_Close();
-    bRefused = true;
-    objRefused.notify_all();
-    objRefused.wait(lock, [&] { return !bRefuse || bStop; });
-    std::string sIgnored;
-    if (!bStop)
-        pListener->m_F_b_Listen(stConfig.sBind, nPort, sIgnored);
-    bRefused = false;
-    objRefused.notify_all();
-}
-
-/// Every connection is looked at here first, for the faults that show before a word is answered.
-void CStreamServer::stDef_Impl::Accept()
-{
-    while (!bStop) {
-        if (bRefuse)
-            HoldClosed();
-        const int nSocket = pListener->m_F_n_Accept();
-        Reap(false);
-        if (nSocket < 0)
-            continue;
-        stDef_Pending& stPending = arPending.emplace_back(nSocket);
-        stPending.objThread = std::thread([this, &stPending] {
-            Dispatch(stPending);
-            stPending.bDone = true;
+    for (const stDef_Mounted* pMounted : arMatched)
+        m_S_ShowMount(*pMounted);
+    if (sName == "killed") {
+        pLoop->m_S_Call([&] {
+            pGate->m_S_Cut([&](const std::string& sPath) {
+                return std::any_of(arMatched.begin(), arMatched.end(), [&](const stDef_Mounted* pMounted) {
+                    return sPath == pMounted->pMount->sPath || sPath.starts_with(pMounted->pMount->sPath + "/");
+                });
+            });
         });
     }
-}
-
-std::string CStreamServer::stDef_Impl::ConnectionFault(const std::string& sPath)
-{
-    const std::lock_guard lock(objMutex);
-    const auto it = std::find_if(arMounts.begin(), arMounts.end(), [&](const stDef_Mount& stMount) {
-        return sPath == stMount.sPath || sPath.starts_with(stMount.sPath + "/");
-    });
-    return it == arMounts.end() ? std::string() : it->sConnection;
-}
-
-void CStreamServer::stDef_Impl::Dispatch(stDef_Pending& stPending)
-{
-    std::string sInitial;
-    char arPiece[4096];
-    while (sInitial.find('\n') == std::string::npos && sInitial.size() < sizeof arPiece) {
-        const long nRead = stPending.objSocket.m_F_n_Read(arPiece, sizeof arPiece, FirstLineMs);
-        if (nRead <= 0)
-            return stPending.objSocket.m_S_Close();
-        sInitial.append(arPiece, static_cast<std::size_t>(nRead));
+    bool bDone = true;
+    if (sName == "refuse" || sName == "none") {
+        std::string sIgnored;
+        pLoop->m_S_Call([&] { bDone = pGate->m_F_b_SetRefused(sName == "refuse", sIgnored); });
     }
-    const std::string sFault = ConnectionFault(FirstPath(sInitial));
-    if (sFault == "silent") {
-        while (stPending.objSocket.m_F_n_Read(arPiece, sizeof arPiece) > 0) {
-        }
-        return stPending.objSocket.m_S_Close();
-    }
-    if (sFault == "garbage") {
-        stPending.objSocket.m_F_b_Write("\x01\x02 this is no RTSP \xff\xfe\r\n\r\n\x03\r\n\r\n");
-        stPending.objSocket.m_S_EndGently();
-        return stPending.objSocket.m_S_Close();
-    }
-    sockaddr_storage stPeer{};
-    socklen_t nLength = sizeof stPeer;
-    const int nSocket = stPending.objSocket.m_F_n_Release();
-    char szHost[NI_MAXHOST] = "127.0.0.1", szPort[NI_MAXSERV] = "1";
-    if (::getpeername(nSocket, reinterpret_cast<sockaddr*>(&stPeer), &nLength) == 0)
-        ::getnameinfo(reinterpret_cast<sockaddr*>(&stPeer), nLength, szHost, sizeof szHost, szPort, sizeof szPort,
-                      NI_NUMERICHOST | NI_NUMERICSERV);
-    Transfer(nSocket, szHost, std::atoi(szPort), sInitial);
-}
-
-bool CStreamServer::stDef_Impl::Transfer(int nSocket, const std::string& sPeer, int nPeerPort,
-                                         const std::string& sInitial)
-{
-    CSocket objOwned(nSocket);
-    if (!bRunning)
-        return false;
-    GError* pError = nullptr;
-    GSocket* pSocket = g_socket_new_from_fd(nSocket, &pError);
-    g_clear_error(&pError);
-    if (!pSocket)
-        return false;
-    objOwned.m_F_n_Release();
-    bool bTaken = false;
-    InLoop([&] {
-        bTaken = gst_rtsp_server_transfer_connection(pServer, pSocket, sPeer.c_str(), nPeerPort, sInitial.c_str());
-    });
-    return bTaken;
-}
-
-/// Takes away the mounts that are to be missing, and puts back those that no longer are.
-void CStreamServer::stDef_Impl::ApplyMissing(const std::vector<stDef_Mount>& arChanged)
-{
-    InLoop([&] {
-        GstRTSPMountPoints* pMounts = gst_rtsp_server_get_mount_points(pServer);
-        for (const stDef_Mount& stMount : arChanged) {
-            GstRTSPMediaFactory* pThere = gst_rtsp_mount_points_match(pMounts, stMount.sPath.c_str(), nullptr);
-            if (pThere && stMount.bMissing)
-                gst_rtsp_mount_points_remove_factory(pMounts, stMount.sPath.c_str());
-            else if (!pThere && !stMount.bMissing)
-                AddFactory(stMount);
-            g_clear_object(&pThere);
-        }
-        g_object_unref(pMounts);
-    });
-}
-
-void CStreamServer::stDef_Impl::CloseConnections()
-{
-    GList* pClosed = gst_rtsp_server_client_filter(
-        pServer, [](GstRTSPServer*, GstRTSPClient*, gpointer) { return GST_RTSP_FILTER_REMOVE; }, nullptr);
-    g_list_free(pClosed);
-}
-
-/// In force when it returns: the acceptor confirms by closing or opening the port.
-void CStreamServer::stDef_Impl::SetRefuse(bool bRefuseNow)
-{
-    std::unique_lock lock(objMutex);
-    bRefuse = bRefuseNow;
-    if (bRefuse)
-        pListener->m_S_Wake();
-    objRefused.notify_all();
-    objRefused.wait(lock, [&] { return bRefused == bRefuse || bStop; });
+    return bDone;
 }
 
 CStreamServer::CStreamServer() : vm_pImpl(std::make_unique<stDef_Impl>()) {}
@@ -476,21 +313,23 @@ CStreamServer::~CStreamServer()
 
 bool CStreamServer::m_F_b_Start(const stDef_StreamConfig& stConfig, std::string& sError)
 {
-    if (vm_pImpl->bRunning) {
+    const std::lock_guard objGuard(vm_pImpl->objLock);
+    if (vm_pImpl->pLoop) {
         sError = "the streams run already";
         return false;
     }
-    if (stConfig.nChannels < 1 || stConfig.nChannels > MaxChannels) {
-        sError = "channels: 1 to " + std::to_string(MaxChannels);
+    if (stConfig.nChannels < 1 || stConfig.nChannels > g_nMaxChannels) {
+        sError = "channels: 1 to " + std::to_string(g_nMaxChannels);
         return false;
     }
     vm_pImpl->stConfig = stConfig;
-    return vm_pImpl->Start(sError);
+    return vm_pImpl->m_F_b_Start(sError);
 }
 
 void CStreamServer::m_S_Stop()
 {
-    vm_pImpl->Stop();
+    const std::lock_guard objGuard(vm_pImpl->objLock);
+    vm_pImpl->m_S_Stop();
 }
 
 int CStreamServer::m_F_n_Port() const
@@ -501,42 +340,16 @@ int CStreamServer::m_F_n_Port() const
 bool CStreamServer::m_F_b_TransferConnection(int nSocket, const std::string& sPeer, int nPeerPort,
                                              const std::string& sInitial)
 {
-    return vm_pImpl->Transfer(nSocket, sPeer, nPeerPort, sInitial);
+    const std::lock_guard objGuard(vm_pImpl->objLock);
+    GSocket* pSocket = vm_pImpl->pLoop ? g_socket_new_from_fd(nSocket, nullptr) : nullptr;
+    if (pSocket == nullptr) {
+        ::close(nSocket);
+        return false;
+    }
+    g_socket_set_blocking(pSocket, FALSE);
+    vm_pImpl->pLoop->m_S_Call([&] { vm_pImpl->pGate->m_S_Enter({pSocket, sPeer, nPeerPort, sInitial}); });
+    return true;
 }
-
-int CStreamServer::m_F_n_Sessions() const
-{
-    const std::lock_guard lock(vm_pImpl->objMutex);
-    return static_cast<int>(vm_pImpl->setPlaying.size());
-}
-
-namespace {
-
-/// What a fault does to one mount; the connection-wide ones are done beside it.
-struct stDef_FaultRow
-{
-    std::string_view sName;
-    void (*apply)(stDef_Mount& stMount, long nArg);
-};
-
-const stDef_FaultRow g_arFaults[] = {
-    {"silent", [](stDef_Mount& st, long) { st.sConnection = "silent"; }},
-    {"garbage", [](stDef_Mount& st, long) { st.sConnection = "garbage"; }},
-    {"killed", [](stDef_Mount&, long) {}},
-    {"refuse", [](stDef_Mount&, long) {}},
-    {"missing", [](stDef_Mount& st, long) { st.bMissing = true; }},
-    {"paused", [](stDef_Mount& st, long) { st.pFeed->bPaused = true; }},
-    {"jump", [](stDef_Mount& st, long nMs) { st.pFeed->nJumpMs += nMs; }},
-    {"params", [](stDef_Mount& st, long) { st.pFeed->bOtherClip = true; }},
-    {"none",
-     [](stDef_Mount& st, long) {
-         st.sConnection.clear();
-         st.bMissing = false;
-         st.pFeed->bPaused = st.pFeed->bOtherClip = false;
-     }},
-};
-
-} // namespace
 
 const std::vector<std::string_view>& CStreamServer::s_F_ar_FaultNames()
 {
@@ -551,25 +364,28 @@ const std::vector<std::string_view>& CStreamServer::s_F_ar_FaultNames()
 
 bool CStreamServer::m_F_b_SetFault(const std::string& sMountPart, const std::string& sName, long nArg)
 {
-    stDef_Impl& impl = *vm_pImpl;
     const auto* pRow = std::find_if(std::begin(g_arFaults), std::end(g_arFaults),
                                     [&](const stDef_FaultRow& stRow) { return stRow.sName == sName; });
-    if (pRow == std::end(g_arFaults) || !impl.bRunning)
+    const std::lock_guard objGuard(vm_pImpl->objLock);
+    if (pRow == std::end(g_arFaults) || !vm_pImpl->pLoop)
         return false;
-    std::vector<stDef_Mount> arMatched;
-    {
-        const std::lock_guard lock(impl.objMutex);
-        for (stDef_Mount& stMount : impl.arMounts) {
-            if (sMountPart != "*" && stMount.sPath.find(sMountPart) == std::string::npos)
-                continue;
-            pRow->apply(stMount, nArg);
-            arMatched.push_back(stMount);
-        }
+    std::vector<const stDef_Mounted*> arMatched;
+    for (const stDef_Mounted& stMounted : vm_pImpl->arMounts) {
+        stDef_StreamMount& stMount = *stMounted.pMount;
+        if (sMountPart != "*" && stMount.sPath.find(sMountPart) == std::string::npos)
+            continue;
+        // The other clip is ready before a playing feed turns to it.
+        CClipLibrary& objClips = CClipLibrary::s_F_o_Shared();
+        if (sName == "params" && objClips.m_F_b_Has(stMount.nChannel, stMount.bSecond))
+            objClips.m_F_p_Get(stMount.nChannel, !stMount.bSecond);
+        pRow->set(stMount, nArg);
+        arMatched.push_back(&stMounted);
     }
-    impl.ApplyMissing(arMatched);
-    if (sName == "killed")
-        impl.CloseConnections();
-    if (sName == "refuse" || sName == "none")
-        impl.SetRefuse(sName == "refuse");
-    return !arMatched.empty();
+    return !arMatched.empty() && vm_pImpl->m_F_b_AfterFault(sName, arMatched);
+}
+
+int CStreamServer::m_F_n_Sessions() const
+{
+    const std::lock_guard objGuard(vm_pImpl->objLock);
+    return vm_pImpl->pLoop ? CountPlaying(vm_pImpl->pServer) : 0;
 }

@@ -18,8 +18,8 @@ struct stDef_StreamConfig
 
 /// The live streams of a virtual recorder: an RTSP server with the mounts "/stream/CH<n>" (main stream, 640x360) and
 /// "/stream/SCH<n>" (second stream, 320x180) for the channels 0..n-1, each with H.264 at 15 frames a second and with
-/// PCMU audio, over UDP, TCP and HTTP tunnel (on the same port). All clients of a mount share one feed, which loops a
-/// clip that was encoded once. What the pictures carry for tests stands in CPictureCode.h.
+/// PCMU audio, over UDP, TCP and HTTP tunnel (on the same port). A client gets the mount's clip, which was encoded
+/// once, from its first picture on, in a loop. What the pictures carry for tests stands in CPictureCode.h.
 ///
 /// Start and Stop belong to one thread; everything else may be called from any thread.
 class CStreamServer

@@ -232,7 +232,6 @@ void YardMoving(CCanvas& objCanvas, float fPhase, float fSeconds)
 
 constexpr stDef_Shape g_arGate[] = {
     {Box, {0, 0, 640, 200, 0}, 0x0A1230, 0x2C4270},
-    {Grid, {0, 4, 640, 150, 38, 9, 0.05F}, 0x0E1838, 0xE6ECFF, 0.0F},
     {Disc, {96, 92, 46, 46}, 0xDCE6FF, 0xDCE6FF, 0.12F},
     {Disc, {96, 92, 24, 24}, 0xF6F3E2, 0xD9D8CC},
     {Disc, {88, 86, 5, 5}, 0xCFCDBF, 0xCFCDBF},
@@ -279,7 +278,7 @@ void GateStill(CCanvas& objCanvas)
         objCanvas.m_S_Draw(
             {Disc, {fX, fY, 1.1F, 1.1F}, 0xF2F5FF, 0xF2F5FF, 0.4F + 0.06F * static_cast<float>(nStar % 9)});
     }
-    objCanvas.m_S_Draw(std::span(g_arGate).subspan(2));
+    objCanvas.m_S_Draw(std::span(g_arGate).subspan(1));
 }
 
 void DrawBarrier(CCanvas& objCanvas, float fRaised)
@@ -355,7 +354,6 @@ constexpr stDef_Shape g_arLobby[] = {
     {Disc, {320, 96, 21, 21}, 0xFFFFFF, 0xF0F0EC},
     {Box, {319, 80, 2.6F, 17, 1}, 0x23282D, 0x23282D},
     {Quad, {319, 95, 321, 94, 333, 103, 332, 105}, 0x23282D, 0x23282D},
-    {Box, {448, 258, 0.1F, 0.1F, 0}, 0xA89678, 0xA89678},
 };
 
 constexpr stDef_Shape g_arLobbyFront[] = {
@@ -378,9 +376,9 @@ void LobbyMoving(CCanvas& objCanvas, float fPhase, float fSeconds)
     // Somebody steps out of the lift and comes closer, on the way out to the left.
     const float fOut = std::clamp((fPhase - 0.18F) / 0.8F, 0.0F, 1.0F);
     const stDef_Placement stComes{Lerp(540, -60, fOut), Lerp(232, 262, std::min(fOut * 3, 1.0F)), 1.0F, true};
-    if (fOut < 0.08F)
+    if (fOut < 0.08F && fOpen > 1)
         DrawWalker(objCanvas, stComes, fSeconds, {0x8A3B6B, 0x2A2530, 0x5A3A22});
-    objCanvas.m_S_Draw({Box, {484 - fOpen * 0.0F, 92, 56 - fOpen, 142, 0}, 0xC3CAD1, 0x8F98A1});
+    objCanvas.m_S_Draw({Box, {484, 92, 56 - fOpen, 142, 0}, 0xC3CAD1, 0x8F98A1});
     objCanvas.m_S_Draw({Box, {540 + fOpen, 92, 56 - fOpen, 142, 0}, 0xC3CAD1, 0x8F98A1});
     objCanvas.m_S_DrawText(fOpen > 1 ? "0" : (fPhase < 0.7F ? "2" : "1"), 535, 65, 1.6F, 0xFFB347);
     if (fOut >= 0.08F)
