@@ -209,25 +209,23 @@ TEST_F(Program, DoesWhatItsOptionsSayAndLeavesNothingBehind)
 TEST_F(Program, TellsWrongOptions)
 {
     const std::string sBroken = m_F_s_Write("broken", "no colon\n"), sEmpty = m_F_s_Write("empty", "# none\n");
-    const std::vector<std::vector<std::string>> arCases = {
-        {"--nonsense"},
-        {"stray"},
-        {"--channels", "0"},
-        {"--channels", "65"},
-        {"--channels", "4x"},
-        {"--channels"},
-        {"--http-port", "65536"},
-        {"--http-port", "-1"},
-        {"--kind", "toaster"},
-        {"--state", ""},
-        {"--accounts", vm_sFolder + "/missing"},
-        {"--accounts", sBroken},
-        {"--accounts", sEmpty},
-        {"--dips", "FL-1"},
-        {"--fault", "systeminfo=no-such-fault"},
-        {"--stream-fault", "CH0=no-such-fault"},
-        {"--stream-fault", "CH0=jump:soon"},
-    };
+    const std::vector<std::vector<std::string>> arCases = {{"--nonsense"},
+                                                           {"stray"},
+                                                           {"--channels", "0"},
+                                                           {"--channels", "65"},
+                                                           {"--channels", "4x"},
+                                                           {"--channels"},
+                                                           {"--http-port", "65536"},
+                                                           {"--http-port", "-1"},
+                                                           {"--kind", "toaster"},
+                                                           {"--state", ""},
+                                                           {"--accounts", vm_sFolder + "/missing"},
+                                                           {"--accounts", sBroken},
+                                                           {"--accounts", sEmpty},
+                                                           {"--dips", "FL-1"},
+                                                           {"--fault", "systeminfo=no-such-fault"},
+                                                           {"--stream-fault", "CH0=no-such-fault"},
+                                                           {"--stream-fault", "CH0=jump:soon"}};
     for (const auto& arArgs : arCases) {
         CProcess objProcess(arArgs);
         const std::string sPrinted = objProcess.m_F_s_AllPrinted();
