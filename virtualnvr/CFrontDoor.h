@@ -15,7 +15,7 @@ class CRequestLog;
 class CFrontDoor
 {
 public:
-    static constexpr int MaxConnections = 256; ///< more are closed at once
+    static constexpr int MaxConnections = 64; ///< more are closed at once
 
     CFrontDoor();
     ~CFrontDoor(); ///< stops

@@ -1,6 +1,7 @@
 #include "CHttpApp.h"
 
 #include "CDigestAuth.h"
+#include "CFrontDoor.h"
 #include "CRecorderCgi.h"
 
 #include <chrono>
@@ -12,7 +13,7 @@
 
 namespace {
 constexpr std::size_t g_nMaxBody = std::size_t(64) << 20;
-constexpr std::size_t g_nThreads = 64; // each kept connection and each stream holds one
+constexpr std::size_t g_nThreads = CFrontDoor::MaxConnections; // each kept connection and each stream holds one
 constexpr int g_nIdleSeconds = 120;
 constexpr char g_szBoundary[] = "recorder-part-boundary";
 

@@ -6,6 +6,7 @@
 #include "CVirtualNvr.h"
 
 #include <csignal>
+#include <filesystem>
 #include <iostream>
 #include <pthread.h>
 #include <pugixml.hpp>
@@ -18,6 +19,15 @@ int Fail(int nExit, const std::string& sError)
 {
     std::cerr << "virtualnvr: " << sError << '\n';
     return nExit;
+}
+
+/// Seeds beside an installed program; empty where it runs from its build folder, which knows its own.
+std::string InstalledSeeds()
+{
+    std::error_code objError;
+    const auto objProgram = std::filesystem::read_symlink("/proc/self/exe", objError);
+    const auto objSeeds = objProgram.parent_path().parent_path() / "share" / "fleetlink" / "virtualnvr";
+    return !objError && std::filesystem::is_directory(objSeeds, objError) ? objSeeds.string() : std::string();
 }
 
 /// The document that the sample host imports to know this recorder.
@@ -71,6 +81,8 @@ int main(int nCount, char** ppszArgs)
     pthread_sigmask(SIG_BLOCK, &stSignals, nullptr);
     std::signal(SIGPIPE, SIG_IGN);
 
+    if (stLine.stRecorder.sDataFolder.empty())
+        stLine.stRecorder.sDataFolder = InstalledSeeds();
     CVirtualNvr objRecorder;
     if (stLine.bLog)
         objRecorder.m_F_o_Log().m_S_SetEcho(&std::cerr);
