@@ -1,11 +1,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <dlfcn.h>
+#include <netdb.h>
+
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <chrono>
-#include <condition_variable>
+#include <future>
 #include <set>
+#include <sstream>
 #include <thread>
 
 #include "CFaultTable.h"
@@ -17,8 +22,28 @@
 
 namespace {
 
+std::promise<void> g_objNamesGo;
+const std::shared_future<void> g_objNamesMayAnswer = g_objNamesGo.get_future().share();
+std::atomic<int> g_nInNames = 0;
+
+} // namespace
+
+/// Takes the place of the system's for the whole program: names that begin with "slow" are not answered until told to.
+extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* pName, const char* pService,
+                                                                  const addrinfo* pHints, addrinfo** ppResult)
+{
+    static const auto s_pSystem = reinterpret_cast<decltype(&getaddrinfo)>(dlsym(RTLD_NEXT, "getaddrinfo"));
+    if (!pName || !std::string_view(pName).starts_with("slow"))
+        return s_pSystem(pName, pService, pHints, ppResult);
+    ++g_nInNames;
+    g_objNamesMayAnswer.wait_for(std::chrono::seconds(20));
+    --g_nInNames;
+    return EAI_FAIL;
+}
+
+namespace {
+
 using testing::AnyOf;
-using testing::Ge;
 using testing::Gt;
 using Clock = std::chrono::steady_clock;
 
@@ -38,32 +63,24 @@ long MsSince(Clock::time_point nBegin)
     return static_cast<long>(std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - nBegin).count());
 }
 
-/// Something that one thread tells another.
-class CSignal
+/// Waits until the condition holds; false if it doesn't in time.
+template <typename Condition>
+bool Wait(Condition condition)
 {
-public:
-    void m_S_Set()
-    {
-        const std::lock_guard lock(vm_objMutex);
-        vm_bSet = true;
-        vm_objChanged.notify_all();
-    }
-    bool m_F_b_Wait()
-    {
-        std::unique_lock lock(vm_objMutex);
-        return vm_objChanged.wait_for(lock, std::chrono::milliseconds(LongMs), [this] { return vm_bSet; });
-    }
-
-private:
-    std::mutex vm_objMutex;
-    std::condition_variable vm_objChanged;
-    bool vm_bSet = false;
-};
+    const auto nBegin = Clock::now();
+    while (!condition() && MsSince(nBegin) < LongMs)
+        std::this_thread::yield();
+    return condition();
+}
 
 class Http : public testing::Test
 {
 protected:
-    void SetUp() override { Start(0); }
+    void SetUp() override
+    {
+        qputenv("http_proxy", "http://127.0.0.1:1"); // not for a recorder
+        Start(0);
+    }
     void Start(int nPort)
     {
         stDef_VirtualNvrConfig stConfig;
@@ -74,14 +91,18 @@ protected:
     }
 
     int Port() const { return vm_nvr.m_F_n_HttpPort(); }
-    int Get(const QByteArray& sUrl, int nTimeoutMs = LongMs, const char* pPassword = Password)
+    int Get(const QByteArray& sUrl, int nTimeoutMs = LongMs, const char* pPassword = Password, const char* pUser = User)
     {
-        return vm_http.m_F_n_HTTPGetDataDirect(Host, User, pPassword, Port(), sUrl, &vm_mem, nTimeoutMs);
+        return vm_http.m_F_n_HTTPGetDataDirect(Host, pUser, pPassword, Port(), sUrl, &vm_mem, nTimeoutMs);
     }
-    int Post(const QByteArray& sUrl, const QByteArray& sBody)
+    int GetFrom(int nPort, const char* pHost = Host, const char* pUser = User)
     {
-        return vm_http.m_F_n_HTTPPostDataDirect(Host, User, Password, Port(), sUrl, sBody, int(sBody.size()), {}, 0,
-                                                LongMs);
+        return vm_http.m_F_n_HTTPGetDataDirect(pHost, pUser, Password, nPort, "x", &vm_mem, LongMs);
+    }
+    int Post(int nPort, const QByteArray& sUrl, const QByteArray& sBody, int nBody, int nTimeoutMs = LongMs)
+    {
+        return vm_http.m_F_n_HTTPPostDataDirect(Host, User, Password, nPort, sUrl, sBody, nBody, "X-Extra: 1\r\nrest",
+                                                12, nTimeoutMs);
     }
     int NextPart(const char* pUrl, int nTimeoutMs = LongMs)
     {
@@ -98,13 +119,6 @@ protected:
             << sLastTarget << " isn't the last: " << vm_nvr.m_F_o_Log().m_F_ar_Entries().back().sTarget;
         return vm_nvr.m_F_o_Log().m_F_ar_Entries();
     }
-    static int Count(const std::vector<stDef_LogEntry>& arLog, const char* pMethod, int nStatus)
-    {
-        return int(std::count_if(arLog.begin(), arLog.end(), [&](const stDef_LogEntry& stEntry) {
-            return stEntry.sMethod == pMethod && stEntry.nStatus == nStatus;
-        }));
-    }
-
     CVirtualNvr vm_nvr;
     CHTTP vm_http;
     CMemManage vm_mem{0};
@@ -114,60 +128,34 @@ protected:
 
 TEST_F(Http, EndsEachFaultInTimeAndWorksOn)
 {
-    struct Row
-    {
-        const char* pFault;
-        testing::Matcher<int> result;
-    };
-    const Row arRows[] = {
-        {"refuse", CHTTP::Result_Broken},
-        {"silence", CHTTP::Result_TimedOut},
-        {"endless-headers", CHTTP::Result_TooLarge},
-        {"401", CHTTP::Result_Unauthorised},
-        {"changing-challenge", CHTTP::Result_Unauthorised},
-        {"redirect", CHTTP::Result_ErrorStatus},
-        {"status", CHTTP::Result_ErrorStatus},
-        {"status:404", CHTTP::Result_ErrorStatus},
-        {"garbage", CHTTP::Result_Broken},
-        {"huge", CHTTP::Result_TooLarge},
-        {"deep", Gt(100000)},
-        {"entity-bomb", Gt(0)},
-        {"empty", 0},
-        {"endless-chunks", CHTTP::Result_TooLarge},
-        {"bad-chunks", CHTTP::Result_Broken},
-        {"dips-no-colon", Gt(0)},
-        {"dips-no-http", Gt(0)},
-        {"close-after-login", CHTTP::Result_Broken},
-        {"stale-nonce", Gt(0)},
-        {"slow", CHTTP::Result_TimedOut},
-        {"delay:100", Gt(0)},
-        {"delay:5000", CHTTP::Result_TimedOut},
-        {"cut-head", CHTTP::Result_Broken},
-        {"cut-body:10", CHTTP::Result_Broken},
-        {"short-length", Gt(0)},
-        {"long-length", CHTTP::Result_Broken},
-        {"huge-length", CHTTP::Result_TooLarge},
-        {"negative-length", CHTTP::Result_Broken},
-        {"chunked:7", Gt(0)},
-        {"no-root-end", Gt(0)},
-        {"cut-utf8", Gt(0)},
-        {"wrong-encoding", Gt(0)},
+    const std::pair<testing::Matcher<int>, const char*> arRows[] = {
+        {CHTTP::Result_TimedOut, "silence slow delay:5000"},
+        {CHTTP::Result_Unauthorised, "401 changing-challenge"},
+        {CHTTP::Result_TooLarge, "endless-headers huge endless-chunks huge-length"},
+        {CHTTP::Result_Broken,
+         "refuse garbage bad-chunks close-after-login cut-head cut-body:10 long-length negative-length"},
+        {CHTTP::Result_ErrorStatus, "redirect status status:404"},
+        {0, "empty"},
+        {Gt(0), "deep entity-bomb dips-no-colon dips-no-http stale-nonce delay:100 short-length chunked:7 no-root-end "
+                "cut-utf8 wrong-encoding"},
     };
     std::set<std::string> arNames;
     vm_http.m_S_SetBodyLimit(8u << 20);
-    for (const Row& row : arRows) {
-        SCOPED_TRACE(row.pFault);
-        const std::string sFault(row.pFault);
-        arNames.insert(sFault.substr(0, sFault.find(':')));
-        ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Parse("logininfo=" + sFault));
-        const auto nBegin = Clock::now();
-        const int nResult = Get(Info, TimeoutMs);
-        EXPECT_LE(MsSince(nBegin), TimeoutMs + SlackMs);
-        EXPECT_THAT(nResult, row.result);
-        EXPECT_EQ(vm_mem.m_F_n_GetMemSize(), quint64(std::max(nResult, 0))) << "a failure leaves nothing";
-        EXPECT_EQ(vm_mem.m_F_p_GetStrCHAR()[vm_mem.m_F_n_GetMemSize()], '\0');
-        vm_nvr.m_F_o_Faults().m_S_Clear();
-        EXPECT_GT(Get(Info), 0) << "the next request";
+    for (const auto& [result, pFaults] : arRows) {
+        std::istringstream faults(pFaults);
+        for (std::string sFault; faults >> sFault;) {
+            SCOPED_TRACE(sFault);
+            arNames.insert(sFault.substr(0, sFault.find(':')));
+            ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Parse("logininfo=" + sFault));
+            const auto nBegin = Clock::now();
+            const int nResult = Get(Info, TimeoutMs);
+            EXPECT_LE(MsSince(nBegin), TimeoutMs + SlackMs);
+            EXPECT_THAT(nResult, result);
+            EXPECT_EQ(vm_mem.m_F_n_GetMemSize(), quint64(std::max(nResult, 0))) << "a failure leaves nothing";
+            EXPECT_EQ(vm_mem.m_F_p_GetStrCHAR()[vm_mem.m_F_n_GetMemSize()], '\0');
+            vm_nvr.m_F_o_Faults().m_S_Clear();
+            EXPECT_GT(Get(Info), 0) << "the next request";
+        }
     }
     for (const std::string_view sName : CFaultTable::s_F_ar_Names())
         EXPECT_EQ(arNames.count(std::string(sName)), 1U) << sName << " stands in no row";
@@ -175,12 +163,7 @@ TEST_F(Http, EndsEachFaultInTimeAndWorksOn)
 
 TEST_F(Http, SendsTheUrlAsItWasGiven)
 {
-    struct Row
-    {
-        QByteArray sUrl;
-        const char* pTarget;
-    };
-    const Row arRows[] = {
+    const std::pair<QByteArray, const char*> arRows[] = {
         {"cgi-bin/x.cgi?a=1&b=2", "/cgi-bin/x.cgi?a=1&b=2"},
         {"/cgi-bin/x.cgi", "/cgi-bin/x.cgi"},
         {"", "/"},
@@ -198,35 +181,38 @@ TEST_F(Http, SendsTheUrlAsItWasGiven)
         {"x.cgi?name=a#", "/x.cgi?name=a#"},
         {"a/%2F../b?name=a#b#c?d#e", "/a/%2F../b?name=a#b#c?d#e"},
         {"a/../b#c?d=%2F", "/a/../b#c?d=%2F"},
+        {"a/../b?c=#", "/a/../b?c=#"},
         {"#", "/#"},
     };
-    for (const Row& row : arRows) {
-        SCOPED_TRACE(row.pTarget);
-        const int nResult = Get(row.sUrl);
-        EXPECT_EQ(nResult, CHTTP::Result_ErrorStatus)
-            << "not found; with a login for another target it would be refused";
-        EXPECT_EQ(Log(row.pTarget).back().sTarget, row.pTarget);
+    for (const auto& [sUrl, pTarget] : arRows) {
+        EXPECT_EQ(Get(sUrl), CHTTP::Result_ErrorStatus)
+            << pTarget << ": not found; refused, had the login been for another";
+        EXPECT_EQ(Log(pTarget).back().sTarget, pTarget);
     }
 }
 
-TEST_F(Http, LogsInOnceForManyRequests)
+TEST_F(Http, PostsBodiesWholeAndOnceWithOneLogin)
 {
-    ASSERT_GT(Get(GetEMail), 0);
-    const QByteArray sText(vm_mem.m_F_p_GetStrCHAR());
-    const auto nBegin = sText.indexOf("<root"), nEnd = sText.indexOf("</root>") + 7;
-    for (int i = 0; i < 20; ++i) {
-        ASSERT_GE(Post(PutEMail, sText.mid(nBegin, nEnd - nBegin)), 0);
-        ASSERT_GT(Get(GetEMail), 0);
+    for (const int nSize : {0, 70000, 2000000}) {
+        SCOPED_TRACE(nSize);
+        const QByteArray sBody = "<root><Mark Text=\"" + QByteArray(nSize, 'x') + "\"/></root>";
+        for (int i = 0; i < 5; ++i) {
+            ASSERT_GE(Post(Port(), PutEMail, sBody + "behind", int(sBody.size())), 0);
+            ASSERT_GT(Get(GetEMail), 0);
+            ASSERT_TRUE(QByteArray(vm_mem.m_F_p_GetStrCHAR()).contains(sBody));
+        }
     }
+    EXPECT_EQ(Post(Port(), PutEMail, "<root/>", -1), CHTTP::Result_ErrorStatus) << "no document";
     EXPECT_EQ(Get("last"), CHTTP::Result_ErrorStatus);
     const auto arLog = Log("/last");
-    EXPECT_EQ(arLog.size(), 1U + 1 + 40 + 1) << "one request is repeated, for the login";
+    EXPECT_EQ(arLog.size(), 1U + 30 + 2) << "one request is repeated, for the login";
     for (const stDef_LogEntry& stEntry : arLog)
         EXPECT_EQ(stEntry.nConnection, 1U);
 }
 
 TEST_F(Http, NoAccountTakesOverFromAnother)
 {
+    constexpr const char* pDips = "dips/request.php?id=FL-000001"; // asks for no login
     struct Row
     {
         const char *pUser, *pPassword, *pUrl;
@@ -236,28 +222,25 @@ TEST_F(Http, NoAccountTakesOverFromAnother)
     const Row arRows[] = {
         {User, Password, Info, 2, Gt(0)},
         {User, "wrong", Info, 2, CHTTP::Result_Unauthorised},
+        {User, "wrong", pDips, 1, Gt(0)},
         {User, "wrong", Info, 2, CHTTP::Result_Unauthorised},
         {User, Password, Info, 2, Gt(0)},
         {"other", Password, Info, 2, CHTTP::Result_Unauthorised},
         {"", "", Info, 1, CHTTP::Result_Unauthorised},
-        {"", "", "dips/request.php?id=FL-000001", 1, Gt(0)},
+        {"", "", pDips, 1, Gt(0)},
         {User, Password, Info, 2, Gt(0)},
     };
-    std::size_t nRequests = 0, nConnections = 0;
+    std::size_t nRequests = 0;
     for (const Row& row : arRows) {
-        const auto nNumber = &row - arRows;
-        SCOPED_TRACE(nNumber);
-        EXPECT_THAT(vm_http.m_F_n_HTTPGetDataDirect(Host, row.pUser, row.pPassword, Port(), row.pUrl, &vm_mem, LongMs),
-                    row.result);
-        const std::string sLast = "dips/request.php?" + std::to_string(nNumber);
-        vm_http.m_F_n_HTTPGetDataDirect(Host, row.pUser, row.pPassword, Port(), sLast.c_str(), &vm_mem, LongMs);
+        SCOPED_TRACE(&row - arRows);
+        EXPECT_THAT(Get(row.pUrl, LongMs, row.pPassword, row.pUser), row.result);
+        const std::string sLast = "dips/request.php?" + std::to_string(&row - arRows);
+        Get(sLast.c_str(), LongMs, row.pPassword, row.pUser);
         const auto arLog = Log("/" + sLast);
         EXPECT_EQ(arLog.size() - nRequests, std::size_t(row.nRequests) + 1);
-        EXPECT_LE(arLog.back().nConnection, nConnections + 1);
         nRequests = arLog.size();
-        nConnections = arLog.back().nConnection;
     }
-    EXPECT_EQ(nConnections, 6U) << "a connection for each of the accounts that take turns";
+    EXPECT_EQ(vm_nvr.m_F_o_Log().m_F_ar_Entries().back().nConnection, 6U) << "one for each account that takes its turn";
 }
 
 TEST_F(Http, OutlivesARestartOfTheRecorder)
@@ -267,8 +250,7 @@ TEST_F(Http, OutlivesARestartOfTheRecorder)
     ASSERT_GT(NextPart(Motion), 0);
     const int nPort = Port();
     vm_nvr.m_S_Stop();
-    EXPECT_EQ(vm_http.m_F_n_HTTPGetDataDirect(Host, User, Password, nPort, Info, &vm_mem, LongMs),
-              CHTTP::Result_Unreachable);
+    EXPECT_EQ(GetFrom(nPort), CHTTP::Result_Unreachable);
     int nPart = 1;
     for (int i = 0; i < 100 && nPart > 0; ++i)
         nPart = NextPart(Motion); // what was under way may still come
@@ -279,116 +261,119 @@ TEST_F(Http, OutlivesARestartOfTheRecorder)
     EXPECT_GT(NextPart(Motion), 0);
 }
 
-TEST_F(Http, PostsABodyWholeAndOnce)
+TEST_F(Http, LogsInAnewWhereALoginIsForgotten)
 {
-    for (const int nSize : {0, 1, 70000, 1000000}) {
-        SCOPED_TRACE(nSize);
-        vm_nvr.m_F_o_Log().m_S_Clear();
-        const QByteArray sBody = "<root><Mark Text=\"" + QByteArray(nSize, 'x') + "\"/></root>";
-        CHTTP fresh;
-        for (CHTTP* pHttp : {&fresh, &fresh, &vm_http})
-            EXPECT_GE(pHttp->m_F_n_HTTPPostDataDirect(Host, User, Password, Port(), PutEMail, sBody + "behind",
-                                                      int(sBody.size()), "X-Extra: 1\r\nrest", 12, LongMs),
-                      0);
-        const std::string sLast = "/last" + std::to_string(nSize);
-        EXPECT_EQ(Post(sLast.c_str(), "x"), CHTTP::Result_ErrorStatus);
-        const auto arLog = Log(sLast);
-        EXPECT_EQ(Count(arLog, "POST", 200), 3);
-        for (const stDef_LogEntry& stEntry : arLog)
-            EXPECT_TRUE(stEntry.sMethod != "POST" || stEntry.nStatus != 200 || stEntry.sBody == sBody.toStdString())
-                << stEntry.nBytesIn;
-        ASSERT_GT(Get(GetEMail), 0);
-        EXPECT_TRUE(QByteArray(vm_mem.m_F_p_GetStrCHAR()).contains(sBody));
-    }
-    EXPECT_EQ(Post(PutEMail, "no document"), CHTTP::Result_ErrorStatus);
-    EXPECT_EQ(Post(PutEMail, {}), CHTTP::Result_ErrorStatus);
+    std::atomic<int> nGranted = 0;
+    CScriptedServer server([&nGranted](CSocket& socket) {
+        for (std::string sHead = CScriptedServer::s_F_s_ReadHead(socket); !sHead.empty();
+             sHead = CScriptedServer::s_F_s_ReadHead(socket)) {
+            const std::string sNonce = "nonce=\"" + std::to_string(nGranted / 2) + "\"";
+            const bool bGrant = sHead.find(sNonce) != sHead.npos;
+            nGranted += bGrant ? 1 : 0;
+            socket.m_F_b_Write(bGrant ? "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok"
+                                      : "HTTP/1.1 401 No\r\nWWW-Authenticate: Digest realm=\"r\", qop=\"auth\", " +
+                                            sNonce + "\r\nContent-Length: 0\r\n\r\n");
+        }
+    });
+    for (int i = 0; i < 6; ++i) // a nonce lasts for two, and the server never calls it stale
+        EXPECT_EQ(GetFrom(server.m_F_n_Port()), 2);
+    EXPECT_EQ(nGranted, 6);
 }
 
 TEST_F(Http, RefusesWhatIsNoRequest)
 {
-    struct Row
-    {
-        QByteArray sHost;
-        int nPort;
-        QByteArray sUser;
-        int nTimeoutMs;
-        int nResult;
+    const std::pair<QByteArray, int> arTargets[] = {
+        {"", Port()},
+        {Host, 0},
+        {Host, -1},
+        {Host, 65536},
+        {"127.0.0.1/x", Port()},
+        {"a@127.0.0.1", Port()},
+        {"127.0.0.1?", Port()},
+        {"127.0.0.1#", Port()},
+        {"127.0.0.1:80", Port()},
+        {"127.0.0.1 ", Port()},
+        {QByteArray("127.0.0.1\0x", 11), Port()},
+        {QByteArray(300, 'a'), Port()},
     };
-    const int nPort = Port();
-    const Row arRows[] = {
-        {"", nPort, User, LongMs, CHTTP::Result_BadArgument},
-        {Host, 0, User, LongMs, CHTTP::Result_BadArgument},
-        {Host, -1, User, LongMs, CHTTP::Result_BadArgument},
-        {Host, 65536, User, LongMs, CHTTP::Result_BadArgument},
-        {"127.0.0.1/x", nPort, User, LongMs, CHTTP::Result_BadArgument},
-        {"a@127.0.0.1", nPort, User, LongMs, CHTTP::Result_BadArgument},
-        {"127.0.0.1?", nPort, User, LongMs, CHTTP::Result_BadArgument},
-        {"127.0.0.1#", nPort, User, LongMs, CHTTP::Result_BadArgument},
-        {"127.0.0.1:80", nPort, User, LongMs, CHTTP::Result_BadArgument},
-        {"127.0.0.1 ", nPort, User, LongMs, CHTTP::Result_BadArgument},
-        {QByteArray("127.0.0.1\0x", 11), nPort, User, LongMs, CHTTP::Result_BadArgument},
-        {QByteArray(300, 'a'), nPort, User, LongMs, CHTTP::Result_BadArgument},
-        {Host, nPort, QByteArray("admin\0x", 7), LongMs, CHTTP::Result_BadArgument},
-        {Host, nPort, User, 0, CHTTP::Result_TimedOut},
-        {Host, nPort, User, -5, CHTTP::Result_TimedOut},
-    };
-    for (const Row& row : arRows) {
-        SCOPED_TRACE(row.sHost.toStdString() + ":" + std::to_string(row.nPort));
+    for (const auto& [sHost, nPort] : arTargets) {
+        SCOPED_TRACE(sHost.toStdString() + ":" + std::to_string(nPort));
         vm_mem.m_F_b_SetContent("old", 3);
-        EXPECT_EQ(
-            vm_http.m_F_n_HTTPGetDataDirect(row.sHost, row.sUser, Password, row.nPort, Info, &vm_mem, row.nTimeoutMs),
-            row.nResult);
+        EXPECT_EQ(vm_http.m_F_n_HTTPGetDataDirect(sHost, User, Password, nPort, Info, &vm_mem, LongMs),
+                  CHTTP::Result_BadArgument);
         EXPECT_EQ(vm_mem.m_F_n_GetMemSize(), 0U);
-        EXPECT_EQ(vm_http.m_S_Init(row.sHost, row.sUser, Password, row.nPort),
-                  row.nResult != CHTTP::Result_BadArgument);
-        vm_http.m_S_Release();
+        EXPECT_FALSE(vm_http.m_S_Init(sHost, User, Password, nPort));
     }
-    EXPECT_EQ(vm_http.m_F_n_HTTPGetDataDirect(Host, User, Password, nPort, Info, nullptr, LongMs),
-              CHTTP::Result_BadArgument);
-    EXPECT_EQ(vm_http.m_F_n_HTTPPostDataDirect(Host, User, Password, nPort, PutEMail, "x", -3, "y", -4, LongMs),
-              CHTTP::Result_ErrorStatus)
-        << "an empty document";
+    EXPECT_FALSE(vm_http.m_S_Init(Host, QByteArray("admin\0x", 7), Password, Port()));
     EXPECT_EQ(NextPart(Motion), CHTTP::Result_BadArgument) << "no target";
     EXPECT_EQ(vm_http.m_F_n_HTTPGetData(Info, LongMs), 0U);
     EXPECT_TRUE(vm_http.m_S_Release() && vm_http.m_S_Release()) << "without a target, twice";
-    ASSERT_TRUE(vm_http.m_S_Init(Host, User, Password, nPort));
+    ASSERT_TRUE(vm_http.m_S_Init(Host, User, Password, Port()));
+    EXPECT_EQ(vm_http.m_F_n_HTTPGetDataDirect(Host, User, Password, Port(), Info, nullptr, LongMs),
+              CHTTP::Result_BadArgument);
     EXPECT_EQ(vm_http.m_F_n_MultiPartStreamGet(Motion, nullptr, 10, LongMs), CHTTP::Result_BadArgument);
     EXPECT_EQ(NextPart(Motion, 0), CHTTP::Result_TimedOut);
+    EXPECT_EQ(Get(Info, -5), CHTTP::Result_TimedOut);
     EXPECT_EQ(NextPart("cgi-bin/none.cgi"), CHTTP::Result_ErrorStatus);
     EXPECT_GT(vm_http.m_F_n_HTTPGetData(Info, LongMs), 0U);
 }
 
-TEST_F(Http, SpeaksToAnAddressOfTheOtherFamily)
+TEST_F(Http, SendsAPlainHeadToEitherFamily)
 {
-    CScriptedServer server(
-        [](CSocket& socket, int) {
-            CScriptedServer::s_F_s_ReadHead(socket);
-            socket.m_F_b_Write("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok");
-        },
-        "::1");
-    if (server.m_F_n_Port() == 0)
-        GTEST_SKIP() << "no IPv6 here";
-    for (const char* pHost : {"::1", "[::1]", "0:0:0:0:0:0:0:1"})
-        EXPECT_EQ(vm_http.m_F_n_HTTPGetDataDirect(pHost, {}, {}, server.m_F_n_Port(), "x", &vm_mem, LongMs), 2)
-            << pHost;
+    std::string sHead;
+    const auto script = [&sHead](CSocket& socket) {
+        sHead = CScriptedServer::s_F_s_ReadHead(socket);
+        socket.m_F_b_Write("HTTP/1.1 200 OK\r\nContent-Length: 2\r\nConnection: close\r\n\r\nok");
+    };
+    CScriptedServer serverV4(script), serverV6(script, "::1");
+    EXPECT_EQ(GetFrom(serverV4.m_F_n_Port(), "localhost", ""), 2);
+    EXPECT_TRUE(sHead.starts_with("GET /x HTTP/1.1\r\nHost: localhost:")) << sHead;
+    if (serverV6.m_F_n_Port() != 0) // else there is no IPv6 here
+        for (const char* pHost : {"::1", "[::1]", "0:0:0:0:0:0:0:1"})
+            EXPECT_EQ(GetFrom(serverV6.m_F_n_Port(), pHost, ""), 2) << pHost;
+
+    const int nSize = 2 << 20;
+    EXPECT_EQ(vm_http.m_F_n_HTTPPostDataDirect(Host, {}, {}, serverV4.m_F_n_Port(), "x", QByteArray(nSize, 'x'), nSize,
+                                               "X-Extra: 1\r\nrest", 12, LongMs),
+              2);
+    for (const char* pLine : {"Content-Type: text/xml; charset=utf-8", "Content-Length: 2097152", "X-Extra: 1"})
+        EXPECT_NE(sHead.find(std::string("\r\n") + pLine + "\r\n"), sHead.npos) << pLine;
+    EXPECT_EQ(sHead.find("rest"), sHead.npos);
+    EXPECT_EQ(sHead.find("Expect"), sHead.npos) << "it would cost a second with most recorders";
 }
 
 TEST_F(Http, EndsWellWhenALongPostIsRefusedBeforeItsEnd)
 {
-    CScriptedServer server([](CSocket& socket, int nConnection) {
-        if (CScriptedServer::s_F_s_ReadHead(socket).empty())
-            return;
-        socket.m_F_b_Write(nConnection == 0 ? "HTTP/1.1 401 No\r\nWWW-Authenticate: Basic realm=\"r\"\r\n"
-                                              "Content-Length: 0\r\nConnection: close\r\n\r\n"
-                                            : "HTTP/1.1 413 No\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+    std::atomic<int> nConnections = 0;
+    CScriptedServer server([&nConnections](CSocket& socket) {
+        CScriptedServer::s_F_s_ReadHead(socket);
+        socket.m_F_b_Write(nConnections++ == 0 ? "HTTP/1.1 401 No\r\nWWW-Authenticate: Basic realm=\"r\"\r\n"
+                                                 "Content-Length: 0\r\nConnection: close\r\n\r\n"
+                                               : "HTTP/1.1 413 No\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
     });
-    const QByteArray sBody(20 << 20, 'x');
     const auto nBegin = Clock::now();
-    EXPECT_THAT(vm_http.m_F_n_HTTPPostDataDirect(Host, User, Password, server.m_F_n_Port(), "x", sBody,
-                                                 int(sBody.size()), {}, 0, 2000),
+    EXPECT_THAT(Post(server.m_F_n_Port(), "x", QByteArray(20 << 20, 'x'), 20 << 20, 2000),
                 AnyOf(CHTTP::Result_ErrorStatus, CHTTP::Result_Broken));
     EXPECT_LT(MsSince(nBegin), 1900);
     EXPECT_GT(Get(Info), 0);
+}
+
+TEST_F(Http, ASlowNameServiceHoldsNobody)
+{
+    auto nBegin = Clock::now();
+    EXPECT_EQ(vm_http.m_F_n_HTTPGetDataDirect("slow.test", User, Password, 80, "x", &vm_mem, TimeoutMs),
+              CHTTP::Result_TimedOut);
+    EXPECT_LE(MsSince(nBegin), TimeoutMs + SlackMs);
+    ASSERT_TRUE(vm_http.m_S_Init("slow2.test", User, Password, 80));
+    auto reader = std::async(std::launch::async, [this] { return NextPart(Motion); });
+    EXPECT_TRUE(Wait([] { return g_nInNames == 2; }));
+    nBegin = Clock::now();
+    vm_http.m_S_Release();
+    EXPECT_EQ(reader.get(), CHTTP::Result_Stopped);
+    EXPECT_LT(MsSince(nBegin), SlackMs);
+    g_objNamesGo.set_value();
+    EXPECT_TRUE(Wait([] { return g_nInNames == 0; })) << "threads that libcurl let go";
+    EXPECT_EQ(GetFrom(80, "slow3.test"), CHTTP::Result_Unreachable) << "now it says that there is none";
 }
 
 TEST_F(Http, ReadsPartAfterPartOverOneConnection)
@@ -400,49 +385,65 @@ TEST_F(Http, ReadsPartAfterPartOverOneConnection)
         EXPECT_EQ(QByteArray(vm_arBuffer.data(), nPart).count("group="), 3) << "one whole part";
         EXPECT_TRUE(QByteArray(vm_arBuffer.data()).startsWith("group=0"));
     }
-    int nTimeouts = 0, nParts = 0;
-    const auto nBegin = Clock::now();
-    while (nParts < 3 && MsSince(nBegin) < LongMs) {
-        const int nPart = NextPart(Motion, 20);
-        nParts += nPart > 0 ? 1 : 0;
-        nTimeouts += nPart == CHTTP::Result_TimedOut ? 1 : 0;
-        ASSERT_TRUE(nPart > 0 || nPart == CHTTP::Result_TimedOut);
+    int nTimeouts = 0;
+    for (int nPart = 0; nPart <= 0; ++nTimeouts) {
+        nPart = NextPart(Motion, 10);
+        ASSERT_TRUE(nPart > 0 || (nPart == CHTTP::Result_TimedOut && nTimeouts < 1000)) << nPart;
     }
-    EXPECT_EQ(nParts, 3);
-    EXPECT_GT(nTimeouts, 3) << "a part comes each 100 ms";
+    EXPECT_GT(nTimeouts, 1) << "a part comes each 100 ms";
     vm_nBuffer = 5;
     EXPECT_EQ(NextPart(Motion), 5);
     EXPECT_STREQ(vm_arBuffer.data(), "group");
     vm_nBuffer = 1024;
-    EXPECT_TRUE(NextPart(Motion) > 0 && vm_arBuffer[0] == 'g') << "the rest of a part is not another one";
+    EXPECT_GT(NextPart(Motion), 5);
+    EXPECT_EQ(vm_arBuffer[0], 'g') << "the rest of a part is not another one";
     EXPECT_GT(NextPart(Info), 100) << "another URL, and no multipart stream";
     EXPECT_GT(NextPart("cgi-bin/motiondata.cgi?camera=1"), 0);
     vm_http.m_S_Release();
-    int nFirst = 0;
-    for (const stDef_LogEntry& stEntry : Log("/cgi-bin/motiondata.cgi?camera=1"))
-        nFirst += stEntry.sTarget.ends_with("camera=0") && stEntry.nStatus == 200 ? 1 : 0;
-    EXPECT_EQ(nFirst, 1);
+    Log("/cgi-bin/motiondata.cgi?camera=1");
+    EXPECT_EQ(std::ranges::count(Log(std::string("/") + Motion), std::string("/") + Motion, &stDef_LogEntry::sTarget),
+              2)
+        << "one stream, and its log-in";
 }
 
 TEST_F(Http, ReleaseEndsABlockedReadAtOnce)
 {
-    CSignal asked;
-    CScriptedServer server([&](CSocket& socket, int) {
+    CScriptedServer server([](CSocket& socket) {
         CScriptedServer::s_F_s_ReadHead(socket);
-        asked.m_S_Set();
+        socket.m_F_b_Write("HTTP/1.1 200 OK\r\nContent-Type: multipart/mixed; boundary=b\r\n\r\n"
+                           "--b\r\n\r\nold 1\r\n--b\r\n\r\nold 2\r\n--b\r\n\r\n");
         socket.m_F_b_WaitReadable(LongMs);
     });
+    std::vector<long> arMs;
+    for (int nRound = 0; nRound < 20; ++nRound) {
+        ASSERT_TRUE(vm_http.m_S_Init(Host, User, Password, server.m_F_n_Port()));
+        std::atomic<bool> bBlocksNext = false;
+        auto reader = std::async(std::launch::async, [&] {
+            NextPart(Motion);
+            NextPart(Motion);
+            bBlocksNext = true;
+            return NextPart(Motion);
+        });
+        EXPECT_TRUE(Wait([&] { return bBlocksNext.load(); }));
+        const bool bUnderWay = nRound % 2 == 0;
+        if (bUnderWay)
+            EXPECT_GT(Get(Info), 0) << "another group; meanwhile the read gets under way for sure";
+        const auto nBegin = Clock::now();
+        vm_http.m_S_Release();
+        EXPECT_THAT(reader.get(), AnyOf(CHTTP::Result_Stopped, CHTTP::Result_BadArgument))
+            << "in the call, or before it";
+        if (bUnderWay)
+            arMs.push_back(MsSince(nBegin));
+    }
+    std::sort(arMs.begin(), arMs.end());
+    EXPECT_LT(arMs[arMs.size() / 2], 50);
+    EXPECT_LT(arMs.back(), 500) << "on a machine that is busy with other things";
+
     ASSERT_TRUE(vm_http.m_S_Init(Host, User, Password, server.m_F_n_Port()));
-    int nResult = 0;
-    std::thread reader([&] { nResult = NextPart(Motion, 60000); });
-    ASSERT_TRUE(asked.m_F_b_Wait());
-    const auto nBegin = Clock::now();
-    vm_http.m_S_Release();
-    reader.join();
-    EXPECT_LT(MsSince(nBegin), 50);
-    EXPECT_EQ(nResult, CHTTP::Result_Stopped);
+    EXPECT_EQ(NextPart(Motion), 5);
     ASSERT_TRUE(vm_http.m_S_Init(Host, User, Password, Port()));
     EXPECT_GT(NextPart(Motion), 0);
+    EXPECT_EQ(vm_arBuffer[0], 'g') << "a part of the former recorder";
 }
 
 TEST_F(Http, StreamCommandsAndRequestsRunBesideEachOther)
@@ -457,16 +458,12 @@ TEST_F(Http, StreamCommandsAndRequestsRunBesideEachOther)
         while (vm_http.m_F_n_HTTPGetData(Info, LongMs) > 0)
             ++nCommands;
     });
-    const auto nBegin = Clock::now();
-    while ((nParts < 5 || nCommands < 20) && MsSince(nBegin) < LongMs)
-        ASSERT_GT(Get(Info), 0);
+    EXPECT_TRUE(Wait([&] { return Get(Info) < 0 || (nParts >= 5 && nCommands >= 20); }));
     vm_http.m_S_Release();
     stream.join();
     commands.join();
-    EXPECT_GE(nParts, 5);
-    EXPECT_GE(nCommands, 20);
     Get("last");
-    EXPECT_EQ(Count(Log("/last"), "GET", 401), 3) << "one login a connection";
+    EXPECT_EQ(std::ranges::count(Log("/last"), 401, &stDef_LogEntry::nStatus), 3) << "one login a connection";
 }
 
 } // namespace
