@@ -90,7 +90,12 @@ void CLiveCell::m_S_Poll()
     if (!vm_pChannel)
         return;
     vm_pChannel->m_S_Poll();
-    const bool bLive = vm_pChannel->m_F_n_State() == emDef_LiveState::Live;
+    m_S_UpdateRate();
+}
+
+void CLiveCell::m_S_UpdateRate()
+{
+    const bool bLive = vm_pChannel && vm_pChannel->m_F_n_State() == emDef_LiveState::Live;
     const QString sRate = bLive ? Tr(emDef_Text::FramesPerSecond).arg(vm_pChannel->m_F_n_Rate(), 0, 'f', 1) : QString();
     if (sRate == vm_sRate)
         return;
@@ -111,6 +116,7 @@ void CLiveCell::m_S_OnState()
 {
     if (!vm_pChannel || !vm_pChannel->m_F_b_WantsPictures() || vm_pChannel->m_F_n_Pictures() == 0)
         vm_stPicture.nSerial = 0;
+    m_S_UpdateRate();
     setAccessibleName(vm_pChannel ? vm_pChannel->m_F_o_Source().sTitle : Tr(emDef_Text::EmptyCell));
     setAccessibleDescription(vm_pChannel ? CLiveState::s_F_s_Text(vm_pChannel->m_F_n_State())
                                          : Tr(emDef_Text::EmptyCellHint));

@@ -47,6 +47,7 @@ protected:
 private:
     void m_S_TakePicture();
     void m_S_OnState();
+    void m_S_UpdateRate();
     void m_S_TellSize();
     int m_F_n_CaptionHeight() const;
     QRect m_F_o_PictureArea() const;

@@ -56,6 +56,9 @@ TEST_F(HostAppTest, UnusableOptionsEndWithTwo)
         EXPECT_EQ(Run(stCase.arArguments), CHostApp::ExitSetup) << stCase.pszTold;
         EXPECT_NE(vm_sErr.find(stCase.pszTold), std::string::npos) << vm_sErr;
     }
+    WriteCard(Path("card.xml"), "Lab", 80, 554, 4);
+    EXPECT_EQ(Run({"--config", sConfig, "--import", Path("card.xml"), "--import-only"}), CHostApp::ExitOk);
+    EXPECT_NE(vm_sOut.find("added: 1"), std::string::npos);
     EXPECT_EQ(Run({"--help"}), CHostApp::ExitOk);
     EXPECT_NE(vm_sOut.find("--tour"), std::string::npos);
 }
