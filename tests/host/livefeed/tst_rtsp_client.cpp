@@ -11,9 +11,8 @@
 #include <cstring>
 #include <string>
 
+#include "CRecorderProcess.h"
 #include "CRingView.h"
-#include "CStreamServer.h"
-#include "CVirtualNvr.h"
 #include "host/Lib_Livefeed.h"
 
 extern "C" {
@@ -131,11 +130,8 @@ class RtspClient : public testing::Test
 protected:
     static void SetUpTestSuite()
     {
-        s_pNvr = std::make_unique<CVirtualNvr>();
-        std::string sError;
-        stDef_VirtualNvrConfig stConfig;
-        stConfig.arAccounts.push_back({"odd", OddPassword});
-        ASSERT_TRUE(s_pNvr->m_F_b_Start(stConfig, sError)) << sError;
+        s_pNvr = std::make_unique<CRecorderProcess>();
+        ASSERT_TRUE(s_pNvr->m_F_b_Start());
     }
     static void TearDownTestSuite() { s_pNvr.reset(); }
     void TearDown() override { Fault("none"); }
@@ -147,18 +143,17 @@ protected:
     }
     static void Fault(const char* pName, long nArg = 0, const char* pMount = "*")
     {
-        EXPECT_TRUE(s_pNvr->m_F_o_Streams().m_F_b_SetFault(pMount, pName, nArg));
+        EXPECT_TRUE(s_pNvr->m_F_b_SetFault(pMount, pName, nArg));
     }
     static bool NobodyPlays()
     {
-        return Within(3000, [] { return s_pNvr->m_F_o_Streams().m_F_n_Sessions() == 0; });
+        return Within(3000, [] { return s_pNvr->m_F_n_Sessions() == 0; });
     }
 
-    static constexpr const char* OddPassword = "p@s/s?w#o:r%41 d@h/x";
-    static std::unique_ptr<CVirtualNvr> s_pNvr;
+    static std::unique_ptr<CRecorderProcess> s_pNvr;
 };
 
-std::unique_ptr<CVirtualNvr> RtspClient::s_pNvr;
+std::unique_ptr<CRecorderProcess> RtspClient::s_pNvr;
 
 TEST_F(RtspClient, DecodesFromTheRingAloneOverEachTransport)
 {
@@ -252,7 +247,7 @@ TEST_F(RtspClient, TellsRefusalFromNoAnswerAndLogsNothing)
     av_log_set_level(nLevel);
 
     Fault("none");
-    stDef_Feed odd(Url("/stream/CH0", std::string("odd:") + OddPassword, "localhost"));
+    stDef_Feed odd(Url("/stream/CH0", std::string("odd:") + CRecorderProcess::OddPassword, "localhost"));
     odd.objClient.m_S_Connect(&odd.objInfo);
     EXPECT_TRUE(odd.Plays());
 }
@@ -437,3 +432,11 @@ TEST_F(RtspClient, OneOfTwoStreamsWritesTheSharedAudio)
 }
 
 } // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc > 1 && std::strcmp(argv[1], "--recorder") == 0)
+        return CRecorderProcess::s_F_n_Main();
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
