@@ -99,7 +99,7 @@ float Mix(float fFrom, float fTo, float fPart)
 
 void Blend(std::uint8_t& nPixel, float fValue, float fCover)
 {
-    nPixel = static_cast<std::uint8_t>(std::lround(Mix(nPixel, fValue, fCover)));
+    nPixel = static_cast<std::uint8_t>(Mix(nPixel, fValue, fCover) + 0.5F);
 }
 
 } // namespace
@@ -136,6 +136,7 @@ void CCanvas::m_S_Paint(const stDef_Bounds& stBounds, const stDef_Shape& stShape
     const CMapping objMapping(vm_nWidth, vm_bMirror, stAt);
     const stDef_Yuv stTop = m_F_o_Yuv(stShape.nTop);
     const stDef_Yuv stBottom = m_F_o_Yuv(stShape.nBottom);
+    const float fSharp = 1.0F / objMapping.m_F_n_Pixel();
     const auto walk = [&](std::uint8_t* pPlane, int nSub, float fFrom, float fTo) {
         const stDef_Area stArea = objMapping.m_F_o_Area(stBounds, vm_nWidth, vm_nHeight);
         const float fHalf = 0.5F * static_cast<float>(nSub);
@@ -146,7 +147,7 @@ void CCanvas::m_S_Paint(const stDef_Bounds& stBounds, const stDef_Shape& stShape
             std::uint8_t* pRow = pPlane + nY / nSub * (vm_nWidth / nSub);
             for (int nX = stArea.nLeft; nX < stArea.nRight; nX += nSub) {
                 const float fDistance = distance(objMapping.m_F_n_X(static_cast<float>(nX) + fHalf), fY);
-                const float fCover = std::min(0.5F - fDistance / objMapping.m_F_n_Pixel(), 1.0F) * stShape.fOpacity;
+                const float fCover = std::min(0.5F - fDistance * fSharp, 1.0F) * stShape.fOpacity;
                 if (fCover > 0)
                     Blend(pRow[nX / nSub], fValue, fCover);
             }
@@ -217,15 +218,21 @@ void CCanvas::m_S_DrawText(std::string_view sText, float fX, float fY, float fDo
     const bool bMirror = vm_bMirror;
     m_S_SetStyle(0.0F, false);
     for (const char cGlyph : sText) {
-        for (int nDot = 0; nDot < CDotFont::s_nColumns * CDotFont::s_nRows; ++nDot) {
-            const int nColumn = nDot % CDotFont::s_nColumns;
-            const int nRow = nDot / CDotFont::s_nColumns;
-            if (CDotFont::s_F_b_Dot(cGlyph, nColumn, nRow))
-                m_S_Draw(
-                    {emDef_Shape::Box,
-                     {fX + fDot * static_cast<float>(nColumn), fY + fDot * static_cast<float>(nRow), fDot, fDot, 0.0F},
-                     nColour,
-                     nColour});
+        for (int nRow = 0; nRow < CDotFont::s_nRows; ++nRow) {
+            int nDots = 0; // of the run that ends at the column
+            for (int nColumn = 0; nColumn <= CDotFont::s_nColumns; ++nColumn) {
+                if (nColumn < CDotFont::s_nColumns && CDotFont::s_F_b_Dot(cGlyph, nColumn, nRow)) {
+                    ++nDots;
+                    continue;
+                }
+                if (nDots > 0)
+                    m_S_Draw({emDef_Shape::Box,
+                              {fX + fDot * static_cast<float>(nColumn - nDots), fY + fDot * static_cast<float>(nRow),
+                               fDot * static_cast<float>(nDots), fDot, 0.0F},
+                              nColour,
+                              nColour});
+                nDots = 0;
+            }
         }
         fX += fDot * (CDotFont::s_nColumns + 1);
     }

@@ -16,14 +16,25 @@ constexpr std::int64_t g_nPollNs = 10'000'000;      // how often a media that ta
 constexpr std::int64_t g_nLateNs = g_nSecondNs / 2; // after a longer gap nothing is made up for
 constexpr std::size_t g_nPieceSamples = 320;        // 40 ms a packet
 constexpr guint64 g_nMaxQueued = 2;
+constexpr std::uint64_t g_nNever = UINT64_MAX;
 
-// What leaves a stream of a media: nothing while paused, and time stamps that may have jumped. The stamps are changed
-// behind the RTP session, so its sender reports don't tell of the jump, as with a camera whose clock was set.
+// What leaves a stream of a media: nothing from before its start or while paused, and time stamps that may have jumped.
+// The stamps are changed behind the RTP session, so its sender reports don't tell of the jump, as with a camera whose
+// clock was set.
 struct stDef_Outlet
 {
     std::shared_ptr<const stDef_StreamMount> pMount;
+    std::shared_ptr<const std::atomic<std::uint64_t>> pStartNs;
     std::int64_t nClockHz;
 };
+
+GstClockTime TimeOf(const GstPadProbeInfo* pInfo)
+{
+    if ((pInfo->type & GST_PAD_PROBE_TYPE_BUFFER) != 0)
+        return GST_BUFFER_PTS(GST_BUFFER(pInfo->data));
+    GstBufferList* pList = GST_BUFFER_LIST(pInfo->data);
+    return gst_buffer_list_length(pList) > 0 ? GST_BUFFER_PTS(gst_buffer_list_get(pList, 0)) : 0;
+}
 
 void ShiftTimeStamp(GstBuffer* pPacket, std::uint32_t nShift)
 {
@@ -38,7 +49,7 @@ void ShiftTimeStamp(GstBuffer* pPacket, std::uint32_t nShift)
 GstPadProbeReturn OnOutlet(GstPad*, GstPadProbeInfo* pInfo, gpointer pData)
 {
     const auto& stOutlet = *static_cast<const stDef_Outlet*>(pData);
-    if (stOutlet.pMount->bPaused)
+    if (stOutlet.pMount->bPaused || TimeOf(pInfo) < *stOutlet.pStartNs)
         return GST_PAD_PROBE_DROP;
     const long nJumpMs = stOutlet.pMount->nJumpMs;
     if (nJumpMs == 0)
@@ -75,6 +86,25 @@ GstPad* OutletPad(GstRTSPStream* pStream)
     return pOutlet;
 }
 
+// Sender reports tell the time of capture. Else those for the first packets, which are sent before the pipeline knows
+// its latency, would tell a wrong one, and time stamps would leap back at a client when the next report puts it right.
+void OnElement(GstBin*, GstElement* pElement, gpointer)
+{
+    if (g_object_class_find_property(G_OBJECT_GET_CLASS(pElement), "rtcp-sync-send-time") != nullptr)
+        g_object_set(pElement, "rtcp-sync-send-time", FALSE, nullptr);
+}
+
+void WatchPipeline(GstRTSPMedia* pMedia)
+{
+    GstElement* pBin = gst_rtsp_media_get_element(pMedia);
+    GstObject* pPipeline = gst_object_get_parent(GST_OBJECT(pBin));
+    if (pPipeline != nullptr) {
+        g_signal_connect(pPipeline, "element-added", G_CALLBACK(&OnElement), nullptr);
+        gst_object_unref(pPipeline);
+    }
+    gst_object_unref(pBin);
+}
+
 GstElement* Source(GstRTSPMedia* pMedia, const char* pszName)
 {
     GstElement* pBin = gst_rtsp_media_get_element(pMedia);
@@ -97,9 +127,12 @@ CStreamFeed::CStreamFeed(GstRTSPMedia* pMedia, std::shared_ptr<const stDef_Strea
       vm_pClip(CClipLibrary::s_F_o_Shared().m_F_p_Get(vm_pMount->nChannel, vm_pMount->bSecond)),
       vm_arSound(CSoundMaker::s_F_ar_Make(vm_pMount->nChannel)),
       vm_arPiece(g_nPieceSamples),
+      vm_pStartNs(std::make_shared<std::atomic<std::uint64_t>>(g_nNever)),
       vm_stVideo{Source(pMedia, "video"), g_nSecondNs / stDef_EncodedClip::s_nFps, 0},
       vm_stAudio{Source(pMedia, "audio"), g_nSecondNs * g_nPieceSamples / CSoundMaker::s_nRate, 0}
-{}
+{
+    WatchPipeline(pMedia);
+}
 
 CStreamFeed::~CStreamFeed()
 {
@@ -115,11 +148,15 @@ void CStreamFeed::m_S_OnPrepared(GstRTSPMedia* pMedia)
         if (pPad == nullptr)
             continue;
         gst_pad_add_probe(pPad, GstPadProbeType(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_BUFFER_LIST), &OnOutlet,
-                          new stDef_Outlet{vm_pMount, arClockHz[n]},
+                          new stDef_Outlet{vm_pMount, vm_pStartNs, arClockHz[n]},
                           [](gpointer pData) { delete static_cast<stDef_Outlet*>(pData); });
         gst_object_unref(pPad);
     }
-    vm_bPrepared = true;
+}
+
+void CStreamFeed::m_S_OnPlaying()
+{
+    vm_bPlaying = true;
 }
 
 void CStreamFeed::m_S_SkipToKey()
@@ -177,17 +214,30 @@ void CStreamFeed::m_S_ChooseClip()
     m_S_SkipToKey();
 }
 
+// Before somebody plays, the media needs one piece of each track to be prepared; it doesn't go out. With the start, the
+// clip begins, so that no client gets pictures that waited for it.
+bool CStreamFeed::m_F_b_Begin(std::int64_t nNowNs, std::int64_t nBaseNs)
+{
+    if (!vm_bPlaying)
+        return vm_nFrame == 0 && vm_nSound == 0;
+    if (*vm_pStartNs == g_nNever) {
+        vm_nFrame = vm_nSound = 0;
+        vm_stVideo.nDueNs = vm_stAudio.nDueNs = nNowNs;
+        *vm_pStartNs = static_cast<std::uint64_t>(std::max<std::int64_t>(nNowNs - nBaseNs, 0));
+    }
+    vm_bHeld = vm_bHeld || vm_pMount->bPaused;
+    return !vm_pMount->bPaused;
+}
+
 std::int64_t CStreamFeed::m_F_n_Push(std::int64_t nNowNs)
 {
-    const bool bPaused = vm_pMount->bPaused && vm_bPrepared; // also a paused one must get so far as to be prepared
-    vm_bHeld = vm_bHeld || bPaused;
-    if (!vm_pClip || bPaused || !IsPlaying(vm_stVideo.pSource) || !IsPlaying(vm_stAudio.pSource))
+    const auto nBaseNs = static_cast<std::int64_t>(gst_element_get_base_time(vm_stVideo.pSource));
+    if (!vm_pClip || !IsPlaying(vm_stVideo.pSource) || !IsPlaying(vm_stAudio.pSource) || !m_F_b_Begin(nNowNs, nBaseNs))
         return nNowNs + g_nPollNs;
     m_S_ChooseClip();
     if (vm_bHeld)
         m_S_SkipToKey();
     vm_bHeld = false;
-    const auto nBaseNs = static_cast<std::int64_t>(gst_element_get_base_time(vm_stVideo.pSource));
     m_S_PushTrack(
         vm_stVideo, nNowNs, nBaseNs, [this]() -> const auto& { return m_F_ar_NextPicture(); });
     m_S_PushTrack(

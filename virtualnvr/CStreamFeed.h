@@ -12,7 +12,7 @@ typedef struct _GstElement GstElement;
 typedef struct _GstRTSPMedia GstRTSPMedia;
 
 /// Feeds one playing media of a mount, from its clip and its sound, with time stamps of the media's own clock. It
-/// pushes only what the media takes: while nobody plays yet, the first pictures wait, a key frame foremost.
+/// pushes only what the media takes.
 class CStreamFeed
 {
 public:
@@ -24,6 +24,9 @@ public:
 
     /// Called when the media is prepared: what leaves it passes the faults from here on.
     void m_S_OnPrepared(GstRTSPMedia* pMedia);
+
+    /// Called when its client plays: the clip begins now.
+    void m_S_OnPlaying();
 
     /// Pushes what is due and tells when to be called next; times in nanoseconds of the steady clock. For one thread.
     std::int64_t m_F_n_Push(std::int64_t nNowNs);
@@ -39,6 +42,7 @@ private:
     void m_S_PushTrack(stDef_Track& stTrack, std::int64_t nNowNs, std::int64_t nBaseNs, Piece nextPiece);
     const std::vector<std::uint8_t>& m_F_ar_NextPicture();
     const std::vector<std::uint8_t>& m_F_ar_NextSound();
+    bool m_F_b_Begin(std::int64_t nNowNs, std::int64_t nBaseNs);
     void m_S_ChooseClip();
     void m_S_SkipToKey();
 
@@ -46,11 +50,12 @@ private:
     std::shared_ptr<const stDef_EncodedClip> vm_pClip;
     std::vector<std::uint8_t> vm_arSound;
     std::vector<std::uint8_t> vm_arPiece;
+    std::shared_ptr<std::atomic<std::uint64_t>> vm_pStartNs; ///< of the media's clock; what is older isn't sent
     stDef_Track vm_stVideo;
     stDef_Track vm_stAudio;
     std::size_t vm_nFrame = 0;
     std::size_t vm_nSound = 0;
-    std::atomic<bool> vm_bPrepared{false};
+    std::atomic<bool> vm_bPlaying{false};
     bool vm_bOther = false;
     bool vm_bHeld = false; ///< a pause was kept; a key frame comes next
 };

@@ -26,10 +26,10 @@ constexpr const char* g_pszRole = "viewer";
 
 // The access units bring their parameter sets along; the payloader takes those of the description from the first one.
 constexpr const char* g_pszLaunch =
-    "( appsrc name=video is-live=true format=time emit-signals=false "
+    "( appsrc name=video is-live=true format=time emit-signals=false max-latency=200000000 "
     "caps=video/x-h264,stream-format=byte-stream,alignment=au ! rtph264pay name=pay0 pt=96 "
-    "appsrc name=audio is-live=true format=time emit-signals=false "
-    "caps=audio/x-mulaw,rate=8000,channels=1 ! rtppcmupay name=pay1 pt=0 )";
+    "appsrc name=audio is-live=true format=time emit-signals=false max-latency=200000000 "
+    "caps=audio/x-mulaw,rate=8000,channels=1 ! rtppcmupay name=pay1 pt=0 perfect-rtptime=false )";
 
 struct stDef_Mounted
 {
@@ -79,6 +79,12 @@ void OnPrepared(GstRTSPMedia* pMedia, gpointer pFed)
     static_cast<stDef_Fed*>(pFed)->pFeed->m_S_OnPrepared(pMedia);
 }
 
+void OnState(GstRTSPMedia*, gint nState, gpointer pFed)
+{
+    if (nState == GST_STATE_PLAYING)
+        static_cast<stDef_Fed*>(pFed)->pFeed->m_S_OnPlaying();
+}
+
 void OnUnprepared(GstRTSPMedia*, gpointer pFed)
 {
     const auto* pGone = static_cast<stDef_Fed*>(pFed);
@@ -90,6 +96,7 @@ void OnConfigure(GstRTSPMediaFactory*, GstRTSPMedia* pMedia, gpointer pData)
     const auto* pConfigure = static_cast<stDef_Configure*>(pData);
     auto* pFed = new stDef_Fed{std::make_shared<CStreamFeed>(pMedia, pConfigure->pMount), pConfigure->pClock};
     g_signal_connect(pMedia, "prepared", G_CALLBACK(&OnPrepared), pFed);
+    g_signal_connect(pMedia, "new-state", G_CALLBACK(&OnState), pFed);
     g_signal_connect_data(
         pMedia, "unprepared", G_CALLBACK(&OnUnprepared), pFed,
         [](gpointer pGone, GClosure*) { delete static_cast<stDef_Fed*>(pGone); }, GConnectFlags(0));
