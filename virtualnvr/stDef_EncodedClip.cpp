@@ -20,8 +20,8 @@ constexpr stDef_Format g_stSecond{320, 180, 25};
 // One thread and no look-ahead make the result the same each time.
 constexpr const char* g_pszLaunch =
     "appsrc name=in format=time max-bytes=0 caps=video/x-raw,format=I420,width=%d,height=%d,framerate=%d/1 "
-    "! x264enc speed-preset=ultrafast tune=zerolatency threads=1 bframes=0 pass=quant quantizer=%d key-int-max=%d aud=false "
-    "option-string=scenecut=0:repeat-headers=1 "
+    "! x264enc speed-preset=ultrafast tune=zerolatency threads=1 bframes=0 pass=quant quantizer=%d key-int-max=%d "
+    "aud=false option-string=scenecut=0:repeat-headers=1 "
     "! video/x-h264,profile=main,stream-format=byte-stream,alignment=au ! appsink name=out sync=false max-buffers=0";
 
 void PushFrames(GstAppSrc* pSource, CPictureMaker& objMaker)
