@@ -4,6 +4,7 @@
 
 #include "host/livefeed/CParameterSets.h"
 #include "host/livefeed/CRingCodec.h"
+#include "host/livefeed/CStreamSyntax.h"
 
 extern "C" {
 #include <libavformat/avformat.h>
@@ -31,6 +32,8 @@ void CPacketSink::m_S_Open(CShmRing* pRing, const AVStream& stStream)
     vm_pRing = pRing;
     vm_stParam = CRingCodec::s_F_o_Param(*stStream.codecpar);
     vm_bVideo = stStream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO;
+    vm_bPieces = CStreamSyntax::s_F_b_HasUnits(vm_stParam.nCodec);
+    vm_objUnit.m_S_Open(vm_stParam.nCodec);
     vm_nTimeNum = stStream.time_base.num;
     vm_nTimeDen = stStream.time_base.den;
 }
@@ -39,18 +42,30 @@ void CPacketSink::m_S_Write(const AVPacket& stPacket, std::int64_t nArrivalUs)
 {
     if (stPacket.size <= 0 || !m_F_b_HoldsRing(nArrivalUs))
         return;
-    const bool bKey = !vm_bVideo || (stPacket.flags & AV_PKT_FLAG_KEY) != 0;
-    if ((vm_bNeedKey && !bKey) || (vm_bVideo && bKey && !m_F_b_FollowParam(stPacket)))
-        return;
+    const auto nSize = static_cast<std::size_t>(stPacket.size);
     st_RingPacket stRing;
     stRing.nPtsUs = m_F_n_ToUs(stPacket.pts);
     stRing.nDtsUs = m_F_n_ToUs(stPacket.dts);
     stRing.nArrivalUs = nArrivalUs;
-    stRing.bKey = bKey;
-    const bool bSwap = vm_stParam.nCodec == emDef_RingCodec::PCM_S16LE;
+    stRing.bKey = true;
+    if (!vm_bPieces) {
+        const bool bSwap = vm_stParam.nCodec == emDef_RingCodec::PCM_S16LE;
+        m_S_WriteWhole(stRing, bSwap ? m_F_p_Swapped(stPacket) : stPacket.data, nSize);
+    } else if (vm_objUnit.m_F_b_Add(stPacket.data, nSize, stRing.nPtsUs, nArrivalUs)) {
+        stRing.nPtsUs = vm_objUnit.m_F_n_PtsUs();
+        stRing.nDtsUs = st_RingPacket::NoTime;
+        stRing.nArrivalUs = vm_objUnit.m_F_n_ArrivalUs();
+        stRing.bKey = vm_objUnit.m_F_b_Key();
+        m_S_WriteWhole(stRing, vm_objUnit.m_F_ar_Bytes().data(), vm_objUnit.m_F_ar_Bytes().size());
+    }
+}
+
+void CPacketSink::m_S_WriteWhole(const st_RingPacket& stRing, const std::uint8_t* pData, std::size_t nSize)
+{
+    if ((vm_bNeedKey && !stRing.bKey) || (vm_bVideo && stRing.bKey && !m_F_b_FollowParam(pData, nSize)))
+        return;
     // A picture that the ring refuses takes those that build on it with it.
-    vm_bNeedKey = !vm_pRing->m_F_b_Write(stRing, bSwap ? m_F_p_Swapped(stPacket) : stPacket.data,
-                                         static_cast<std::uint32_t>(stPacket.size));
+    vm_bNeedKey = !vm_pRing->m_F_b_Write(stRing, pData, static_cast<std::uint32_t>(nSize));
 }
 
 bool CPacketSink::m_F_b_HoldsRing(std::int64_t nNowUs)
@@ -64,16 +79,15 @@ bool CPacketSink::m_F_b_HoldsRing(std::int64_t nNowUs)
     return vm_bClaimed;
 }
 
-bool CPacketSink::m_F_b_FollowParam(const AVPacket& stPacket)
+bool CPacketSink::m_F_b_FollowParam(const std::uint8_t* pData, std::size_t nSize)
 {
-    const auto nSize = static_cast<std::size_t>(stPacket.size);
-    const bool bJpeg = vm_stParam.nCodec == emDef_RingCodec::MJPEG; // each picture tells all by itself
-    if (CParameterSets::s_F_b_Take(vm_stParam, stPacket.data, nSize) || !vm_bSizeKnown || bJpeg) {
-        CParameterSets::s_S_FindSize(vm_stParam, stPacket.data, nSize);
+    // A JPEG tells all by itself, each time.
+    if (CParameterSets::s_F_b_Take(vm_stParam, pData, nSize) || !vm_bSizeKnown || !vm_bPieces) {
+        CParameterSets::s_S_FindSize(vm_stParam, pData, nSize);
         vm_bSizeKnown = vm_stParam.nWidth > 0;
         vm_pRing->m_F_b_SetParam(vm_stParam);
     }
-    return bJpeg || vm_stParam.nExtraSize > 0;
+    return !vm_bPieces || vm_stParam.nExtraSize > 0;
 }
 
 std::int64_t CPacketSink::m_F_n_ToUs(std::int64_t nTicks) const

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "host/hostenv/CShmRing.h"
+#include "host/livefeed/CAccessUnit.h"
 
 struct AVPacket;
 struct AVStream;
@@ -26,19 +27,22 @@ public:
     void m_S_Open(CShmRing* pRing, const AVStream& stStream);
     bool m_F_b_IsOpen() const { return vm_pRing != nullptr; }
 
-    /// Writes one packet, a whole access unit, that came at `nArrivalUs` of the steady clock.
+    /// Takes one packet, a whole one or a piece of a picture, that came at `nArrivalUs` of the steady clock.
     void m_S_Write(const AVPacket& stPacket, std::int64_t nArrivalUs);
 
 private:
+    void m_S_WriteWhole(const st_RingPacket& stRing, const std::uint8_t* pData, std::size_t nSize);
     bool m_F_b_HoldsRing(std::int64_t nNowUs);
     /// Publishes the parameters of a key frame if they are new; false if a decoder could make nothing of it.
-    bool m_F_b_FollowParam(const AVPacket& stPacket);
+    bool m_F_b_FollowParam(const std::uint8_t* pData, std::size_t nSize);
     std::int64_t m_F_n_ToUs(std::int64_t nTicks) const;
     const std::uint8_t* m_F_p_Swapped(const AVPacket& stPacket);
 
     CShmRing* vm_pRing = nullptr;
     st_RingParam vm_stParam;
+    CAccessUnit vm_objUnit;
     bool vm_bVideo = false;
+    bool vm_bPieces = false; ///< packets are pieces of pictures
     bool vm_bClaimed = false;
     bool vm_bNeedKey = true;    ///< what comes before the next key frame can't be decoded
     bool vm_bSizeKnown = false; ///< of the extra bytes in force

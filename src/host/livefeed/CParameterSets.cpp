@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <climits>
 #include <cstring>
 #include <memory>
+#include <vector>
 
 #include "host/livefeed/CRingCodec.h"
+#include "host/livefeed/CStreamSyntax.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -15,64 +16,7 @@ extern "C" {
 namespace {
 
 constexpr std::array<std::uint8_t, 4> StartCode = {0, 0, 0, 1};
-
-enum class emDef_Nal
-{
-    Other,
-    Needed,   ///< a parameter set without which there is no decoding
-    Optional, ///< a parameter set beside it
-    Picture
-};
-
-emDef_Nal KindH264(std::uint8_t nFirst)
-{
-    const int nType = nFirst & 0x1f;
-    if (nType == 7) // SPS
-        return emDef_Nal::Needed;
-    if (nType == 8) // PPS
-        return emDef_Nal::Optional;
-    return nType >= 1 && nType <= 5 ? emDef_Nal::Picture : emDef_Nal::Other;
-}
-
-emDef_Nal KindH265(std::uint8_t nFirst)
-{
-    const int nType = nFirst >> 1 & 0x3f;
-    if (nType == 33) // SPS
-        return emDef_Nal::Needed;
-    if (nType == 32 || nType == 34) // VPS, PPS
-        return emDef_Nal::Optional;
-    return nType < 32 ? emDef_Nal::Picture : emDef_Nal::Other;
-}
-
-emDef_Nal KindMpeg4(std::uint8_t nFirst)
-{
-    if (nFirst >= 0x20 && nFirst <= 0x2f) // video object layer
-        return emDef_Nal::Needed;
-    if (nFirst < 0x20 || nFirst == 0xb0 || nFirst == 0xb5) // video object, its sequence
-        return emDef_Nal::Optional;
-    return nFirst == 0xb6 ? emDef_Nal::Picture : emDef_Nal::Other;
-}
-
-emDef_Nal Kind(emDef_RingCodec nCodec, std::uint8_t nFirst)
-{
-    if (nCodec == emDef_RingCodec::MPEG4)
-        return KindMpeg4(nFirst);
-    return nCodec == emDef_RingCodec::H264 ? KindH264(nFirst) : KindH265(nFirst);
-}
-
-/// Position of the next 00 00 01 from `n` on; the end if there is none.
-std::size_t NextStart(const std::uint8_t* pData, std::size_t nSize, std::size_t n)
-{
-    for (; n + 3 <= nSize; ++n) {
-        const auto* p = static_cast<const std::uint8_t*>(std::memchr(pData + n, 1, nSize - n));
-        if (!p)
-            break;
-        n = static_cast<std::size_t>(p - pData);
-        if (n >= 2 && pData[n - 1] == 0 && pData[n - 2] == 0)
-            return n - 2;
-    }
-    return nSize;
-}
+constexpr std::size_t MaxFrame = 64u << 20;
 
 /// Units put behind each other, each with a start code of four bytes.
 struct stDef_Gathered
@@ -100,7 +44,6 @@ struct stDef_ContextFree
     void operator()(AVCodecParserContext* p) const { av_parser_close(p); }
 };
 
-/// The library reads past the end of what it is given.
 bool SetExtra(AVCodecContext& stContext, const st_RingParam& stParam)
 {
     stContext.extradata = static_cast<std::uint8_t*>(av_mallocz(stParam.nExtraSize + AV_INPUT_BUFFER_PADDING_SIZE));
@@ -130,23 +73,24 @@ void FindJpegSize(st_RingParam& stParam, const std::uint8_t* pData, std::size_t 
 
 bool CParameterSets::s_F_b_Take(st_RingParam& stParam, const std::uint8_t* pData, std::size_t nSize)
 {
-    if (stParam.nCodec == emDef_RingCodec::MJPEG)
+    if (!CStreamSyntax::s_F_b_HasUnits(stParam.nCodec))
         return false;
+    using emDef_Kind = stDef_StreamUnit::emDef_Kind;
     stDef_Gathered stFound;
     bool bNeeded = false;
     bool bOptional = false;
     std::size_t nNext = 0;
-    for (std::size_t n = NextStart(pData, nSize, 0); n + 3 < nSize; n = nNext) {
+    for (std::size_t n = CStreamSyntax::s_F_n_NextStart(pData, nSize, 0); n + 3 < nSize; n = nNext) {
         const std::uint8_t* pUnit = pData + n + 3;
-        const emDef_Nal nKind = Kind(stParam.nCodec, *pUnit);
-        if (nKind == emDef_Nal::Picture)
+        const emDef_Kind nKind = CStreamSyntax::s_F_o_Unit(stParam.nCodec, pUnit, nSize - n - 3).nKind;
+        if (nKind == emDef_Kind::Picture)
             break;
-        nNext = NextStart(pData, nSize, n + 3);
-        if (nKind == emDef_Nal::Other)
+        nNext = CStreamSyntax::s_F_n_NextStart(pData, nSize, n + 3);
+        if (nKind == emDef_Kind::Other)
             continue;
         if (!stFound.m_F_b_Append(pUnit, pData + nNext))
             return false;
-        (nKind == emDef_Nal::Needed ? bNeeded : bOptional) = true;
+        (nKind == emDef_Kind::Needed ? bNeeded : bOptional) = true;
     }
     if (!bNeeded || !bOptional || (stFound.nSize == stParam.nExtraSize && stFound.arBytes == stParam.arExtra))
         return false;
@@ -164,15 +108,18 @@ void CParameterSets::s_S_FindSize(st_RingParam& stParam, const std::uint8_t* pDa
     const AVCodecID nCodec = static_cast<AVCodecID>(CRingCodec::s_F_n_ToAv(stParam.nCodec));
     const std::unique_ptr<AVCodecContext, stDef_ContextFree> pContext(avcodec_alloc_context3(nullptr));
     const std::unique_ptr<AVCodecParserContext, stDef_ContextFree> pParser(av_parser_init(nCodec));
-    if (!pContext || !pParser || nSize > INT_MAX || !SetExtra(*pContext, stParam))
+    if (!pContext || !pParser || nSize > MaxFrame || !SetExtra(*pContext, stParam))
         return;
     pContext->codec_id = nCodec;
     pContext->codec_type = AVMEDIA_TYPE_VIDEO;
     pParser->flags |= PARSER_FLAG_COMPLETE_FRAMES;
+    // The library reads past the end of what it is given.
+    std::vector<std::uint8_t> arPadded(pData, pData + nSize);
+    arPadded.resize(nSize + AV_INPUT_BUFFER_PADDING_SIZE);
     std::uint8_t* pOut = nullptr;
     int nOut = 0;
-    av_parser_parse2(pParser.get(), pContext.get(), &pOut, &nOut, pData, static_cast<int>(nSize), AV_NOPTS_VALUE,
-                     AV_NOPTS_VALUE, 0);
+    av_parser_parse2(pParser.get(), pContext.get(), &pOut, &nOut, arPadded.data(), static_cast<int>(nSize),
+                     AV_NOPTS_VALUE, AV_NOPTS_VALUE, 0);
     // Some parsers tell the size by themselves, others through the context.
     const int nWidth = pParser->width > 0 ? pParser->width : pContext->width;
     const int nHeight = pParser->width > 0 ? pParser->height : pContext->height;

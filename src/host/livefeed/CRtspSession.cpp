@@ -122,6 +122,7 @@ int CRtspSession::m_F_n_Open(const std::string& sUrl)
     const AVInputFormat* pRtsp = av_find_input_format("rtsp");
     if (!vm_pFormat || !pRtsp)
         return AVERROR(ENOMEM);
+    vm_pFormat->flags |= AVFMT_FLAG_NOPARSE | AVFMT_FLAG_NOFILLIN; // the sinks put pictures together
     vm_pFormat->interrupt_callback.opaque = this;
     vm_pFormat->interrupt_callback.callback = [](void* pSelf) {
         return static_cast<const CRtspSession*>(pSelf)->m_F_b_GiveUp() ? 1 : 0;

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <vector>
 
+#include "host/livefeed/CAccessUnit.h"
 #include "host/livefeed/CParameterSets.h"
 #include "host/livefeed/CRingCodec.h"
 #include "host/livefeed/CStreamUrl.h"
@@ -101,7 +102,7 @@ TEST(ParameterSets, AreTakenFromKeyFramesOfEachCodec)
         st_RingParam stParam;
         stParam.nCodec = row.nCodec;
         for (const auto& [nWidth, nHeight] : {std::pair{640, 368}, {320, 192}}) {
-            auto arKey = KeyFrame(nWidth, nHeight, row.pEnding);
+            const auto arKey = KeyFrame(nWidth, nHeight, row.pEnding);
             ASSERT_FALSE(arKey.empty());
             const st_RingParam stBefore = stParam;
             EXPECT_FALSE(CParameterSets::s_F_b_Take(stParam, arKey.data(), 6)) << "a cut frame has no whole group";
@@ -109,8 +110,7 @@ TEST(ParameterSets, AreTakenFromKeyFramesOfEachCodec)
             EXPECT_EQ(CParameterSets::s_F_b_Take(stParam, arKey.data(), arKey.size()), row.bSets);
             EXPECT_FALSE(CParameterSets::s_F_b_Take(stParam, arKey.data(), arKey.size())) << "nothing new any more";
             EXPECT_EQ(stParam.nExtraSize > 0, row.bSets);
-            arKey.resize(arKey.size() + AV_INPUT_BUFFER_PADDING_SIZE);
-            CParameterSets::s_S_FindSize(stParam, arKey.data(), arKey.size() - AV_INPUT_BUFFER_PADDING_SIZE);
+            CParameterSets::s_S_FindSize(stParam, arKey.data(), arKey.size());
             EXPECT_EQ(std::pair(stParam.nWidth, stParam.nHeight), std::pair(nWidth, nHeight));
         }
     }
@@ -127,8 +127,7 @@ TEST(ParameterSets, SurviveGarbage)
         for (std::size_t nSize = 0; nSize < std::min<std::size_t>(arKey.size(), 200); ++nSize) {
             const std::vector<std::uint8_t> arCut(arKey.begin(), arKey.begin() + static_cast<std::ptrdiff_t>(nSize));
             CParameterSets::s_F_b_Take(stParam, arCut.data(), arCut.size());
-            if (nCodec == emDef_RingCodec::MJPEG) // the others read past the end, as packets allow
-                CParameterSets::s_S_FindSize(stParam, arCut.data(), arCut.size());
+            CParameterSets::s_S_FindSize(stParam, arCut.data(), arCut.size());
         }
     }
     // Sets that don't fit are left out, however large.
@@ -140,6 +139,101 @@ TEST(ParameterSets, SurviveGarbage)
     arHuge.insert(arHuge.end(), std::begin(arPps), std::end(arPps));
     EXPECT_FALSE(CParameterSets::s_F_b_Take(stParam, arHuge.data(), arHuge.size()));
     EXPECT_EQ(stParam.nExtraSize, 0u);
+}
+
+/// What goes in piece by piece, and the pictures that must come out: each the numbers of its pieces, '*' a key frame.
+struct stDef_UnitRow
+{
+    const char* pWhat;
+    emDef_RingCodec nCodec;
+    std::vector<std::vector<std::uint8_t>> arPieces;
+    const char* pPictures;
+};
+
+const stDef_UnitRow g_arUnitRows[] = {
+    {"what precedes the first beginning is passed over, and the last picture waits for the next one",
+     emDef_RingCodec::H264,
+     {{0x11, 0x22}, {0, 0, 1, 0x41, 0x10}, {0, 0, 1, 0x67, 1}, {0, 0, 1, 0x65, 0x88}, {0, 0, 1, 0x41, 0x9a}},
+     "2 3*"},
+    {"parts of a unit, further slices and what follows a slice belong to the picture",
+     emDef_RingCodec::H264,
+     {{0, 0, 0, 1, 0x65, 0x88},
+      {0x33, 0, 0},
+      {0, 0, 1, 0x65, 0x20},
+      {0, 0, 1, 0x0c, 0xff},
+      {0, 0, 1, 0x41, 0x9a},
+      {0, 0, 1, 0x41, 0x9b}},
+     "0 1 2 3* 4"},
+    {"a delimiter, sets and messages open the next picture; a recovery point makes it a key frame",
+     emDef_RingCodec::H264,
+     {{0, 0, 1, 0x41, 0x9a},
+      {0, 0, 1, 0x09, 0x10},
+      {0, 0, 1, 0x06, 0x06, 1},
+      {0, 0, 1, 0x41, 0x9a},
+      {0, 0, 1, 0x67, 1, 0, 0, 1, 0x68, 2, 0, 0, 1, 0x65, 0x88},
+      {0, 0, 1, 0x41, 0x9a}},
+     "0 1 2 3* 4*"},
+    {"H.265",
+     emDef_RingCodec::H265,
+     {{0, 0, 1, 0x40, 1},
+      {0, 0, 1, 0x42, 1},
+      {0, 0, 1, 0x44, 1},
+      {0, 0, 1, 0x26, 1, 0xaf},
+      {0, 0, 1, 0x26, 1, 0x2f},
+      {0, 0, 1, 0x50, 1},
+      {0, 0, 1, 0x02, 1, 0xd0},
+      {0, 0, 1, 0x4e, 1},
+      {0, 0, 1, 0x02, 1, 0xd0},
+      {0, 0, 1, 0x46, 1}},
+     "0 1 2 3 4 5* 6 7 8"},
+    {"MPEG-4",
+     emDef_RingCodec::MPEG4,
+     {{0, 0, 1, 0xb0, 1, 0, 0, 1, 0x20, 1},
+      {0, 0, 1, 0xb3, 9},
+      {0, 0, 1, 0xb6, 0x10},
+      {0x77},
+      {0, 0, 1, 0xb6, 0x50},
+      {0, 0, 1, 0xb3, 9}},
+     "0 1 2 3* 4"},
+};
+
+TEST(AccessUnit, GathersWhatBelongsToAPicture)
+{
+    for (const stDef_UnitRow& row : g_arUnitRows) {
+        SCOPED_TRACE(row.pWhat);
+        CAccessUnit objUnit;
+        objUnit.m_S_Open(row.nCodec);
+        std::string sPictures;
+        for (std::size_t i = 0; i < row.arPieces.size(); ++i) {
+            // Each piece is stamped with its number, so that the picture's stamps tell its first and last one.
+            const auto nStamp = static_cast<std::int64_t>(i);
+            if (!objUnit.m_F_b_Add(row.arPieces[i].data(), row.arPieces[i].size(), nStamp, nStamp))
+                continue;
+            std::vector<std::uint8_t> arExpected;
+            for (std::int64_t n = objUnit.m_F_n_PtsUs(); n <= objUnit.m_F_n_ArrivalUs(); ++n) {
+                const auto& arPiece = row.arPieces[static_cast<std::size_t>(n)];
+                arExpected.insert(arExpected.end(), arPiece.begin(), arPiece.end());
+                sPictures += (sPictures.empty() ? "" : " ") + std::to_string(n);
+            }
+            sPictures += objUnit.m_F_b_Key() ? "*" : "";
+            EXPECT_EQ(objUnit.m_F_ar_Bytes(), arExpected);
+        }
+        EXPECT_EQ(sPictures, row.pPictures);
+    }
+}
+
+TEST(AccessUnit, GivesUpAPictureThatNeverEnds)
+{
+    CAccessUnit objUnit;
+    objUnit.m_S_Open(emDef_RingCodec::H264);
+    const std::vector<std::uint8_t> arSlice = {0, 0, 1, 0x65, 0x88};
+    const std::vector<std::uint8_t> arRest(1 << 20, 0x55);
+    EXPECT_FALSE(objUnit.m_F_b_Add(arSlice.data(), arSlice.size(), 0, 0));
+    for (int i = 0; i < 20; ++i)
+        EXPECT_FALSE(objUnit.m_F_b_Add(arRest.data(), arRest.size(), 0, 0));
+    EXPECT_FALSE(objUnit.m_F_b_Add(arSlice.data(), arSlice.size(), 1, 1)) << "the endless one is gone";
+    EXPECT_TRUE(objUnit.m_F_b_Add(arSlice.data(), arSlice.size(), 2, 2));
+    EXPECT_EQ(objUnit.m_F_ar_Bytes(), arSlice);
 }
 
 } // namespace
