@@ -39,7 +39,8 @@ CPictureMaker::CPictureMaker(int nChannel, bool bSecond, int nWidth, int nHeight
 {
     // Four scenes serve all channels: each further round of them has hues of its own, every other one is mirrored.
     const int nRound = nChannel / 4;
-    vm_objBackground.m_S_SetStyle(static_cast<float>(nRound) * 67.0F, nRound % 2 != 0);
+    const int nHue = nRound == 0 ? 0 : nRound * 23 % 61 - 30;
+    vm_objBackground.m_S_SetStyle(static_cast<float>(nHue), nRound % 2 != 0);
     stDef_Scene::s_F_o_Of(nChannel).pDrawStill(vm_objBackground);
 }
 
