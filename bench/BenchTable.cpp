@@ -23,13 +23,14 @@ void PrintHead()
 void PrintRow(const stDef_BenchRow& stRow)
 {
     const bool bRatio = stRow.dBaseline > 0;
-    const double dJudged = bRatio ? stRow.dOurs / stRow.dBaseline : stRow.dOurs;
+    const double dRatio = bRatio ? stRow.dOurs / stRow.dBaseline : 0;
+    const double dJudged = bRatio && !stRow.bAbsolute ? dRatio : stRow.dOurs;
     const bool bMet = stRow.dGoal <= 0 || dJudged <= stRow.dGoal;
     g_bAllMet &= bMet;
     char szBaseline[32] = "-", szRatio[32] = "-", szGoal[32] = "-";
     if (bRatio) {
         std::snprintf(szBaseline, sizeof szBaseline, "%.2f", stRow.dBaseline);
-        std::snprintf(szRatio, sizeof szRatio, "%.2f", dJudged);
+        std::snprintf(szRatio, sizeof szRatio, "%.2f", dRatio);
     }
     if (stRow.dGoal > 0)
         std::snprintf(szGoal, sizeof szGoal, "<= %.4g", stRow.dGoal);

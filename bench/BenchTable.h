@@ -16,6 +16,7 @@ struct stDef_BenchRow
     std::string sUnit;
     double dGoal = 0; ///< highest good ratio, or highest good value where there is no baseline; 0 for none
     std::string sNote;
+    bool bAbsolute = false; ///< the goal holds for our value, also where there is a baseline
 };
 
 void PrintHead();

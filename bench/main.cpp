@@ -23,9 +23,9 @@ int main(int argc, char** argv)
 {
     if (argc > 1 && !std::strcmp(argv[1], "--ring-reader"))
         return RingReaderProcess(argc - 2, argv + 2);
-    QApplication app(argc, argv);
     if (argc > 1 && !std::strcmp(argv[1], "--intake"))
         return IntakeProcess(argc - 2, argv + 2);
+    QApplication app(argc, argv);
 
     PrintHead();
     for (const stDef_Group& stGroup : g_arGroups) {

@@ -402,8 +402,10 @@ bool CXmlObj::m_F_b_LoadXMLFile(const QString& sPath)
     QFile objFile(sPath);
     if (!objFile.open(QIODevice::ReadOnly))
         return false;
-    // UTF-32 takes four bytes a character at most.
-    const QByteArray sBytes = objFile.read(4 * g_nMaxBytes);
+    // Piece by piece: a read sets aside all that it is allowed, whatever there is. UTF-32 takes four bytes a character.
+    QByteArray sBytes;
+    for (QByteArray sPiece; sBytes.size() < 4 * g_nMaxBytes && !(sPiece = objFile.read(1 << 16)).isEmpty();)
+        sBytes += sPiece;
     QString sText;
     return Decode(sBytes, sText) && m_F_b_LoadXML(sText);
 }
