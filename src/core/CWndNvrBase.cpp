@@ -12,7 +12,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int MaxNvrID = 1000;
-constexpr int DipsTimeoutMs = 10000;
 constexpr const char* DipsRequestPath = "dips/request.php";
 
 } // namespace
@@ -47,7 +46,7 @@ void CWndNvrBase::s_S_ReleaseNvrObject(CWndNvrBase** ppObj)
 
 stDef_DipsTarget& CWndNvrBase::s_F_o_DipsTarget()
 {
-    static stDef_DipsTarget s_stTarget{FLEETLINK_DIPS_HOST, 80};
+    static stDef_DipsTarget s_stTarget{FLEETLINK_DIPS_HOST};
     return s_stTarget;
 }
 
@@ -120,7 +119,9 @@ bool CWndNvrBase::m_F_b_DipsToIpPort(const QByteArray& sId, QByteArray& sAddress
         return false;
     const stDef_DipsTarget& stDips = s_F_o_DipsTarget();
     const QByteArray sUrl = DipsRequestPath + "?id="_ba + sId;
-    if (vm_objHttp.m_F_n_HTTPGetDataDirect(stDips.sHost, {}, {}, stDips.nPort, sUrl, &vm_objReply, DipsTimeoutMs) < 0)
+    const int nBytes =
+        vm_objHttp.m_F_n_HTTPGetDataDirect(stDips.sHost, {}, {}, stDips.nPort, sUrl, &vm_objReply, stDips.nTimeoutMs);
+    if (nBytes < 0)
         return false;
 
     return CDipsReply::s_F_b_Parse(QByteArray(vm_objReply.m_F_p_GetStrCHAR()), sAddress, nPort);

@@ -15,6 +15,7 @@ struct stDef_DipsTarget
 {
     QByteArray sHost;
     int nPort = 80;
+    int nTimeoutMs = 10000; ///< for a whole look-up
 };
 
 /// One recorder: what is common to all kinds. A host makes one object per recorder and stream, initialises it, drives

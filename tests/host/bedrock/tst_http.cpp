@@ -9,11 +9,8 @@
 #include <atomic>
 #include <chrono>
 #include <future>
-#include <set>
-#include <sstream>
 #include <thread>
 
-#include "CFaultTable.h"
 #include "CRequestLog.h"
 #include "CScriptedServer.h"
 #include "CVirtualNvr.h"
@@ -125,41 +122,6 @@ protected:
     std::array<char, 1024> vm_arBuffer{};
     std::uint32_t vm_nBuffer = 1024;
 };
-
-TEST_F(Http, EndsEachFaultInTimeAndWorksOn)
-{
-    const std::pair<testing::Matcher<int>, const char*> arRows[] = {
-        {CHTTP::Result_TimedOut, "silence slow delay:5000"},
-        {CHTTP::Result_Unauthorised, "401 changing-challenge"},
-        {CHTTP::Result_TooLarge, "endless-headers huge endless-chunks huge-length"},
-        {CHTTP::Result_Broken,
-         "refuse garbage bad-chunks close-after-login cut-head cut-body:10 long-length negative-length"},
-        {CHTTP::Result_ErrorStatus, "redirect status status:404"},
-        {0, "empty"},
-        {Gt(0), "deep entity-bomb dips-no-colon dips-no-http stale-nonce delay:100 short-length chunked:7 no-root-end "
-                "cut-utf8 wrong-encoding"},
-    };
-    std::set<std::string> arNames;
-    vm_http.m_S_SetBodyLimit(8u << 20);
-    for (const auto& [result, pFaults] : arRows) {
-        std::istringstream faults(pFaults);
-        for (std::string sFault; faults >> sFault;) {
-            SCOPED_TRACE(sFault);
-            arNames.insert(sFault.substr(0, sFault.find(':')));
-            ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Parse("logininfo=" + sFault));
-            const auto nBegin = Clock::now();
-            const int nResult = Get(Info, TimeoutMs);
-            EXPECT_LE(MsSince(nBegin), TimeoutMs + SlackMs);
-            EXPECT_THAT(nResult, result);
-            EXPECT_EQ(vm_mem.m_F_n_GetMemSize(), quint64(std::max(nResult, 0))) << "a failure leaves nothing";
-            EXPECT_EQ(vm_mem.m_F_p_GetStrCHAR()[vm_mem.m_F_n_GetMemSize()], '\0');
-            vm_nvr.m_F_o_Faults().m_S_Clear();
-            EXPECT_GT(Get(Info), 0) << "the next request";
-        }
-    }
-    for (const std::string_view sName : CFaultTable::s_F_ar_Names())
-        EXPECT_EQ(arNames.count(std::string(sName)), 1U) << sName << " stands in no row";
-}
 
 TEST_F(Http, SendsTheUrlAsItWasGiven)
 {

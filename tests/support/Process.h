@@ -1,0 +1,49 @@
+#pragma once
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+/// What this process holds at present, and how much slower it is for the tool that watches it.
+namespace Process {
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr int Slowness = 5; ///< factor on time bounds
+inline constexpr int Weight = 6; ///< factor on memory bounds: shadow memory, and freed blocks that are kept for a while
+#else
+inline constexpr int Slowness = 1;
+inline constexpr int Weight = 1;
+#endif
+
+/// A number of /proc/self/status, such as "VmRSS" (in KiB) or "Threads"; 0 if there is none.
+inline long Status(const std::string& sKey)
+{
+    std::ifstream file("/proc/self/status");
+    for (std::string sLine; std::getline(file, sLine);)
+        if (sLine.starts_with(sKey + ':'))
+            return std::stol(sLine.substr(sKey.size() + 1));
+    return 0;
+}
+
+/// Makes the peak of the memory ("VmHWM") begin anew with what is in use now.
+inline void ForgetPeak()
+{
+    std::ofstream("/proc/self/clear_refs") << 5;
+}
+
+inline long Descriptors()
+{
+    return static_cast<long>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
+}
+
+/// Names of rings in shared memory of the instance.
+inline long RingNames(const std::string& sInstance)
+{
+    const std::filesystem::directory_iterator names("/dev/shm");
+    return std::count_if(begin(names), end(names), [&sInstance](const auto& entry) {
+        return entry.path().filename().string().find(sInstance) != std::string::npos;
+    });
+}
+
+} // namespace Process
