@@ -11,7 +11,7 @@ constexpr int TimeoutMs = 400;
 constexpr int SlackMs = 250 * Process::Slowness;
 constexpr int LongMs = 10000;
 constexpr std::uint64_t BodyLimit = 8u << 20;
-constexpr long PeakKiB = 1; // the limit some times over: bytes, text, document, the recorder's
+constexpr long PeakKiB = 3 * (BodyLimit >> 10) * Process::Weight; // a buffer that grows holds its old bytes, too
 constexpr const char* Camera = "cgi-bin/SyncSetting.cgi?action=CameraXML";
 constexpr const char* UpdateCamera = "cgi-bin/SyncSetting.cgi?action=UpdateCamera";
 constexpr const char* CameraOfPC = "cgi-bin/CMS.cgi?action=CamXml";
