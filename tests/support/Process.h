@@ -5,6 +5,12 @@
 #include <fstream>
 #include <string>
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#include <sanitizer/allocator_interface.h>
+#else
+#include <malloc.h>
+#endif
+
 /// What this process holds at present, and how much slower it is for the tool that watches it.
 namespace Process {
 
@@ -26,6 +32,17 @@ inline long Status(const std::string& sKey)
     return 0;
 }
 
+/// Memory in use. A sanitizer keeps freed blocks for a while, so there it is what is allocated.
+inline long MemoryKiB()
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    return static_cast<long>(__sanitizer_get_current_allocated_bytes() >> 10);
+#else
+    malloc_trim(0);
+    return Status("VmRSS");
+#endif
+}
+
 /// Makes the peak of the memory ("VmHWM") begin anew with what is in use now.
 inline void ForgetPeak()
 {
@@ -37,8 +54,8 @@ inline long Descriptors()
     return static_cast<long>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
 }
 
-/// Names of rings in shared memory of the instance.
-inline long RingNames(const std::string& sInstance)
+/// Names of the instance in shared memory: rings, and the recorder list.
+inline long SharedNames(const std::string& sInstance)
 {
     const std::filesystem::directory_iterator names("/dev/shm");
     return std::count_if(begin(names), end(names), [&sInstance](const auto& entry) {
