@@ -1,9 +1,18 @@
+#include <QElapsedTimer>
+
 #include "support/HostFixture.h"
+#include "support/Process.h"
 #include "support/Waiting.h"
 
 namespace {
 
+using namespace std::string_view_literals;
+
 constexpr std::uint64_t SilenceMs = 10000;
+constexpr int SlackMs = 500 * Process::Slowness;
+constexpr int StopMs = 200 * Process::Slowness;
+
+struct stDef_FaultRow;
 
 class NvrStream : public HostFixture
 {
@@ -24,6 +33,8 @@ protected:
         EXPECT_EQ(pNvr->m_F_n_Init(Init()), 1);
         return pNvr;
     }
+
+    void PlayFault(const stDef_FaultRow& row);
 
     static int StoredStat(int nChannel, int nStream)
     {
@@ -89,8 +100,7 @@ TEST_F(NvrStream, TakesWhatTheListTells)
         {"StreamType", "0", 1, 0, nsCMS::ConnectStat_Connected},  // HTTP tunnel on the HTTP port
         {"StreamType", "2", 1, 0, nsCMS::ConnectStat_Connected},  // UDP
         {"StreamType", "3", 2, 1, nsCMS::ConnectStat_Connected},  // unknown: TCP; second stream
-        {"StreamType", "1", 40, 0, nsCMS::ConnectStat_Refused},   // no such channel
-        {"PWD", "", 0, 0, nsCMS::ConnectStat_Refused},            // wrong account
+        {"PWD", "", 0, 0, nsCMS::ConnectStat_Refused},            // no password
         {"RtspPort", "1", 0, 0, nsCMS::ConnectStat_Disconnected}, // nobody there
     };
     for (const Row& row : arRows) {
@@ -121,22 +131,87 @@ TEST_F(NvrStream, ReleasedWhileConnectedLeavesNothing)
     EXPECT_TRUE(WaitUntil([&] { return vm_nvr.m_F_o_Streams().m_F_n_Sessions() == 0; }));
 }
 
-TEST_F(NvrStream, SilenceIsJudgedByTheStamp)
+struct stDef_FaultRow
+{
+    const char* pFault;
+    long nArg;
+    bool bStreaming;               // it comes when the stream plays, else before it is asked for
+    std::uint64_t nSilenceMs;      // after which the polls call the stream dead
+    nsCMS::emDef_ConnectStat nEnd; // what the state at that time changes to; Connected: it stays
+    int nLimitMs;
+};
+
+constexpr stDef_FaultRow g_arFaults[] = {
+    {"wrong password", 0, false, SilenceMs, nsCMS::ConnectStat_Refused, 1000},
+    {"no such channel", 0, false, SilenceMs, nsCMS::ConnectStat_Refused, 1000},
+    {"missing", 0, false, SilenceMs, nsCMS::ConnectStat_Refused, 1000},
+    {"refuse", 0, false, SilenceMs, nsCMS::ConnectStat_Disconnected, 1000},
+    {"garbage", 0, false, SilenceMs, nsCMS::ConnectStat_Disconnected, 6000},
+    {"silent", 0, false, 500, nsCMS::ConnectStat_NoAnswer, 600},
+    {"paused", 0, false, 500, nsCMS::ConnectStat_NoAnswer, 1000},
+    {"paused", 0, true, 500, nsCMS::ConnectStat_Disconnected, 800},
+    {"killed", 0, true, SilenceMs, nsCMS::ConnectStat_Disconnected, 1000},
+    {"silent", 0, true, SilenceMs, nsCMS::ConnectStat_Connected, 0}, // only new connections
+    {"missing", 0, true, SilenceMs, nsCMS::ConnectStat_Connected, 0},
+    {"params", 0, true, SilenceMs, nsCMS::ConnectStat_Connected, 0},
+    {"jump", 5000, true, SilenceMs, nsCMS::ConnectStat_Connected, 0},
+    {"jump", -5000, true, SilenceMs, nsCMS::ConnectStat_Connected, 0},
+};
+
+void NvrStream::PlayFault(const stDef_FaultRow& row)
+{
+    const bool bPassword = row.pFault == "wrong password"sv, bChannel = row.pFault == "no such channel"sv;
+    const bool bServer = !bPassword && !bChannel;
+    const int nChannel = bChannel ? 40 : 0;
+    CStreamServer& objStreams = vm_nvr.m_F_o_Streams();
+    if (bPassword)
+        SetNode("PWD", CWinAES_CMS::s_F_s_Encrypt("wrong"));
+    ScopedNvr nvr(Create());
+    if (row.bStreaming) {
+        nvr->m_S_Connect(NvrID, nChannel, 0);
+        ASSERT_TRUE(Reaches(*nvr.get(), nsCMS::ConnectStat_Connected));
+    }
+    ASSERT_TRUE(!bServer || objStreams.m_F_b_SetFault("*", row.pFault, row.nArg));
+    if (!row.bStreaming)
+        nvr->m_S_Connect(NvrID, nChannel, 0);
+
+    const auto nBegin = row.bStreaming ? nsCMS::ConnectStat_Connected : nsCMS::ConnectStat_Connecting;
+    auto nStat = nBegin;
+    const auto poll = [&] { return nStat = nvr->m_F_n_GetConnectStat(CRtspClient::s_F_n_NowMs() - row.nSilenceMs); };
+    EXPECT_TRUE(row.nEnd == nBegin || WaitUntil([&] { return poll() != nBegin; }, row.nLimitMs + SlackMs));
+    if (row.nEnd == nBegin)
+        EXPECT_TRUE(DeliversFrames(emDef_RingKind::Video, nChannel, 0) && poll() == nBegin) << "it goes on";
+    EXPECT_EQ(nStat, row.nEnd);
+    EXPECT_EQ(StoredStat(nChannel, 0), row.nEnd) << "in the ring";
+    if (row.nSilenceMs != SilenceMs)
+        EXPECT_TRUE(Reaches(*nvr.get(), nsCMS::ConnectStat_Disconnected, SlackMs)) << "that poll told it to stop";
+
+    QElapsedTimer clock;
+    clock.start();
+    nvr->m_S_Disconnect(true);
+    EXPECT_LE(clock.elapsed(), StopMs);
+    EXPECT_EQ(StoredStat(nChannel, 0), nsCMS::ConnectStat_Disconnected);
+    objStreams.m_F_b_SetFault("*", "none");
+    SetNode("PWD", CWinAES_CMS::s_F_s_Encrypt(Password));
+    ScopedNvr other(Create()); // an object keeps account and channel of its first connect
+    CWndNvrBase& next = bServer ? *nvr.get() : *other.get();
+    next.m_S_Connect(NvrID, 0, 0);
+    EXPECT_TRUE(Reaches(next, nsCMS::ConnectStat_Connected)) << "the next one";
+    EXPECT_TRUE(DeliversFrames(emDef_RingKind::Video, 0, 0));
+}
+
+TEST_F(NvrStream, EachFaultShowsInTheStateAndTheNextConnectPlays)
 {
     StartRecorder({});
-    vm_nvr.m_F_o_Streams().m_F_b_SetFault("*", "silent");
-    ScopedNvr nvr(Create());
-    nvr->m_S_Connect(NvrID, 0, 0);
-    EXPECT_EQ(Poll(*nvr.get()), nsCMS::ConnectStat_Connecting);
-    EXPECT_EQ(nvr->m_F_n_GetConnectStat(CRtspClient::s_F_n_NowMs() + 1), nsCMS::ConnectStat_NoAnswer);
-    EXPECT_EQ(StoredStat(0, 0), nsCMS::ConnectStat_NoAnswer);
-    EXPECT_TRUE(Reaches(*nvr.get(), nsCMS::ConnectStat_Disconnected, 1000)) << "that poll told the client to stop";
-
-    vm_nvr.m_F_o_Streams().m_F_b_SetFault("*", "none");
-    nvr->m_S_Connect(NvrID, 0, 0);
-    ASSERT_TRUE(Reaches(*nvr.get(), nsCMS::ConnectStat_Connected));
-    EXPECT_EQ(nvr->m_F_n_GetConnectStat(CRtspClient::s_F_n_NowMs() + 1000), nsCMS::ConnectStat_Disconnected)
-        << "silence after data is no missing answer";
+    for (const char* pStreamType : {"0", "1", "2"}) // tunnel, TCP, UDP
+        for (stDef_FaultRow row : g_arFaults) {
+            SCOPED_TRACE(testing::Message() << row.pFault << ' ' << row.nArg << (row.bStreaming ? " playing" : "")
+                                            << ", StreamType " << pStreamType);
+            SetNode("StreamType", pStreamType);
+            if (row.pFault == "refuse"sv && pStreamType == "0"sv)
+                row.nEnd = nsCMS::ConnectStat_Connected; // the tunnel's port is another one
+            PlayFault(row);
+        }
 }
 
 TEST_F(NvrStream, DipsServesEmbeddedRecordersOnly)
