@@ -12,6 +12,15 @@ QString Fixture(const char* pszName)
     return QStringLiteral(FIXTURE_FOLDER "/") + pszName;
 }
 
+stDef_RecorderForm Form(const QString& sAddress)
+{
+    stDef_RecorderForm stForm;
+    stForm.sAddress = sAddress;
+    stForm.sUser = "admin";
+    stForm.sPassword = "s3cret";
+    return stForm;
+}
+
 class RecorderStoreTest : public testing::Test
 {
 protected:
@@ -111,13 +120,13 @@ TEST_F(RecorderStoreTest, ABadCardIsToldAndChangesNothing)
         {"no-such-file.xml", "no such file"},
         {"bad-cut.xml", "not a recorder card"},
         {"bad-none.xml", "no recorder"},
-        {"bad-address.xml", "recorder 1: no address"},
-        {"bad-address-form.xml", "no address"},
-        {"bad-account.xml", "no account"},
+        {"bad-address.xml", "recorder 1: IP: "},
+        {"bad-address-form.xml", "IP: "},
+        {"bad-account.xml", "UID: "},
         {"bad-port.xml", "recorder 2: HttpPort"},
         {"bad-port-text.xml", "RtspPort"},
         {"bad-type.xml", "Type"},
-        {"bad-channels.xml", "Channels is no number from 1 to 64"},
+        {"bad-channels.xml", "Channels: A number from 1 to 64"},
     };
     for (const auto& stCase : arCases) {
         const stDef_ImportResult stResult = vm_store.m_F_o_Import(Fixture(stCase.pszFile));
@@ -140,11 +149,110 @@ TEST_F(RecorderStoreTest, ADamagedListIsReadAsFarAsItGoes)
     EXPECT_EQ(arRecorders[0].nChannels, 1);
     EXPECT_EQ(arRecorders[1].nNvrID, 1000);
     EXPECT_EQ(arRecorders[1].sName, "192.0.2.2");
-    EXPECT_TRUE(vm_store.m_F_o_Import(Fixture("nameless.xml")).sError.contains("full"));
+    EXPECT_EQ(vm_store.m_F_o_Import(Fixture("nameless.xml")).nAdded, 1);
+    EXPECT_EQ(Attribute("N000", "IP"), "192.0.2.7") << "a gap is filled";
+    EXPECT_EQ(objXml.m_F_n_GetValueInt("/root/NVR", "count", 0), 1001);
 
-    ASSERT_TRUE(objXml.m_F_b_LoadXML("<root><NVR count='1000'/></root>"));
+    QString sFull = "<root><NVR count='1000'>";
+    for (int i = 0; i < 1000; ++i)
+        sFull += QString::asprintf("<N%03d Type='1' IP='192.0.2.1'/>", i);
+    ASSERT_TRUE(objXml.m_F_b_LoadXML(sFull + "</NVR></root>"));
     EXPECT_TRUE(vm_store.m_F_o_Import(Fixture("two.xml")).sError.contains("full"));
     EXPECT_EQ(objXml.m_F_n_GetValueInt("/root/NVR", "count", 0), 1000) << "all cards are taken or none";
+    EXPECT_EQ(vm_store.m_F_o_Add(Form("192.0.2.5")).nNvrID, 1000);
+    EXPECT_TRUE(vm_store.m_F_o_Add(Form("192.0.2.6")).sError.contains("full"));
+}
+
+TEST_F(RecorderStoreTest, ARecorderKeepsItsNumberAndARemovalLeavesAGap)
+{
+    for (int i = 0; i < 4; ++i)
+        ASSERT_EQ(vm_store.m_F_o_Add(Form(QString("192.0.2.%1").arg(i))).nNvrID, i);
+    const auto Count = [&] { return vm_env.m_F_p_GetMemSysXML()->m_F_n_GetValueInt("/root/NVR", "count", -1); };
+    ASSERT_EQ(vm_store.m_F_s_Remove(1), QString());
+    EXPECT_EQ(Attribute("N001", "PWD"), "missing") << "the password goes with its recorder";
+    EXPECT_EQ(Count(), 4);
+    EXPECT_EQ(vm_store.m_F_o_InitRecord(2).sIP, "192.0.2.2");
+    EXPECT_NE(vm_store.m_F_s_Remove(1), QString()) << "gone already";
+    EXPECT_NE(vm_store.m_F_s_Edit(1, Form("192.0.2.9")), QString());
+    EXPECT_EQ(vm_store.m_F_o_Add(Form("192.0.2.8")).nNvrID, 1);
+    ASSERT_EQ(vm_store.m_F_s_Remove(2), QString());
+    ASSERT_EQ(vm_store.m_F_s_Remove(3), QString());
+    EXPECT_EQ(Count(), 2) << "one above the highest number";
+
+    CEnvObj envAgain;
+    ASSERT_TRUE(envAgain.m_F_b_Init(vm_dir.path()));
+    const QList<stDef_Recorder> arRecorders = CRecorderStore(&envAgain).m_F_ar_Recorders();
+    ASSERT_EQ(arRecorders.size(), 2) << "each change is on disk";
+    EXPECT_EQ(arRecorders[1].sAddress, "192.0.2.8");
+    EXPECT_EQ(vm_store.m_F_n_Twin(Form("192.0.2.8"), 1), -1) << "it is no twin of itself";
+    EXPECT_EQ(vm_store.m_F_n_Twin(Form("192.0.2.8"), -1), 1);
+}
+
+TEST_F(RecorderStoreTest, AnEditWithoutAPasswordKeepsTheStoredOne)
+{
+    stDef_RecorderForm stForm = Form("192.0.2.1");
+    stForm.sPassword = "first one";
+    ASSERT_EQ(vm_store.m_F_o_Add(stForm).nNvrID, 0);
+    const QString sStored = Attribute("N000", "PWD");
+    stForm = vm_store.m_F_o_Form(0);
+    EXPECT_EQ(stForm.sPassword, "") << "a form never brings the password out";
+    stForm.sName = "Gate";
+    stForm.nStreamType = 2;
+    ASSERT_EQ(vm_store.m_F_s_Edit(0, stForm), QString());
+    EXPECT_EQ(Attribute("N000", "PWD"), sStored);
+    EXPECT_EQ(Attribute("N000", "StreamType"), "2");
+    stForm.sPassword = "second one";
+    ASSERT_EQ(vm_store.m_F_s_Edit(0, stForm), QString());
+    EXPECT_EQ(vm_store.m_F_o_InitRecord(0).sPWD, "second one");
+    EXPECT_FALSE(Disk().contains("second one"));
+}
+
+TEST_F(RecorderStoreTest, AChangeThatCannotBeSavedIsTakenBack)
+{
+    ASSERT_EQ(vm_store.m_F_o_Add(Form("192.0.2.1")).nNvrID, 0);
+    const QString sBefore = vm_env.m_F_p_GetMemSysXML()->m_F_s_GetXML();
+    // A folder in the place of the file can't be replaced by one, not even by root.
+    ASSERT_TRUE(QFile::remove(vm_dir.filePath("System.xml")));
+    ASSERT_TRUE(QDir(vm_dir.path()).mkpath("System.xml/in the way"));
+    EXPECT_TRUE(vm_store.m_F_o_Add(Form("192.0.2.2")).sError.contains("can't be saved"));
+    EXPECT_NE(vm_store.m_F_s_Edit(0, Form("192.0.2.3")), QString());
+    EXPECT_NE(vm_store.m_F_s_Remove(0), QString());
+    EXPECT_EQ(vm_env.m_F_p_GetMemSysXML()->m_F_s_GetXML(), sBefore);
+}
+
+TEST_F(RecorderStoreTest, AFormTellsEachFieldThatIsWrong)
+{
+    using enum emDef_RecorderField;
+    const auto Fields = [](auto objSpoil) {
+        stDef_RecorderForm stForm = Form("192.0.2.1");
+        objSpoil(stForm);
+        QList<emDef_RecorderField> arFields;
+        for (const stDef_FormFault& stFault : CRecorderStore::s_F_ar_Faults(stForm)) {
+            EXPECT_FALSE(stFault.sText.isEmpty());
+            arFields.append(stFault.nField);
+        }
+        return arFields;
+    };
+    const QList<emDef_RecorderField> arAddress = {Address};
+    EXPECT_TRUE(Fields([](auto&) {}).isEmpty());
+    for (const char* const pszBad :
+         {"", "  ", "a b", "nvr/x", "user@nvr", "nvr:80", "nvr?", "nvr#", "nvr\\x", "nvr\x7f"})
+        EXPECT_EQ(Fields([&](auto& st) { st.sAddress = pszBad; }), arAddress) << pszBad;
+    for (const char* const pszGood : {"nvr", " 10.0.0.1 ", "[2001:db8::1]"})
+        EXPECT_TRUE(Fields([&](auto& st) { st.sAddress = pszGood; }).isEmpty()) << pszGood;
+    EXPECT_EQ(Fields([](auto& st) {
+                  st.sUser.clear();
+                  st.nHttpPort = 0;
+                  st.nRtspPort = 65536;
+                  st.nChannels = 65;
+              }),
+              (QList<emDef_RecorderField>{User, HttpPort, RtspPort, Channels}));
+    EXPECT_EQ(Fields([](auto& st) { st.nDstType = 1; }), QList<emDef_RecorderField>{Dips});
+    EXPECT_TRUE(Fields([](auto& st) {
+                    st.nDstType = 1;
+                    st.sDips = "FL-000001";
+                    st.sAddress.clear();
+                }).isEmpty());
 }
 
 } // namespace
