@@ -117,8 +117,8 @@ private:
     {
         QColor objColour = TextColour(stOption);
         objPainter.setPen(objColour);
-        const QString sState = stOption.fontMetrics.elidedText(objIndex.data(RoleStateText).toString(),
-                                                               Qt::ElideRight, rcLine.width() / 2);
+        const QString sState = stOption.fontMetrics.elidedText(objIndex.data(RoleStateText).toString(), Qt::ElideRight,
+                                                               rcLine.width() / 2);
         const int nState = stOption.fontMetrics.horizontalAdvance(sState);
         objPainter.drawText(rcLine, Qt::AlignRight | Qt::AlignVCenter, sState);
         const QRectF rcMark(rcLine.x() + rcLine.width() - nState - MarkSize - 8,
@@ -251,8 +251,7 @@ void CRecorderTree::m_S_FillChannels(QTreeWidgetItem* pRow)
         auto* const pItem = new QTreeWidgetItem;
         pItem->setData(0, RoleId, nNvrID);
         pItem->setData(0, RoleChannel, nChannel);
-        pItem->setData(0, RoleState,
-                       int(vm_mapStates.value(StateKey({nNvrID, nChannel}), emDef_LiveState::Idle)));
+        pItem->setData(0, RoleState, int(vm_mapStates.value(StateKey({nNvrID, nChannel}), emDef_LiveState::Idle)));
         pItem->setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicator);
         arChannels.append(pItem);
     }
@@ -365,9 +364,8 @@ void CRecorderTree::startDrag(Qt::DropActions)
     if (!currentItem())
         return;
     const QTreeWidgetItem& objItem = *currentItem();
-    const QString sText = IsRecorder(objItem)
-                              ? objItem.text(0)
-                              : u"%1 \u2013 %2"_s.arg(objItem.parent()->text(0), objItem.text(0));
+    const QString sText =
+        IsRecorder(objItem) ? objItem.text(0) : u"%1 \u2013 %2"_s.arg(objItem.parent()->text(0), objItem.text(0));
     const QString sShown = fontMetrics().elidedText(sText, Qt::ElideMiddle, 260);
     const QSize szTag(fontMetrics().horizontalAdvance(sShown) + 24, fontMetrics().height() + 12);
     QPixmap objTag(szTag * devicePixelRatioF());
@@ -392,8 +390,8 @@ void CRecorderTree::startDrag(Qt::DropActions)
 void CRecorderTree::paintEvent(QPaintEvent* pEvent)
 {
     QTreeWidget::paintEvent(pEvent);
-    const bool bShown =
-        std::any_of(vm_mapRows.begin(), vm_mapRows.end(), [](const QTreeWidgetItem* pRow) { return !pRow->isHidden(); });
+    const bool bShown = std::any_of(vm_mapRows.begin(), vm_mapRows.end(),
+                                    [](const QTreeWidgetItem* pRow) { return !pRow->isHidden(); });
     if (bShown)
         return;
     QPainter objPainter(viewport());

@@ -8,7 +8,7 @@ struct stDef_RecorderForm
 {
     QString sName; ///< empty: the address serves as name
     QString sAddress;
-    QString sDips;     ///< id at the directory service
+    QString sDips; ///< id at the directory service
     QString sUser;
     QString sPassword; ///< empty: the stored one stays
     int nType = 1;     ///< 0 PC recorder, 1 embedded recorder
