@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QTranslator>
+
+#include "host/Lib_Hostenv.h"
+
+/// Switches the language of the host while it runs: its own texts, the library's, and Qt's standard buttons. Open
+/// windows get QEvent::LanguageChange.
+class CHostLanguage
+{
+public:
+    explicit CHostLanguage(CEnvObj* pEnv);
+    ~CHostLanguage();
+    CHostLanguage(const CHostLanguage&) = delete;
+    CHostLanguage& operator=(const CHostLanguage&) = delete;
+
+    /// 0 Traditional Chinese, 1 English. False for another one and if its file is missing or damaged; then nothing
+    /// changes.
+    bool m_F_b_Set(int nLanguage);
+    int m_F_n_Language() const;
+
+private:
+    CEnvObj* vm_pEnv;
+    QTranslator vm_objQt;
+};

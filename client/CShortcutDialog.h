@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QDialog>
+
+class QTreeWidget;
+
+/// All keys of a window, in groups: those of its actions, and those that belong to no action.
+class CShortcutDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// Reads the actions of the window, which is its parent too.
+    explicit CShortcutDialog(QWidget* pWindow);
+
+protected:
+    void changeEvent(QEvent* pEvent) override;
+
+private:
+    void m_S_Fill();
+
+    QTreeWidget* vm_pTable = nullptr;
+};
