@@ -44,7 +44,8 @@ bool CHostLanguage::m_F_b_Set(int nLanguage)
         return false;
     vm_pEnv->vm_nLanguage = nLanguage;
     QCoreApplication::removeTranslator(&vm_objQt);
-    if (stRow.pszQt && vm_objQt.load(QString::fromLatin1(stRow.pszQt), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+    if (stRow.pszQt &&
+        vm_objQt.load(QString::fromLatin1(stRow.pszQt), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QCoreApplication::installTranslator(&vm_objQt);
     // Qt tells only of its own translators, and only where there is one.
     for (QWidget* const pWidget : QApplication::topLevelWidgets())

@@ -190,3 +190,8 @@ QString CHostText::s_F_s_Key(emDef_Text nText)
 {
     return QString::fromLatin1(g_astTexts[static_cast<std::size_t>(nText)].pszKey);
 }
+
+QString CHostText::s_F_s_English(emDef_Text nText)
+{
+    return QString::fromUtf8(g_astTexts[static_cast<std::size_t>(nText)].pszEnglish);
+}

@@ -153,6 +153,8 @@ public:
     static QString s_F_s_Get(emDef_Text nText);
     /// Key under which a language file gives the text.
     static QString s_F_s_Key(emDef_Text nText);
+    /// The text where no language file gives one.
+    static QString s_F_s_English(emDef_Text nText);
 };
 
 /// Short form for layout code.

@@ -97,8 +97,7 @@ QLineEdit* CRecorderDialog::m_F_p_AddEdit(const char* pszName, emDef_Text nLabel
     return pEdit;
 }
 
-QSpinBox* CRecorderDialog::m_F_p_AddNumber(const char* pszName, emDef_Text nLabel, emDef_RecorderField nField,
-                                           int nMax)
+QSpinBox* CRecorderDialog::m_F_p_AddNumber(const char* pszName, emDef_Text nLabel, emDef_RecorderField nField, int nMax)
 {
     auto* const pSpin = new QSpinBox;
     pSpin->setObjectName(QString::fromLatin1(pszName));
@@ -148,9 +147,8 @@ void CRecorderDialog::m_S_MakeFields()
     vm_pShow = new QCheckBox;
     vm_pShow->setObjectName(u"ShowPassword"_s);
     vm_pForm->addRow(QString(), vm_pShow);
-    connect(vm_pShow, &QCheckBox::toggled, this, [this](bool bOn) {
-        vm_pPassword->setEchoMode(bOn ? QLineEdit::Normal : QLineEdit::Password);
-    });
+    connect(vm_pShow, &QCheckBox::toggled, this,
+            [this](bool bOn) { vm_pPassword->setEchoMode(bOn ? QLineEdit::Normal : QLineEdit::Password); });
     vm_pChannels = m_F_p_AddNumber("Channels", FieldChannels, Channels, CRecorderStore::MaxChannels);
 }
 
