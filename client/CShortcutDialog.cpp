@@ -4,6 +4,7 @@
 #include <QDialogButtonBox>
 #include <QEvent>
 #include <QHeaderView>
+#include <QRegularExpression>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -37,6 +38,13 @@ constexpr stDef_KeyRow g_astKeys[] = {
 QString NativeKeys(const QString& sKeys)
 {
     return QKeySequence::listToString(QKeySequence::listFromString(sKeys), QKeySequence::NativeText);
+}
+
+// Without the mnemonic, which stands in brackets of its own in Chinese.
+QString PlainText(QString sText)
+{
+    static const QRegularExpression objBrackets(u"\\(&.\\)"_s);
+    return sText.remove(objBrackets).remove(u'&');
 }
 
 QTreeWidgetItem* MakeGroup(QTreeWidget& objTable, emDef_Text nGroup)
@@ -83,9 +91,9 @@ void CShortcutDialog::m_S_Fill()
     for (const QAction* const pAction : parentWidget()->actions()) {
         if (pAction->shortcuts().isEmpty() || pAction->text().isEmpty())
             continue;
-        new QTreeWidgetItem(mapGroups[emDef_Text::ShortcutGroupWindow],
-                            {QString(pAction->text()).remove(u'&'),
-                             QKeySequence::listToString(pAction->shortcuts(), QKeySequence::NativeText)});
+        new QTreeWidgetItem(
+            mapGroups[emDef_Text::ShortcutGroupWindow],
+            {PlainText(pAction->text()), QKeySequence::listToString(pAction->shortcuts(), QKeySequence::NativeText)});
     }
     for (const stDef_KeyRow& stRow : g_astKeys)
         new QTreeWidgetItem(mapGroups[stRow.nGroup], {Tr(stRow.nText), NativeKeys(QString::fromLatin1(stRow.pszKeys))});

@@ -215,7 +215,8 @@ TEST_F(RecorderDialogTest, TheTreeServesKeysDragAndFilter)
     QObject::connect(&objTree, &CRecorderTree::S_PlaceChannel, [&](stDef_ChannelKey st) {
         arHeard.append(QString("place %1/%2").arg(st.nNvrID).arg(st.nChannel));
     });
-    QObject::connect(&objTree, &CRecorderTree::S_ShowRecorder, [&](int n) { arHeard.append(QString("show %1").arg(n)); });
+    QObject::connect(&objTree, &CRecorderTree::S_ShowRecorder,
+                     [&](int n) { arHeard.append(QString("show %1").arg(n)); });
     QObject::connect(&objTree, &CRecorderTree::S_Add, [&] { arHeard.append("add"); });
     QObject::connect(&objTree, &CRecorderTree::S_Edit, [&](int n) { arHeard.append(QString("edit %1").arg(n)); });
     QObject::connect(&objTree, &CRecorderTree::S_Remove, [&](int n) { arHeard.append(QString("remove %1").arg(n)); });
@@ -269,7 +270,8 @@ TEST_F(RecorderDialogTest, EachLanguageHasEachTextAndSwitchesOpenWindows)
             mapTexts.insert(sKey, sValue);
         }
         for (int i = 0; i < int(emDef_Text::Count); ++i) {
-            const QString sKey = CHostText::s_F_s_Key(emDef_Text(i)), sDefault = CHostText::s_F_s_English(emDef_Text(i));
+            const QString sKey = CHostText::s_F_s_Key(emDef_Text(i)),
+                          sDefault = CHostText::s_F_s_English(emDef_Text(i));
             const QString sText = mapTexts.take(sKey);
             EXPECT_FALSE(sText.isEmpty()) << pszFile << ' ' << sKey.toStdString();
             for (const char* const pszSign : {"%1", "%2", "%3", "&"})
