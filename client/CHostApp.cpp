@@ -87,9 +87,10 @@ bool SetUp(const stDef_HostOptions& stOptions, CRecorderStore& objStore, QString
     return true;
 }
 
-int RunTour(CMainWindow& objWindow, const QString& sFolder)
+int RunTour(CMainWindow& objWindow, CRecorderStore& objStore, const QString& sFolder)
 {
-    CTour objTour(&objWindow, sFolder);
+    objWindow.m_S_SetPictureFolder(sFolder);
+    CTour objTour(&objWindow, &objStore, sFolder);
     const QStringList arFailures = objTour.m_F_ar_Run();
     Print(stdout, objTour.m_F_s_Report());
     for (const QString& sFailure : arFailures)
@@ -116,7 +117,7 @@ int CHostApp::s_F_n_Run(const QStringList& arArguments)
     CMainWindow objWindow(&CAppEnv::s_objEnv, &objStore);
     CAppEnv::s_objEnv.m_F_p_GetShmSystem(true)->hMainWnd = static_cast<std::uint64_t>(objWindow.winId());
     if (!stOptions.sTourFolder.isEmpty())
-        return RunTour(objWindow, stOptions.sTourFolder);
+        return RunTour(objWindow, objStore, stOptions.sTourFolder);
     objWindow.show();
     return QApplication::exec();
 }

@@ -48,7 +48,25 @@ void DrawFullScreen(QPainter& objPainter)
     }
 }
 
-constexpr void (*g_apfnDraw[])(QPainter&) = {DrawConnect, DrawDisconnect, DrawExchange, DrawFullScreen};
+void DrawSnapshot(QPainter& objPainter)
+{
+    objPainter.drawRoundedRect(QRectF(3, 7, 18, 13), 2, 2);
+    objPainter.drawPolyline(QPolygonF({{8, 7}, {9.5, 4}, {14.5, 4}, {16, 7}}));
+    objPainter.drawEllipse(QPointF(12, 13.5), 3.5, 3.5);
+}
+
+void DrawPrevious(QPainter& objPainter)
+{
+    objPainter.drawPolyline(QPolygonF({{14, 5}, {8, 12}, {14, 19}}));
+}
+
+void DrawNext(QPainter& objPainter)
+{
+    objPainter.drawPolyline(QPolygonF({{10, 5}, {16, 12}, {10, 19}}));
+}
+
+constexpr void (*g_apfnDraw[])(QPainter&) = {DrawConnect,  DrawDisconnect, DrawExchange, DrawFullScreen,
+                                             DrawSnapshot, DrawPrevious,   DrawNext};
 
 class CDrawnIcon : public QIconEngine
 {

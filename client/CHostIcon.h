@@ -7,7 +7,10 @@ enum class emDef_HostIcon
     Connect,
     Disconnect,
     Exchange,
-    FullScreen
+    FullScreen,
+    Snapshot,
+    Previous,
+    Next
 };
 
 /// Icons that are drawn in the palette's colours at the very size and ratio they are shown at.

@@ -1,5 +1,8 @@
 #include "CLiveChannel.h"
 
+#include <QRandomGenerator>
+#include <algorithm>
+
 #include "host/Lib_Livefeed.h"
 
 namespace {
@@ -17,7 +20,10 @@ std::uint64_t NowMs()
 } // namespace
 
 CLiveChannel::CLiveChannel(CEnvObj* pEnv, QWidget* pHost, const stDef_LiveSource& stSource)
-    : vm_pEnv(pEnv), vm_pHost(pHost), vm_stSource(stSource)
+    : vm_pEnv(pEnv),
+      vm_pHost(pHost),
+      vm_stSource(stSource),
+      vm_objPause([] { return QRandomGenerator::global()->generateDouble(); })
 {}
 
 CLiveChannel::~CLiveChannel()
@@ -47,14 +53,46 @@ void CLiveChannel::m_S_Connect()
     vm_nFirstPictureMs = -1;
     vm_arSamples.clear();
     vm_arHistory.clear();
+    vm_objPause.m_S_Reset();
+    m_S_Begin();
+}
+
+void CLiveChannel::m_S_Begin()
+{
+    vm_nRetryMs = 0;
     vm_bPolled = true;
     vm_bConnected = false;
     m_S_SetState(emDef_LiveState::Connecting);
     vm_pNvr->m_S_Connect(vm_stSource.nNvrID, vm_stSource.nChannel, vm_stSource.nStream);
 }
 
+void CLiveChannel::m_S_PlanRetry(emDef_LiveState nEnd)
+{
+    vm_bPolled = false;
+    const bool bRefused = nEnd == emDef_LiveState::Refused;
+    vm_nRetryMs =
+        NowMs() + static_cast<std::uint64_t>(bRefused ? vm_objPause.m_F_n_LongMs() : vm_objPause.m_F_n_NextMs());
+}
+
+void CLiveChannel::m_S_RetryNow()
+{
+    if (vm_nRetryMs != 0 && vm_nState != emDef_LiveState::Refused)
+        vm_nRetryMs = NowMs();
+}
+
+std::int64_t CLiveChannel::m_F_n_RetryInMs() const
+{
+    return vm_nRetryMs == 0 ? -1 : std::max(static_cast<std::int64_t>(vm_nRetryMs - NowMs()), std::int64_t{0});
+}
+
+std::int64_t CLiveChannel::m_F_n_PictureAgeMs() const
+{
+    return vm_nLastPictureMs == 0 ? -1 : static_cast<std::int64_t>(NowMs() - vm_nLastPictureMs);
+}
+
 void CLiveChannel::m_S_RequestStop()
 {
+    vm_nRetryMs = 0;
     if (!vm_pNvr || !vm_bPolled)
         return;
     vm_pNvr->m_S_Disconnect(false);
@@ -66,15 +104,18 @@ void CLiveChannel::m_S_Disconnect()
     if (!vm_pNvr || vm_nState == emDef_LiveState::Idle)
         return;
     vm_pNvr->m_S_Disconnect(true);
+    vm_nRetryMs = 0;
     vm_bPolled = false;
     m_S_SetState(emDef_LiveState::Disconnected);
 }
 
 void CLiveChannel::m_S_Poll()
 {
+    const std::uint64_t nNow = NowMs();
+    if (vm_nRetryMs != 0 && nNow >= vm_nRetryMs)
+        m_S_Begin();
     if (!vm_pNvr || !vm_bPolled)
         return;
-    const std::uint64_t nNow = NowMs();
     vm_arSamples.emplace_back(nNow, vm_nPictures);
     while (vm_arSamples.size() > 2 && nNow - vm_arSamples[1].first >= RateSpanMs)
         vm_arSamples.pop_front();
@@ -89,15 +130,18 @@ emDef_LiveState CLiveChannel::m_F_n_ReadState()
         return emDef_LiveState::Connecting;
     case nsCMS::ConnectStat_Connected:
         vm_bConnected = true;
-        return vm_nPictures > 0 && nNow - vm_nLastPictureMs < StallMs ? emDef_LiveState::Live
-                                                                      : emDef_LiveState::Waiting;
+        if (vm_nLastPictureMs == 0)
+            return emDef_LiveState::Waiting;
+        return nNow - vm_nLastPictureMs < StallMs ? emDef_LiveState::Live : emDef_LiveState::Stalled;
     case nsCMS::ConnectStat_Refused:
-        vm_bPolled = false;
+        m_S_PlanRetry(emDef_LiveState::Refused);
         return emDef_LiveState::Refused;
     case nsCMS::ConnectStat_NoAnswer:
     case nsCMS::ConnectStat_Disconnected:
-        vm_bPolled = false;
-        return vm_bConnected ? emDef_LiveState::Lost : emDef_LiveState::NoAnswer;
+        vm_nLastPictureMs = 0;
+        m_S_PlanRetry(emDef_LiveState::NoAnswer);
+        // What is lost stays lost until it is back, however often nothing answers in between.
+        return vm_bConnected || vm_nPictures > 0 ? emDef_LiveState::Lost : emDef_LiveState::NoAnswer;
     default:
         return vm_nState;
     }
@@ -108,8 +152,10 @@ void CLiveChannel::m_S_CountPicture()
     vm_nLastPictureMs = NowMs();
     if (vm_nPictures++ == 0)
         vm_nFirstPictureMs = m_F_n_SinceConnectMs();
-    if (vm_nState != emDef_LiveState::Live)
+    if (vm_nState != emDef_LiveState::Live) {
+        vm_objPause.m_S_Reset();
         m_S_Poll();
+    }
 }
 
 bool CLiveChannel::m_F_b_WantsPictures() const

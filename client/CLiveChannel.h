@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "CLiveState.h"
+#include "CReconnectPause.h"
 #include "core/CWndNvrBase.h"
 
 /// Which stream a cell shows.
@@ -41,12 +42,15 @@ public:
     /// Makes the connection object. False, with the state `Unusable`, if the recorder list knows no such recorder or
     /// the record is unfit.
     bool m_F_b_Open(const stDef_NvrInit& stInit);
+    /// Connects, and from now on connects again by itself after every loss, until it is told to end.
     void m_S_Connect();
+    /// Ends a pause between two tries, unless the recorder said no.
+    void m_S_RetryNow();
     /// Tells the stream to end and returns at once.
     void m_S_RequestStop();
     /// Ends the stream and waits for it (within 200 ms; at once if it was told before).
     void m_S_Disconnect();
-    /// Reads the state afresh; call it some four times a second.
+    /// Reads the state afresh, and connects again when a pause is over; call it some four times a second.
     void m_S_Poll();
     /// A picture of the stream was put on the screen.
     void m_S_CountPicture();
@@ -56,6 +60,10 @@ public:
     const stDef_LiveSource& m_F_o_Source() const { return vm_stSource; }
     emDef_LiveState m_F_n_State() const { return vm_nState; }
     const std::vector<stDef_StateChange>& m_F_ar_History() const { return vm_arHistory; }
+    /// Time until the next try, ms; -1 while none is due.
+    std::int64_t m_F_n_RetryInMs() const;
+    /// Age of the picture on the screen, ms; -1 while there is none.
+    std::int64_t m_F_n_PictureAgeMs() const;
     /// Pictures shown since the connect command.
     std::uint64_t m_F_n_Pictures() const { return vm_nPictures; }
     /// Time from the connect command to the first picture, ms; -1 while there is none.
@@ -67,6 +75,8 @@ Q_SIGNALS:
     void S_StateChanged();
 
 private:
+    void m_S_Begin();
+    void m_S_PlanRetry(emDef_LiveState nEnd);
     void m_S_SetState(emDef_LiveState nState);
     emDef_LiveState m_F_n_ReadState();
     std::int64_t m_F_n_SinceConnectMs() const;
@@ -77,11 +87,13 @@ private:
     CWndNvrBase* vm_pNvr = nullptr;
     emDef_LiveState vm_nState = emDef_LiveState::Idle;
     std::vector<stDef_StateChange> vm_arHistory;
-    std::uint64_t vm_nConnectMs = 0;
+    CReconnectPause vm_objPause;
+    std::uint64_t vm_nRetryMs = 0;   ///< when to try again; 0: not by itself
+    std::uint64_t vm_nConnectMs = 0; ///< of the command
     std::uint64_t vm_nLastPictureMs = 0;
     std::uint64_t vm_nPictures = 0;
     std::int64_t vm_nFirstPictureMs = -1;
     bool vm_bPolled = false;    ///< false once the stream has ended: its last word stays
-    bool vm_bConnected = false; ///< it played since the connect command
+    bool vm_bConnected = false; ///< it played since it was last connected
     std::deque<std::pair<std::uint64_t, std::uint64_t>> vm_arSamples; ///< time in ms, pictures until then
 };

@@ -27,6 +27,7 @@ constexpr stDef_StateRow g_astStates[] = {
     {emDef_Text::StateConnecting, emDef_Text::HintConnecting, emDef_Tone::Busy},
     {emDef_Text::StateWaiting, emDef_Text::HintWaiting, emDef_Tone::Busy},
     {emDef_Text::StateLive, emDef_Text::HintWaiting, emDef_Tone::Good},
+    {emDef_Text::StateStalled, emDef_Text::HintStalled, emDef_Tone::Bad},
     {emDef_Text::StateDisconnecting, emDef_Text::HintDisconnected, emDef_Tone::Busy},
     {emDef_Text::StateDisconnected, emDef_Text::HintDisconnected, emDef_Tone::Quiet},
     {emDef_Text::StateLost, emDef_Text::HintLost, emDef_Tone::Bad},

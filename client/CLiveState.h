@@ -12,8 +12,9 @@ enum class emDef_LiveState
 {
     Idle,          ///< never connected
     Connecting,    ///< no answer yet
-    Waiting,       ///< the stream plays, but no picture came for two seconds
+    Waiting,       ///< the stream plays, but no picture has come yet
     Live,          ///< pictures come
+    Stalled,       ///< the stream plays, but no new picture came for two seconds
     Disconnecting, ///< told to end
     Disconnected,  ///< ended from here
     Lost,          ///< ended from the other side, or fallen silent

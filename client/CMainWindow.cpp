@@ -1,9 +1,11 @@
 #include "CMainWindow.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QLabel>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QSplitter>
@@ -11,18 +13,26 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <map>
 
 #include "CDocumentPanel.h"
 #include "CHostIcon.h"
 #include "CHostText.h"
 #include "CLiveGrid.h"
-#include "CRecorderList.h"
+#include "CRecorderDialog.h"
+#include "CRecorderFilter.h"
+#include "CRecorderTree.h"
+#include "CShortcutDialog.h"
+#include "CSnapshot.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 const QString g_sTotalsGap = u"     "_s;
+constexpr int SaveDelayMs = 1000;
+constexpr int MessageMs = 10000;
+constexpr int NoIcon = -1;
 
 // Gives a connection object back at the end of a scope.
 class CNvrHolder
@@ -38,61 +48,104 @@ private:
     CWndNvrBase* vm_pNvr;
 };
 
-// The state of a recorder is that of its best cell.
-emDef_LiveState BestState(const CLiveGrid& objGrid)
-{
-    constexpr emDef_LiveState anRank[] = {
-        emDef_LiveState::Live,          emDef_LiveState::Waiting,  emDef_LiveState::Connecting,
-        emDef_LiveState::Disconnecting, emDef_LiveState::Refused,  emDef_LiveState::Lost,
-        emDef_LiveState::NoAnswer,      emDef_LiveState::Unusable, emDef_LiveState::Disconnected,
-    };
-    for (const emDef_LiveState nState : anRank) {
-        for (const CLiveCell* const pCell : objGrid.m_F_ar_Cells()) {
-            if (pCell->m_F_p_Channel() && pCell->m_F_p_Channel()->m_F_n_State() == nState)
-                return nState;
-        }
-    }
-    return emDef_LiveState::Idle;
-}
-
 } // namespace
 
-CMainWindow::CMainWindow(CEnvObj* pEnv, const CRecorderStore* pStore) : vm_pEnv(pEnv), vm_pStore(pStore)
+struct CMainWindow::stDef_ActionRow
 {
-    setWindowTitle(Tr(emDef_Text::AppTitle));
+    const char* pszName;
+    emDef_Text nText;
+    emDef_Text nTip;
+    const char* pszKey;
+    int nIcon; ///< an emDef_HostIcon, or none
+};
+
+// clang-format off
+const CMainWindow::stDef_ActionRow CMainWindow::s_astActions[] = {
+    {"AddRecorder", emDef_Text::AddRecorder, emDef_Text::AddRecorderTip, "Ctrl+N", NoIcon},
+    {"EditRecorder", emDef_Text::EditRecorder, emDef_Text::EditRecorderTip, "", NoIcon},
+    {"RemoveRecorder", emDef_Text::RemoveRecorder, emDef_Text::RemoveRecorderTip, "", NoIcon},
+    {"Quit", emDef_Text::Quit, emDef_Text::QuitTip, "Ctrl+Q", NoIcon},
+    {"Shape1", emDef_Text::Shape1, emDef_Text::ShapeTip, "Ctrl+1", NoIcon},
+    {"Shape4", emDef_Text::Shape4, emDef_Text::ShapeTip, "Ctrl+2", NoIcon},
+    {"Shape9", emDef_Text::Shape9, emDef_Text::ShapeTip, "Ctrl+3", NoIcon},
+    {"Shape16", emDef_Text::Shape16, emDef_Text::ShapeTip, "Ctrl+4", NoIcon},
+    {"PreviousPage", emDef_Text::PreviousPage, emDef_Text::PreviousPageTip, "PgUp", int(emDef_HostIcon::Previous)},
+    {"NextPage", emDef_Text::NextPage, emDef_Text::NextPageTip, "PgDown", int(emDef_HostIcon::Next)},
+    {"FullScreen", emDef_Text::FullScreen, emDef_Text::FullScreenTip, "F11", int(emDef_HostIcon::FullScreen)},
+    {"ConnectAll", emDef_Text::ConnectAll, emDef_Text::ConnectAllTip, "Ctrl+L", int(emDef_HostIcon::Connect)},
+    {"DisconnectAll", emDef_Text::DisconnectAll, emDef_Text::DisconnectAllTip, "Ctrl+D", int(emDef_HostIcon::Disconnect)},
+    {"Snapshot", emDef_Text::Snapshot, emDef_Text::SnapshotTip, "Ctrl+S", int(emDef_HostIcon::Snapshot)},
+    {"Exchange", emDef_Text::Exchange, emDef_Text::ExchangeTip, "Ctrl+E", int(emDef_HostIcon::Exchange)},
+    {"Shortcuts", emDef_Text::Shortcuts, emDef_Text::Shortcuts, "F1", NoIcon},
+    {"About", emDef_Text::About, emDef_Text::AboutTip, "", NoIcon},
+    {"English", emDef_Text::LanguageEnglish, emDef_Text::LanguageEnglish, "", NoIcon},
+    {"Chinese", emDef_Text::LanguageChinese, emDef_Text::LanguageChinese, "", NoIcon},
+};
+
+struct CMainWindow::stDef_MenuRow
+{
+    const char* pszName;
+    emDef_Text nText;
+    std::vector<const char*> arActions; ///< null is a line
+};
+
+const CMainWindow::stDef_MenuRow CMainWindow::s_astMenus[] = {
+    {"MenuFile", emDef_Text::MenuFile, {"Snapshot", nullptr, "Quit"}},
+    {"MenuView", emDef_Text::MenuView, {"Shape1", "Shape4", "Shape9", "Shape16", nullptr, "PreviousPage", "NextPage", nullptr, "FullScreen"}},
+    {"MenuRecorder", emDef_Text::MenuRecorder, {"AddRecorder", "EditRecorder", "RemoveRecorder", nullptr, "ConnectAll", "DisconnectAll", nullptr, "Exchange"}},
+    {"MenuLanguage", emDef_Text::Language, {"English", "Chinese"}},
+    {"MenuHelp", emDef_Text::MenuHelp, {"Shortcuts", "About"}},
+};
+// clang-format on
+
+CMainWindow::CMainWindow(CEnvObj* pEnv, CRecorderStore* pStore)
+    : vm_pEnv(pEnv),
+      vm_pStore(pStore),
+      vm_objLayouts(pEnv->m_F_s_GetConfigFolder()),
+      vm_objLanguage(pEnv),
+      vm_sPictureFolder(CSnapshot::s_F_s_Folder())
+{
     m_S_MakeLayout();
     m_S_MakeActions();
-    m_S_MakeStatus();
-    resize(1200, 760);
-    vm_arRecorders = pStore->m_F_ar_Recorders();
-    connect(vm_pGrid, &CLiveGrid::S_Changed, this, &CMainWindow::m_S_UpdateStates);
-    connect(vm_pList, &CRecorderList::S_Picked, this, &CMainWindow::m_S_ShowRecorder);
-    vm_pList->m_S_SetRecorders(vm_arRecorders);
-    m_S_UpdateStates();
+    m_S_MakeMenus();
+    m_S_MakeToolBar();
+    m_S_Connect();
+    m_S_Restore();
+    m_S_Retranslate();
+    const QString sDamaged = pEnv->m_F_s_DamagedSysXML();
+    if (!sDamaged.isEmpty())
+        statusBar()->showMessage(Tr(emDef_Text::DamagedList).arg(sDamaged));
 }
 
 CMainWindow::~CMainWindow()
 {
+    m_S_SaveLayout();
     disconnect(vm_pGrid, nullptr, this, nullptr);
     delete vm_pGrid; // while the window is whole, of which the connection objects are children
 }
 
+// --- parts
+
 void CMainWindow::m_S_MakeLayout()
 {
-    vm_pList = new CRecorderList;
-    vm_pGrid = new CLiveGrid;
+    vm_pTree = new CRecorderTree;
+    vm_pGrid = new CLiveGrid(vm_pEnv, vm_pStore);
     vm_pSide = new QWidget;
-    auto* const pTitle = new QLabel(Tr(emDef_Text::Recorders));
-    QFont objBold = pTitle->font();
+    vm_pTitle = new QLabel;
+    QFont objBold = vm_pTitle->font();
     objBold.setBold(true);
-    pTitle->setFont(objBold);
-    pTitle->setContentsMargins(12, 10, 12, 6);
-    pTitle->setBuddy(vm_pList);
+    vm_pTitle->setFont(objBold);
+    vm_pTitle->setContentsMargins(12, 10, 12, 6);
+    vm_pTitle->setBuddy(vm_pTree);
+    auto* const pFilterLine = new QHBoxLayout;
+    pFilterLine->setContentsMargins(8, 0, 8, 8);
+    pFilterLine->addWidget(new CRecorderFilter(vm_pTree));
     auto* const pSideLayout = new QVBoxLayout(vm_pSide);
     pSideLayout->setContentsMargins(0, 0, 0, 0);
     pSideLayout->setSpacing(0);
-    pSideLayout->addWidget(pTitle);
-    pSideLayout->addWidget(vm_pList);
+    pSideLayout->addWidget(vm_pTitle);
+    pSideLayout->addLayout(pFilterLine);
+    pSideLayout->addWidget(vm_pTree);
 
     auto* const pSplitter = new QSplitter(Qt::Horizontal);
     pSplitter->addWidget(vm_pSide);
@@ -105,102 +158,301 @@ void CMainWindow::m_S_MakeLayout()
     vm_pDocuments = new CDocumentPanel(this);
     addDockWidget(Qt::BottomDockWidgetArea, vm_pDocuments);
     vm_pDocuments->hide();
-}
-
-QAction* CMainWindow::m_F_p_AddAction(const char* pszName, emDef_Text nText, emDef_Text nTip,
-                                      const QKeySequence& objKey)
-{
-    auto* const pAction = new QAction(Tr(nText), this);
-    const QString sKey = objKey.toString(QKeySequence::NativeText);
-    pAction->setObjectName(QString::fromLatin1(pszName));
-    pAction->setShortcut(objKey);
-    pAction->setStatusTip(Tr(nTip));
-    pAction->setToolTip(sKey.isEmpty() ? Tr(nTip) : u"%1 (%2)"_s.arg(Tr(nTip), sKey));
-    addAction(pAction); // the shortcut holds in full screen too, where the menu is hidden
-    return pAction;
-}
-
-void CMainWindow::m_S_MakeActions()
-{
-    using enum emDef_Text;
-    QAction* const pQuit = m_F_p_AddAction("Quit", Quit, QuitTip, QKeySequence(u"Ctrl+Q"_s));
-    vm_pFullScreen = m_F_p_AddAction("FullScreen", FullScreen, FullScreenTip, QKeySequence(u"F11"_s));
-    vm_pFullScreen->setCheckable(true);
-    QAction* const pConnect = m_F_p_AddAction("ConnectAll", ConnectAll, ConnectAllTip, QKeySequence(u"Ctrl+L"_s));
-    QAction* const pDisconnect =
-        m_F_p_AddAction("DisconnectAll", DisconnectAll, DisconnectAllTip, QKeySequence(u"Ctrl+D"_s));
-    QAction* const pExchange = m_F_p_AddAction("Exchange", Exchange, ExchangeTip, QKeySequence(u"Ctrl+E"_s));
-    QAction* const pAbout = m_F_p_AddAction("About", About, AboutTip, QKeySequence(u"F1"_s));
-    auto* const pLeave = new QAction(this);
-    pLeave->setShortcut(QKeySequence(u"Esc"_s));
-    addAction(pLeave);
-
-    connect(pQuit, &QAction::triggered, this, &QWidget::close);
-    connect(vm_pFullScreen, &QAction::toggled, this, &CMainWindow::m_S_SetFullScreen);
-    connect(pLeave, &QAction::triggered, vm_pFullScreen, [this] { vm_pFullScreen->setChecked(false); });
-    connect(pConnect, &QAction::triggered, vm_pGrid, &CLiveGrid::m_S_ConnectAll);
-    connect(pDisconnect, &QAction::triggered, vm_pGrid, &CLiveGrid::m_S_DisconnectAll);
-    connect(pExchange, &QAction::triggered, this, &CMainWindow::m_S_Exchange);
-    connect(pAbout, &QAction::triggered, this, &CMainWindow::m_S_About);
-
-    pConnect->setIcon(CHostIcon::s_F_o_Get(emDef_HostIcon::Connect));
-    pDisconnect->setIcon(CHostIcon::s_F_o_Get(emDef_HostIcon::Disconnect));
-    pExchange->setIcon(CHostIcon::s_F_o_Get(emDef_HostIcon::Exchange));
-    vm_pFullScreen->setIcon(CHostIcon::s_F_o_Get(emDef_HostIcon::FullScreen));
-
-    menuBar()->addMenu(Tr(MenuFile))->addAction(pQuit);
-    QMenu* const pView = menuBar()->addMenu(Tr(MenuView));
-    pView->addActions({vm_pFullScreen, vm_pDocuments->toggleViewAction()});
-    menuBar()->addMenu(Tr(MenuRecorder))->addActions({pConnect, pDisconnect, pExchange});
-    menuBar()->addMenu(Tr(MenuHelp))->addAction(pAbout);
-
-    vm_pToolBar = addToolBar(Tr(Toolbar));
-    vm_pToolBar->setObjectName(u"Toolbar"_s);
-    vm_pToolBar->setMovable(false);
-    vm_pToolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    vm_pToolBar->addActions({pConnect, pDisconnect});
-    vm_pToolBar->addSeparator();
-    vm_pToolBar->addAction(pExchange);
-    vm_pToolBar->addSeparator();
-    vm_pToolBar->addAction(vm_pFullScreen);
-}
-
-void CMainWindow::m_S_MakeStatus()
-{
     vm_pTotals = new QLabel;
     vm_pTotals->setObjectName(u"Totals"_s);
     vm_pTotals->setContentsMargins(4, 0, 8, 0);
     statusBar()->addPermanentWidget(vm_pTotals);
 }
 
-void CMainWindow::m_S_ShowRecorder(int nNvrID)
+void CMainWindow::m_S_MakeActions()
 {
-    const auto pRecorder = std::find_if(vm_arRecorders.begin(), vm_arRecorders.end(),
-                                        [nNvrID](const stDef_Recorder& st) { return st.nNvrID == nNvrID; });
-    if (pRecorder == vm_arRecorders.end())
-        return;
-    QList<stDef_LiveSource> arSources;
-    const auto nCells = static_cast<int>(vm_pGrid->m_F_ar_Cells().size());
-    for (int nChannel = 0; nChannel < std::min(pRecorder->nChannels, nCells); ++nChannel)
-        arSources.append({nNvrID, nChannel, 0, Tr(emDef_Text::Channel).arg(pRecorder->sName).arg(nChannel + 1)});
-    if (vm_nShown >= 0 && vm_nShown != nNvrID)
-        vm_pList->m_S_SetState(vm_nShown, emDef_LiveState::Idle, CLiveState::s_F_s_Text(emDef_LiveState::Idle));
-    vm_nShown = nNvrID;
-    vm_pGrid->m_S_Assign(vm_pEnv, arSources, vm_pStore->m_F_o_InitRecord(nNvrID));
-    vm_pGrid->m_S_ConnectAll();
+    for (const stDef_ActionRow& stRow : s_astActions) {
+        auto* const pAction = new QAction(this);
+        pAction->setObjectName(QString::fromLatin1(stRow.pszName));
+        pAction->setShortcut(QKeySequence(QString::fromLatin1(stRow.pszKey)));
+        if (stRow.nIcon != NoIcon)
+            pAction->setIcon(CHostIcon::s_F_o_Get(static_cast<emDef_HostIcon>(stRow.nIcon)));
+        addAction(pAction); // the shortcut holds in full screen too, where the menu is hidden
+    }
+    const auto MakeGroup = [this](std::initializer_list<std::pair<const char*, int>> arMembers) {
+        auto* const pGroup = new QActionGroup(this);
+        for (const auto& [pszName, nValue] : arMembers) {
+            QAction* const pAction = m_F_p_Action(pszName);
+            pAction->setCheckable(true);
+            pAction->setData(nValue);
+            pGroup->addAction(pAction);
+        }
+        return pGroup;
+    };
+    vm_pShapes = MakeGroup({{"Shape1", 1}, {"Shape4", 4}, {"Shape9", 9}, {"Shape16", 16}});
+    vm_pLanguages = MakeGroup({{"Chinese", 0}, {"English", 1}});
+    m_F_p_Action("FullScreen")->setCheckable(true);
+    auto* const pLeave = new QAction(this);
+    pLeave->setShortcut(QKeySequence(u"Esc"_s));
+    addAction(pLeave);
+    connect(pLeave, &QAction::triggered, this, &CMainWindow::m_S_Leave);
 }
+
+QAction* CMainWindow::m_F_p_Action(const char* pszName) const
+{
+    return findChild<QAction*>(QString::fromLatin1(pszName), Qt::FindDirectChildrenOnly);
+}
+
+void CMainWindow::m_S_MakeMenus()
+{
+    for (const stDef_MenuRow& stRow : s_astMenus) {
+        QMenu* const pMenu = menuBar()->addMenu(QString());
+        pMenu->setObjectName(QString::fromLatin1(stRow.pszName));
+        for (const char* const pszAction : stRow.arActions) {
+            if (pszAction)
+                pMenu->addAction(m_F_p_Action(pszAction));
+            else
+                pMenu->addSeparator();
+        }
+    }
+    menuBar()->findChild<QMenu*>(u"MenuView"_s)->addAction(vm_pDocuments->toggleViewAction());
+}
+
+void CMainWindow::m_S_MakeToolBar()
+{
+    vm_pToolBar = addToolBar(QString());
+    vm_pToolBar->setObjectName(u"Toolbar"_s);
+    vm_pToolBar->setMovable(false);
+    vm_pToolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    for (const char* const pszName : {"ConnectAll", "DisconnectAll", "Snapshot", "Exchange"})
+        vm_pToolBar->addAction(m_F_p_Action(pszName));
+    vm_pToolBar->addSeparator();
+    vm_pToolBar->addActions(vm_pShapes->actions());
+    vm_pToolBar->addSeparator();
+    vm_pPages = new QLabel;
+    vm_pPages->setObjectName(u"Pages"_s);
+    vm_pPages->setContentsMargins(6, 0, 6, 0);
+    vm_pToolBar->addAction(m_F_p_Action("PreviousPage"));
+    vm_pToolBar->addWidget(vm_pPages);
+    vm_pToolBar->addAction(m_F_p_Action("NextPage"));
+    vm_pToolBar->addSeparator();
+    vm_pToolBar->addAction(m_F_p_Action("FullScreen"));
+}
+
+void CMainWindow::m_S_Connect()
+{
+    const auto On = [this](const char* pszName, auto fnDo) {
+        connect(m_F_p_Action(pszName), &QAction::triggered, this, fnDo);
+    };
+    On("Quit", [this] { close(); });
+    On("FullScreen", [this](bool bOn) { m_S_SetFullScreen(bOn); });
+    On("PreviousPage", [this] { vm_pGrid->m_S_SetPage(vm_pGrid->m_F_n_Page() - 1); });
+    On("NextPage", [this] { vm_pGrid->m_S_SetPage(vm_pGrid->m_F_n_Page() + 1); });
+    On("ConnectAll", [this] { vm_pGrid->m_S_ConnectAll(); });
+    On("DisconnectAll", [this] { vm_pGrid->m_S_DisconnectAll(); });
+    On("Snapshot", [this] { vm_pGrid->m_S_Snapshot(); });
+    On("Exchange", [this] { m_S_Exchange(); });
+    On("Shortcuts", [this] { m_S_ShowShortcuts(); });
+    On("About", [this] { m_S_About(); });
+    On("AddRecorder", [this] { m_S_AddRecorder(); });
+    On("EditRecorder", [this] { m_S_EditRecorder(vm_pTree->m_F_n_CurrentRecorder()); });
+    On("RemoveRecorder", [this] { m_S_RemoveRecorder(vm_pTree->m_F_n_CurrentRecorder()); });
+    connect(vm_pShapes, &QActionGroup::triggered, this,
+            [this](const QAction* pAction) { vm_pGrid->m_S_SetShape(pAction->data().toInt()); });
+    connect(vm_pLanguages, &QActionGroup::triggered, this,
+            [this](const QAction* pAction) { m_S_SetLanguage(pAction->data().toInt()); });
+
+    connect(vm_pTree, &CRecorderTree::S_PlaceChannel, vm_pGrid, &CLiveGrid::m_S_Place);
+    connect(vm_pTree, &CRecorderTree::S_ShowRecorder, vm_pGrid, &CLiveGrid::m_S_ShowRecorder);
+    connect(vm_pTree, &CRecorderTree::S_Add, this, &CMainWindow::m_S_AddRecorder);
+    connect(vm_pTree, &CRecorderTree::S_Edit, this, &CMainWindow::m_S_EditRecorder);
+    connect(vm_pTree, &CRecorderTree::S_Remove, this, &CMainWindow::m_S_RemoveRecorder);
+    connect(vm_pTree, &CRecorderTree::S_MenuRequested, this, &CMainWindow::m_S_ShowTreeMenu);
+    connect(vm_pGrid, &CLiveGrid::S_Changed, this, &CMainWindow::m_S_UpdateStates);
+    connect(vm_pGrid, &CLiveGrid::S_LayoutChanged, this, &CMainWindow::m_S_UpdatePages);
+    connect(vm_pGrid, &CLiveGrid::S_Snapshot, this, &CMainWindow::m_S_SaveSnapshot);
+    connect(vm_pGrid, &CLiveGrid::S_Lost, &vm_objWatch, &CRecorderWatch::m_S_ProbeNow);
+    connect(vm_pGrid, &CLiveGrid::S_AddressFound, &vm_objWatch, &CRecorderWatch::m_S_SetAddress);
+    connect(&vm_objWatch, &CRecorderWatch::S_Back, vm_pGrid, &CLiveGrid::m_S_RetryNow);
+    connect(&vm_objWatch, &CRecorderWatch::S_Changed, this, [this](int nNvrID) {
+        vm_pTree->m_S_SetRecorderState(nNvrID, vm_objWatch.m_F_n_Reach(nNvrID), {});
+        m_S_UpdateStates();
+    });
+    vm_objSaveTimer.setSingleShot(true);
+    connect(&vm_objSaveTimer, &QTimer::timeout, this, &CMainWindow::m_S_SaveLayout);
+}
+
+void CMainWindow::m_S_Retranslate()
+{
+    setWindowTitle(Tr(emDef_Text::AppTitle));
+    vm_pTitle->setText(Tr(emDef_Text::Recorders));
+    vm_pToolBar->setWindowTitle(Tr(emDef_Text::Toolbar));
+    for (const stDef_ActionRow& stRow : s_astActions) {
+        QAction* const pAction = m_F_p_Action(stRow.pszName);
+        const QString sKey = pAction->shortcut().toString(QKeySequence::NativeText);
+        pAction->setText(Tr(stRow.nText));
+        pAction->setStatusTip(Tr(stRow.nTip));
+        pAction->setToolTip(sKey.isEmpty() ? Tr(stRow.nTip) : u"%1 (%2)"_s.arg(Tr(stRow.nTip), sKey));
+    }
+    for (const stDef_MenuRow& stRow : s_astMenus)
+        menuBar()->findChild<QMenu*>(QString::fromLatin1(stRow.pszName))->setTitle(Tr(stRow.nText));
+    m_S_UpdatePages();
+    m_S_UpdateStates();
+}
+
+void CMainWindow::changeEvent(QEvent* pEvent)
+{
+    QMainWindow::changeEvent(pEvent);
+    if (pEvent->type() == QEvent::LanguageChange && vm_bRestored)
+        m_S_Retranslate();
+}
+
+void CMainWindow::resizeEvent(QResizeEvent* pEvent)
+{
+    QMainWindow::resizeEvent(pEvent);
+    if (vm_bRestored)
+        vm_objSaveTimer.start(SaveDelayMs);
+}
+
+// --- layout
+
+void CMainWindow::m_S_Restore()
+{
+    stDef_Layout stLayout;
+    const bool bStored = vm_objLayouts.m_F_b_Load(stLayout);
+    if (!bStored)
+        stLayout.arSlots = vm_pGrid->m_F_ar_DefaultSlots();
+    vm_objLanguage.m_F_b_Set(stLayout.nLanguage);
+    if (!restoreGeometry(stLayout.sGeometry))
+        resize(1200, 760);
+    m_S_UpdateRecorders();
+    if (stLayout.bFullScreen)
+        m_F_p_Action("FullScreen")->trigger();
+    vm_pGrid->m_S_SetLayout(stLayout);
+    vm_bRestored = true;
+}
+
+void CMainWindow::m_S_SaveLayout()
+{
+    stDef_Layout stLayout;
+    vm_pGrid->m_S_GetLayout(stLayout);
+    stLayout.sGeometry = saveGeometry();
+    stLayout.bFullScreen = m_F_p_Action("FullScreen")->isChecked();
+    stLayout.nLanguage = vm_objLanguage.m_F_n_Language();
+    if (!vm_objLayouts.m_F_b_Save(stLayout))
+        statusBar()->showMessage(Tr(emDef_Text::LayoutLost).arg(vm_pEnv->m_F_s_GetConfigFolder()), MessageMs);
+}
+
+void CMainWindow::m_S_SetLanguage(int nLanguage)
+{
+    if (!vm_objLanguage.m_F_b_Set(nLanguage))
+        statusBar()->showMessage(Tr(emDef_Text::LanguageMissing), MessageMs);
+    m_S_UpdatePages();
+}
+
+void CMainWindow::m_S_UpdatePages()
+{
+    const auto Check = [](const QActionGroup* pGroup, int nValue) {
+        for (QAction* const pAction : pGroup->actions())
+            pAction->setChecked(pAction->data().toInt() == nValue);
+    };
+    Check(vm_pShapes, vm_pGrid->m_F_n_Shape());
+    Check(vm_pLanguages, vm_objLanguage.m_F_n_Language());
+    vm_pPages->setText(Tr(emDef_Text::PageOf).arg(vm_pGrid->m_F_n_Page() + 1).arg(vm_pGrid->m_F_n_Pages()));
+    m_F_p_Action("PreviousPage")->setEnabled(vm_pGrid->m_F_n_Page() > 0);
+    if (vm_bRestored)
+        vm_objSaveTimer.start(SaveDelayMs);
+}
+
+void CMainWindow::m_S_SetFullScreen(bool bOn)
+{
+    for (QWidget* const pWidget : {static_cast<QWidget*>(menuBar()), static_cast<QWidget*>(vm_pToolBar), vm_pSide,
+                                   static_cast<QWidget*>(statusBar())})
+        pWidget->setVisible(!bOn);
+    setWindowState(bOn ? windowState() | Qt::WindowFullScreen : windowState() & ~Qt::WindowFullScreen);
+}
+
+// Esc: one step back.
+void CMainWindow::m_S_Leave()
+{
+    if (vm_pGrid->m_F_b_Enlarged())
+        vm_pGrid->m_S_ToggleEnlarged();
+    else if (m_F_p_Action("FullScreen")->isChecked())
+        m_F_p_Action("FullScreen")->trigger();
+}
+
+// --- recorders
+
+int CMainWindow::m_F_n_Picked() const
+{
+    const int nTree = vm_pTree->m_F_n_CurrentRecorder();
+    return nTree >= 0 ? nTree : vm_pGrid->m_F_p_Current()->m_F_o_Key().nNvrID;
+}
+
+void CMainWindow::m_S_UpdateRecorders()
+{
+    const QList<stDef_Recorder> arRecorders = vm_pStore->m_F_ar_Recorders();
+    vm_nRecorders = static_cast<int>(arRecorders.size());
+    vm_pTree->m_S_SetRecorders(arRecorders);
+    vm_objWatch.m_S_SetRecorders(arRecorders);
+}
+
+void CMainWindow::m_S_AddRecorder()
+{
+    CRecorderDialog objDialog(vm_pStore, -1, this);
+    if (objDialog.exec() != QDialog::Accepted)
+        return;
+    m_S_UpdateRecorders();
+    vm_pGrid->m_S_RecorderChanged(objDialog.m_F_n_NvrID());
+    vm_pGrid->m_S_ShowRecorder(objDialog.m_F_n_NvrID());
+}
+
+void CMainWindow::m_S_EditRecorder(int nNvrID)
+{
+    if (nNvrID < 0 || CRecorderDialog(vm_pStore, nNvrID, this).exec() != QDialog::Accepted)
+        return;
+    m_S_UpdateRecorders();
+    vm_pGrid->m_S_RecorderChanged(nNvrID);
+}
+
+void CMainWindow::m_S_RemoveRecorder(int nNvrID)
+{
+    if (nNvrID < 0)
+        return;
+    const QString sQuestion = Tr(emDef_Text::RemoveQuestion).arg(vm_pStore->m_F_o_Form(nNvrID).sName);
+    if (QMessageBox::question(this, Tr(emDef_Text::AppTitle), sQuestion, QMessageBox::Yes | QMessageBox::Cancel) !=
+        QMessageBox::Yes)
+        return;
+    const QString sError = vm_pStore->m_F_s_Remove(nNvrID);
+    if (!sError.isEmpty()) {
+        QMessageBox::warning(this, Tr(emDef_Text::AppTitle), sError);
+        return;
+    }
+    vm_pGrid->m_S_RecorderRemoved(nNvrID);
+    m_S_UpdateRecorders();
+}
+
+void CMainWindow::m_S_ShowTreeMenu(int nNvrID, const QPoint& ptGlobal)
+{
+    QMenu objMenu(this);
+    if (nNvrID >= 0)
+        connect(objMenu.addAction(Tr(emDef_Text::ShowRecorder)), &QAction::triggered, vm_pGrid,
+                [this, nNvrID] { vm_pGrid->m_S_ShowRecorder(nNvrID); });
+    objMenu.addAction(m_F_p_Action("AddRecorder"));
+    if (nNvrID >= 0)
+        objMenu.addActions({m_F_p_Action("EditRecorder"), m_F_p_Action("RemoveRecorder"), m_F_p_Action("Exchange")});
+    objMenu.exec(ptGlobal);
+}
+
+// --- commands
 
 void CMainWindow::m_S_Exchange()
 {
     vm_pDocuments->show();
     vm_arDocuments.clear();
-    if (vm_nShown < 0) {
+    const int nNvrID = m_F_n_Picked();
+    if (nNvrID < 0) {
         vm_pDocuments->m_S_ShowSummary(Tr(emDef_Text::ExchangeNoRecorder));
         return;
     }
-    const QString sName = vm_pList->currentItem()->text();
-    const CNvrHolder objNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(vm_nShown, this, vm_pEnv));
-    if (!objNvr.m_F_p_Get() || objNvr.m_F_p_Get()->m_F_n_Init(vm_pStore->m_F_o_InitRecord(vm_nShown)) != 1) {
+    const QString sName = vm_pStore->m_F_o_Form(nNvrID).sName;
+    const CNvrHolder objNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, this, vm_pEnv));
+    if (!objNvr.m_F_p_Get() || objNvr.m_F_p_Get()->m_F_n_Init(vm_pStore->m_F_o_InitRecord(nNvrID)) != 1) {
         vm_pDocuments->m_S_ShowSummary(u"%1: %2"_s.arg(sName, Tr(emDef_Text::HintUnusable)));
         return;
     }
@@ -215,12 +467,21 @@ void CMainWindow::m_S_Exchange()
                      : Tr(emDef_Text::ExchangeFailed).arg(sName).arg(nFailed).arg(vm_arDocuments.size()));
 }
 
-void CMainWindow::m_S_SetFullScreen(bool bOn)
+void CMainWindow::m_S_SaveSnapshot(const QImage& objImage, const QString& sTitle)
 {
-    for (QWidget* const pWidget : {static_cast<QWidget*>(menuBar()), static_cast<QWidget*>(vm_pToolBar), vm_pSide,
-                                   static_cast<QWidget*>(statusBar())})
-        pWidget->setVisible(!bOn);
-    setWindowState(bOn ? windowState() | Qt::WindowFullScreen : windowState() & ~Qt::WindowFullScreen);
+    if (objImage.isNull()) {
+        statusBar()->showMessage(Tr(emDef_Text::SnapshotNone), MessageMs);
+        return;
+    }
+    const QString sFile = CSnapshot::s_F_s_Save(objImage, vm_sPictureFolder, sTitle, QDateTime::currentDateTime());
+    statusBar()->showMessage(sFile.isEmpty() ? Tr(emDef_Text::SnapshotFailed).arg(vm_sPictureFolder)
+                                             : Tr(emDef_Text::SnapshotSaved).arg(sFile),
+                             MessageMs);
+}
+
+void CMainWindow::m_S_ShowShortcuts()
+{
+    CShortcutDialog(this).exec();
 }
 
 void CMainWindow::m_S_About()
@@ -229,18 +490,40 @@ void CMainWindow::m_S_About()
                        u"<b>%1</b><p>%2</p>"_s.arg(Tr(emDef_Text::AppTitle), Tr(emDef_Text::AboutBody)));
 }
 
+// The states of what is on the page go into the tree; rows that left the page are quiet again.
 void CMainWindow::m_S_UpdateStates()
 {
-    const stDef_GridTotals stTotals = vm_pGrid->m_F_o_Totals();
-    if (vm_nShown >= 0) {
-        const emDef_LiveState nState = BestState(*vm_pGrid);
-        const QString sText = stTotals.nLive > 0
-                                  ? Tr(emDef_Text::RecorderLive).arg(stTotals.nLive).arg(stTotals.nChannels)
-                                  : CLiveState::s_F_s_Text(nState);
-        vm_pList->m_S_SetState(vm_nShown, nState, sText);
+    struct stDef_Count
+    {
+        int nLive = 0;
+        int nAll = 0;
+    };
+    std::map<int, stDef_Count> mapCounts;
+    for (const stDef_ChannelKey& stKey : vm_arShown)
+        mapCounts[stKey.nNvrID] = {};
+    std::vector<stDef_ChannelKey> arShown;
+    for (const CLiveCell* const pCell : vm_pGrid->m_F_ar_Cells()) {
+        const stDef_ChannelKey& stKey = pCell->m_F_o_Key();
+        if (stKey.nNvrID < 0)
+            continue;
+        arShown.push_back(stKey);
+        ++mapCounts[stKey.nNvrID].nAll;
+        mapCounts[stKey.nNvrID].nLive += pCell->m_F_n_State() == emDef_LiveState::Live ? 1 : 0;
+        vm_pTree->m_S_SetChannelState(stKey, pCell->m_F_n_State());
     }
+    for (const stDef_ChannelKey& stKey : vm_arShown) {
+        if (std::find(arShown.begin(), arShown.end(), stKey) == arShown.end())
+            vm_pTree->m_S_SetChannelState(stKey, emDef_LiveState::Idle);
+    }
+    for (const auto& [nNvrID, stCount] : mapCounts) {
+        const QString sText =
+            stCount.nLive > 0 ? Tr(emDef_Text::RecorderLive).arg(stCount.nLive).arg(stCount.nAll) : QString();
+        vm_pTree->m_S_SetRecorderState(nNvrID, vm_objWatch.m_F_n_Reach(nNvrID), sText);
+    }
+    vm_arShown = arShown;
+    const stDef_GridTotals stTotals = vm_pGrid->m_F_o_Totals();
     const QStringList arParts = {
-        Tr(emDef_Text::TotalRecorders).arg(vm_arRecorders.size()),
+        Tr(emDef_Text::TotalRecorders).arg(vm_nRecorders),
         Tr(emDef_Text::TotalLive).arg(stTotals.nLive).arg(stTotals.nChannels),
         Tr(emDef_Text::TotalFrames).arg(stTotals.nRate, 0, 'f', 1),
     };

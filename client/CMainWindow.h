@@ -2,58 +2,102 @@
 
 #include <QList>
 #include <QMainWindow>
+#include <QTimer>
+#include <vector>
 
 #include "CDocumentRunner.h"
+#include "CHostLanguage.h"
+#include "CLayoutStore.h"
 #include "CRecorderStore.h"
+#include "CRecorderWatch.h"
 
 class CDocumentPanel;
 class CLiveGrid;
-class CRecorderList;
+class CRecorderTree;
 class QAction;
+class QActionGroup;
 class QLabel;
 class QToolBar;
 enum class emDef_HostIcon;
 enum class emDef_Text;
 
-/// The host's window: recorders at the left, live cells at the right, the document table below on demand.
+/// The host's window: recorders at the left, live cells at the right, the document table below on demand. It comes back
+/// with the layout that it was closed with.
 class CMainWindow : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    /// Both pointers are borrowed. The first recorder is picked and connected.
-    CMainWindow(CEnvObj* pEnv, const CRecorderStore* pStore);
-    ~CMainWindow() override; ///< ends all streams
+    /// Both pointers are borrowed.
+    CMainWindow(CEnvObj* pEnv, CRecorderStore* pStore);
+    ~CMainWindow() override; ///< ends all streams and saves the layout
 
-    /// Shows the first channels of a recorder and connects them.
-    void m_S_ShowRecorder(int nNvrID);
     /// Runs the exchange with the picked recorder. Blocks under a wait cursor.
     void m_S_Exchange();
+    /// 0 Traditional Chinese, 1 English.
+    void m_S_SetLanguage(int nLanguage);
+    /// Saves the next pictures there.
+    void m_S_SetPictureFolder(const QString& sFolder) { vm_sPictureFolder = sFolder; }
 
     CLiveGrid* m_F_p_Grid() const { return vm_pGrid; }
-    CRecorderList* m_F_p_List() const { return vm_pList; }
+    CRecorderTree* m_F_p_Tree() const { return vm_pTree; }
+    const CRecorderWatch& m_F_o_Watch() const { return vm_objWatch; }
     /// Rows of the last exchange; empty if there was none.
     const QList<stDef_DocumentResult>& m_F_ar_Documents() const { return vm_arDocuments; }
 
+protected:
+    void changeEvent(QEvent* pEvent) override;
+    void resizeEvent(QResizeEvent* pEvent) override;
+
 private:
-    void m_S_MakeActions();
-    QAction* m_F_p_AddAction(const char* pszName, emDef_Text nText, emDef_Text nTip, const QKeySequence& objKey);
+    struct stDef_ActionRow;
+    struct stDef_MenuRow;
+    static const stDef_ActionRow s_astActions[];
+    static const stDef_MenuRow s_astMenus[];
+
     void m_S_MakeLayout();
-    void m_S_MakeStatus();
+    void m_S_MakeActions();
+    void m_S_MakeMenus();
+    void m_S_MakeToolBar();
+    void m_S_Connect();
+    void m_S_Retranslate();
+    QAction* m_F_p_Action(const char* pszName) const;
+    void m_S_Restore();
+    void m_S_SaveLayout();
+
     void m_S_SetFullScreen(bool bOn);
+    void m_S_Leave();
     void m_S_About();
+    void m_S_ShowShortcuts();
+    void m_S_AddRecorder();
+    void m_S_EditRecorder(int nNvrID);
+    void m_S_RemoveRecorder(int nNvrID);
+    void m_S_ShowTreeMenu(int nNvrID, const QPoint& ptGlobal);
+    void m_S_SaveSnapshot(const QImage& objImage, const QString& sTitle);
+    void m_S_UpdateRecorders();
     void m_S_UpdateStates();
+    void m_S_UpdatePages();
+    int m_F_n_Picked() const;
 
     CEnvObj* vm_pEnv;
-    const CRecorderStore* vm_pStore;
-    QList<stDef_Recorder> vm_arRecorders;
+    CRecorderStore* vm_pStore;
+    CLayoutStore vm_objLayouts;
+    CHostLanguage vm_objLanguage;
+    CRecorderWatch vm_objWatch;
+    QTimer vm_objSaveTimer;
+    QString vm_sPictureFolder;
     QList<stDef_DocumentResult> vm_arDocuments;
-    CRecorderList* vm_pList = nullptr;
+    std::vector<stDef_ChannelKey> vm_arShown; ///< channels whose state stands in the tree
+    int vm_nRecorders = 0;
+    bool vm_bRestored = false;
+    CRecorderTree* vm_pTree = nullptr;
     CLiveGrid* vm_pGrid = nullptr;
     CDocumentPanel* vm_pDocuments = nullptr;
     QWidget* vm_pSide = nullptr;
+    QLabel* vm_pTitle = nullptr;
     QToolBar* vm_pToolBar = nullptr;
-    QAction* vm_pFullScreen = nullptr;
+    QActionGroup* vm_pShapes = nullptr;
+    QActionGroup* vm_pLanguages = nullptr;
+    QLabel* vm_pPages = nullptr;
     QLabel* vm_pTotals = nullptr;
-    int vm_nShown = -1;
 };

@@ -218,3 +218,12 @@ bool CPictureDecoder::m_F_b_Render(int nCellWidth, int nCellHeight, stDef_Pictur
     return sws_scale(d.pScaler, d.pLatest->data, d.pLatest->linesize, 0, d.pLatest->height, arTo.data(),
                      arStride.data()) > 0;
 }
+
+bool CPictureDecoder::m_F_b_RenderWhole(stDef_Picture& stPicture)
+{
+    const AVFrame& objFrame = *vm_pImpl->pLatest;
+    const AVRational stPixel = objFrame.sample_aspect_ratio;
+    const double dStretch = stPixel.num > 0 && stPixel.den > 0 ? av_q2d(stPixel) : 1.0;
+    return m_F_b_Render(static_cast<int>(objFrame.width * std::max(dStretch, 1.0) + 0.5),
+                        static_cast<int>(objFrame.height / std::min(dStretch, 1.0) + 0.5), stPicture);
+}

@@ -39,6 +39,8 @@ public:
     /// Scales the latest picture into the largest rectangle of its own shape that fits the cell (device pixels).
     /// False if there is none or its size is beyond reason.
     bool m_F_b_Render(int nCellWidth, int nCellHeight, stDef_Picture& stPicture);
+    /// The same in the stream's own size.
+    bool m_F_b_RenderWhole(stDef_Picture& stPicture);
 
 private:
     struct st_Impl;

@@ -8,6 +8,7 @@
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 
+#include "CChannelDrag.h"
 #include "CHostText.h"
 
 using namespace Qt::StringLiterals;
@@ -341,22 +342,20 @@ void CRecorderTree::contextMenuEvent(QContextMenuEvent* pEvent)
 
 QStringList CRecorderTree::mimeTypes() const
 {
-    return {QString::fromLatin1(MimeType)};
+    return {QString::fromLatin1(CChannelDrag::MimeType)};
 }
 
 QMimeData* CRecorderTree::mimeData(const QList<QTreeWidgetItem*>& arItems) const
 {
-    QStringList arLines;
+    QList<stDef_ChannelKey> arKeys;
     for (const QTreeWidgetItem* const pItem : arItems) {
         const bool bAll = IsRecorder(*pItem);
         const int nFirst = bAll ? 0 : pItem->data(0, RoleChannel).toInt();
         const int nEnd = bAll ? pItem->data(0, RoleChannels).toInt() : nFirst + 1;
         for (int nChannel = nFirst; nChannel < nEnd; ++nChannel)
-            arLines.append(u"%1/%2"_s.arg(RecorderOf(pItem)).arg(nChannel));
+            arKeys.append({RecorderOf(pItem), nChannel});
     }
-    auto* const pData = new QMimeData;
-    pData->setData(QString::fromLatin1(MimeType), arLines.join(u'\n').toUtf8());
-    return pData;
+    return CChannelDrag::s_F_p_Make(arKeys);
 }
 
 void CRecorderTree::startDrag(Qt::DropActions)

@@ -15,9 +15,6 @@ class CRecorderTree : public QTreeWidget
     Q_OBJECT
 
 public:
-    /// Type of the drag payload: one "nNvrID/nChannel" a line.
-    static constexpr const char* MimeType = "application/x-zentrix-channel";
-
     explicit CRecorderTree(QWidget* pParent = nullptr);
 
     /// Fills the tree; what was open and picked stays so as far as it is still there.

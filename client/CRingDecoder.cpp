@@ -33,10 +33,13 @@ struct CRingDecoder::st_Impl
     std::atomic<std::int64_t> nSinceUs{0}; // packets that arrived earlier are not for us
     std::thread objThread;
 
-    std::mutex objLock; // guards bStop and stNewest
+    std::atomic<bool> bSnapshot{false}; // one is wanted
+
+    std::mutex objLock; // guards bStop, stNewest and stSnapshot
     std::condition_variable objWake;
     bool bStop = false;
     stDef_Picture stNewest;
+    stDef_Picture stSnapshot;
 
     // The worker's own.
     CShmRingReader objReader;
@@ -57,6 +60,7 @@ struct CRingDecoder::st_Impl
     void Decode();
     bool FollowParam();
     void Publish();
+    void PublishSnapshot();
 };
 
 CRingDecoder::CRingDecoder(std::function<void()> fnPicture) : vm_pImpl(std::make_unique<st_Impl>(std::move(fnPicture)))
@@ -76,6 +80,8 @@ void CRingDecoder::m_S_Start(int nNvrID, int nChannel, int nStream)
     d.nStream = nStream;
     d.bStop = false;
     d.stNewest.nSerial = 0;
+    d.stSnapshot.nSerial = 0;
+    d.bSnapshot = false;
     d.nPictures = 0;
     d.bParam = false;
     d.bFresh = false;
@@ -121,6 +127,19 @@ bool CRingDecoder::m_F_b_TakePicture(stDef_Picture& stPicture)
     return true;
 }
 
+void CRingDecoder::m_S_RequestSnapshot()
+{
+    vm_pImpl->bSnapshot = true;
+}
+
+bool CRingDecoder::m_F_b_TakeSnapshot(stDef_Picture& stPicture)
+{
+    const std::lock_guard objGuard(vm_pImpl->objLock);
+    std::swap(stPicture, vm_pImpl->stSnapshot);
+    vm_pImpl->stSnapshot.nSerial = 0;
+    return stPicture.nSerial != 0;
+}
+
 void CRingDecoder::st_Impl::Run()
 {
     while (!Stopped()) {
@@ -128,6 +147,8 @@ void CRingDecoder::st_Impl::Run()
             continue;
         objReader.m_F_b_Wait(WaitMs);
         ReadAll();
+        if (bSnapshot.exchange(false))
+            PublishSnapshot();
     }
     objReader.m_S_Close();
     objDecoder.m_S_Close();
@@ -214,6 +235,19 @@ void CRingDecoder::st_Impl::Publish()
         if (nFreshUs < nSinceUs)
             return;
         std::swap(stWork, stNewest);
+    }
+    fnNotify();
+}
+
+void CRingDecoder::st_Impl::PublishSnapshot()
+{
+    stDef_Picture stWhole;
+    if (!objDecoder.m_F_b_RenderWhole(stWhole))
+        return;
+    stWhole.nSerial = nPictures + 1;
+    {
+        const std::lock_guard objGuard(objLock);
+        std::swap(stWhole, stSnapshot);
     }
     fnNotify();
 }

@@ -36,6 +36,11 @@ public:
     /// Exchanges the caller's picture for the newest one; false if there is none since the last call.
     bool m_F_b_TakePicture(stDef_Picture& stPicture);
 
+    /// Asks for the newest picture in the stream's own size. It is there a moment later, and `fnPicture` is called.
+    void m_S_RequestSnapshot();
+    /// The picture that was asked for; false if there is none.
+    bool m_F_b_TakeSnapshot(stDef_Picture& stPicture);
+
 private:
     struct st_Impl;
     std::unique_ptr<st_Impl> vm_pImpl;

@@ -1,19 +1,28 @@
 #include "CTour.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QLabel>
+#include <QPalette>
 #include <QPixmap>
+#include <QPushButton>
 #include <QSaveFile>
 #include <QSet>
 #include <QTextStream>
 #include <QTimer>
 #include <algorithm>
+#include <iterator>
 
 #include "CDocumentPanel.h"
 #include "CLiveGrid.h"
 #include "CMainWindow.h"
+#include "CRecorderDialog.h"
+#include "CRecorderStore.h"
+#include "CShortcutDialog.h"
+#include "host/Lib_Hostenv.h"
 
 using namespace Qt::StringLiterals;
 
@@ -21,10 +30,33 @@ namespace {
 
 constexpr int MovingPictures = 3; // different ones, until a cell counts as moving
 
-// A cell without a channel, or with a stream that has ended, will not come to life by waiting.
+// A cell without a channel, or whose stream has ended, will not come to life within the tour's patience.
 bool IsHopeless(const CLiveCell& objCell)
 {
     return !objCell.m_F_p_Channel() || !objCell.m_F_p_Channel()->m_F_b_WantsPictures();
+}
+
+struct stDef_PictureRow
+{
+    emDef_LiveState nState;
+    const char* pszName;
+};
+
+// The states that a cell is photographed in, once each.
+constexpr stDef_PictureRow g_astPictures[] = {
+    {emDef_LiveState::Connecting, "state-connecting"}, {emDef_LiveState::Live, "state-live"},
+    {emDef_LiveState::Stalled, "state-stalled"},       {emDef_LiveState::Lost, "state-lost"},
+    {emDef_LiveState::NoAnswer, "state-no-answer"},    {emDef_LiveState::Refused, "state-refused"},
+};
+
+QPalette DarkPalette()
+{
+    QPalette objDark(QColor(0x2b, 0x2f, 0x36), QColor(0x23, 0x27, 0x2d));
+    objDark.setColor(QPalette::Base, QColor(0x1b, 0x1e, 0x23));
+    objDark.setColor(QPalette::AlternateBase, QColor(0x23, 0x27, 0x2d));
+    objDark.setColor(QPalette::Highlight, QColor(0x3d, 0x7e, 0xc8));
+    objDark.setColor(QPalette::HighlightedText, Qt::white);
+    return objDark;
 }
 
 QString Describe(const std::vector<stDef_StateChange>& arHistory)
@@ -47,11 +79,16 @@ QString Bytes(bool bThere, std::int64_t nBytes)
 
 } // namespace
 
-CTour::CTour(CMainWindow* pWindow, const QString& sFolder) : CTour(pWindow, sFolder, stDef_Limits()) {}
-
-CTour::CTour(CMainWindow* pWindow, const QString& sFolder, const stDef_Limits& stLimits)
-    : vm_pWindow(pWindow), vm_sFolder(sFolder), vm_stLimits(stLimits)
+CTour::CTour(CMainWindow* pWindow, CRecorderStore* pStore, const QString& sFolder)
+    : CTour(pWindow, pStore, sFolder, stDef_Limits())
 {}
+
+CTour::CTour(CMainWindow* pWindow, CRecorderStore* pStore, const QString& sFolder, const stDef_Limits& stLimits)
+    : vm_pWindow(pWindow), vm_pStore(pStore), vm_sFolder(sFolder), vm_stLimits(stLimits)
+{
+    const QList<stDef_Recorder> arRecorders = pStore->m_F_ar_Recorders();
+    vm_nFirstNvr = arRecorders.isEmpty() ? -1 : arRecorders.first().nNvrID;
+}
 
 QStringList CTour::m_F_ar_Run()
 {
@@ -60,9 +97,16 @@ QStringList CTour::m_F_ar_Run()
         m_S_Fail(u"the folder %1 can't be made"_s.arg(vm_sFolder));
         return vm_arFailures;
     }
+    if (vm_nFirstNvr < 0) {
+        m_S_Fail(u"there is no recorder in the list"_s);
+        return vm_arFailures;
+    }
     vm_pWindow->resize(1280, 800);
     vm_pWindow->show();
     m_S_Live();
+    m_S_Shapes();
+    m_S_States();
+    m_S_Looks();
     m_S_Exchange();
     m_S_Disconnect();
     m_S_Reconnect();
@@ -80,6 +124,7 @@ bool CTour::m_F_b_Wait(const std::function<bool()>& fnDone, int nLimitMs)
         QEventLoop objLoop;
         QTimer::singleShot(20, &objLoop, &QEventLoop::quit);
         objLoop.exec();
+        m_S_GrabStates();
     }
     return true;
 }
@@ -92,11 +137,30 @@ void CTour::m_S_Trigger(const char* pszAction)
         m_S_Fail(u"there is no command %1"_s.arg(QString::fromLatin1(pszAction)));
 }
 
-void CTour::m_S_Grab(const QString& sName)
+// Until what was asked for is laid out and painted.
+void CTour::m_S_Settle()
+{
+    m_F_b_Wait([] { return false; }, 300);
+}
+
+void CTour::m_S_Grab(const QString& sName, QWidget* pWidget)
 {
     const QString sFile = QDir(vm_sFolder).filePath(sName + u".png"_s);
-    if (!vm_pWindow->grab().save(sFile, "PNG"))
+    if (!(pWidget ? pWidget : vm_pWindow)->grab().save(sFile, "PNG"))
         m_S_Fail(u"%1 can't be written"_s.arg(sFile));
+}
+
+void CTour::m_S_GrabStates()
+{
+    for (CLiveCell* const pCell : vm_pWindow->m_F_p_Grid()->m_F_ar_Cells()) {
+        const emDef_LiveState nState = pCell->m_F_n_State();
+        const auto* const pRow = std::find_if(std::begin(g_astPictures), std::end(g_astPictures),
+                                              [nState](const stDef_PictureRow& st) { return st.nState == nState; });
+        if (pCell->m_F_o_Key().nNvrID < 0 || pRow == std::end(g_astPictures) || vm_setSeen.contains(nState))
+            continue;
+        vm_setSeen.insert(nState);
+        m_S_Grab(QString::fromLatin1(pRow->pszName), pCell);
+    }
 }
 
 void CTour::m_S_Fail(const QString& sWhat)
@@ -106,12 +170,13 @@ void CTour::m_S_Fail(const QString& sWhat)
 
 bool CTour::m_F_b_WaitLive()
 {
-    const QList<CLiveCell*>& arCells = vm_pWindow->m_F_p_Grid()->m_F_ar_Cells();
+    QList<CLiveCell*> arCells = vm_pWindow->m_F_p_Grid()->m_F_ar_Cells();
+    arCells.removeIf([this](const CLiveCell* pCell) { return pCell->m_F_o_Key().nNvrID != vm_nFirstNvr; });
     QList<QSet<size_t>> arSeen(arCells.size());
     const auto Moves = [&](qsizetype i) {
         const CLiveCell& objCell = *arCells[i];
-        if (objCell.m_F_p_Channel() && objCell.m_F_p_Channel()->m_F_n_State() == emDef_LiveState::Live &&
-            objCell.m_F_o_Picture().nSerial != 0 && arSeen[i].size() < MovingPictures)
+        if (objCell.m_F_n_State() == emDef_LiveState::Live && objCell.m_F_o_Picture().nSerial != 0 &&
+            arSeen[i].size() < MovingPictures)
             arSeen[i].insert(Fingerprint(objCell.m_F_o_Picture()));
         return arSeen[i].size() >= MovingPictures;
     };
@@ -121,7 +186,7 @@ bool CTour::m_F_b_WaitLive()
             bSettled = (Moves(i) || IsHopeless(*arCells[i])) && bSettled;
         return bSettled;
     };
-    bool bLive = m_F_b_Wait(Settled, vm_stLimits.nLiveMs);
+    bool bLive = m_F_b_Wait(Settled, vm_stLimits.nLiveMs) && !arCells.isEmpty();
     for (qsizetype i = 0; i < arCells.size(); ++i) {
         const CLiveChannel* const pChannel = arCells[i]->m_F_p_Channel();
         if (Moves(i))
@@ -133,9 +198,15 @@ bool CTour::m_F_b_WaitLive()
     return bLive;
 }
 
+void CTour::m_S_AddRow(const CLiveChannel& objChannel, double nRate)
+{
+    vm_arRows.append({objChannel.m_F_o_Source().sTitle, objChannel.m_F_n_FirstPictureMs(), nRate,
+                      Describe(objChannel.m_F_ar_History())});
+}
+
 void CTour::m_S_Measure()
 {
-    const QList<CLiveCell*>& arCells = vm_pWindow->m_F_p_Grid()->m_F_ar_Cells();
+    const QList<CLiveCell*> arCells = vm_pWindow->m_F_p_Grid()->m_F_ar_Cells();
     QList<std::uint64_t> arBefore;
     for (const CLiveCell* const pCell : arCells)
         arBefore.append(pCell->m_F_p_Channel() ? pCell->m_F_p_Channel()->m_F_n_Pictures() : 0);
@@ -149,8 +220,7 @@ void CTour::m_S_Measure()
         if (!pChannel)
             continue;
         const auto nPictures = static_cast<double>(pChannel->m_F_n_Pictures() - arBefore[i]);
-        vm_arRows.append({pChannel->m_F_o_Source().sTitle, pChannel->m_F_n_FirstPictureMs(), nPictures / nSeconds,
-                          Describe(pChannel->m_F_ar_History())});
+        m_S_AddRow(*pChannel, nPictures / nSeconds);
         if (nPictures == 0 && pChannel->m_F_n_FirstPictureMs() >= 0)
             m_S_Fail(u"cell %1 stands still"_s.arg(i + 1));
     }
@@ -163,11 +233,101 @@ void CTour::m_S_Live()
     m_S_Grab(u"1-live"_s);
 }
 
+void CTour::m_S_Shapes()
+{
+    for (const auto& [pszAction, pszName] :
+         {std::pair{"Shape1", "2-one-cell"}, {"Shape16", "3-sixteen-cells"}, {"Shape9", "4-nine-cells"}}) {
+        m_S_Trigger(pszAction);
+        m_F_b_WaitLive();
+        m_S_Settle();
+        m_S_Grab(QString::fromLatin1(pszName));
+    }
+    vm_pWindow->m_F_p_Grid()->m_S_ToggleEnlarged();
+    m_S_Settle();
+    m_S_Grab(u"5-enlarged"_s);
+    vm_pWindow->m_F_p_Grid()->m_S_ToggleEnlarged();
+}
+
+// The further recorders of the list come to their states; each is photographed by the wait when it is first seen.
+void CTour::m_S_States()
+{
+    if (vm_pStore->m_F_ar_Recorders().size() > 1) {
+        const auto AllSeen = [this] {
+            return std::all_of(std::begin(g_astPictures), std::end(g_astPictures),
+                               [this](const stDef_PictureRow& st) { return vm_setSeen.contains(st.nState); });
+        };
+        m_F_b_Wait(AllSeen, vm_stLimits.nStatesMs);
+        m_S_Settle();
+        m_S_Grab(u"6-states"_s);
+        for (const CLiveCell* const pCell : vm_pWindow->m_F_p_Grid()->m_F_ar_Cells()) {
+            if (pCell->m_F_p_Channel() && pCell->m_F_o_Key().nNvrID != vm_nFirstNvr)
+                m_S_AddRow(*pCell->m_F_p_Channel(), pCell->m_F_p_Channel()->m_F_n_Rate());
+        }
+    }
+    m_S_Trigger("Shape4");
+    vm_pWindow->m_F_p_Grid()->m_S_SetPage(0);
+}
+
+void CTour::m_S_TestConnection(int nNvrID, const QString& sName)
+{
+    CRecorderDialog objDialog(vm_pStore, nNvrID, vm_pWindow);
+    objDialog.show();
+    const auto* const pVerdict = objDialog.findChild<QLabel*>(u"Verdict"_s);
+    auto* const pTest = objDialog.findChild<QPushButton*>(u"Test"_s);
+    if (!pVerdict || !pTest)
+        return m_S_Fail(u"the recorder dialog has no test"_s);
+    pTest->click();
+    const QString sRunning = pVerdict->text();
+    if (!m_F_b_Wait([&] { return !pVerdict->text().isEmpty() && pVerdict->text() != sRunning; }, vm_stLimits.nLiveMs))
+        m_S_Fail(u"the connection test doesn't end"_s);
+    m_S_Settle();
+    m_S_Grab(sName, &objDialog);
+}
+
+void CTour::m_S_Dialogs(const QString& sSuffix)
+{
+    const QList<stDef_Recorder> arRecorders = vm_pStore->m_F_ar_Recorders();
+    m_S_TestConnection(vm_nFirstNvr, u"8-test-good"_s + sSuffix);
+    if (arRecorders.size() > 2)
+        m_S_TestConnection(arRecorders[2].nNvrID, u"8-test-bad"_s + sSuffix);
+    CRecorderDialog objAdd(vm_pStore, -1, vm_pWindow);
+    objAdd.show();
+    m_S_Settle();
+    m_S_Grab(u"8-add"_s + sSuffix, &objAdd);
+    CShortcutDialog objKeys(vm_pWindow);
+    objKeys.show();
+    m_S_Settle();
+    m_S_Grab(u"9-shortcuts"_s + sSuffix, &objKeys);
+}
+
+void CTour::m_S_Looks()
+{
+    const QPalette objLight = QApplication::palette();
+    const int nLanguage = CAppEnv::s_objEnv.vm_nLanguage;
+    m_S_Dialogs({});
+    vm_pWindow->m_S_SetLanguage(0);
+    m_S_Settle();
+    m_S_Grab(u"7-chinese"_s);
+    m_S_Dialogs(u"-chinese"_s);
+    vm_pWindow->m_S_SetLanguage(nLanguage);
+    QApplication::setPalette(DarkPalette());
+    m_S_Settle();
+    m_S_Grab(u"7-dark"_s);
+    m_S_Dialogs(u"-dark"_s);
+    QApplication::setPalette(objLight);
+    m_S_Trigger("FullScreen");
+    m_S_Settle();
+    m_S_Grab(u"7-full-screen"_s);
+    m_S_Trigger("FullScreen");
+    vm_pWindow->resize(1280, 800);
+    m_F_b_WaitLive();
+}
+
 void CTour::m_S_Exchange()
 {
     m_S_Trigger("Exchange");
-    m_F_b_Wait([] { return false; }, 200); // the cells lay themselves out anew beside the table
-    m_S_Grab(u"2-documents"_s);
+    m_S_Settle(); // the cells lay themselves out anew beside the table
+    m_S_Grab(u"10-documents"_s);
     if (vm_pWindow->m_F_ar_Documents().isEmpty())
         m_S_Fail(u"no document was exchanged"_s);
     for (const stDef_DocumentResult& stResult : vm_pWindow->m_F_ar_Documents()) {
@@ -179,35 +339,25 @@ void CTour::m_S_Exchange()
 void CTour::m_S_Disconnect()
 {
     m_S_Trigger("DisconnectAll");
-    const QList<CLiveCell*>& arCells = vm_pWindow->m_F_p_Grid()->m_F_ar_Cells();
+    const QList<CLiveCell*> arCells = vm_pWindow->m_F_p_Grid()->m_F_ar_Cells();
     const bool bEnded = m_F_b_Wait(
         [&] {
             return std::all_of(arCells.begin(), arCells.end(), [](const CLiveCell* pCell) {
-                return !pCell->m_F_p_Channel() ||
-                       pCell->m_F_p_Channel()->m_F_n_State() == emDef_LiveState::Disconnected;
+                return !pCell->m_F_p_Channel() || pCell->m_F_n_State() == emDef_LiveState::Disconnected;
             });
         },
         vm_stLimits.nEndMs);
     if (!bEnded)
         m_S_Fail(u"the streams don't end"_s);
-    m_S_Grab(u"3-disconnected"_s);
-    qsizetype nRow = 0;
-    for (const CLiveCell* const pCell : arCells) {
-        if (pCell->m_F_p_Channel() && nRow < vm_arRows.size())
-            vm_arRows[nRow++].sStates = Describe(pCell->m_F_p_Channel()->m_F_ar_History());
-    }
+    m_S_Grab(u"11-disconnected"_s);
 }
 
 void CTour::m_S_Reconnect()
 {
     m_S_Trigger("ConnectAll");
     m_F_b_WaitLive();
-    m_S_Grab(u"4-connected-again"_s);
-    qsizetype nRow = 0;
-    for (const CLiveCell* const pCell : vm_pWindow->m_F_p_Grid()->m_F_ar_Cells()) {
-        if (pCell->m_F_p_Channel() && nRow < vm_arRows.size())
-            vm_arRows[nRow++].sStates += u"; again: %1"_s.arg(Describe(pCell->m_F_p_Channel()->m_F_ar_History()));
-    }
+    m_S_Settle();
+    m_S_Grab(u"12-connected-again"_s);
 }
 
 QString CTour::m_F_s_Report() const

@@ -86,9 +86,13 @@ bool TakeFault(stDef_CommandLine& stLine, const std::string& s)
     return CFaultTable().m_F_b_Parse(s);
 }
 
-bool TakeStreamFault(stDef_CommandLine& stLine, const std::string& s)
+bool TakeStreamFault(stDef_CommandLine& stLine, const std::string& sFault)
 {
     stDef_CommandLine::stDef_StreamFault stFault;
+    const std::size_t nAt = std::min(sFault.find('@'), sFault.size());
+    if (nAt < sFault.size() && !TakeNumber(sFault.substr(nAt + 1), 0, 86400, stFault.nAfterS))
+        return false;
+    const std::string s = sFault.substr(0, nAt);
     const std::size_t nEquals = s.find('=');
     if (nEquals == std::string::npos || nEquals == 0)
         return false;
@@ -125,7 +129,8 @@ constexpr stDef_Option g_arOptions[] = {
      [](Line& st, Text& s) { return TakeText(s, st.sCardFile); }},
     {"--dips", "ID=HOST:PORT", "an id that the directory service knows; may be repeated", TakeDips},
     {"--fault", "PART=NAME[:ARG][xTIMES]", "a fault for each URL that contains PART (\"*\": all); may be repeated", TakeFault},
-    {"--stream-fault", "PART=NAME[:ARG]", "a fault for each stream whose path contains PART; may be repeated", TakeStreamFault},
+    {"--name", "TEXT", "name of the recorder in its card", [](Line& st, Text& s) { return TakeText(s, st.sName); }},
+    {"--stream-fault", "PART=NAME[:ARG][@S]", "a fault for each stream whose path contains PART, from second S on; may be repeated", TakeStreamFault},
     {"--log", nullptr, "print each request on stderr", [](Line& st, Text&) { return st.bLog = true; }},
     {"--help", nullptr, "print this text", [](Line& st, Text&) { return st.bHelp = true; }},
 };

@@ -15,9 +15,11 @@ struct stDef_CommandLine
     {
         std::string sMount, sName;
         long nArg = 0;
+        long nAfterS = 0; ///< seconds after the start
     };
     std::vector<stDef_StreamFault> arStreamFaults;
     std::string sCardFile;
+    std::string sName = "Virtual recorder"; ///< in the card
     bool bLog = false;
     bool bHelp = false;
 };

@@ -5,6 +5,8 @@
 #include "CStreamServer.h"
 #include "CVirtualNvr.h"
 
+#include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <iostream>
@@ -37,7 +39,7 @@ bool WriteCard(const stDef_CommandLine& stLine, const CVirtualNvr& objRecorder, 
     const bool bAny = stRecorder.sBind == "0.0.0.0" || stRecorder.sBind == "::";
     pugi::xml_document objDocument;
     pugi::xml_node objCard = objDocument.append_child("root").append_child("Recorder");
-    objCard.append_attribute("Name") = "Virtual recorder";
+    objCard.append_attribute("Name") = stLine.sName.c_str();
     objCard.append_attribute("Type") = stRecorder.bPC ? 0 : 1;
     objCard.append_attribute("IP") = bAny ? "127.0.0.1" : stRecorder.sBind.c_str();
     objCard.append_attribute("HttpPort") = objRecorder.m_F_n_HttpPort();
@@ -54,12 +56,34 @@ bool SetFaults(const stDef_CommandLine& stLine, CVirtualNvr& objRecorder, std::s
 {
     for (const std::string& sFault : stLine.arFaults)
         objRecorder.m_F_o_Faults().m_F_b_Parse(sFault);
-    for (const auto& stFault : stLine.arStreamFaults)
-        if (!objRecorder.m_F_o_Streams().m_F_b_SetFault(stFault.sMount, stFault.sName, stFault.nArg)) {
+    for (const auto& stFault : stLine.arStreamFaults) {
+        const char* pszName =
+            stFault.nAfterS == 0 ? stFault.sName.c_str() : "none"; // a later one is tried for its path
+        if (!objRecorder.m_F_o_Streams().m_F_b_SetFault(stFault.sMount, pszName, stFault.nArg)) {
             sError = "--stream-fault: no stream has \"" + stFault.sMount + "\" in its path";
             return false;
         }
+    }
     return true;
+}
+
+/// Waits for one of the signals; the stream faults that are due later begin meanwhile.
+void Wait(const sigset_t& stSignals, const stDef_CommandLine& stLine, CVirtualNvr& objRecorder)
+{
+    const auto tmStart = std::chrono::steady_clock::now();
+    auto arLater = stLine.arStreamFaults;
+    std::erase_if(arLater, [](const auto& st) { return st.nAfterS == 0; });
+    std::sort(arLater.begin(), arLater.end(), [](const auto& a, const auto& b) { return a.nAfterS < b.nAfterS; });
+    for (const auto& stFault : arLater) {
+        const auto tmLeft = tmStart + std::chrono::seconds(stFault.nAfterS) - std::chrono::steady_clock::now();
+        const auto nLeft = std::max<long>(std::chrono::duration_cast<std::chrono::milliseconds>(tmLeft).count(), 0);
+        const timespec stLeft{nLeft / 1000, nLeft % 1000 * 1000000};
+        if (sigtimedwait(&stSignals, nullptr, &stLeft) > 0)
+            return;
+        objRecorder.m_F_o_Streams().m_F_b_SetFault(stFault.sMount, stFault.sName, stFault.nArg);
+    }
+    int nSignal = 0;
+    sigwait(&stSignals, &nSignal);
 }
 } // namespace
 
@@ -91,8 +115,7 @@ int main(int nCount, char** ppszArgs)
     if (!stLine.sCardFile.empty() && !WriteCard(stLine, objRecorder, sError))
         return Fail(g_nExitFailed, "--card: " + sError);
     std::cout << "http " << objRecorder.m_F_n_HttpPort() << "\nrtsp " << objRecorder.m_F_n_RtspPort() << std::endl;
-    int nSignal = 0;
-    sigwait(&stSignals, &nSignal);
+    Wait(stSignals, stLine, objRecorder);
     objRecorder.m_S_Stop();
     return 0;
 }
