@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QRegularExpression>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
@@ -33,6 +34,13 @@ const QString g_sTotalsGap = u"     "_s;
 constexpr int SaveDelayMs = 1000;
 constexpr int MessageMs = 10000;
 constexpr int NoIcon = -1;
+
+// Without the mnemonic, which stands in brackets of its own in Chinese.
+QString PlainText(QString sText)
+{
+    static const QRegularExpression s_objMnemonic(u"\\(&.\\)|&|\u2026"_s);
+    return sText.remove(s_objMnemonic);
+}
 
 // Gives a connection object back at the end of a scope.
 class CNvrHolder
@@ -286,6 +294,7 @@ void CMainWindow::m_S_Retranslate()
         QAction* const pAction = m_F_p_Action(stRow.pszName);
         const QString sKey = pAction->shortcut().toString(QKeySequence::NativeText);
         pAction->setText(Tr(stRow.nText));
+        pAction->setIconText(PlainText(Tr(stRow.nText)));
         pAction->setStatusTip(Tr(stRow.nTip));
         pAction->setToolTip(sKey.isEmpty() ? Tr(stRow.nTip) : u"%1 (%2)"_s.arg(Tr(stRow.nTip), sKey));
     }

@@ -1,23 +1,34 @@
 #include <QAction>
+#include <QDir>
+#include <QDropEvent>
 #include <QLabel>
 #include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QStatusBar>
 #include <QTableWidget>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QtTest/QTest>
+#include <algorithm>
+#include <array>
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
 
+#include "CChannelDrag.h"
 #include "CDocumentStore.h"
 #include "CFaultTable.h"
 #include "CLiveGrid.h"
 #include "CMainWindow.h"
 #include "CPictureCode.h"
-#include "CRecorderList.h"
+#include "CRecorderTree.h"
 #include "CRequestLog.h"
 #include "CStreamServer.h"
 #include "CVirtualNvr.h"
 #include "RecorderCard.h"
+#include "support/Process.h"
 #include "support/Waiting.h"
 
 namespace {
@@ -50,10 +61,13 @@ protected:
     void OpenWindow()
     {
         vm_pWindow = std::make_unique<CMainWindow>(&vm_env, &vm_store);
+        vm_pWindow->m_S_SetPictureFolder(vm_dir.filePath("pictures"));
         vm_pWindow->show();
         QApplication::setActiveWindow(vm_pWindow.get());
     }
 
+    CLiveGrid& Grid() const { return *vm_pWindow->m_F_p_Grid(); }
+    CLiveCell& CellOf(int i) const { return *Grid().m_F_ar_Cells()[i]; }
     const CLiveCell& Cell(int i) const { return *vm_pWindow->m_F_p_Grid()->m_F_ar_Cells()[i]; }
 
     bool AllIn(emDef_LiveState nState, int nLimitMs = LiveMs)
@@ -141,11 +155,11 @@ TEST_F(MainWindowTest, FourCellsShowTheRunningPicturesOfTheirOwnChannels)
     }
     EXPECT_TRUE(WaitUntil([&] { return Cell(0).m_F_p_Channel()->m_F_n_Rate() > 10; }));
     EXPECT_TRUE(WaitUntil([&] { return vm_pWindow->findChild<QLabel*>("Totals")->text().contains("4 of 4"); }));
-    EXPECT_EQ(vm_pWindow->m_F_p_List()->item(0)->data(Qt::AccessibleTextRole).toString(),
-              "Lab, 127.0.0.1, 4 of 4 live");
+    EXPECT_EQ(vm_pWindow->m_F_p_Tree()->topLevelItem(0)->data(0, Qt::AccessibleTextRole).toString(),
+              "Lab, 127.0.0.1, 4 channels, 4 of 4 live");
 }
 
-TEST_F(MainWindowTest, AKilledRecorderIsToldAndFoundAgainByCommand)
+TEST_F(MainWindowTest, AKilledStreamIsToldAndConnectedAgain)
 {
     StartRecorder();
     OpenWindow();
@@ -154,12 +168,31 @@ TEST_F(MainWindowTest, AKilledRecorderIsToldAndFoundAgainByCommand)
     ASSERT_TRUE(AllIn(emDef_LiveState::Lost));
     EXPECT_EQ(Cell(2).m_F_o_Picture().nSerial, 0U) << "an old picture must not pass for live";
     EXPECT_EQ(Cell(2).accessibleDescription(), "Connection lost");
-    EXPECT_TRUE(vm_pWindow->m_F_p_List()->item(0)->toolTip().contains("Connection lost"));
-    Key(Qt::Key_L, Qt::ControlModifier);
-    ASSERT_TRUE(AllIn(emDef_LiveState::Live));
+    EXPECT_GT(Cell(2).m_F_p_Channel()->m_F_n_RetryInMs(), 0);
+    ASSERT_TRUE(AllIn(emDef_LiveState::Live)) << "nobody did anything";
     Key(Qt::Key_D, Qt::ControlModifier);
     ASSERT_TRUE(AllIn(emDef_LiveState::Disconnected, 2000));
     EXPECT_TRUE(WaitUntil([&] { return vm_nvr.m_F_o_Streams().m_F_n_Sessions() == 0; }));
+    EXPECT_EQ(Cell(0).m_F_p_Channel()->m_F_n_RetryInMs(), -1) << "ended from here, it stays ended";
+    Key(Qt::Key_L, Qt::ControlModifier);
+    EXPECT_TRUE(AllIn(emDef_LiveState::Live));
+}
+
+TEST_F(MainWindowTest, ARecorderThatIsBackIsLiveWithinThreeSeconds)
+{
+    stDef_VirtualNvrConfig stConfig = WithChannels(4);
+    StartRecorder();
+    OpenWindow();
+    ASSERT_TRUE(AllIn(emDef_LiveState::Live));
+    stConfig.nHttpPort = vm_nvr.m_F_n_HttpPort();
+    stConfig.nRtspPort = vm_nvr.m_F_n_RtspPort();
+    vm_nvr.m_S_Stop();
+    // Long enough for pauses that alone would take longer than that.
+    ASSERT_TRUE(WaitUntil([&] { return Cell(0).m_F_p_Channel()->m_F_n_RetryInMs() > 5000; }, 20000));
+    ASSERT_TRUE(WaitUntil([&] { return vm_pWindow->m_F_o_Watch().m_F_n_Reach(0) == emDef_Reach::Away; }));
+    std::string sError;
+    ASSERT_TRUE(vm_nvr.m_F_b_Start(stConfig, sError)) << sError;
+    EXPECT_TRUE(AllIn(emDef_LiveState::Live, 3000 * Process::Slowness));
 }
 
 TEST_F(MainWindowTest, ACellSaysInPlainWordsWhyItShowsNothing)
@@ -196,9 +229,15 @@ TEST_F(MainWindowTest, AStreamWithoutPicturesDoesNotPassForLive)
     OpenWindow();
     ASSERT_TRUE(AllIn(emDef_LiveState::Live));
     ASSERT_TRUE(vm_nvr.m_F_o_Streams().m_F_b_SetFault("*", "paused"));
-    ASSERT_TRUE(AllIn(emDef_LiveState::Waiting, 5000));
+    ASSERT_TRUE(AllIn(emDef_LiveState::Stalled, 5000));
+    EXPECT_EQ(Cell(1).accessibleDescription(), "Stalled");
+    const QImage imgStalled = CellOf(1).grab().toImage();
     ASSERT_TRUE(vm_nvr.m_F_o_Streams().m_F_b_SetFault("*", "none"));
-    EXPECT_TRUE(AllIn(emDef_LiveState::Live));
+    ASSERT_TRUE(AllIn(emDef_LiveState::Live));
+    const auto Brightness = [](const QImage& image) {
+        return image.scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).pixelColor(0, 0).lightness();
+    };
+    EXPECT_LT(Brightness(imgStalled) + 15, Brightness(CellOf(1).grab().toImage())) << "the old picture is dimmed";
 }
 
 TEST_F(MainWindowTest, DocumentsAreExchangedByKey)
@@ -235,20 +274,161 @@ TEST_F(MainWindowTest, DocumentsAreExchangedByKey)
     EXPECT_TRUE(vm_pWindow->findChild<QLabel*>("DocumentSummary")->text().contains("1 of 6 failed"));
 }
 
-TEST_F(MainWindowTest, AnotherRecorderIsPickedByKeyAndTheFirstOneIsLetGo)
+TEST_F(MainWindowTest, ShapesAndPagesGoByKeyAndOnlyThePageStreams)
 {
-    StartRecorder();
-    Import("Annex", vm_nvr.m_F_n_HttpPort(), vm_nvr.m_F_n_RtspPort(), 2);
+    StartRecorder(5);
+    Import("Lab", vm_nvr.m_F_n_HttpPort(), vm_nvr.m_F_n_RtspPort(), 5);
     OpenWindow();
     ASSERT_TRUE(AllIn(emDef_LiveState::Live));
-    EXPECT_TRUE(RingThere(0, 3));
-    QTest::keyClick(vm_pWindow->m_F_p_List(), Qt::Key_Down);
-    EXPECT_FALSE(RingThere(0, 0));
-    EXPECT_FALSE(RingThere(0, 3));
-    ASSERT_TRUE(WaitUntil([&] { return Cell(1).m_F_p_Channel()->m_F_n_State() == emDef_LiveState::Live; }, LiveMs));
-    EXPECT_EQ(Cell(1).m_F_p_Channel()->m_F_o_Source().nNvrID, 1);
-    EXPECT_EQ(Cell(2).m_F_p_Channel(), nullptr);
-    EXPECT_EQ(vm_pWindow->m_F_p_List()->item(0)->toolTip().contains("Not connected"), true);
+    const QString sPages = vm_pWindow->findChild<QLabel*>("Pages")->text();
+    EXPECT_EQ(sPages, "Page 1 of 2");
+    Key(Qt::Key_PageDown);
+    EXPECT_EQ(Grid().m_F_n_Page(), 1);
+    EXPECT_EQ(Cell(0).m_F_o_Key(), (stDef_ChannelKey{0, 4}));
+    EXPECT_EQ(Cell(1).m_F_o_Key().nNvrID, -1);
+    for (int nChannel = 0; nChannel < 4; ++nChannel)
+        EXPECT_FALSE(RingThere(0, nChannel)) << nChannel;
+    Key(Qt::Key_PageUp);
+    ASSERT_TRUE(AllIn(emDef_LiveState::Live));
+    // Nine cells: what streams already plays on, in small cells by the second stream.
+    Key(Qt::Key_3, Qt::ControlModifier);
+    EXPECT_EQ(Grid().m_F_n_Shape(), 9);
+    EXPECT_EQ(Cell(0).m_F_n_State(), emDef_LiveState::Live) << "it isn't connected anew";
+    EXPECT_TRUE(WaitUntil([&] { return Code(4) && Code(4)->bSecond && Code(0) && Code(0)->bSecond; }, LiveMs));
+    // Enlarged, it shows the main stream again.
+    CellOf(4).setFocus();
+    QTest::keyClick(&CellOf(4), Qt::Key_Return);
+    EXPECT_TRUE(Grid().m_F_b_Enlarged());
+    EXPECT_FALSE(CellOf(0).isVisible());
+    EXPECT_TRUE(WaitUntil([&] { return Code(4) && !Code(4)->bSecond; }, LiveMs));
+    Key(Qt::Key_Escape);
+    EXPECT_FALSE(Grid().m_F_b_Enlarged());
+    Key(Qt::Key_1, Qt::ControlModifier);
+    EXPECT_EQ(Cell(0).m_F_o_Key(), (stDef_ChannelKey{0, 4})) << "the current cell stays in view";
+}
+
+TEST_F(MainWindowTest, ChannelsArePlacedMovedAndEmptied)
+{
+    Import("Lab", 1, 1, 4);
+    OpenWindow();
+    const auto Channels = [&] {
+        QList<int> arChannels;
+        for (const CLiveCell* const pCell : Grid().m_F_ar_Cells())
+            arChannels.append(pCell->m_F_o_Key().nNvrID < 0 ? -1 : pCell->m_F_o_Key().nChannel);
+        return arChannels;
+    };
+    EXPECT_EQ(Channels(), QList<int>({0, 1, 2, 3}));
+    CellOf(1).setFocus();
+    QTest::keyClick(&CellOf(1), Qt::Key_Delete);
+    EXPECT_EQ(Channels(), QList<int>({0, -1, 2, 3}));
+    QTest::keyClick(&CellOf(1), Qt::Key_Down);
+    EXPECT_EQ(Grid().m_F_p_Current(), &CellOf(3));
+    // From the tree by Enter: channel 1 takes the place of 3, and the next goes to the next cell.
+    CRecorderTree& tree = *vm_pWindow->m_F_p_Tree();
+    tree.expandItem(tree.topLevelItem(0));
+    for (const int nChannel : {1, 2}) {
+        tree.setCurrentItem(tree.topLevelItem(0)->child(nChannel));
+        QTest::keyClick(&tree, Qt::Key_Return);
+    }
+    EXPECT_EQ(Channels(), QList<int>({2, -1, 0, 1})) << "a channel stands in one cell only";
+    // By drop, as a drag from the tree or from another cell brings it.
+    const auto Drop = [&](int nCell, const QList<stDef_ChannelKey>& arKeys) {
+        const std::unique_ptr<QMimeData> pData(CChannelDrag::s_F_p_Make(arKeys));
+        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, pData.get(), Qt::LeftButton, {});
+        QApplication::sendEvent(&CellOf(nCell), &enter);
+        QDropEvent drop(QPointF(5, 5), Qt::CopyAction, pData.get(), Qt::LeftButton, {});
+        QApplication::sendEvent(&CellOf(nCell), &drop);
+        return drop.isAccepted() && enter.isAccepted();
+    };
+    EXPECT_TRUE(Drop(1, {{0, 0}, {0, 3}, {7, 0}, {0, 9}}));
+    EXPECT_EQ(Channels(), QList<int>({2, 0, 3, 1})) << "what isn't there is left out";
+    EXPECT_FALSE(Drop(0, {}));
+    QMimeData alien;
+    alien.setData(CChannelDrag::MimeType, "0/1/2\nx/y\n-1/3\n0/64\n99999/0\n0/");
+    EXPECT_TRUE(CChannelDrag::s_F_ar_Read(&alien).isEmpty());
+    // The next window comes back with it.
+    vm_pWindow.reset();
+    OpenWindow();
+    EXPECT_EQ(Channels(), QList<int>({2, 0, 3, 1}));
+}
+
+TEST_F(MainWindowTest, ADeadRecorderSlowsNeitherTheOthersNorTheWindow)
+{
+    StartRecorder(3);
+    vm_env.m_F_p_GetMemSysXML()->m_F_b_SetValue("/root/NVR/N000", "Channels", 3);
+    Import("Dead", 1, 1, 1);
+    OpenWindow();
+    ASSERT_TRUE(WaitUntil([&] { return Cell(3).m_F_n_State() == emDef_LiveState::NoAnswer; }, LiveMs));
+    ASSERT_TRUE(WaitUntil([&] { return Cell(2).m_F_n_State() == emDef_LiveState::Live; }, LiveMs));
+    QElapsedTimer clock, gap;
+    qint64 nLongest = 0;
+    const auto nBefore = Cell(0).m_F_p_Channel()->m_F_n_Pictures();
+    gap.start();
+    for (clock.start(); clock.elapsed() < 4000; gap.restart()) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        nLongest = std::max(nLongest, gap.elapsed());
+    }
+    EXPECT_LT(nLongest, 250 * Process::Slowness) << "ms that the window didn't answer";
+    EXPECT_GT(Cell(0).m_F_p_Channel()->m_F_n_Pictures() - nBefore, 40U);
+    EXPECT_GE(Cell(3).m_F_p_Channel()->m_F_ar_History().size(), 4U) << "it was tried again meanwhile";
+}
+
+TEST_F(MainWindowTest, ARecorderRemovedWhileStreamingLeavesNothingBehind)
+{
+    StartRecorder();
+    Import("Twin", vm_nvr.m_F_n_HttpPort(), vm_nvr.m_F_n_RtspPort(), 4); // the same one once more
+    const auto AnyRingThere = [](int nChannel) {
+        return std::ranges::any_of(std::array{0, 1}, [nChannel](int nNvr) {
+            return CShmRingReader().m_F_b_Open(emDef_RingKind::Video, nNvr, nChannel, 1) || RingThere(nNvr, nChannel);
+        });
+    };
+    const long nThreads = Process::Status("Threads"), nFiles = Process::Descriptors();
+    OpenWindow();
+    Key(Qt::Key_3, Qt::ControlModifier);
+    ASSERT_TRUE(WaitUntil([&] { return Grid().m_F_o_Totals().nLive == 8; }, LiveMs));
+    for (const int nLeft : {4, 0}) {
+        CRecorderTree& tree = *vm_pWindow->m_F_p_Tree();
+        tree.setCurrentItem(tree.topLevelItem(0));
+        QTimer::singleShot(50, [] {
+            auto* const pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            ASSERT_TRUE(pBox);
+            pBox->button(QMessageBox::Yes)->click();
+        });
+        QTest::keyClick(&tree, Qt::Key_Delete);
+        EXPECT_EQ(tree.topLevelItemCount(), nLeft / 4);
+        for (int nChannel = 0; nChannel < 4; ++nChannel)
+            EXPECT_EQ(AnyRingThere(nChannel), nLeft > 0);
+    }
+    EXPECT_EQ(Grid().m_F_o_Totals().nChannels, 0);
+    vm_pWindow.reset();
+    EXPECT_TRUE(WaitUntil([&] { return vm_nvr.m_F_o_Streams().m_F_n_Sessions() == 0; }));
+    EXPECT_TRUE(WaitUntil([&] { return Process::Status("Threads") <= nThreads; }, 15000))
+        << Process::Status("Threads") << " of " << nThreads;
+    EXPECT_TRUE(WaitUntil([&] { return Process::Descriptors() <= nFiles + 2; }, 15000))
+        << Process::Descriptors() << " of " << nFiles;
+}
+
+TEST_F(MainWindowTest, APictureIsSavedInTheStreamsOwnSize)
+{
+    StartRecorder();
+    OpenWindow();
+    Key(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_TRUE(WaitUntil([&] { return vm_pWindow->statusBar()->currentMessage().contains("no picture"); }));
+    ASSERT_TRUE(AllIn(emDef_LiveState::Live));
+    for (int nPictures = 1; nPictures <= 2; ++nPictures) {
+        Key(Qt::Key_S, Qt::ControlModifier);
+        ASSERT_TRUE(
+            WaitUntil([&] { return QDir(vm_dir.filePath("pictures")).entryList({"*.png"}).size() == nPictures; }));
+    }
+    const QDir pictures(vm_dir.filePath("pictures"));
+    const QString sName = pictures.entryList({"*.png"}).first();
+    EXPECT_TRUE(sName.startsWith(QString::fromUtf8("Channel 1 _ Lab "))) << sName.toStdString();
+    const QImage image = QImage(pictures.filePath(sName)).convertToFormat(QImage::Format_Grayscale8);
+    ASSERT_EQ(image.size(), QSize(640, 360));
+    EXPECT_TRUE(CPictureCode::s_F_o_Read(image.constBits(), int(image.bytesPerLine()), 640, 360));
+    vm_pWindow->m_S_SetPictureFolder(vm_dir.filePath("System.xml/below"));
+    Key(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_TRUE(WaitUntil([&] { return vm_pWindow->statusBar()->currentMessage().contains("can't be written"); }));
 }
 
 TEST_F(MainWindowTest, TheWindowClosesCleanlyWhileStreaming)
@@ -271,11 +451,11 @@ TEST_F(MainWindowTest, FullScreenShowsTheCellsAloneAndKeepsTheKeys)
     ASSERT_TRUE(QTest::qWaitForWindowActive(vm_pWindow.get()));
     Key(Qt::Key_F11);
     EXPECT_TRUE(vm_pWindow->isFullScreen());
-    EXPECT_FALSE(vm_pWindow->m_F_p_List()->isVisible());
+    EXPECT_FALSE(vm_pWindow->m_F_p_Tree()->isVisible());
     EXPECT_FALSE(vm_pWindow->menuBar()->isVisible());
     Key(Qt::Key_Escape);
     EXPECT_FALSE(vm_pWindow->isFullScreen());
-    EXPECT_TRUE(vm_pWindow->m_F_p_List()->isVisible());
+    EXPECT_TRUE(vm_pWindow->m_F_p_Tree()->isVisible());
     Key(Qt::Key_E, Qt::ControlModifier);
     EXPECT_EQ(vm_pWindow->findChild<QLabel*>("DocumentSummary")->text(), "Pick a recorder first");
 }

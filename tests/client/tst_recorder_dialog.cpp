@@ -11,6 +11,7 @@
 #include <QtTest/QTest>
 #include <gtest/gtest.h>
 
+#include "CChannelDrag.h"
 #include "CFaultTable.h"
 #include "CHostLanguage.h"
 #include "CHostText.h"
@@ -228,7 +229,7 @@ TEST_F(RecorderDialogTest, TheTreeServesKeysDragAndFilter)
     EXPECT_EQ(arHeard, (QStringList{"show 2", "place 2/1", "add", "edit 2", "remove 2"}));
     const auto Payload = [&](QTreeWidgetItem* pItem) {
         const std::unique_ptr<QMimeData> pData(objTree.model()->mimeData({objTree.indexFromItem(pItem)}));
-        return pData->data(CRecorderTree::MimeType);
+        return pData->data(CChannelDrag::MimeType);
     };
     EXPECT_EQ(Payload(objTree.currentItem()), "2/1");
     EXPECT_EQ(Payload(objTree.topLevelItem(0)), "2/0\n2/1\n2/2");
