@@ -309,7 +309,7 @@ void CLiveGrid::m_S_FillCells(const QList<CLiveCell*>& arCells)
     for (CLiveCell* const pCell : arCells)
         pCell->m_S_RequestStop();
     for (CLiveCell* const pCell : arCells)
-        m_S_Fill(pCell, pCell->m_F_o_Key());
+        m_S_Fill(pCell, stDef_ChannelKey(pCell->m_F_o_Key())); // a copy: filling the cell clears its own
 }
 
 void CLiveGrid::m_S_LayOut()
