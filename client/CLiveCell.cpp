@@ -213,7 +213,9 @@ void CLiveCell::m_S_FollowSize()
 
 bool CLiveCell::m_F_b_KeepsPicture() const
 {
-    return vm_nKeepUntilMs != 0 && vm_pChannel && vm_pChannel->m_F_b_WantsPictures();
+    // Idle: the new stream is being made.
+    return vm_nKeepUntilMs != 0 && vm_pChannel &&
+           (m_F_n_State() == emDef_LiveState::Idle || vm_pChannel->m_F_b_WantsPictures());
 }
 
 void CLiveCell::m_S_SetCurrent(bool bCurrent)
