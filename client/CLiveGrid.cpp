@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "CHostText.h"
 #include "CRecorderStore.h"
@@ -266,7 +267,7 @@ void CLiveGrid::m_S_Arrange()
         }
     }
     QList<CLiveCell*> arChanged;
-    for (int i = 0; i < vm_arCells.size(); ++i) {
+    for (int i = 0; i < vm_arCells.size() && vm_bShown; ++i) {
         if (vm_arCells[i]->m_F_o_Key() != Wanted(i))
             arChanged.append(vm_arCells[i]);
     }
@@ -333,6 +334,14 @@ void CLiveGrid::resizeEvent(QResizeEvent* pEvent)
 {
     QWidget::resizeEvent(pEvent);
     m_S_LayOut();
+}
+
+// Which stream fits a cell is known once the cells have their sizes.
+void CLiveGrid::showEvent(QShowEvent* pEvent)
+{
+    QWidget::showEvent(pEvent);
+    if (!std::exchange(vm_bShown, true))
+        m_S_Arrange();
 }
 
 void CLiveGrid::changeEvent(QEvent* pEvent)

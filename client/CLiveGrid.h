@@ -82,6 +82,7 @@ Q_SIGNALS:
 
 protected:
     void resizeEvent(QResizeEvent* pEvent) override;
+    void showEvent(QShowEvent* pEvent) override;
     void changeEvent(QEvent* pEvent) override;
 
 private:
@@ -117,5 +118,6 @@ private:
     int vm_nPage = 0;
     int vm_nCurrent = 0;
     bool vm_bEnlarged = false;
+    bool vm_bShown = false;  ///< nothing streams before
     bool vm_bConnect = true; ///< what comes into a cell is connected
 };
