@@ -167,14 +167,15 @@ void CLiveGrid::m_S_Place(const stDef_ChannelKey& stKey)
 
 void CLiveGrid::m_S_Drop(CLiveCell* pCell, const QList<stDef_ChannelKey>& arKeys)
 {
-    int nSlot = vm_nPage * vm_nShape + static_cast<int>(vm_arCells.indexOf(pCell));
+    const int nCell = static_cast<int>(vm_arCells.indexOf(pCell)); // the widget itself may move on
+    int nSlot = vm_nPage * vm_nShape + nCell;
     for (const stDef_ChannelKey& stKey : arKeys) {
         const stDef_Recorder* const pRecorder = m_F_p_Recorder(stKey.nNvrID);
         if (pRecorder && stKey.nChannel < pRecorder->nChannels)
             m_S_PlaceAt(nSlot++, stKey);
     }
     m_S_Arrange();
-    m_S_SetCurrent(static_cast<int>(vm_arCells.indexOf(pCell)));
+    m_S_SetCurrent(nCell);
 }
 
 void CLiveGrid::m_S_ShowRecorder(int nNvrID)
