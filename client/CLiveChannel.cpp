@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::uint64_t SilenceMs = 10000; // without data the stream counts as dead
 constexpr std::uint64_t StallMs = 2000;    // without a picture it doesn't pass for live
+constexpr std::uint64_t HangMs = 500;      // a recorder that is there has answered by then
 constexpr std::uint64_t RateSpanMs = 2000;
 constexpr std::size_t HistoryMax = 200;
 
@@ -60,6 +61,7 @@ void CLiveChannel::m_S_Connect()
 void CLiveChannel::m_S_Begin()
 {
     vm_nRetryMs = 0;
+    vm_nTryMs = NowMs();
     vm_bPolled = true;
     vm_bConnected = false;
     m_S_SetState(emDef_LiveState::Connecting);
@@ -78,6 +80,11 @@ void CLiveChannel::m_S_RetryNow()
 {
     if (vm_nRetryMs != 0 && vm_nState != emDef_LiveState::Refused)
         vm_nRetryMs = NowMs();
+    // A try from before may hang in a connection that the recorder forgot when it went.
+    if (vm_bPolled && vm_nState == emDef_LiveState::Connecting && NowMs() - vm_nTryMs >= HangMs) {
+        vm_pNvr->m_S_Disconnect(true);
+        m_S_Begin();
+    }
 }
 
 std::int64_t CLiveChannel::m_F_n_RetryInMs() const

@@ -44,7 +44,7 @@ public:
     bool m_F_b_Open(const stDef_NvrInit& stInit);
     /// Connects, and from now on connects again by itself after every loss, until it is told to end.
     void m_S_Connect();
-    /// Ends a pause between two tries, unless the recorder said no.
+    /// Ends a pause between two tries, unless the recorder said no, and begins a try anew that hangs (within 200 ms).
     void m_S_RetryNow();
     /// Tells the stream to end and returns at once.
     void m_S_RequestStop();
@@ -90,6 +90,7 @@ private:
     CReconnectPause vm_objPause;
     std::uint64_t vm_nRetryMs = 0;   ///< when to try again; 0: not by itself
     std::uint64_t vm_nConnectMs = 0; ///< of the command
+    std::uint64_t vm_nTryMs = 0;     ///< when the running try began
     std::uint64_t vm_nLastPictureMs = 0;
     std::uint64_t vm_nPictures = 0;
     std::int64_t vm_nFirstPictureMs = -1;
