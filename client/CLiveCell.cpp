@@ -226,6 +226,9 @@ void CLiveCell::m_S_SetCurrent(bool bCurrent)
 
 void CLiveCell::m_S_Snapshot()
 {
+    // The decoder still has the last picture of a stream that is gone, which is no picture of now.
+    if (vm_stPicture.nSerial == 0)
+        return Q_EMIT S_Snapshot({});
     vm_nSnapshotUntilMs = NowMs() + SnapshotLimitMs;
     vm_objDecoder.m_S_RequestSnapshot();
 }

@@ -39,7 +39,8 @@ public:
 
     /// The cell that commands go to; it has a frame.
     void m_S_SetCurrent(bool bCurrent);
-    /// Asks for the picture in the stream's own size; `S_Snapshot` brings it, a null one after two seconds without any.
+    /// Asks for the picture in the stream's own size; `S_Snapshot` brings it: a null one at once
+    /// if the cell shows none, or after two seconds without any.
     void m_S_Snapshot();
 
     const stDef_ChannelKey& m_F_o_Key() const { return vm_stKey; }
