@@ -10,6 +10,7 @@ namespace {
 
 constexpr int MostOfOneName = 1000; // pictures of one channel within one second
 constexpr int MaxNameLength = 80;
+constexpr int MaxNameBytes = 200; // file systems allow 255, with time, number and ending
 
 } // namespace
 
@@ -25,6 +26,8 @@ QString CSnapshot::s_F_s_SafeName(const QString& sTitle)
         if (!c.isLetterOrNumber() && !u" -_()"_s.contains(c))
             c = u'_';
     }
+    while (sName.toUtf8().size() > MaxNameBytes)
+        sName.chop(1);
     return sName.trimmed();
 }
 
