@@ -23,6 +23,16 @@ CRecorderFilter::CRecorderFilter(CRecorderTree* pTree, QWidget* pParent) : QLine
     });
 }
 
+// Esc is also the window's, to leave the full screen; here it comes first.
+bool CRecorderFilter::event(QEvent* pEvent)
+{
+    const bool bOurs = pEvent->type() == QEvent::ShortcutOverride && !text().isEmpty() &&
+                       static_cast<QKeyEvent*>(pEvent)->key() == Qt::Key_Escape;
+    if (bOurs)
+        pEvent->accept();
+    return bOurs || QLineEdit::event(pEvent);
+}
+
 void CRecorderFilter::keyPressEvent(QKeyEvent* pEvent)
 {
     const int nKey = pEvent->key();

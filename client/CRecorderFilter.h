@@ -13,6 +13,7 @@ public:
     explicit CRecorderFilter(CRecorderTree* pTree, QWidget* pParent = nullptr);
 
 protected:
+    bool event(QEvent* pEvent) override;
     void keyPressEvent(QKeyEvent* pEvent) override;
     void changeEvent(QEvent* pEvent) override;
 

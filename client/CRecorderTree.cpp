@@ -314,6 +314,20 @@ void CRecorderTree::m_S_Activate(const QTreeWidgetItem* pItem)
         Q_EMIT S_PlaceChannel({RecorderOf(pItem), pItem->data(0, RoleChannel).toInt()});
 }
 
+// The page keys are also the window's, for pages of the grid; a long list needs them itself.
+bool CRecorderTree::event(QEvent* pEvent)
+{
+    if (pEvent->type() == QEvent::ShortcutOverride) {
+        const auto* const pKey = static_cast<QKeyEvent*>(pEvent);
+        const bool bPage = pKey->key() == Qt::Key_PageUp || pKey->key() == Qt::Key_PageDown;
+        if (bPage && (pKey->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
+            pEvent->accept();
+            return true;
+        }
+    }
+    return QTreeWidget::event(pEvent);
+}
+
 void CRecorderTree::keyPressEvent(QKeyEvent* pEvent)
 {
     const int nNvrID = m_F_n_CurrentRecorder();

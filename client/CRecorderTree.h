@@ -39,6 +39,7 @@ Q_SIGNALS:
     void S_CurrentChanged(int nNvrID);
 
 protected:
+    bool event(QEvent* pEvent) override;
     void keyPressEvent(QKeyEvent* pEvent) override;
     void paintEvent(QPaintEvent* pEvent) override;
     void changeEvent(QEvent* pEvent) override;
