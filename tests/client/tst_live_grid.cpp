@@ -1,0 +1,202 @@
+#include <QApplication>
+#include <QDragEnterEvent>
+#include <QElapsedTimer>
+#include <QMimeData>
+#include <QTemporaryDir>
+#include <QtTest/QTest>
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <memory>
+
+#include "CChannelDrag.h"
+#include "CLiveGrid.h"
+#include "CMainWindow.h"
+#include "CRecorderFilter.h"
+#include "CRecorderTree.h"
+#include "CSnapshot.h"
+#include "CStreamServer.h"
+#include "CVirtualNvr.h"
+#include "RecorderCard.h"
+#include "support/Waiting.h"
+
+namespace {
+
+constexpr int LiveMs = 15000;
+
+class LiveGridTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(vm_env.m_F_b_Init(vm_dir.path()));
+        CWinAES_CMS::s_S_SetKeyFolder(vm_dir.path());
+    }
+
+    void Import(const QString& sName, int nHttpPort, int nRtspPort, int nChannels)
+    {
+        WriteCard(vm_dir.filePath("card.xml"), sName, nHttpPort, nRtspPort, nChannels);
+        ASSERT_EQ(vm_store.m_F_o_Import(vm_dir.filePath("card.xml")).sError, QString());
+    }
+
+    void StartRecorder(int nChannels)
+    {
+        std::string sError;
+        ASSERT_TRUE(vm_nvr.m_F_b_Start(WithChannels(nChannels), sError)) << sError;
+        Import("Lab", vm_nvr.m_F_n_HttpPort(), vm_nvr.m_F_n_RtspPort(), nChannels);
+    }
+
+    void OpenWindow()
+    {
+        vm_pWindow = std::make_unique<CMainWindow>(&vm_env, &vm_store);
+        vm_pWindow->resize(1280, 800);
+        vm_pWindow->show();
+        QApplication::setActiveWindow(vm_pWindow.get());
+    }
+
+    CLiveGrid& Grid() const { return *vm_pWindow->m_F_p_Grid(); }
+    CLiveCell& Cell(int i) const { return *Grid().m_F_ar_Cells()[i]; }
+
+    bool Comes(int nCell, emDef_LiveState nState) const
+    {
+        return WaitUntil([&] { return Cell(nCell).m_F_n_State() == nState; }, LiveMs);
+    }
+
+    bool AllPlay(int nStream) const
+    {
+        const auto Plays = [nStream](const CLiveCell* pCell) {
+            return pCell->m_F_n_State() == emDef_LiveState::Live &&
+                   pCell->m_F_p_Channel()->m_F_o_Source().nStream == nStream;
+        };
+        return WaitUntil(
+            [&] {
+                const QList<CLiveCell*> arCells = Grid().m_F_ar_Cells();
+                return std::all_of(arCells.begin(), arCells.end(), Plays);
+            },
+            LiveMs);
+    }
+
+    QTemporaryDir vm_dir;
+    CEnvObj vm_env;
+    CRecorderStore vm_store{&vm_env};
+    CVirtualNvr vm_nvr;
+    std::unique_ptr<CMainWindow> vm_pWindow;
+};
+
+TEST_F(LiveGridTest, CellsKeepTheirChannelsWhenTheRecorderWasEdited)
+{
+    StartRecorder(4);
+    OpenWindow();
+    ASSERT_TRUE(AllPlay(0));
+    Grid().m_S_RecorderChanged(0);
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(Cell(i).m_F_o_Key(), (stDef_ChannelKey{0, i}));
+    EXPECT_TRUE(AllPlay(0));
+}
+
+TEST_F(LiveGridTest, StreamsBeginInTheSizeOfTheirCellsAndChangeWithoutAGap)
+{
+    StartRecorder(16);
+    stDef_Layout stLayout;
+    stLayout.nShape = 16;
+    for (int i = 0; i < 16; ++i)
+        stLayout.arSlots.push_back({0, i});
+    ASSERT_TRUE(CLayoutStore(vm_dir.path()).m_F_b_Save(stLayout));
+    OpenWindow();
+    for (int i = 0; i < 16; ++i) {
+        ASSERT_NE(Cell(i).m_F_p_Channel(), nullptr);
+        EXPECT_EQ(Cell(i).m_F_p_Channel()->m_F_o_Source().nStream, 1) << i;
+    }
+    ASSERT_TRUE(AllPlay(1));
+    Grid().m_S_SetShape(4);
+    bool bGap = false;
+    EXPECT_TRUE(WaitUntil(
+        [&] {
+            bGap = bGap || Cell(0).m_F_o_Picture().nSerial == 0;
+            return Cell(0).m_F_p_Channel()->m_F_o_Source().nStream == 0 &&
+                   Cell(0).m_F_n_State() == emDef_LiveState::Live;
+        },
+        LiveMs));
+    EXPECT_FALSE(bGap);
+}
+
+TEST_F(LiveGridTest, ATryThatHangsBeginsAnewWhenTheRecorderIsBack)
+{
+    StartRecorder(1);
+    OpenWindow();
+    ASSERT_TRUE(Comes(0, emDef_LiveState::Live));
+    CStreamServer& objStreams = vm_nvr.m_F_o_Streams();
+    for (const char* const pszFault : {"silent", "killed"})
+        ASSERT_TRUE(objStreams.m_F_b_SetFault("*", pszFault));
+    ASSERT_TRUE(Comes(0, emDef_LiveState::Lost));
+    ASSERT_TRUE(Comes(0, emDef_LiveState::Connecting));
+    QElapsedTimer objTry;
+    objTry.start();
+    ASSERT_TRUE(WaitUntil([&] { return objTry.elapsed() > 700; })); // the request is on its way by now
+    ASSERT_TRUE(objStreams.m_F_b_SetFault("*", "none"));
+    Grid().m_S_RetryNow(0);
+    EXPECT_TRUE(WaitUntil([&] { return Cell(0).m_F_n_State() == emDef_LiveState::Live; }, 3000));
+}
+
+TEST_F(LiveGridTest, ACellWithoutAPictureGivesNoSnapshot)
+{
+    StartRecorder(1);
+    OpenWindow();
+    ASSERT_TRUE(Comes(0, emDef_LiveState::Live));
+    QList<QImage> arImages;
+    QObject::connect(&Grid(), &CLiveGrid::S_Snapshot, [&](const QImage& image) { arImages.append(image); });
+    Grid().m_S_Snapshot();
+    ASSERT_TRUE(WaitUntil([&] { return arImages.size() == 1; }));
+    EXPECT_FALSE(arImages[0].isNull());
+    vm_pWindow->m_S_SetPictureFolder(vm_dir.path());
+    vm_nvr.m_S_Stop();
+    ASSERT_TRUE(Comes(0, emDef_LiveState::Lost));
+    Grid().m_S_Snapshot();
+    ASSERT_TRUE(WaitUntil([&] { return arImages.size() == 2; }));
+    EXPECT_TRUE(arImages[1].isNull());
+}
+
+TEST_F(LiveGridTest, TheCellOfADropIsCurrentAfterwards)
+{
+    Import("Away", 1, 1, 4);
+    OpenWindow();
+    const std::unique_ptr<QMimeData> pData(CChannelDrag::s_F_p_Make({stDef_ChannelKey{0, 0}}));
+    CLiveCell& objTarget = Cell(2);
+    QDragEnterEvent objEnter({20, 60}, Qt::MoveAction, pData.get(), Qt::LeftButton, {});
+    QApplication::sendEvent(&objTarget, &objEnter);
+    QDropEvent objDrop({20, 60}, Qt::MoveAction, pData.get(), Qt::LeftButton, {});
+    QApplication::sendEvent(&objTarget, &objDrop);
+    EXPECT_EQ(Cell(2).m_F_o_Key(), (stDef_ChannelKey{0, 0}));
+    EXPECT_EQ(Grid().m_F_p_Current(), &Cell(2));
+}
+
+TEST_F(LiveGridTest, KeysOfTheTreeAndItsFilterComeBeforeThoseOfTheWindow)
+{
+    for (int i = 0; i < 40; ++i)
+        Import(QString("Away %1").arg(i), 1, 1, 1);
+    OpenWindow();
+    CRecorderTree* const pTree = vm_pWindow->m_F_p_Tree();
+    pTree->setFocus();
+    pTree->setCurrentItem(pTree->topLevelItem(0));
+    QTest::keyClick(pTree, Qt::Key_PageDown);
+    EXPECT_GT(pTree->m_F_n_CurrentRecorder(), 0);
+    EXPECT_EQ(Grid().m_F_n_Page(), 0);
+    auto* const pFilter = vm_pWindow->findChild<CRecorderFilter*>();
+    pFilter->setFocus();
+    pFilter->setText("Away 1");
+    QTest::keyClick(pFilter, Qt::Key_Escape);
+    EXPECT_EQ(pFilter->text(), QString());
+    Cell(0).setFocus();
+    QTest::keyClick(&Cell(0), Qt::Key_PageDown);
+    EXPECT_EQ(Grid().m_F_n_Page(), 1);
+}
+
+TEST(SnapshotName, FitsAFileSystemInAnyScript)
+{
+    const QTemporaryDir dir;
+    QImage image(8, 4, QImage::Format_RGB32);
+    image.fill(0);
+    EXPECT_NE(CSnapshot::s_F_s_Save(image, dir.path(), QString(80, QChar(0x9304)), QDateTime::currentDateTime()),
+              QString());
+}
+
+} // namespace
