@@ -23,13 +23,15 @@ public:
     bool m_F_b_Runs(int nNvrID) const { return vm_mapRunning.contains(nNvrID); }
 
 Q_SIGNALS:
-    /// It has ended; the address is empty if the service knows none.
-    void S_Resolved(int nNvrID, QString sAddress, int nHttpPort);
+    /// The look-up of `sDips` has ended; the address is empty if the service knows none. Meanwhile the recorder may be
+    /// another one.
+    void S_Resolved(int nNvrID, QByteArray sDips, QString sAddress, int nHttpPort);
 
 private:
     struct stDef_LookUp
     {
         CWndNvrBase* pNvr = nullptr;
+        QByteArray sDips;
         QByteArray sAddress;
         int nPort = 80;
         std::thread objThread;

@@ -151,6 +151,8 @@ void CLiveCell::m_S_RetryNow()
 void CLiveCell::m_S_RequestStop()
 {
     vm_bWanted = false;
+    vm_bChanging = false;
+    vm_nKeepUntilMs = 0;
     vm_objDecoder.m_S_RequestStop();
     if (vm_pChannel)
         vm_pChannel->m_S_RequestStop();
@@ -193,18 +195,26 @@ int CLiveCell::m_F_n_FittingStream() const
 // Another stream is another connection: the picture of the old one stands in until the new one has its first.
 void CLiveCell::m_S_FollowSize()
 {
-    if (!vm_bWanted || !isVisible() || m_F_n_FittingStream() == vm_pChannel->m_F_o_Source().nStream) {
+    const bool bMisfit = isVisible() && m_F_n_FittingStream() != vm_pChannel->m_F_o_Source().nStream;
+    if (!vm_bWanted || (!bMisfit && !vm_bChanging)) {
         vm_nMisfitSinceMs = 0;
+        vm_bChanging = false;
         return;
     }
     if (vm_nMisfitSinceMs == 0)
         vm_nMisfitSinceMs = NowMs();
     if (NowMs() - vm_nMisfitSinceMs < SizeSettledMs)
         return;
-    const bool bShows = m_F_n_State() == emDef_LiveState::Live;
+    if (!vm_bChanging) { // told now, gone by the next poll: many cells change at once without a wait for each
+        vm_nKeepUntilMs = m_F_n_State() == emDef_LiveState::Live ? NowMs() + KeepPictureMs : 0;
+        vm_bChanging = true;
+        vm_objDecoder.m_S_RequestStop();
+        vm_pChannel->m_S_RequestStop();
+        return;
+    }
+    vm_bChanging = false;
     const int nStream = m_F_n_FittingStream();
     vm_objDecoder.m_S_Stop();
-    vm_nKeepUntilMs = bShows ? NowMs() + KeepPictureMs : 0;
     if (m_F_b_OpenStream(nStream)) {
         m_S_StartDecoder();
         vm_pChannel->m_S_Connect();
@@ -215,7 +225,7 @@ bool CLiveCell::m_F_b_KeepsPicture() const
 {
     // Idle: the new stream is being made.
     return vm_nKeepUntilMs != 0 && vm_pChannel &&
-           (m_F_n_State() == emDef_LiveState::Idle || vm_pChannel->m_F_b_WantsPictures());
+           (vm_bChanging || m_F_n_State() == emDef_LiveState::Idle || vm_pChannel->m_F_b_WantsPictures());
 }
 
 void CLiveCell::m_S_SetCurrent(bool bCurrent)

@@ -110,6 +110,7 @@ private:
     QPoint vm_ptPressed;
     bool vm_bCurrent = false;
     bool vm_bDropTarget = false;
+    bool vm_bChanging = false;               ///< the stream was told to end, another one follows
     bool vm_bWanted = false;                 ///< told to connect
     std::int64_t vm_nKeepUntilMs = 0;        ///< until when the old stream's picture stands in for the new one's
     std::int64_t vm_nMisfitSinceMs = 0;      ///< since when the other stream would fit the size better; 0: it doesn't

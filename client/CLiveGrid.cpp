@@ -141,6 +141,8 @@ int CLiveGrid::m_F_n_FindSlot(const stDef_ChannelKey& stKey) const
 // What stands in the slot takes the place that the channel had before, if it had one.
 void CLiveGrid::m_S_PlaceAt(int nSlot, const stDef_ChannelKey& stKey)
 {
+    if (nSlot >= CLayoutStore::MaxSlots)
+        return;
     const int nBefore = m_F_n_FindSlot(stKey);
     if (nBefore >= 0)
         m_S_SetSlot(nBefore, m_F_o_Slot(nSlot));
@@ -400,14 +402,22 @@ void CLiveGrid::m_S_OnLost(int nNvrID)
 }
 
 // Where the service knows nothing, the listed address stays in force.
-void CLiveGrid::m_S_OnResolved(int nNvrID, const QString& sAddress, int nHttpPort)
+void CLiveGrid::m_S_OnResolved(int nNvrID, const QByteArray& sDips, const QString& sAddress, int nHttpPort)
 {
+    const stDef_Recorder* const pRecorder = m_F_p_Recorder(nNvrID);
+    const bool bAsked = pRecorder && pRecorder->nDstType == 1;
+    const QByteArray sPresent = bAsked ? vm_pStore->m_F_o_InitRecord(nNvrID).sDips : QByteArray();
+    if (!bAsked || sPresent != sDips) { // it was edited or replaced meanwhile: nobody else's account goes there
+        if (bAsked)
+            vm_pResolver->m_S_Resolve(nNvrID, sPresent);
+        return;
+    }
     vm_setResolved.insert(nNvrID);
     const QString sPath = QString::asprintf("/root/NVR/N%03d", nNvrID);
     CXmlObj& xmlList = *vm_pEnv->m_F_p_GetMemSysXML();
     QString sListed;
     xmlList.m_F_n_GetValue(sPath, u"IP"_s, sListed, {});
-    const bool bMoved = !sAddress.isEmpty() && m_F_p_Recorder(nNvrID) &&
+    const bool bMoved = !sAddress.isEmpty() &&
                         (sListed != sAddress || xmlList.m_F_n_GetValueInt(sPath, u"HttpPort"_s, 80) != nHttpPort);
     if (bMoved) {
         xmlList.m_F_b_SetValue(sPath, u"IP"_s, sAddress);

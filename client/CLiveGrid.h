@@ -101,7 +101,7 @@ private:
     void m_S_Fill(CLiveCell* pCell, const stDef_ChannelKey& stKey);
     void m_S_LayOut();
     void m_S_OnLost(int nNvrID);
-    void m_S_OnResolved(int nNvrID, const QString& sAddress, int nHttpPort);
+    void m_S_OnResolved(int nNvrID, const QByteArray& sDips, const QString& sAddress, int nHttpPort);
     const stDef_Recorder* m_F_p_Recorder(int nNvrID) const;
     QList<CLiveCell*> m_F_ar_CellsOf(int nNvrID) const;
     void m_S_PollAll();

@@ -122,7 +122,7 @@ CMainWindow::CMainWindow(CEnvObj* pEnv, CRecorderStore* pStore)
     m_S_Retranslate();
     const QString sDamaged = pEnv->m_F_s_DamagedSysXML();
     if (!sDamaged.isEmpty())
-        statusBar()->showMessage(Tr(emDef_Text::DamagedList).arg(sDamaged));
+        m_S_Tell(Tr(emDef_Text::DamagedList).arg(sDamaged));
 }
 
 CMainWindow::~CMainWindow()
@@ -281,6 +281,10 @@ void CMainWindow::m_S_Connect()
         vm_pTree->m_S_SetRecorderState(nNvrID, vm_objWatch.m_F_n_Reach(nNvrID), {});
         m_S_UpdateStates();
     });
+    connect(statusBar(), &QStatusBar::messageChanged, this, [this](const QString& sText) {
+        if (sText.isEmpty() && m_F_p_Action("FullScreen")->isChecked())
+            statusBar()->hide();
+    });
     vm_objSaveTimer.setSingleShot(true);
     connect(&vm_objSaveTimer, &QTimer::timeout, this, &CMainWindow::m_S_SaveLayout);
 }
@@ -344,13 +348,13 @@ void CMainWindow::m_S_SaveLayout()
     stLayout.bFullScreen = m_F_p_Action("FullScreen")->isChecked();
     stLayout.nLanguage = vm_objLanguage.m_F_n_Language();
     if (!vm_objLayouts.m_F_b_Save(stLayout))
-        statusBar()->showMessage(Tr(emDef_Text::LayoutLost).arg(vm_pEnv->m_F_s_GetConfigFolder()), MessageMs);
+        m_S_Tell(Tr(emDef_Text::LayoutLost).arg(vm_pEnv->m_F_s_GetConfigFolder()));
 }
 
 void CMainWindow::m_S_SetLanguage(int nLanguage)
 {
     if (!vm_objLanguage.m_F_b_Set(nLanguage))
-        statusBar()->showMessage(Tr(emDef_Text::LanguageMissing), MessageMs);
+        m_S_Tell(Tr(emDef_Text::LanguageMissing));
     m_S_UpdatePages();
 }
 
@@ -476,16 +480,23 @@ void CMainWindow::m_S_Exchange()
                      : Tr(emDef_Text::ExchangeFailed).arg(sName).arg(nFailed).arg(vm_arDocuments.size()));
 }
 
+// In full screen the bar comes for as long as it has something to say.
+void CMainWindow::m_S_Tell(const QString& sText)
+{
+    statusBar()->show();
+    statusBar()->showMessage(sText, MessageMs);
+}
+
 void CMainWindow::m_S_SaveSnapshot(const QImage& objImage, const QString& sTitle)
 {
     if (objImage.isNull()) {
-        statusBar()->showMessage(Tr(emDef_Text::SnapshotNone), MessageMs);
+        m_S_Tell(Tr(emDef_Text::SnapshotNone));
         return;
     }
     const QString sFile = CSnapshot::s_F_s_Save(objImage, vm_sPictureFolder, sTitle, QDateTime::currentDateTime());
-    statusBar()->showMessage(sFile.isEmpty() ? Tr(emDef_Text::SnapshotFailed).arg(vm_sPictureFolder)
-                                             : Tr(emDef_Text::SnapshotSaved).arg(sFile),
-                             MessageMs);
+    m_S_Tell(sFile.isEmpty() ? Tr(emDef_Text::SnapshotFailed).arg(vm_sPictureFolder)
+                             : Tr(emDef_Text::SnapshotSaved).arg(sFile),
+             MessageMs);
 }
 
 void CMainWindow::m_S_ShowShortcuts()

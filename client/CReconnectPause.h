@@ -2,8 +2,8 @@
 
 #include <functional>
 
-/// The pauses between tries to connect: 2 s, then twice as long each time up to 30 s, each a little longer or shorter
-/// by chance, so that the cells of a recorder don't all knock at the same moment.
+/// The pauses between tries to connect: 2 s, then twice as long each time up to 25 s, each longer by up to a fifth, so
+/// that the cells of a recorder don't all knock at the same moment.
 class CReconnectPause
 {
 public:

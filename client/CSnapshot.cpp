@@ -8,6 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int FastPacking = 85;     // a high "quality" packs less, but doesn't hold up the window
 constexpr int MostOfOneName = 1000; // pictures of one channel within one second
 constexpr int MaxNameLength = 80;
 constexpr int MaxNameBytes = 200; // file systems allow 255, with time, number and ending
@@ -44,7 +45,7 @@ QString CSnapshot::s_F_s_Save(const QImage& objImage, const QString& sFolder, co
             continue;
         if (!objFile.open(QIODevice::WriteOnly | QIODevice::NewOnly))
             return {};
-        if (objImage.save(&objFile, "PNG") && objFile.flush())
+        if (objImage.save(&objFile, "PNG", FastPacking) && objFile.flush())
             return objFile.fileName();
         objFile.remove();
         return {};
