@@ -15,7 +15,7 @@ install(TARGETS Lib_Bedrock Lib_Hostenv Lib_Livefeed Lib_Rewind Fleetlink EXPORT
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
-foreach(folder fleetlink host core)
+foreach(folder fleetlink host toolkit core setup)
   if(folder STREQUAL "fleetlink")
     set(target "${CMAKE_INSTALL_INCLUDEDIR}/fleetlink")
   else()

@@ -9,6 +9,7 @@
 #include "host/Export.h"
 #include "host/Lib_Bedrock.h"
 #include "host/Lib_Hostenv.h"
+#include "toolkit/CTextSource.h"
 
 /// Where the DIPS directory service stands.
 struct stDef_DipsTarget
@@ -23,7 +24,7 @@ struct stDef_DipsTarget
 ///
 /// The object is an invisible child of a host window, so that menu commands can reach it, but it belongs to the host:
 /// it outlives that window if it has to. All operations are for the GUI thread, but for `m_F_n_MultiPartStreamGet`.
-class FLEETLINK_EXPORT CWndNvrBase : public QWidget
+class FLEETLINK_EXPORT CWndNvrBase : public QWidget, public CTextSource
 {
     Q_OBJECT
 
@@ -86,7 +87,7 @@ public:
     bool m_F_b_InitLanguageXml(const QString& sFile);
     /// Text of a key, or the default if the file has no such key. With no language file open it returns -1 and leaves
     /// `sOut` untouched: a label keeps what it shows.
-    int m_F_n_LoadString(const QString& sKey, QString& sOut, const QString& sDefault) const;
+    int m_F_n_LoadString(const QString& sKey, QString& sOut, const QString& sDefault) const override;
 
     /// Prepares the stored target that commands and multipart reads use; call it after `m_F_n_Init`.
     void m_S_InitHTTP();

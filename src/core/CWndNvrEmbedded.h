@@ -13,6 +13,12 @@ public:
     /// Loads the language file of the host's language first, also when the checks of the base then fail.
     int m_F_n_Init(stDef_NvrInit stInit) override;
 
+    /// Fetches the recorder's settings, lets the user edit them in a sheet, and after OK posts them back and waits a
+    /// minute for the recorder to take them over. Returns when all that is done.
+    void OnMenuSystemSetting();
+
 private:
+    bool m_F_b_DownloadSettings();
+    void m_S_UploadSettings();
     void m_S_CreateNewRtsp(int nNvrID, int nChannel, int nStream) override;
 };

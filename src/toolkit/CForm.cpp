@@ -1,0 +1,161 @@
+#include "toolkit/CForm.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "toolkit/CIPAddressEdit.h"
+
+namespace {
+
+enum Column
+{
+    Labels,
+    Controls,
+    Hints,
+    Columns
+};
+
+void SetName(QWidget* pControl, const char* pszName)
+{
+    pControl->setObjectName(QString::fromLatin1(pszName));
+}
+
+} // namespace
+
+CForm::CForm(QWidget* pPage, CTextTable* pTexts) : vm_pPage(pPage), vm_pTexts(pTexts) {}
+
+QGroupBox* CForm::m_F_p_Group(const stDef_Text& stTitle, const char* pszName)
+{
+    vm_pGroup = new QGroupBox(vm_pPage);
+    SetName(vm_pGroup, pszName);
+    vm_pTexts->m_S_Add(stTitle, [pGroup = vm_pGroup](const QString& sText) { pGroup->setTitle(sText); });
+    vm_pGrid = new QGridLayout(vm_pGroup);
+    vm_pGrid->setColumnStretch(Controls, 1);
+    vm_nRow = 0;
+    return vm_pGroup;
+}
+
+QLabel* CForm::m_F_p_Label(const stDef_Text& stText, QWidget* pControl)
+{
+    auto* const pLabel = new QLabel(vm_pGroup);
+    pLabel->setBuddy(pControl);
+    // Read out without the colon.
+    vm_pTexts->m_S_Add(stText, [pControl](const QString& sText) { pControl->setAccessibleName(sText); });
+    vm_pTexts->m_S_AddText(pLabel, stText, emDef_TextForm::Colon);
+    return pLabel;
+}
+
+template <class Widget>
+Widget* CForm::m_F_p_Row(const stDef_Text& stLabel, Widget* pControl, const char* pszName)
+{
+    SetName(pControl, pszName);
+    vm_pGrid->addWidget(m_F_p_Label(stLabel, pControl), vm_nRow, Labels);
+    vm_pGrid->addWidget(pControl, vm_nRow++, Controls);
+    return pControl;
+}
+
+QLineEdit* CForm::m_F_p_Edit(const stDef_Text& stLabel, const char* pszName)
+{
+    return m_F_p_Row(stLabel, new QLineEdit(vm_pGroup), pszName);
+}
+
+QLineEdit* CForm::m_F_p_Password(const stDef_Text& stLabel, const char* pszName)
+{
+    QLineEdit* const pEdit = m_F_p_Edit(stLabel, pszName);
+    pEdit->setEchoMode(QLineEdit::Password);
+    return pEdit;
+}
+
+QLineEdit* CForm::m_F_p_ReadOnly(const stDef_Text& stLabel, const char* pszName)
+{
+    QLineEdit* const pEdit = m_F_p_Edit(stLabel, pszName);
+    pEdit->setReadOnly(true);
+    return pEdit;
+}
+
+CIPAddressEdit* CForm::m_F_p_Address(const stDef_Text& stLabel, const char* pszName)
+{
+    return m_F_p_Row(stLabel, new CIPAddressEdit(vm_pGroup), pszName);
+}
+
+QComboBox* CForm::m_F_p_List(const stDef_Text& stLabel, const char* pszName)
+{
+    return m_F_p_Row(stLabel, new QComboBox(vm_pGroup), pszName);
+}
+
+QList<QLineEdit*> CForm::m_F_ar_Pair(const stDef_Text& stLabel, const char* pszFirst, const char* pszBetween,
+                                     const char* pszSecond)
+{
+    const QList<QLineEdit*> arEdits = {new QLineEdit(vm_pGroup), new QLineEdit(vm_pGroup)};
+    SetName(arEdits[0], pszFirst);
+    SetName(arEdits[1], pszSecond);
+    vm_pGrid->addWidget(m_F_p_Label(stLabel, arEdits[0]), vm_nRow, Labels);
+    vm_pTexts->m_S_Add(stLabel, [pEdit = arEdits[1]](const QString& sText) { pEdit->setAccessibleName(sText); });
+    auto* const pLine = new QHBoxLayout;
+    pLine->addWidget(arEdits[0]);
+    pLine->addWidget(new QLabel(QString::fromUtf8(pszBetween), vm_pGroup));
+    pLine->addWidget(arEdits[1]);
+    vm_pGrid->addLayout(pLine, vm_nRow++, Controls);
+    return arEdits;
+}
+
+QCheckBox* CForm::m_F_p_Check(const stDef_Text& stText, const char* pszName)
+{
+    auto* const pBox = new QCheckBox(vm_pGroup);
+    SetName(pBox, pszName);
+    vm_pTexts->m_S_AddText(pBox, stText);
+    vm_pGrid->addWidget(pBox, vm_nRow++, Labels, 1, Columns);
+    return pBox;
+}
+
+QPushButton* CForm::m_F_p_Button(const stDef_Text& stText, const char* pszName)
+{
+    return m_F_ar_Buttons({{stText, pszName}}).first();
+}
+
+QList<QPushButton*> CForm::m_F_ar_Buttons(const QList<std::pair<stDef_Text, const char*>>& arButtons)
+{
+    QList<QPushButton*> arMade;
+    auto* const pLine = new QHBoxLayout;
+    for (const auto& [stText, pszName] : arButtons) {
+        auto* const pButton = new QPushButton(vm_pGroup);
+        pButton->setAutoDefault(false); // Enter in an edit belongs to the sheet's OK
+        SetName(pButton, pszName);
+        vm_pTexts->m_S_AddText(pButton, stText);
+        pLine->addWidget(pButton);
+        arMade.append(pButton);
+    }
+    pLine->addStretch();
+    vm_pGrid->addLayout(pLine, vm_nRow++, Controls, 1, Columns - Controls);
+    return arMade;
+}
+
+void CForm::m_S_Wide(QWidget* pControl, const char* pszName)
+{
+    SetName(pControl, pszName);
+    vm_pGrid->setRowStretch(vm_nRow, 1);
+    vm_pGrid->addWidget(pControl, vm_nRow++, Labels, 1, Columns);
+}
+
+QLabel* CForm::m_F_p_HintLabel()
+{
+    auto* const pHint = new QLabel(vm_pGroup);
+    vm_pGrid->addWidget(pHint, vm_nRow - 1, Hints);
+    return pHint;
+}
+
+void CForm::m_S_Hint(const char* pszFormat, const stDef_Text& stWord)
+{
+    vm_pTexts->m_S_AddComposed(m_F_p_HintLabel(), pszFormat, stWord);
+}
+
+void CForm::m_S_Hint(const char* pszText)
+{
+    m_F_p_HintLabel()->setText(QString::fromUtf8(pszText));
+}

@@ -1,0 +1,85 @@
+#include "toolkit/CItemList.h"
+
+#include <QHeaderView>
+
+CItemList::CItemList(QWidget* pParent) : QTableWidget(pParent)
+{
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setTabKeyNavigation(false); // Tab leads on to the next control
+    setWordWrap(false);
+    verticalHeader()->hide();
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    connect(this, &QTableWidget::itemSelectionChanged, this, [this] { Q_EMIT S_Selected(m_F_n_Selected()); });
+}
+
+void CItemList::m_S_SetColumns(int nColumns, int nWidth)
+{
+    setColumnCount(nColumns);
+    for (int nColumn = 0; nColumn < nColumns; ++nColumn)
+        setColumnWidth(nColumn, nWidth * logicalDpiX() / 96);
+}
+
+void CItemList::m_S_SetColumnText(int nColumn, const QString& sText)
+{
+    setHorizontalHeaderItem(nColumn, new QTableWidgetItem(sText));
+}
+
+void CItemList::m_S_Insert(int nRow, const QStringList& arTexts, int nData)
+{
+    insertRow(nRow);
+    for (int nColumn = 0; nColumn < columnCount(); ++nColumn)
+        setItem(nRow, nColumn, new QTableWidgetItem);
+    item(nRow, 0)->setData(Qt::UserRole, nData);
+    m_S_SetTexts(nRow, arTexts);
+}
+
+void CItemList::m_S_SetTexts(int nRow, const QStringList& arTexts)
+{
+    for (int nColumn = 0; nColumn < columnCount(); ++nColumn) {
+        item(nRow, nColumn)->setText(arTexts.value(nColumn));
+        item(nRow, nColumn)->setToolTip(arTexts.value(nColumn));
+    }
+}
+
+QStringList CItemList::m_F_ar_Texts(int nRow) const
+{
+    QStringList arTexts;
+    for (int nColumn = 0; nColumn < columnCount(); ++nColumn)
+        arTexts.append(item(nRow, nColumn)->text());
+    return arTexts;
+}
+
+int CItemList::m_F_n_Data(int nRow) const
+{
+    const QTableWidgetItem* const pItem = item(nRow, 0);
+    return pItem ? pItem->data(Qt::UserRole).toInt() : -1;
+}
+
+void CItemList::m_S_Clear()
+{
+    const QSignalBlocker objQuiet(this);
+    setRowCount(0);
+}
+
+void CItemList::m_S_Select(int nRow)
+{
+    {
+        const QSignalBlocker objQuiet(this); // told once, also if the row was the selected one
+        clearSelection();
+        if (nRow >= 0 && nRow < rowCount()) {
+            setCurrentCell(nRow, 0);
+            scrollToItem(item(nRow, 0));
+        }
+    }
+    Q_EMIT S_Selected(m_F_n_Selected());
+}
+
+int CItemList::m_F_n_Selected() const
+{
+    const QModelIndexList arRows = selectionModel()->selectedRows();
+    return arRows.isEmpty() ? -1 : arRows.first().row();
+}

@@ -1,0 +1,12 @@
+#include "toolkit/CPropertyPage.h"
+
+#include "toolkit/CWaitCursor.h"
+
+void CPropertyPage::m_S_Initialise()
+{
+    if (vm_bInitialised)
+        return;
+    vm_bInitialised = true;
+    const CWaitCursor objWait;
+    OnInitDialog();
+}

@@ -1,0 +1,98 @@
+#include "toolkit/CPropertySheet.h"
+
+#include <QDialogButtonBox>
+#include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include "toolkit/CPropertyPage.h"
+
+CPropertySheet::CPropertySheet(const QString& sCaption, QWidget* pParent, unsigned int nSelectPage)
+    : QDialog(pParent), vm_pTabs(new QTabWidget), vm_nSelectPage(nSelectPage)
+{
+    setWindowTitle(sCaption);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    auto* const pButtons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    vm_pOk = pButtons->button(QDialogButtonBox::Ok);
+    vm_pCancel = pButtons->button(QDialogButtonBox::Cancel);
+    vm_pOk->setObjectName(QStringLiteral("OK"));
+    vm_pCancel->setObjectName(QStringLiteral("Cancel"));
+    vm_pTabs->setObjectName(QStringLiteral("Tabs"));
+    vm_pTabs->setUsesScrollButtons(true);
+    auto* const pLayout = new QVBoxLayout(this);
+    pLayout->addWidget(vm_pTabs);
+    pLayout->addWidget(pButtons);
+    connect(pButtons, &QDialogButtonBox::accepted, this, &CPropertySheet::accept);
+    connect(pButtons, &QDialogButtonBox::rejected, this, &CPropertySheet::reject);
+}
+
+void CPropertySheet::m_S_AddPage(CPropertyPage* pPage, const QString& sLabel)
+{
+    if (!pPage)
+        return;
+    // On a small screen a page scrolls rather than lose what doesn't fit.
+    auto* const pScroll = new QScrollArea;
+    pScroll->setWidgetResizable(true);
+    pScroll->setFrameShape(QFrame::NoFrame);
+    pScroll->setWidget(pPage);
+    vm_arPages.append(pPage);
+    vm_pTabs->addTab(pScroll, sLabel);
+}
+
+QSize CPropertySheet::sizeHint() const
+{
+    // Measured in letters, so that it grows with the font; never beyond what the screen has room for.
+    const QSize szWanted(150 * fontMetrics().averageCharWidth(), 42 * fontMetrics().height());
+    const QSize szRoom = screen() ? screen()->availableSize() * 0.95 : szWanted;
+    return szWanted.boundedTo(szRoom);
+}
+
+int CPropertySheet::OnInitDialog()
+{
+    connect(vm_pTabs, &QTabWidget::currentChanged, this, &CPropertySheet::m_S_ShowPage);
+    const int nFirst = static_cast<int>(vm_nSelectPage);
+    if (nFirst < vm_arPages.size() && nFirst != vm_pTabs->currentIndex())
+        vm_pTabs->setCurrentIndex(nFirst);
+    else
+        m_S_ShowPage(vm_pTabs->currentIndex());
+    return 1;
+}
+
+int CPropertySheet::DoModal()
+{
+    OnInitDialog();
+    return exec();
+}
+
+void CPropertySheet::m_S_SetTabText(int nTab, const QString& sText)
+{
+    vm_pTabs->setTabText(nTab, sText);
+}
+
+void CPropertySheet::m_S_ShowPage(int nTab)
+{
+    if (nTab >= 0 && nTab < vm_arPages.size())
+        vm_arPages[nTab]->m_S_Initialise();
+}
+
+void CPropertySheet::accept()
+{
+    for (int nTab = 0; nTab < vm_arPages.size(); ++nTab) {
+        if (vm_arPages[nTab]->m_F_b_Initialised() && !vm_arPages[nTab]->OnApply()) {
+            vm_pTabs->setCurrentIndex(nTab);
+            return;
+        }
+    }
+    QDialog::accept();
+}
+
+void CPropertySheet::reject()
+{
+    for (CPropertyPage* const pPage : vm_arPages) {
+        if (pPage->m_F_b_Initialised())
+            pPage->OnCancel();
+    }
+    QDialog::reject();
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+
+#include "host/Export.h"
+
+/// A text of the user interface: its key in the language files, and the English that stands where they have none.
+struct stDef_Text
+{
+    const char* pszKey;
+    const char* pszDefault;
+};
+
+/// Short form for layout code. Each text is written as `Text{"Key", "Default"}`, by which the test of the language
+/// files finds it.
+using Text = stDef_Text;
+
+/// Where a window's texts come from.
+class FLEETLINK_EXPORT CTextSource
+{
+public:
+    virtual ~CTextSource() = default;
+
+    /// Text of a key, or the default if the language file has no such key. With no language file open it returns -1 and
+    /// leaves `sOut` untouched: a label keeps what it shows.
+    virtual int m_F_n_LoadString(const QString& sKey, QString& sOut, const QString& sDefault) const = 0;
+
+    /// The text for a message: empty while no language file is open.
+    QString m_F_s_Text(const stDef_Text& stText) const { return m_F_s_Text(stText, {}); }
+    /// The same, for what shows `sShown` already.
+    QString m_F_s_Text(const stDef_Text& stText, const QString& sShown) const;
+};
