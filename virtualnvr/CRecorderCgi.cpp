@@ -130,6 +130,7 @@ constexpr CRecorderCgi::stDef_Route CRecorderCgi::s_arRoutes[] = {
     {g_nEmbedded, "POST", "cgi-bin/SyncSetting.cgi", "UpdateSchedule", true, &CRecorderCgi::m_F_o_PutDocument, Arg(emDef_Document::Schedule)},
     {g_nEmbedded, "POST", "cgi-bin/SyncSetting.cgi", "UpdateCamera", true, &CRecorderCgi::m_F_o_PutDocument, Arg(emDef_Document::Camera)},
     {g_nEmbedded, "POST", "cgi-bin/SyncSetting.cgi", "UpdateEMail", true, &CRecorderCgi::m_F_o_PutDocument, Arg(emDef_Document::EMail)},
+    {g_nEmbedded, "GET", "param.cgi", "ddns", true, &CRecorderCgi::m_F_o_TestDdns, 0},
     {g_nEmbedded, "GET", "cgi-bin/motiondata.cgi", "", true, &CRecorderCgi::m_F_o_MotionData, 0},
     {g_nPC, "GET", "cgi-bin/SystemStatus.cgi", "", true, &CRecorderCgi::m_F_o_SystemStatus, 0},
     {g_nPC, "GET", "cgi-bin/CMS.cgi", "CamXml", true, &CRecorderCgi::m_F_o_GetDocument, Arg(emDef_Document::Camera)},
@@ -192,6 +193,16 @@ std::string CRecorderCgi::m_F_s_OwnAddress(const stDef_CgiRequest& stRequest) co
 {
     const bool bAny = vm_stConfig.sBind == "0.0.0.0" || vm_stConfig.sBind == "::";
     return bAny ? stRequest.sHost : vm_stConfig.sBind;
+}
+
+// A service knows every host but the one without a name.
+stDef_CgiReply CRecorderCgi::m_F_o_TestDdns(const stDef_CgiRequest& stRequest, int) const
+{
+    const std::string sHost = Value(stRequest, "host");
+    pugi::xml_document objReply;
+    const std::string sMessage = sHost.empty() ? "no such host" : sHost + " = 203.0.113.24";
+    objReply.append_child("root").append_child("Msg").text().set(sMessage.c_str());
+    return Envelope(objReply);
 }
 
 stDef_CgiReply CRecorderCgi::m_F_o_SystemInfo(const stDef_CgiRequest& stRequest, int) const

@@ -70,6 +70,7 @@ int CDlgSetupPageSystemSetting_Network::OnInitDialog()
     m_S_Load();
     vm_objRules.m_S_Run();
     vm_objTexts.m_S_Apply(*vm_pNvr);
+    objForm.m_S_Align();
     return CPropertyPage::OnInitDialog();
 }
 

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <algorithm>
 
 #include "toolkit/CIPAddressEdit.h"
 
@@ -37,6 +38,7 @@ QGroupBox* CForm::m_F_p_Group(const stDef_Text& stTitle, const char* pszName)
     vm_pTexts->m_S_Add(stTitle, [pGroup = vm_pGroup](const QString& sText) { pGroup->setTitle(sText); });
     vm_pGrid = new QGridLayout(vm_pGroup);
     vm_pGrid->setColumnStretch(Controls, 1);
+    vm_arGrids.append(vm_pGrid);
     vm_nRow = 0;
     return vm_pGroup;
 }
@@ -48,7 +50,17 @@ QLabel* CForm::m_F_p_Label(const stDef_Text& stText, QWidget* pControl)
     // Read out without the colon.
     vm_pTexts->m_S_Add(stText, [pControl](const QString& sText) { pControl->setAccessibleName(sText); });
     vm_pTexts->m_S_AddText(pLabel, stText, emDef_TextForm::Colon);
+    vm_arLabels.append(pLabel);
     return pLabel;
+}
+
+void CForm::m_S_Align()
+{
+    int nWidth = 0;
+    for (const QLabel* const pLabel : vm_arLabels)
+        nWidth = std::max(nWidth, pLabel->sizeHint().width());
+    for (QGridLayout* const pGrid : vm_arGrids)
+        pGrid->setColumnMinimumWidth(Labels, nWidth);
 }
 
 template <class Widget>

@@ -49,6 +49,9 @@ public:
     void m_S_Hint(const char* pszFormat, const stDef_Text& stWord);
     void m_S_Hint(const char* pszText);
 
+    /// Gives the labels of all groups one width; call it when their texts stand.
+    void m_S_Align();
+
 private:
     QLabel* m_F_p_Label(const stDef_Text& stText, QWidget* pControl);
     QLabel* m_F_p_HintLabel();
@@ -59,5 +62,7 @@ private:
     CTextTable* vm_pTexts;
     QGroupBox* vm_pGroup = nullptr;
     QGridLayout* vm_pGrid = nullptr;
+    QList<QGridLayout*> vm_arGrids;
+    QList<QLabel*> vm_arLabels;
     int vm_nRow = 0;
 };

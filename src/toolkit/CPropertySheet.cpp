@@ -44,7 +44,7 @@ void CPropertySheet::m_S_AddPage(CPropertyPage* pPage, const QString& sLabel)
 QSize CPropertySheet::sizeHint() const
 {
     // Measured in letters, so that it grows with the font; never beyond what the screen has room for.
-    const QSize szWanted(150 * fontMetrics().averageCharWidth(), 42 * fontMetrics().height());
+    const QSize szWanted(150 * fontMetrics().averageCharWidth(), 50 * fontMetrics().height());
     const QSize szRoom = screen() ? screen()->availableSize() * 0.95 : szWanted;
     return szWanted.boundedTo(szRoom);
 }
@@ -57,6 +57,7 @@ int CPropertySheet::OnInitDialog()
         vm_pTabs->setCurrentIndex(nFirst);
     else
         m_S_ShowPage(vm_pTabs->currentIndex());
+    resize(sizeHint());
     return 1;
 }
 

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <QApplication>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTimer>
+#include <QtTest/QTest>
+#include <string>
+#include <vector>
+
+#include "CDocumentStore.h"
+#include "setup/CDlgSetupPageSystemSetting.h"
+#include "support/HostFixture.h"
+#include "support/PromptQueue.h"
+#include "toolkit/CWaits.h"
+
+/// A connected recorder, whose setting cycle runs with a test at the sheet in the user's place.
+class CycleFixture : public HostFixture
+{
+protected:
+    using AtSheet = std::function<void(CPropertySheet&)>;
+
+    struct RecordedWaits : CWaits
+    {
+        void m_S_Wait(QWidget*, const QString&, int nMs) override { vm_arMs.push_back(nMs); }
+        std::vector<int> vm_arMs;
+    };
+
+    void SetUp() override
+    {
+        HostFixture::SetUp();
+        ASSERT_TRUE(vm_env.m_F_b_SetLangFolder(LANG_FOLDER));
+        stDef_VirtualNvrConfig stConfig;
+        stConfig.bStreams = false;
+        StartRecorder(stConfig);
+        CWaits::s_S_Replace(&vm_objWaits);
+        MakeNvr();
+    }
+    void TearDown() override { CWaits::s_S_Replace(nullptr); }
+
+    void MakeNvr()
+    {
+        vm_pNvr.reset();
+        vm_pNvr = std::make_unique<ScopedNvr>(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, nullptr, &vm_env));
+        ASSERT_EQ((*vm_pNvr)->m_F_n_Init(Init()), 1);
+    }
+
+    CWndNvrEmbedded& Nvr() { return *static_cast<CWndNvrEmbedded*>(vm_pNvr->get()); }
+
+    /// Runs the cycle. `atSheet` is called once the sheet stands, and ends it; a sheet that it leaves open is
+    /// cancelled. False if no sheet came.
+    bool RunCycle(const AtSheet& atSheet)
+    {
+        bool bCame = false;
+        QTimer timer;
+        timer.setInterval(5);
+        QObject::connect(&timer, &QTimer::timeout, [&] {
+            auto* const pSheet = qobject_cast<CPropertySheet*>(QApplication::activeModalWidget());
+            if (!pSheet || bCame)
+                return;
+            bCame = true;
+            atSheet(*pSheet);
+            if (pSheet->isVisible())
+                pSheet->done(QDialog::Rejected);
+        });
+        timer.start();
+        Nvr().OnMenuSystemSetting();
+        return bCame;
+    }
+
+    static void Press(CPropertySheet& sheet, const char* pszButton)
+    {
+        auto* const pButton = sheet.findChild<QPushButton*>(pszButton);
+        ASSERT_TRUE(pButton) << pszButton;
+        QTest::mouseClick(pButton, Qt::LeftButton);
+    }
+
+    /// Shows a tab and gives its page.
+    static CPropertyPage* OpenTab(CPropertySheet& sheet, int nTab)
+    {
+        sheet.findChild<QTabWidget*>("Tabs")->setCurrentIndex(nTab);
+        return sheet.m_F_ar_Pages()[nTab];
+    }
+
+    /// What the recorder has, without the envelope, as a document.
+    CXmlObj Stored(emDef_Document nDocument) { return Parsed(vm_nvr.m_F_o_Documents().m_F_s_Get(nDocument)); }
+
+    static CXmlObj Parsed(const std::string& sText)
+    {
+        CXmlObj xml;
+        const QString sAll = QString::fromStdString(sText);
+        const auto nBegin = sAll.indexOf("<root");
+        EXPECT_TRUE(xml.m_F_b_LoadXML(sAll.mid(nBegin, sAll.indexOf("</root>") + 7 - nBegin)));
+        return xml;
+    }
+
+    /// The documents that were posted since the last call, in their order.
+    std::vector<std::string> Posts()
+    {
+        std::vector<std::string> arNames;
+        for (const stDef_LogEntry& stEntry : vm_nvr.m_F_o_Log().m_F_ar_Entries()) {
+            if (stEntry.sMethod == "POST" && stEntry.nStatus != 401)
+                arNames.push_back(stEntry.sTarget.substr(stEntry.sTarget.find("Update")));
+        }
+        vm_nvr.m_F_o_Log().m_S_Clear();
+        return arNames;
+    }
+
+    /// Announces the message that stands before an upload.
+    void ExpectWaiting()
+    {
+        vm_objPrompts.Expect("Upload Setting Now. Please Waiting About 60 Seconds.", "Information");
+    }
+
+    RecordedWaits vm_objWaits;
+    PromptQueue vm_objPrompts;
+    std::unique_ptr<ScopedNvr> vm_pNvr;
+};

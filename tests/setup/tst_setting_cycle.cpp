@@ -1,0 +1,187 @@
+#include <QLabel>
+#include <QTabBar>
+
+#include "CycleFixture.h"
+#include "core/CWndNvrEmbedded.h"
+#include "setup/CameraFollowers.h"
+#include "toolkit/CPropertyPage.h"
+
+namespace {
+
+using Names = std::vector<std::string>;
+const Names g_arUploads = {"UpdateEMail", "UpdateCamera", "UpdateSchedule", "UpdateSystem"};
+constexpr emDef_Document g_arDocuments[] = {emDef_Document::System, emDef_Document::Schedule, emDef_Document::Camera,
+                                            emDef_Document::EMail};
+constexpr const char* TryAgain = "Get Setting File Faild, Please Try Again.";
+
+TEST_F(CycleFixture, OneFailedDownloadEndsTheCycleWithAMessage)
+{
+    for (const char* pUrl : {"systeminfo", "SystemXML", "ScheduleXML", "CameraXML", "EMailXML"}) {
+        SCOPED_TRACE(pUrl);
+        vm_nvr.m_F_o_Faults().m_S_Clear();
+        ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set(pUrl, {"status", 500}));
+        vm_objPrompts.Expect(TryAgain, "Error");
+        EXPECT_FALSE(RunCycle([](CPropertySheet&) {}));
+        // The others are asked for all the same.
+        for (const char* pAsked : {"systeminfo", "SystemXML", "ScheduleXML", "CameraXML", "EMailXML"})
+            EXPECT_TRUE(vm_nvr.m_F_o_Log().m_F_b_Wait(
+                [pAsked](const stDef_LogEntry& st) { return st.sTarget.find(pAsked) != std::string::npos; }, 0))
+                << pAsked;
+        EXPECT_EQ(Posts(), Names());
+        EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+    }
+    vm_nvr.m_F_o_Faults().m_S_Clear();
+    EXPECT_TRUE(RunCycle([](CPropertySheet& sheet) { Press(sheet, "Cancel"); })) << "and the next cycle is a good one";
+}
+
+TEST_F(CycleFixture, CancelPostsNothingAndTheNextCycleBeginsAnew)
+{
+    EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
+        Nvr().vm_xmlSystem.m_F_b_SetValue("/root/system", "DeviceTitle", "changed");
+        Press(sheet, "Cancel");
+    }));
+    EXPECT_EQ(Posts(), Names());
+    EXPECT_TRUE(vm_objWaits.vm_arMs.empty());
+    EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
+        QString sTitle;
+        Nvr().vm_xmlSystem.m_F_n_GetValue("/root/system", "DeviceTitle", sTitle, {});
+        EXPECT_NE(sTitle, "changed");
+        QTest::keyClick(&sheet, Qt::Key_Escape);
+        EXPECT_FALSE(sheet.isVisible());
+    }));
+    EXPECT_EQ(Posts(), Names());
+}
+
+TEST_F(CycleFixture, AnUneditedOkPostsWhatWasFetchedInOrder)
+{
+    for (const bool bAllTabs : {false, true}) {
+        std::vector<QString> arBefore;
+        for (const emDef_Document nDocument : g_arDocuments)
+            arBefore.push_back(Stored(nDocument).m_F_s_GetXML());
+        ExpectWaiting();
+        vm_objWaits.vm_arMs.clear();
+        EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
+            for (int nTab = 0; nTab < 8 && bAllTabs; ++nTab)
+                OpenTab(sheet, nTab);
+            Press(sheet, "OK");
+        }));
+        EXPECT_EQ(Posts(), g_arUploads);
+        EXPECT_EQ(vm_objWaits.vm_arMs, std::vector<int>{60000});
+        for (std::size_t i = 0; i < arBefore.size(); ++i)
+            EXPECT_EQ(Stored(g_arDocuments[i]).m_F_s_GetXML(), arBefore[i]) << "all tabs opened: " << bAllTabs;
+    }
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(CycleFixture, AFailedUploadIsWaitedForAllTheSame)
+{
+    ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set("UpdateCamera", {"status", 500}));
+    ExpectWaiting();
+    EXPECT_TRUE(RunCycle([](CPropertySheet& sheet) { Press(sheet, "OK"); }));
+    EXPECT_EQ(Posts(), g_arUploads);
+    EXPECT_EQ(vm_objWaits.vm_arMs, std::vector<int>{60000});
+}
+
+TEST_F(CycleFixture, PagesFillThemselvesWhenTheyAreFirstShown)
+{
+    EXPECT_TRUE(RunCycle([](CPropertySheet& sheet) {
+        const auto& arPages = sheet.m_F_ar_Pages();
+        ASSERT_EQ(arPages.size(), 8);
+        EXPECT_TRUE(arPages[0]->m_F_b_Initialised());
+        QTabBar* const pTabs = sheet.findChild<QTabWidget*>("Tabs")->tabBar();
+        pTabs->setFocus();
+        QTest::keyClick(pTabs, Qt::Key_Right);
+        QTest::keyClick(pTabs, Qt::Key_Right);
+        EXPECT_TRUE(arPages[2]->m_F_b_Initialised());
+        EXPECT_FALSE(arPages[3]->m_F_b_Initialised());
+        const auto nControls = arPages[2]->findChildren<QWidget*>().size();
+        OpenTab(sheet, 0);
+        OpenTab(sheet, 2);
+        EXPECT_EQ(arPages[2]->findChildren<QWidget*>().size(), nControls) << "only once";
+        EXPECT_TRUE(arPages[6]->findChildren<QWidget*>().isEmpty());
+    }));
+}
+
+TEST_F(CycleFixture, APageThatRefusesKeepsTheSheetAndIsShown)
+{
+    ExpectWaiting();
+    EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
+        OpenTab(sheet, 2);
+        OpenTab(sheet, 6);
+        const QString sSystem = Nvr().vm_xmlSystem.m_F_s_GetXML();
+        Nvr().vm_xmlSystem.m_F_b_Close();
+        Press(sheet, "OK");
+        EXPECT_TRUE(sheet.isVisible());
+        EXPECT_EQ(sheet.findChild<QTabWidget*>("Tabs")->currentIndex(), 2);
+        Nvr().vm_xmlSystem.m_F_b_LoadXML(sSystem);
+        Press(sheet, "OK");
+        EXPECT_FALSE(sheet.isVisible());
+    }));
+}
+
+TEST_F(CycleFixture, TextsFollowTheLanguageAndStandWithoutOne)
+{
+    const auto Texts = [](CPropertySheet& sheet) {
+        QStringList arTexts = {sheet.windowTitle(), sheet.findChild<QPushButton*>("OK")->text()};
+        const auto* const pTabs = sheet.findChild<QTabWidget*>("Tabs");
+        for (int nTab = 0; nTab < pTabs->count(); ++nTab)
+            arTexts.append(pTabs->tabText(nTab));
+        return arTexts;
+    };
+    const QStringList arEnglish = {"System Setting", "OK",   "Camera",           "Schedule",     "Network",
+                                   "System",         "User", "Motion Detection", "Address Book", "Notification"};
+    QStringList arSeen;
+    const AtSheet See = [&](CPropertySheet& sheet) { arSeen = Texts(sheet); };
+    EXPECT_TRUE(RunCycle(See));
+    EXPECT_EQ(arSeen, arEnglish);
+
+    vm_env.vm_nLanguage = 0;
+    MakeNvr();
+    EXPECT_TRUE(RunCycle(See));
+    EXPECT_EQ(arSeen[4], QString::fromUtf8("網路"));
+
+    // Without a language file labels keep their defaults, and messages and the title are empty.
+    vm_env.vm_nLanguage = 7;
+    MakeNvr();
+    vm_objPrompts.Expect("", "");
+    EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
+        See(sheet);
+        Press(sheet, "OK");
+    }));
+    EXPECT_EQ(arSeen.mid(2), arEnglish.mid(2));
+    EXPECT_EQ(arSeen[0], "");
+}
+
+TEST_F(CycleFixture, TheSheetTellsOfCamerasWithItsFixedArguments)
+{
+    struct Recorder : CScheduleFollower, CMotionFollower
+    {
+        void m_S_CameraAdded(int n) override { arCalls << QString("added %1").arg(n); }
+        void m_S_CameraRemoved(int n, int nCount) override { arCalls << QString("removed %1 %2").arg(n).arg(nCount); }
+        void m_S_CameraUpdated(int n) override { arCalls << QString("updated %1").arg(n); }
+        void m_S_CameraCopied(int n, int nTo) override { arCalls << QString("copied %1 %2").arg(n).arg(nTo); }
+        void m_S_CameraSwitched(int n, int nTo) override { arCalls << QString("switched %1 %2").arg(n).arg(nTo); }
+        void m_S_RefreshCameras(int n) override { arCalls << QString("refresh %1").arg(n); }
+        QStringList arCalls;
+    } recorder;
+    ASSERT_TRUE(Nvr().vm_xmlSystemInfo.m_F_b_LoadXML("<root><Local MaxCam='3'/></root>"));
+    CDlgSetupPageSystemSetting sheet(&Nvr(), "", 0);
+    EXPECT_EQ(sheet.m_arrCamObj, std::vector<CCamObj_Base*>(3));
+    sheet.m_S_AddCamera(1); // nobody listens yet
+    sheet.m_S_SetFollowers(&recorder, &recorder);
+    sheet.m_S_AddCamera(5);
+    sheet.m_S_RemoveCamera(-1, 4);
+    sheet.m_S_UpdateCamera(2, true);
+    sheet.m_S_UpdateCamera(2, false);
+    sheet.m_S_CopyCamera(1, 3);
+    sheet.m_S_SwitchCamera(0, 2);
+    EXPECT_EQ(recorder.arCalls,
+              QStringList({"added 5", "refresh 5", "removed -1 4", "refresh -1", "updated 2", "refresh 3", "updated 2",
+                           "refresh 2", "copied 1 3", "refresh 3", "switched 0 2", "refresh 3"}));
+    for (const char* pInfo : {"<root/>", "<root><Local MaxCam='-4'/></root>"}) {
+        ASSERT_TRUE(Nvr().vm_xmlSystemInfo.m_F_b_LoadXML(pInfo));
+        EXPECT_TRUE(CDlgSetupPageSystemSetting(&Nvr(), "", 0).m_arrCamObj.empty());
+    }
+}
+
+} // namespace

@@ -1,0 +1,319 @@
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+
+#include "CycleFixture.h"
+#include "core/CWndNvrEmbedded.h"
+#include "toolkit/CItemList.h"
+#include "toolkit/CPropertyPage.h"
+
+namespace {
+
+constexpr int NetworkTab = 2;
+constexpr int AddressTab = 6;
+
+/// What a user does at a page, by the names of its controls.
+class At
+{
+public:
+    explicit At(QWidget* pPage) : vm_pPage(pPage) {}
+
+    QWidget* Find(const QString& sName) const
+    {
+        auto* const pWidget = vm_pPage->findChild<QWidget*>(sName);
+        EXPECT_TRUE(pWidget) << sName.toStdString();
+        return pWidget;
+    }
+    void Type(const QString& sName, const QString& sText) const
+    {
+        auto* const pEdit = static_cast<QLineEdit*>(Find(sName));
+        pEdit->setFocus();
+        pEdit->selectAll();
+        QTest::keyClick(pEdit, Qt::Key_Delete);
+        QTest::keyClicks(pEdit, sText);
+    }
+    void Click(const QString& sName) const
+    {
+        QWidget* const pWidget = Find(sName);
+        QTest::mouseClick(pWidget, Qt::LeftButton, {}, QPoint(8, pWidget->height() / 2));
+    }
+    QString Shown(const QString& sName) const { return static_cast<QLineEdit*>(Find(sName))->text(); }
+    /// Names of those that don't have this state.
+    QStringList NotEnabled(const QStringList& arNames, bool bEnabled) const
+    {
+        QStringList arWrong;
+        for (const QString& sName : arNames) {
+            if (Find(sName)->isEnabled() != bEnabled)
+                arWrong.append(sName);
+        }
+        return arWrong;
+    }
+
+private:
+    QWidget* vm_pPage;
+};
+
+class NetworkPage : public CycleFixture
+{
+protected:
+    /// Works at the page, ends with OK, and compares what the recorder then has with what it had, but for these values.
+    void Check(const std::function<void(At)>& work, const std::vector<std::array<const char*, 3>>& arChanges)
+    {
+        CXmlObj xmlExpected = Stored(emDef_Document::System);
+        for (const auto& [pNode, pKey, pValue] : arChanges)
+            xmlExpected.m_F_b_SetValue(QString("/root/system/network/") + pNode, pKey, QString::fromUtf8(pValue));
+        ExpectWaiting();
+        ASSERT_TRUE(RunCycle([&](CPropertySheet& sheet) {
+            work(At(OpenTab(sheet, NetworkTab)));
+            Press(sheet, "OK");
+        }));
+        EXPECT_EQ(Stored(emDef_Document::System).m_F_s_GetXML(), xmlExpected.m_F_s_GetXML());
+    }
+};
+
+TEST_F(NetworkPage, WritesWhatWasEditedAndNothingElse)
+{
+    Check(
+        [](At at) {
+            EXPECT_EQ(at.Shown("MAC"), "00:00:5E:00:53:01");
+            EXPECT_EQ(at.Shown("CurrentIP"), "Unknow");
+            EXPECT_TRUE(at.Shown("ExternalPort").startsWith("http://:"));
+            at.Type("IPAddress", "10.20.30.40");
+            at.Type("PPPOEUser", "new & <account>");
+            at.Click("isPPPOE");
+            at.Type("PPPOEPassword", "p\"ss");
+            at.Click("UPnP_Traversal.Enable");
+            at.Type("MinPort", "none");
+            at.Type("HTTPPort", "8080");
+            at.Click("RTSPOverHTTP");
+            at.Click("DDNS.Enable");
+            QTest::keyClick(at.Find("DDNS.Server"), Qt::Key_Down);
+            at.Type("DDNS.Host", QString(40, 'h'));
+        },
+        {{"network", "IPAddress", "10.20.30.40"},
+         {"pppoe", "isPPPOE", "1"},
+         {"pppoe", "PPPOEPassword", "p\"ss"},
+         {"UPnP_Traversal", "Enable", "1"},
+         {"UPnP_Traversal", "MinPort", "none"},
+         {"server", "HTTPPort", "8080"},
+         {"server", "RTSPOverHTTP", "0"},
+         {"DDNS", "Enable", "1"},
+         {"DDNS", "Server", "dyndns.org"},
+         {"DDNS", "Host", "hhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhh"}});
+}
+
+TEST_F(NetworkPage, BoxesEnableWhatBelongsToThem)
+{
+    const struct
+    {
+        const char* pBox;
+        QStringList arOn, arOff; ///< while it is checked; the first state is that of the document
+        bool bFirst;
+    } arRows[] = {
+        {"DHCPType", {"DHCPgetDNS"}, {"MAC", "IPAddress", "SubMask", "GateWay", "NetworkTest"}, false},
+        {"isPPPOE",
+         {"PPPOEUser", "PPPOEPassword", "PPPoE_IP", "PPPoE_SubMask", "PPPoE_Gateway", "PPPoE_Status"},
+         {},
+         false},
+        {"UPnP.Enable", {"FriendlyName"}, {}, true},
+        {"UPnP_Traversal.Enable", {"MinPort", "MaxPort", "ExternalPort"}, {}, false},
+        {"ServerRun", {"HTTPPort", "RTSPPort", "RTSPOverHTTP"}, {}, true},
+        {"DDNS.Enable", {"DDNS.Server", "DDNS.Host", "DDNS.UID", "DDNS.PWD", "CurrentIP", "DDNSTest"}, {}, false},
+    };
+    EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
+        const At at(OpenTab(sheet, NetworkTab));
+        for (const auto& row : arRows) {
+            for (const bool bChecked : {row.bFirst, !row.bFirst, row.bFirst}) {
+                EXPECT_EQ(static_cast<QCheckBox*>(at.Find(row.pBox))->isChecked(), bChecked) << row.pBox;
+                EXPECT_EQ(at.NotEnabled(row.arOn, bChecked), QStringList()) << row.pBox;
+                EXPECT_EQ(at.NotEnabled(row.arOff, !bChecked), QStringList()) << row.pBox;
+                at.Click(row.pBox);
+            }
+            at.Click(row.pBox);
+        }
+        // The name servers follow a box of their own, which goes with DHCP.
+        const QStringList arServers = {"PrimaryDNS", "SecondDNS"};
+        at.Click("DHCPType");
+        EXPECT_EQ(at.NotEnabled(arServers, true), QStringList());
+        at.Click("DHCPgetDNS");
+        EXPECT_EQ(at.NotEnabled(arServers, false), QStringList());
+        at.Click("DHCPType");
+        EXPECT_FALSE(static_cast<QCheckBox*>(at.Find("DHCPgetDNS"))->isChecked());
+        EXPECT_EQ(at.NotEnabled(arServers, true), QStringList());
+        // The friendly name goes and comes with its box.
+        for (const char* pName : {"Recorder at the gate (VN-16E)", "", "Recorder at the gate (VN-16E)"}) {
+            EXPECT_EQ(at.Shown("FriendlyName").toStdString(), pName);
+            at.Click("UPnP.Enable");
+        }
+    }));
+}
+
+TEST_F(NetworkPage, TestsAskTheRecorder)
+{
+    const struct
+    {
+        const char* pHost; ///< the recorder answers "host = 203.0.113.24", or without a "=" where there is no host
+        const char* pShown;
+    } arReplies[] = {{"gate", "203.0.113.24"}, {"a=b c=d", "bc"}, {"", ""}};
+    EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
+        const At at(OpenTab(sheet, NetworkTab));
+        vm_objPrompts.Expect("No CGI", "Error");
+        at.Click("NetworkTest");
+        at.Click("DDNS.Enable");
+        static_cast<QComboBox*>(at.Find("DDNS.Server"))->setCurrentIndex(1);
+        vm_nvr.m_F_o_Log().m_S_Clear();
+        at.Click("DDNSTest");
+        EXPECT_EQ(at.Shown("CurrentIP"), "203.0.113.24");
+        const auto arEntries = vm_nvr.m_F_o_Log().m_F_ar_Entries();
+        ASSERT_FALSE(arEntries.empty());
+        // As they stand; only what can't stand in a request line is escaped.
+        EXPECT_EQ(arEntries.back().sTarget,
+                  "/param.cgi?action=ddns&server=no-ip.com&host=gate3.example.org&uid=gate3&pwd=ddns%20pass");
+        for (const auto& reply : arReplies) {
+            at.Type("DDNS.Host", reply.pHost);
+            at.Click("DDNSTest");
+            EXPECT_EQ(at.Shown("CurrentIP"), reply.pShown) << reply.pHost;
+        }
+        ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set("action=ddns", {"status", 500}));
+        at.Click("DDNSTest");
+        EXPECT_EQ(at.Shown("CurrentIP"), "Unknow");
+        EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+    }));
+}
+
+class AddressBook : public CycleFixture
+{
+protected:
+    using Row = QStringList;
+
+    static QStringList Edits(At at)
+    {
+        return {at.Shown("Name"), at.Shown("Phone"), at.Shown("Mail"), at.Shown("Remark")};
+    }
+    static void Fill(At at, const Row& arValues)
+    {
+        int n = 0;
+        for (const char* pName : {"Name", "Phone", "Mail", "Remark"})
+            at.Type(pName, arValues[n++]);
+    }
+    static CItemList& List(At at) { return *static_cast<CItemList*>(at.Find("Entries")); }
+
+    /// The book as the connection object's document has it, checked for gaps.
+    std::vector<Row> Book()
+    {
+        std::vector<Row> arBook;
+        const CXmlObj& xml = Nvr().vm_xmlEMail;
+        const int nCount = xml.m_F_n_GetValueInt("/root/EMail", "count", -1);
+        for (int i = 0; i < nCount; ++i) {
+            Row arRow;
+            for (const char* pKey : {"Name", "Phone", "Mail", "Remark"}) {
+                QString sValue;
+                xml.m_F_n_GetValue(QString::asprintf("/root/EMail/Mail%03d", i), pKey, sValue, "missing");
+                arRow.append(sValue);
+            }
+            arBook.push_back(arRow);
+        }
+        EXPECT_TRUE(xml.m_S_SelectNodesByKey(QString::asprintf("/root/EMail/Mail%03d", nCount))
+                        .m_F_o_NextNode()
+                        .m_F_b_IsNull());
+        return arBook;
+    }
+    /// The list on the screen has the same rows, each with its number.
+    static void ExpectListed(At at, const std::vector<Row>& arBook)
+    {
+        ASSERT_EQ(List(at).rowCount(), int(arBook.size()));
+        for (int i = 0; i < int(arBook.size()); ++i) {
+            EXPECT_EQ(List(at).m_F_ar_Texts(i), arBook[std::size_t(i)]);
+            EXPECT_EQ(List(at).m_F_n_Data(i), i);
+        }
+    }
+};
+
+TEST_F(AddressBook, EntriesAreAddedModifiedAndDeletedAtOnce)
+{
+    EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
+        const At at(OpenTab(sheet, AddressTab));
+        std::vector<Row> arBook = Book();
+        ASSERT_EQ(arBook.size(), 5u);
+        ExpectListed(at, arBook);
+        EXPECT_EQ(Edits(at), arBook[0]) << "the first row is shown";
+
+        const Row arNew = {arBook[1][0], "", "New@example.com", ""}; // the same name, and empty fields, are fine
+        Fill(at, arNew);
+        at.Click("Add");
+        arBook.push_back(arNew);
+        EXPECT_EQ(Book(), arBook);
+        ExpectListed(at, arBook);
+        EXPECT_EQ(List(at).m_F_n_Selected(), 5);
+
+        QTest::keyClick(&List(at), Qt::Key_Up);
+        EXPECT_EQ(Edits(at), arBook[4]) << "the selected row is shown";
+        at.Type("Remark", "changed");
+        at.Click("Modify"); // its own e-mail is no duplicate
+        arBook[4][3] = "changed";
+        EXPECT_EQ(Book(), arBook);
+        ExpectListed(at, arBook);
+        QString sKept;
+        Nvr().vm_xmlEMail.m_F_n_GetValue("/root/EMail/Mail004", "Language", sKept, {});
+        EXPECT_EQ(sKept, "en") << "what the page doesn't know stays";
+
+        List(at).m_S_Select(1);
+        for (const int nSelected : {0, 0, 0, 0, 0, -1}) { // the row above, and the first one after the first
+            const int nRow = List(at).m_F_n_Selected();
+            at.Click("Delete");
+            arBook.erase(arBook.begin() + nRow);
+            EXPECT_EQ(Book(), arBook);
+            ExpectListed(at, arBook);
+            EXPECT_EQ(List(at).m_F_n_Selected(), nSelected);
+        }
+        EXPECT_EQ(at.NotEnabled({"Delete", "Modify"}, false), QStringList());
+        EXPECT_EQ(at.NotEnabled({"Add"}, true), QStringList());
+        EXPECT_EQ(Edits(at), Row({"", "", "", ""}));
+        Fill(at, arNew);
+        at.Click("Add");
+        EXPECT_EQ(Book(), std::vector<Row>{arNew});
+        EXPECT_EQ(at.NotEnabled({"Delete", "Modify"}, true), QStringList());
+    }));
+}
+
+TEST_F(AddressBook, WhatCannotBeTakenIsToldAndChangesNothing)
+{
+    const struct
+    {
+        const char* pButton;
+        Row arValues;
+        const char* pMessage; ///< null: it is taken
+    } arRows[] = {
+        {"Add", {"", "", "a@example.com", ""}, "Name Or E-Mail Is Empty."},
+        {"Add", {"A", "", "", ""}, "Name Or E-Mail Is Empty."},
+        {"Modify", {"", "1", "control@example.com", ""}, "Name Or E-Mail Is Empty."},
+        {"Add", {"A", "", "duty@example.net", ""}, "You add the same e-Mail. Please change it!"},
+        {"Add", {"A", "", "control@example.com", ""}, "You add the same e-Mail. Please change it!"},
+        {"Modify", {"A", "", "duty@example.net", ""}, "You Add The Same E-Mail. Please Change It!"},
+        {"Modify", {"A", "", "Duty@example.net", ""}, nullptr},
+    };
+    // A language file has one text for both duplicates, so the defaults are seen without one.
+    vm_env.vm_nLanguage = 1;
+    ASSERT_TRUE(vm_env.m_F_b_SetLangFolder(FIXTURE_FOLDER));
+    MakeNvr();
+    EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
+        const At at(OpenTab(sheet, AddressTab));
+        for (const auto& row : arRows) {
+            List(at).m_S_Select(0);
+            const std::vector<Row> arBefore = Book();
+            Fill(at, row.arValues);
+            if (row.pMessage)
+                vm_objPrompts.Expect(row.pMessage, "Error");
+            at.Click(row.pButton);
+            EXPECT_EQ(Book() == arBefore, row.pMessage != nullptr);
+            EXPECT_EQ(List(at).m_F_n_Selected(), 0);
+            EXPECT_EQ(Edits(at), row.arValues) << "what was typed isn't lost";
+        }
+        // With the document gone nothing happens, and nothing is said.
+        Nvr().vm_xmlEMail.m_F_b_Close();
+        for (const char* pButton : {"Add", "Modify", "Delete"})
+            at.Click(pButton);
+    }));
+}
+
+} // namespace
