@@ -197,6 +197,8 @@ constexpr stDef_TextRow g_astTexts[] = {
     {emDef_Text::DamagedList, "DamagedList",
      "The recorder list was damaged and a new one has begun. The old file was kept: %1"},
     {emDef_Text::LayoutLost, "LayoutLost", "The layout can't be saved in %1"},
+    {emDef_Text::NvrMenu, "NvrMenu", "Recorder &menu"},
+    {emDef_Text::NvrMenuTip, "NvrMenuTip", "Show the recorder's own menu, which leads to its settings"},
 };
 
 constexpr bool RowsInOrder()

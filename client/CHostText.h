@@ -175,6 +175,8 @@ enum class emDef_Text
     LanguageMissing,
     DamagedList,
     LayoutLost,
+    NvrMenu,
+    NvrMenuTip,
     Count
 };
 

@@ -83,6 +83,7 @@ const CMainWindow::stDef_ActionRow CMainWindow::s_astActions[] = {
     {"ConnectAll", emDef_Text::ConnectAll, emDef_Text::ConnectAllTip, "Ctrl+L", int(emDef_HostIcon::Connect)},
     {"DisconnectAll", emDef_Text::DisconnectAll, emDef_Text::DisconnectAllTip, "Ctrl+D", int(emDef_HostIcon::Disconnect)},
     {"Snapshot", emDef_Text::Snapshot, emDef_Text::SnapshotTip, "Ctrl+S", int(emDef_HostIcon::Snapshot)},
+    {"NvrMenu", emDef_Text::NvrMenu, emDef_Text::NvrMenuTip, "Ctrl+M", NoIcon},
     {"Exchange", emDef_Text::Exchange, emDef_Text::ExchangeTip, "Ctrl+E", int(emDef_HostIcon::Exchange)},
     {"Shortcuts", emDef_Text::Shortcuts, emDef_Text::Shortcuts, "F1", NoIcon},
     {"About", emDef_Text::About, emDef_Text::AboutTip, "", NoIcon},
@@ -100,7 +101,7 @@ struct CMainWindow::stDef_MenuRow
 const CMainWindow::stDef_MenuRow CMainWindow::s_astMenus[] = {
     {"MenuFile", emDef_Text::MenuFile, {"Snapshot", nullptr, "Quit"}},
     {"MenuView", emDef_Text::MenuView, {"Shape1", "Shape4", "Shape9", "Shape16", nullptr, "PreviousPage", "NextPage", nullptr, "FullScreen"}},
-    {"MenuRecorder", emDef_Text::MenuRecorder, {"AddRecorder", "EditRecorder", "RemoveRecorder", nullptr, "ConnectAll", "DisconnectAll", nullptr, "Exchange"}},
+    {"MenuRecorder", emDef_Text::MenuRecorder, {"AddRecorder", "EditRecorder", "RemoveRecorder", nullptr, "ConnectAll", "DisconnectAll", nullptr, "NvrMenu", "Exchange"}},
     {"MenuLanguage", emDef_Text::Language, {"English", "Chinese"}},
     {"MenuHelp", emDef_Text::MenuHelp, {"Shortcuts", "About"}},
 };
@@ -255,6 +256,7 @@ void CMainWindow::m_S_Connect()
     On("DisconnectAll", [this] { vm_pGrid->m_S_DisconnectAll(); });
     On("Snapshot", [this] { vm_pGrid->m_S_Snapshot(); });
     On("Exchange", [this] { m_S_Exchange(); });
+    On("NvrMenu", [this] { m_S_ShowNvrMenu(m_F_n_Picked()); });
     On("Shortcuts", [this] { m_S_ShowShortcuts(); });
     On("About", [this] { m_S_About(); });
     On("AddRecorder", [this] { m_S_AddRecorder(); });
@@ -440,6 +442,16 @@ void CMainWindow::m_S_RemoveRecorder(int nNvrID)
     m_S_UpdateRecorders();
 }
 
+// The recorder's own menu leads to its setting windows; the object lives until those are closed.
+void CMainWindow::m_S_ShowNvrMenu(int nNvrID)
+{
+    const CNvrHolder objNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, this, vm_pEnv));
+    if (objNvr.m_F_p_Get() && objNvr.m_F_p_Get()->m_F_n_Init(vm_pStore->m_F_o_InitRecord(nNvrID)) == 1)
+        objNvr.m_F_p_Get()->m_S_ShowMenu();
+    else
+        statusBar()->showMessage(Tr(nNvrID < 0 ? emDef_Text::ExchangeNoRecorder : emDef_Text::HintUnusable), MessageMs);
+}
+
 void CMainWindow::m_S_ShowTreeMenu(int nNvrID, const QPoint& ptGlobal)
 {
     QMenu objMenu(this);
@@ -448,7 +460,8 @@ void CMainWindow::m_S_ShowTreeMenu(int nNvrID, const QPoint& ptGlobal)
                 [this, nNvrID] { vm_pGrid->m_S_ShowRecorder(nNvrID); });
     objMenu.addAction(m_F_p_Action("AddRecorder"));
     if (nNvrID >= 0)
-        objMenu.addActions({m_F_p_Action("EditRecorder"), m_F_p_Action("RemoveRecorder"), m_F_p_Action("Exchange")});
+        objMenu.addActions({m_F_p_Action("EditRecorder"), m_F_p_Action("RemoveRecorder"), m_F_p_Action("NvrMenu"),
+                            m_F_p_Action("Exchange")});
     objMenu.exec(ptGlobal);
 }
 

@@ -72,6 +72,7 @@ private:
     void m_S_AddRecorder();
     void m_S_EditRecorder(int nNvrID);
     void m_S_RemoveRecorder(int nNvrID);
+    void m_S_ShowNvrMenu(int nNvrID);
     void m_S_ShowTreeMenu(int nNvrID, const QPoint& ptGlobal);
     void m_S_Tell(const QString& sText);
     void m_S_SaveSnapshot(const QImage& objImage, const QString& sTitle);

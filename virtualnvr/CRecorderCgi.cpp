@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <iterator>
 #include <pugixml.hpp>
 #include <sstream>
@@ -130,6 +132,9 @@ constexpr CRecorderCgi::stDef_Route CRecorderCgi::s_arRoutes[] = {
     {g_nEmbedded, "POST", "cgi-bin/SyncSetting.cgi", "UpdateSchedule", true, &CRecorderCgi::m_F_o_PutDocument, Arg(emDef_Document::Schedule)},
     {g_nEmbedded, "POST", "cgi-bin/SyncSetting.cgi", "UpdateCamera", true, &CRecorderCgi::m_F_o_PutDocument, Arg(emDef_Document::Camera)},
     {g_nEmbedded, "POST", "cgi-bin/SyncSetting.cgi", "UpdateEMail", true, &CRecorderCgi::m_F_o_PutDocument, Arg(emDef_Document::EMail)},
+    {g_nBoth, "GET", "cgi-bin/param.cgi", "list", true, &CRecorderCgi::m_F_o_PtzNames, 0},
+    {g_nBoth, "GET", "cgi-bin/ptz.cgi", "", true, &CRecorderCgi::m_F_o_Done, 0},
+    {g_nEmbedded, "GET", "cgi-bin/uictrl.cgi", "urlctrl", true, &CRecorderCgi::m_F_o_Done, 0},
     {g_nEmbedded, "GET", "param.cgi", "ddns", true, &CRecorderCgi::m_F_o_TestDdns, 0},
     {g_nEmbedded, "GET", "cgi-bin/motiondata.cgi", "", true, &CRecorderCgi::m_F_o_MotionData, 0},
     {g_nPC, "GET", "cgi-bin/SystemStatus.cgi", "", true, &CRecorderCgi::m_F_o_SystemStatus, 0},
@@ -193,6 +198,39 @@ std::string CRecorderCgi::m_F_s_OwnAddress(const stDef_CgiRequest& stRequest) co
 {
     const bool bAny = vm_stConfig.sBind == "0.0.0.0" || vm_stConfig.sBind == "::";
     return bAny ? stRequest.sHost : vm_stConfig.sBind;
+}
+
+// Commands are taken and answered; the pictures don't move by them.
+stDef_CgiReply CRecorderCgi::m_F_o_Done(const stDef_CgiRequest&, int) const
+{
+    return Plain(200, "OK");
+}
+
+// The two kinds tell the names of tours and presets in forms of their own.
+stDef_CgiReply CRecorderCgi::m_F_o_PtzNames(const stDef_CgiRequest& stRequest, int) const
+{
+    static const std::vector<const char*> s_arTours = {"Night round", "Perimeter"};
+    static const std::vector<const char*> s_arPresets = {"Gate", "Car park", "Loading dock & ramp", "Reception"};
+    const std::string sGroup = Value(stRequest, "group");
+    const int nCamera = std::atoi(Value(stRequest, "camera").c_str());
+    if ((sGroup != "tourset" && sGroup != "preset") || nCamera < 0 || nCamera >= vm_stConfig.nChannels)
+        return Plain(404, "ERROR: no such list");
+    const auto& arNames = sGroup == "preset" ? s_arPresets : s_arTours;
+    char szCamera[32];
+    std::snprintf(szCamera, sizeof szCamera, vm_stConfig.bPC ? "Camera_%d" : "Cam%03d", nCamera);
+    pugi::xml_document objReply;
+    pugi::xml_node objList = objReply.append_child("root").append_child(szCamera).append_child(sGroup.c_str());
+    if (!vm_stConfig.bPC)
+        objList.append_attribute("count") = arNames.size();
+    for (std::size_t i = 0; i < arNames.size(); ++i) {
+        char szKey[32];
+        std::snprintf(szKey, sizeof szKey, "Name%03zu", i);
+        if (vm_stConfig.bPC)
+            objList.append_child("Name").text().set(arNames[i]);
+        else
+            objList.append_attribute(szKey) = arNames[i];
+    }
+    return Envelope(objReply);
 }
 
 // A service knows every host but the one without a name.

@@ -50,6 +50,8 @@ public:
 
 private:
     const stDef_Route* m_F_p_Find(const stDef_CgiRequest& stRequest) const;
+    stDef_CgiReply m_F_o_Done(const stDef_CgiRequest& stRequest, int) const;
+    stDef_CgiReply m_F_o_PtzNames(const stDef_CgiRequest& stRequest, int) const;
     stDef_CgiReply m_F_o_TestDdns(const stDef_CgiRequest& stRequest, int) const;
     stDef_CgiReply m_F_o_SystemInfo(const stDef_CgiRequest& stRequest, int nArg) const;
     stDef_CgiReply m_F_o_LoginInfo(const stDef_CgiRequest& stRequest, int nArg) const;

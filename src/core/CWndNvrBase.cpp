@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "core/CDipsReply.h"
+#include "core/CPtzCommand.h"
 #include "core/CWndNvrEmbedded.h"
 #include "core/CWndNvrPC.h"
 
@@ -12,6 +13,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int MaxNvrID = 1000;
+constexpr int CommandTimeoutMs = 2000;
+constexpr int LoginInfoTimeoutMs = 30000;
 constexpr const char* DipsRequestPath = "dips/request.php";
 
 } // namespace
@@ -127,10 +130,30 @@ bool CWndNvrBase::m_F_b_DipsToIpPort(const QByteArray& sId, QByteArray& sAddress
     return CDipsReply::s_F_b_Parse(QByteArray(vm_objReply.m_F_p_GetStrCHAR()), sAddress, nPort);
 }
 
-// The commands of the device channel are not sent yet.
+void CWndNvrBase::m_S_ExecPTZCmd(int nCmd, int nCamera, int nParam1, int nParam2)
+{
+    const QByteArray sUrl = CPtzCommand::s_F_s_Url(nCmd, nCamera, nParam1, nParam2);
+    if (!sUrl.isEmpty())
+        vm_objHttp.m_F_n_HTTPGetData(sUrl, CommandTimeoutMs);
+}
 
-void CWndNvrBase::m_S_ExecPTZCmd(int, int, int, int) {}
+void CWndNvrBase::m_S_RemoteUICtrl(int nFullScreen, int nQuad, int nStyle, const QString& sCamArray)
+{
+    const QString sUrl = QString::asprintf(
+        "cgi-bin/uictrl.cgi?action=urlctrl&fullscreen=%d&quad=%d&style=%d&camarray=", nFullScreen, nQuad, nStyle);
+    vm_objHttp.m_F_n_HTTPGetData(CSFunc::s_F_s_UnicodeToAnsi(sUrl + sCamArray), CommandTimeoutMs);
+}
 
-void CWndNvrBase::m_S_RemoteUICtrl(int, int, int, const QString&) {}
-
-void CWndNvrBase::m_S_GetLoginInfo(QStringList*) {}
+void CWndNvrBase::m_S_GetLoginInfo(QStringList* pList)
+{
+    if (!pList)
+        return;
+    pList->clear();
+    CXmlObj xmlReply;
+    m_F_b_GetRequest(u"cgi-bin/logininfo.cgi"_s, &xmlReply, LoginInfoTimeoutMs);
+    for (const QString& sPath : {u"/root/Preview_Privilege"_s, u"/root/DeviceFunc"_s}) {
+        QString sText;
+        xmlReply.m_F_n_GetText(sPath, sText, {});
+        pList->append(sText);
+    }
+}

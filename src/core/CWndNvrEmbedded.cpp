@@ -1,5 +1,6 @@
 #include "core/CWndNvrEmbedded.h"
 
+#include <algorithm>
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -19,6 +20,9 @@ QString LanguageFile(int nLanguage)
 /// `DstType` of a recorder whose stream address comes from the DIPS service. A host that fills `stDef_NvrInit` from the
 /// same list sets `bDips` at 1: the two really differ.
 constexpr int DstTypeDipsStream = 2;
+
+/// Beyond what three digits can name, a count is not believed.
+constexpr int MostPtzNames = 1000;
 
 } // namespace
 
@@ -45,4 +49,53 @@ void CWndNvrEmbedded::m_S_CreateNewRtsp(int nNvrID, int nChannel, int nStream)
             stTarget.sIP = CSFunc::s_F_s_AnsiToUnicode(sAddress);
     }
     m_S_StartRtsp(stTarget, nNvrID, nChannel, nStream);
+}
+
+QString CWndNvrEmbedded::m_F_s_CacheName() const
+{
+    return u"Embedded"_s;
+}
+
+std::array<stDef_Text, 3> CWndNvrEmbedded::m_F_ar_MenuTexts() const
+{
+    return {Text{"SystemSetting", "System Setting"}, Text{"SystemManagement", "System Management"},
+            Text{"EventSetting", "Event Setting"}};
+}
+
+void CWndNvrEmbedded::m_S_OnCommand(int nId)
+{
+    switch (nId) {
+    case Command_SystemSetting:
+        return OnMenuSystemSetting();
+    case Command_SystemManagement:
+        return OnMenuSystemManagement();
+    case Command_EventSetting:
+        return OnMenuEventSetting();
+    case Command_LogViewer:
+        return OnMenuLogViewer();
+    default:
+        return;
+    }
+}
+
+bool CWndNvrEmbedded::m_F_n_CameraSynchronization(CXmlObj* pSystemInfo, CXmlObj* pLoginInfo, CXmlObj* pCamera,
+                                                  int nTimeoutMs)
+{
+    // The second one without "cgi-bin/" in front, unlike everywhere else.
+    return m_F_b_GetRequests({{u"cgi-bin/param.cgi?action=systeminfo", pSystemInfo},
+                              {u"logininfo.cgi", pLoginInfo},
+                              {u"cgi-bin/SyncSetting.cgi?action=CameraXML", pCamera}},
+                             nTimeoutMs);
+}
+
+void CWndNvrEmbedded::m_S_ReadPtzNames(const CXmlObj& xmlReply, int nCamera, const QString& sGroup,
+                                       QStringList& arNames)
+{
+    const QString sPath = QString::asprintf("/root/Cam%03d/", nCamera) + sGroup;
+    const int nCount = std::min(xmlReply.m_F_n_GetValueInt(sPath, u"count"_s, 0), MostPtzNames);
+    for (int i = 0; i < nCount; ++i) {
+        QString sName;
+        xmlReply.m_F_n_GetValue(sPath, QString::asprintf("Name%03d", i), sName, {});
+        arNames.append(sName);
+    }
 }

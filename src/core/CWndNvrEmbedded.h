@@ -16,9 +16,20 @@ public:
     /// Fetches the recorder's settings, lets the user edit them in a sheet, and after OK posts them back and waits a
     /// minute for the recorder to take them over. Returns when all that is done.
     void OnMenuSystemSetting();
+    /// The management sheet; not there yet.
+    void OnMenuSystemManagement() {}
+    void OnMenuEventSetting() {}
+    void OnMenuLogViewer() {}
+
+    bool m_F_n_CameraSynchronization(CXmlObj* pSystemInfo, CXmlObj* pLoginInfo, CXmlObj* pCamera,
+                                     int nTimeoutMs) override;
 
 private:
     bool m_F_b_DownloadSettings();
     void m_S_UploadSettings();
     void m_S_CreateNewRtsp(int nNvrID, int nChannel, int nStream) override;
+    QString m_F_s_CacheName() const override;
+    std::array<stDef_Text, 3> m_F_ar_MenuTexts() const override;
+    void m_S_OnCommand(int nId) override;
+    void m_S_ReadPtzNames(const CXmlObj& xmlReply, int nCamera, const QString& sGroup, QStringList& arNames) override;
 };

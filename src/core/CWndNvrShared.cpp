@@ -1,9 +1,20 @@
 #include "core/CWndNvrShared.h"
 
+#include <QCursor>
+#include <QMenu>
+#include <algorithm>
+
+#include "core/CPtzCommand.h"
 #include "core/CReplyEnvelope.h"
 #include "core/stDef_RtspStream.h"
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int PtzListTimeoutMs = 50000;
+
+} // namespace
 
 CWndNvrShared::CWndNvrShared(QWidget* pParent, CEnvObj* pEnv) : CWndNvrBase(pParent, pEnv) {}
 
@@ -130,4 +141,76 @@ nsCMS::emDef_ConnectStat CWndNvrShared::m_F_n_GetConnectStat(std::uint64_t nStam
     }
     m_S_StoreConnectStat(nStat);
     return nStat;
+}
+
+bool CWndNvrShared::m_F_b_GetRequests(std::initializer_list<std::pair<const char16_t*, CXmlObj*>> arRequests,
+                                      int nTimeoutMs)
+{
+    return std::all_of(arRequests.begin(), arRequests.end(), [this, nTimeoutMs](const auto& objRequest) {
+        return m_F_b_GetRequest(QString::fromUtf16(objRequest.first), objRequest.second, nTimeoutMs);
+    });
+}
+
+void CWndNvrShared::m_S_ShowMenu()
+{
+    QMenu objMenu(vm_pParent);
+    objMenu.setObjectName(u"NvrMenu"_s);
+    for (int nId = Command_SystemSetting; const stDef_Text& stText : m_F_ar_MenuTexts())
+        objMenu.addAction(m_F_s_Text(stText, QString::fromUtf8(stText.pszDefault)))->setData(nId++);
+    if (const QAction* const pPicked = objMenu.exec(QCursor::pos()))
+        m_S_OnCommand(pPicked->data().toInt());
+}
+
+QString CWndNvrShared::m_F_s_CacheFolder() const
+{
+    const QString sFolder = vm_pEnv ? vm_pEnv->m_F_s_GetConfigFolder() : QString();
+    return sFolder + m_F_s_CacheName() + QString::asprintf("/N%03d", vm_stInit.nNvrID);
+}
+
+void CWndNvrShared::m_S_SaveCache(CXmlObj* pXml, const QString& sFile)
+{
+    if (!pXml || !vm_pEnv)
+        return;
+    CSFunc::s_F_n_CreateDirectorys(m_F_s_CacheFolder());
+    pXml->m_F_b_Save(m_F_s_CacheFolder() + sFile);
+}
+
+void CWndNvrShared::m_S_LoadCache(CXmlObj* pXml, const QString& sFile)
+{
+    if (pXml && vm_pEnv)
+        pXml->m_F_b_LoadXMLFile(m_F_s_CacheFolder() + sFile);
+}
+
+void CWndNvrShared::m_S_SaveXmlNVR(CXmlObj* pXml)
+{
+    m_S_SaveCache(pXml, u"/NVR.xml"_s);
+}
+
+void CWndNvrShared::m_S_GetXmlNVR(CXmlObj* pXml)
+{
+    m_S_LoadCache(pXml, u"/NVR.xml"_s);
+}
+
+void CWndNvrShared::m_S_SaveXmlCamera(CXmlObj* pXml)
+{
+    m_S_SaveCache(pXml, u"/Camera.xml"_s);
+}
+
+void CWndNvrShared::m_S_GetXmlCamera(CXmlObj* pXml)
+{
+    m_S_LoadCache(pXml, u"/Camera.xml"_s);
+}
+
+void CWndNvrShared::m_S_GetPTZData(int nKind, int nCamera, QStringList* pList)
+{
+    if (!pList)
+        return;
+    pList->clear();
+    if (nKind != CPtzCommand::TourList && nKind != CPtzCommand::PresetList)
+        return;
+    const QString sGroup = nKind == CPtzCommand::TourList ? u"tourset"_s : u"preset"_s;
+    const QString sUrl = u"cgi-bin/param.cgi?action=list&camera=%1&group=%2"_s.arg(nCamera).arg(sGroup);
+    CXmlObj xmlReply;
+    if (m_F_b_GetRequest(sUrl, &xmlReply, PtzListTimeoutMs))
+        m_S_ReadPtzNames(xmlReply, nCamera, sGroup, *pList);
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <array>
+#include <initializer_list>
+
 #include <memory>
 
 #include "core/CWndNvrBase.h"
@@ -12,6 +15,15 @@ class FLEETLINK_EXPORT CWndNvrShared : public CWndNvrBase
     Q_OBJECT
 
 public:
+    /// Numbers of the menu's commands.
+    enum emDef_Command
+    {
+        Command_SystemSetting = 2000,
+        Command_SystemManagement = 2001,
+        Command_EventSetting = 2002,
+        Command_LogViewer = 2003 ///< not in the menu
+    };
+
     CWndNvrShared(QWidget* pParent, CEnvObj* pEnv);
     ~CWndNvrShared() override; ///< ends the stream and waits for its thread
 
@@ -23,15 +35,15 @@ public:
     void m_S_Disconnect(bool bWait) override;
     nsCMS::emDef_ConnectStat m_F_n_GetConnectStat(std::uint64_t nStamp) override;
 
-    // Not served yet by either kind: these do nothing and report failure.
-    void m_S_ShowMenu() override {}
-    bool m_F_n_CameraSynchronization(CXmlObj*, CXmlObj*, CXmlObj*, int) override { return false; }
+    void m_S_ShowMenu() override;
+    void m_S_SaveXmlNVR(CXmlObj* pXml) override;
+    void m_S_GetXmlNVR(CXmlObj* pXml) override;
+    void m_S_SaveXmlCamera(CXmlObj* pXml) override;
+    void m_S_GetXmlCamera(CXmlObj* pXml) override;
+    void m_S_GetPTZData(int nKind, int nCamera, QStringList* pList) override;
+
+    /// Not served yet by either kind: it reports failure.
     int m_F_n_RecordBackup(stDef_RecordBackupInfo) override { return 0; }
-    void m_S_SaveXmlNVR(CXmlObj*) override {}
-    void m_S_GetXmlNVR(CXmlObj*) override {}
-    void m_S_SaveXmlCamera(CXmlObj*) override {}
-    void m_S_GetXmlCamera(CXmlObj*) override {}
-    void m_S_GetPTZData(int, int, QStringList*) override {}
 
     std::unique_ptr<stDef_RtspStream> vm_pRtsp; ///< null until the first m_S_Connect
     CXmlObj vm_xmlSystemInfo;                   ///< reply of the system information request
@@ -58,8 +70,23 @@ protected:
     /// Makes the stream object, attaches its rings and connects.
     void m_S_StartRtsp(const stDef_StreamTarget& stTarget, int nNvrID, int nChannel, int nStream);
 
+    /// GETs documents one after the other, up to the first that fails.
+    bool m_F_b_GetRequests(std::initializer_list<std::pair<const char16_t*, CXmlObj*>> arRequests, int nTimeoutMs);
+
 private:
     virtual void m_S_CreateNewRtsp(int nNvrID, int nChannel, int nStream) = 0;
+    /// Name of the kind's folder of cached documents.
+    virtual QString m_F_s_CacheName() const = 0;
+    /// Texts of the menu's three items, in the order of their numbers.
+    virtual std::array<stDef_Text, 3> m_F_ar_MenuTexts() const = 0;
+    /// A menu item was chosen, by its number.
+    virtual void m_S_OnCommand(int nId) = 0;
+    /// Appends the names of a camera's tours or presets ("tourset" or "preset") that the reply holds.
+    virtual void m_S_ReadPtzNames(const CXmlObj& xmlReply, int nCamera, const QString& sGroup,
+                                  QStringList& arNames) = 0;
+    QString m_F_s_CacheFolder() const;
+    void m_S_SaveCache(CXmlObj* pXml, const QString& sFile);
+    void m_S_LoadCache(CXmlObj* pXml, const QString& sFile);
     int m_F_n_Get(const QString& sUrl, CMemManage* pMem, int nTimeoutMs);
     void m_S_StoreConnectStat(nsCMS::emDef_ConnectStat nStat);
 };

@@ -555,6 +555,13 @@ CXmlNodeList CXmlObj::m_S_SelectNodesByKey(const QString& sPath) const
     return objList;
 }
 
+QString CXmlObj::s_F_s_GetNodeText(const CXmlNode& objNode)
+{
+    QString sText;
+    AppendText(ToNode(objNode.vm_pNode), sText);
+    return sText;
+}
+
 void CXmlObj::s_S_GetNodeVal(const CXmlNode& objNode, const QString& sKey, QString& sOut, const QString& sDefault)
 {
     const pugi::xml_attribute objAttribute = ToNode(objNode.vm_pNode).attribute(CXmlUtf8(sKey).m_F_p_Text());

@@ -70,6 +70,8 @@ public:
     /// All elements at the path; every element that fits a name of the path is followed.
     CXmlNodeList m_S_SelectNodesByKey(const QString& sPath) const;
     /// `m_F_n_GetValue` and `m_F_n_GetValueInt` for a node in hand; a null handle has no attributes.
+    /// Text content of a node; empty for a null handle.
+    static QString s_F_s_GetNodeText(const CXmlNode& objNode);
     static void s_S_GetNodeVal(const CXmlNode& objNode, const QString& sKey, QString& sOut, const QString& sDefault);
     static qint32 s_F_n_GetNodeValInt(const CXmlNode& objNode, const QString& sKey, qint32 nDefault);
 

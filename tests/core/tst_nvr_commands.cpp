@@ -1,0 +1,187 @@
+#include <QAction>
+#include <QApplication>
+#include <QMenu>
+#include <QTimer>
+#include <QtTest/QTest>
+#include <fstream>
+#include <sstream>
+
+#include "support/HostFixture.h"
+
+namespace {
+
+class NvrCommands : public HostFixture
+{
+protected:
+    void Start(bool bPC)
+    {
+        stDef_VirtualNvrConfig stConfig;
+        stConfig.bStreams = false;
+        stConfig.bPC = bPC;
+        StartRecorder(stConfig);
+        vm_nvr.m_F_o_Log().m_S_Clear();
+        vm_pNvr = std::make_unique<ScopedNvr>(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, nullptr, &vm_env));
+        ASSERT_EQ(Nvr().m_F_n_Init(Init()), 1);
+        Nvr().m_S_InitHTTP();
+    }
+
+    CWndNvrBase& Nvr() { return *vm_pNvr->get(); }
+
+    /// Targets of the requests that were answered since the last call, logins aside.
+    std::vector<std::string> Requests()
+    {
+        std::vector<std::string> arTargets;
+        for (const stDef_LogEntry& stEntry : vm_nvr.m_F_o_Log().m_F_ar_Entries()) {
+            if (stEntry.nStatus != 401)
+                arTargets.push_back(stEntry.sTarget);
+        }
+        vm_nvr.m_F_o_Log().m_S_Clear();
+        return arTargets;
+    }
+
+    std::unique_ptr<ScopedNvr> vm_pNvr;
+};
+
+using Targets = std::vector<std::string>;
+
+TEST_F(NvrCommands, GoOutToTheCharacter)
+{
+    Start(false);
+    std::ifstream file(FIXTURE_FOLDER "/ptz_requests.txt");
+    int nRows = 0;
+    for (std::string sLine; std::getline(file, sLine);) {
+        std::istringstream row(sLine);
+        int nCmd, nCamera, nParam1, nParam2;
+        std::string sRequest;
+        if (!(row >> nCmd >> nCamera >> nParam1 >> nParam2 >> sRequest))
+            continue;
+        ++nRows;
+        Nvr().m_S_ExecPTZCmd(nCmd, nCamera, nParam1, nParam2);
+        EXPECT_EQ(Requests(), sRequest == "-" ? Targets() : Targets{sRequest}) << sLine;
+    }
+    EXPECT_EQ(nRows, 31);
+    Nvr().m_S_RemoteUICtrl(1, -4, 2, "0,1;2:x y");
+    EXPECT_EQ(Requests(),
+              Targets{"/cgi-bin/uictrl.cgi?action=urlctrl&fullscreen=1&quad=-4&style=2&camarray=0,1;2:x%20y"});
+    Nvr().m_S_ReleaseHTTP();
+    Nvr().m_S_ExecPTZCmd(1, 0, 1, 1);
+    EXPECT_EQ(Requests(), Targets()) << "without a target nothing is sent";
+}
+
+TEST_F(NvrCommands, QueriesOfBothKinds)
+{
+    for (const bool bPC : {false, true}) {
+        SCOPED_TRACE(bPC ? "PC" : "embedded");
+        Start(bPC);
+        QStringList arList = {"old"};
+        Nvr().m_S_GetPTZData(9, 1, &arList);
+        EXPECT_EQ(arList, QStringList({"Night round", "Perimeter"}));
+        Nvr().m_S_GetPTZData(22, 1, &arList);
+        EXPECT_EQ(arList, QStringList({"Gate", "Car park", "Loading dock & ramp", "Reception"}));
+        EXPECT_EQ(Requests(), Targets({"/cgi-bin/param.cgi?action=list&camera=1&group=tourset",
+                                       "/cgi-bin/param.cgi?action=list&camera=1&group=preset"}));
+        for (const auto& [nKind, nCamera] : {std::pair{10, 1}, {22, 99}, {9, -1}}) {
+            arList = {"old"};
+            Nvr().m_S_GetPTZData(nKind, nCamera, &arList);
+            EXPECT_EQ(arList, QStringList()) << nKind;
+        }
+        Nvr().m_S_GetLoginInfo(&arList);
+        ASSERT_EQ(arList.size(), 2);
+        EXPECT_EQ(arList[0].size(), 4) << "a character a channel";
+        EXPECT_GT(arList[1].split(',').size(), 13);
+        ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set("*", {"status", 500}));
+        Nvr().m_S_GetLoginInfo(&arList);
+        EXPECT_EQ(arList, QStringList({"", ""}));
+        vm_nvr.m_F_o_Faults().m_S_Clear();
+        vm_pNvr.reset();
+        vm_nvr.m_S_Stop();
+    }
+}
+
+TEST_F(NvrCommands, CameraSynchronizationStopsAtTheFirstFailure)
+{
+    const struct
+    {
+        bool bPC;
+        Targets arRequests;
+        std::array<bool, 3> arOpen; ///< of system information, login information, cameras
+    } arRows[] = {
+        {false,
+         {"/cgi-bin/param.cgi?action=systeminfo", "/logininfo.cgi", "/cgi-bin/SyncSetting.cgi?action=CameraXML"},
+         {true, true, true}},
+        {true, {"/cgi-bin/SystemStatus.cgi", "/cgi-bin/CMS.cgi?action=CamXml"}, {true, false, true}},
+    };
+    for (const auto& row : arRows) {
+        Start(row.bPC);
+        for (std::size_t nFails = 0; nFails <= row.arRequests.size(); ++nFails) {
+            vm_nvr.m_F_o_Faults().m_S_Clear();
+            if (nFails < row.arRequests.size())
+                ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set(row.arRequests[nFails], {"status", 500}));
+            Requests();
+            CXmlObj axml[3];
+            const bool bAll = nFails == row.arRequests.size();
+            EXPECT_EQ(Nvr().m_F_n_CameraSynchronization(&axml[0], &axml[1], &axml[2], 5000), bAll);
+            const auto nSent = std::min(nFails + 1, row.arRequests.size());
+            EXPECT_EQ(Requests(), Targets(row.arRequests.begin(), row.arRequests.begin() + long(nSent)));
+            for (std::size_t i = 0; i < 3 && bAll; ++i)
+                EXPECT_EQ(axml[i].m_F_b_IsOpen(), row.arOpen[i]) << i;
+        }
+        vm_nvr.m_F_o_Faults().m_S_Clear();
+        vm_pNvr.reset();
+        vm_nvr.m_S_Stop();
+    }
+}
+
+TEST_F(NvrCommands, CachesAreKeptByKindAndNumber)
+{
+    for (const bool bPC : {false, true}) {
+        Start(bPC);
+        const QString sFolder = vm_dirConfig.path() + (bPC ? "/PC/N007" : "/Embedded/N007");
+        CXmlObj xml;
+        Nvr().m_S_GetXmlNVR(&xml);
+        EXPECT_FALSE(xml.m_F_b_IsOpen());
+        CXmlObj xmlNvr, xmlCamera;
+        ASSERT_TRUE(xmlNvr.m_F_b_LoadXML("<root a='nvr'/>") && xmlCamera.m_F_b_LoadXML("<root a='camera'/>"));
+        Nvr().m_S_SaveXmlNVR(&xmlNvr);
+        Nvr().m_S_SaveXmlCamera(&xmlCamera);
+        EXPECT_TRUE(QFile::exists(sFolder + "/NVR.xml") && QFile::exists(sFolder + "/Camera.xml"));
+        Nvr().m_S_GetXmlNVR(&xml);
+        EXPECT_EQ(xml.m_F_s_GetXML(), xmlNvr.m_F_s_GetXML());
+        Nvr().m_S_GetXmlCamera(&xml);
+        EXPECT_EQ(xml.m_F_s_GetXML(), xmlCamera.m_F_s_GetXML());
+        vm_pNvr.reset();
+        vm_nvr.m_S_Stop();
+    }
+}
+
+TEST_F(NvrCommands, TheMenuHasThreeItemsInTheirLanguage)
+{
+    const auto Show = [&] {
+        QStringList arTexts;
+        QTimer::singleShot(20, [&] {
+            auto* const pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            ASSERT_TRUE(pMenu);
+            for (const QAction* const pAction : pMenu->actions())
+                arTexts.append(QString("%1 %2").arg(pAction->data().toInt()).arg(pAction->text()));
+            QTest::keyClick(pMenu, Qt::Key_Escape);
+        });
+        Nvr().m_S_ShowMenu();
+        return arTexts;
+    };
+    const QStringList arEnglish = {"2000 System Setting", "2001 System Management", "2002 Event Setting"};
+    for (const bool bPC : {false, true}) {
+        ASSERT_TRUE(vm_env.m_F_b_SetLangFolder(LANG_FOLDER));
+        vm_env.vm_nLanguage = 0;
+        Start(bPC);
+        EXPECT_EQ(Show().first(), bPC ? arEnglish.first() : QString::fromUtf8("2000 系統設定"));
+        vm_env.vm_nLanguage = 6; // none
+        ASSERT_EQ(Nvr().m_F_n_Init(Init()), 1);
+        EXPECT_EQ(Show(), arEnglish);
+        Nvr().m_F_b_InitLanguageXml(QString(LANG_FOLDER "/lang_ENVR_cht.xml"));
+        EXPECT_EQ(Show().last(), QString::fromUtf8("2002 事件設定"));
+        vm_pNvr.reset();
+        vm_nvr.m_S_Stop();
+    }
+}
+
+} // namespace
