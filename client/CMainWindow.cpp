@@ -508,8 +508,7 @@ void CMainWindow::m_S_SaveSnapshot(const QImage& objImage, const QString& sTitle
     }
     const QString sFile = CSnapshot::s_F_s_Save(objImage, vm_sPictureFolder, sTitle, QDateTime::currentDateTime());
     m_S_Tell(sFile.isEmpty() ? Tr(emDef_Text::SnapshotFailed).arg(vm_sPictureFolder)
-                             : Tr(emDef_Text::SnapshotSaved).arg(sFile),
-             MessageMs);
+                             : Tr(emDef_Text::SnapshotSaved).arg(sFile));
 }
 
 void CMainWindow::m_S_ShowShortcuts()

@@ -30,10 +30,12 @@ namespace {
 
 constexpr int MovingPictures = 3; // different ones, until a cell counts as moving
 
-// A cell without a channel, or whose stream has ended, will not come to life within the tour's patience.
+// A cell without a channel, or whose stream has failed, will not come to life within the tour's patience.
 bool IsHopeless(const CLiveCell& objCell)
 {
-    return !objCell.m_F_p_Channel() || !objCell.m_F_p_Channel()->m_F_b_WantsPictures();
+    using enum emDef_LiveState;
+    constexpr emDef_LiveState anFailed[] = {Lost, NoAnswer, Refused, Unusable, Disconnected};
+    return !objCell.m_F_p_Channel() || std::ranges::find(anFailed, objCell.m_F_n_State()) != std::end(anFailed);
 }
 
 struct stDef_PictureRow
