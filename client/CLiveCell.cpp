@@ -469,6 +469,8 @@ void CLiveCell::m_S_PaintCaption(QPainter& objPainter) const
     const emDef_LiveState nState = m_F_n_State();
     const bool bEmpty = vm_stKey.nNvrID < 0;
     const QString sTitle = bEmpty ? Tr(emDef_Text::EmptyCell) : vm_sTitle;
+    QFont objBold = font();
+    objBold.setBold(true);
     if (!bEmpty) {
         const QString sState = CLiveState::s_F_s_Text(nState);
         objPainter.setPen(palette().color(QPalette::Text));
@@ -477,14 +479,15 @@ void CLiveCell::m_S_PaintCaption(QPainter& objPainter) const
         const QRectF rcMark(rcText.x() + rcText.width(), (rcCaption.height() - MarkSize) / 2.0, MarkSize, MarkSize);
         CLiveState::s_S_DrawMark(objPainter, rcMark, nState, palette());
         rcText.setWidth(rcText.width() - 2 * CaptionPad);
-        QColor objDim = palette().color(QPalette::Text);
-        objDim.setAlphaF(0.7F);
-        objPainter.setPen(objDim);
-        objPainter.drawText(rcText, Qt::AlignRight | Qt::AlignVCenter, vm_sRate);
-        rcText.setWidth(rcText.width() - fontMetrics().horizontalAdvance(vm_sRate) - 2 * CaptionPad);
+        const int nRate = fontMetrics().horizontalAdvance(vm_sRate) + 2 * CaptionPad;
+        if (QFontMetrics(objBold).horizontalAdvance(sTitle) + nRate <= rcText.width()) { // the title goes first
+            QColor objDim = palette().color(QPalette::Text);
+            objDim.setAlphaF(0.7F);
+            objPainter.setPen(objDim);
+            objPainter.drawText(rcText, Qt::AlignRight | Qt::AlignVCenter, vm_sRate);
+            rcText.setWidth(rcText.width() - nRate);
+        }
     }
-    QFont objBold = font();
-    objBold.setBold(true);
     objPainter.setFont(objBold);
     objPainter.setPen(palette().color(bEmpty ? QPalette::PlaceholderText : QPalette::Text));
     objPainter.drawText(rcText, Qt::AlignLeft | Qt::AlignVCenter,
