@@ -29,6 +29,13 @@ void Tint(QLabel& objLabel, emDef_LiveState nState)
     objLabel.setPalette(objPalette);
 }
 
+bool IsMissing(const stDef_RecorderForm& stForm, emDef_RecorderField nField)
+{
+    return (nField == emDef_RecorderField::Address && stForm.sAddress.isEmpty()) ||
+           (nField == emDef_RecorderField::User && stForm.sUser.isEmpty()) ||
+           (nField == emDef_RecorderField::Dips && stForm.sDips.isEmpty());
+}
+
 QLabel* MakeNote(const char* pszName)
 {
     auto* const pNote = new QLabel;
@@ -220,7 +227,8 @@ void CRecorderDialog::m_S_Check()
         const auto pFault = std::find_if(arFaults.begin(), arFaults.end(),
                                          [&it](const stDef_FormFault& stFault) { return stFault.nField == it.key(); });
         Tell(*it.value(), pFault == arFaults.end() ? QString() : pFault->sText);
-        Tint(*it.value(), emDef_LiveState::Refused);
+        // What is only missing is told quietly, what is wrong is not.
+        Tint(*it.value(), IsMissing(stForm, it.key()) ? emDef_LiveState::Idle : emDef_LiveState::Refused);
     }
     vm_pDips->setEnabled(vm_pFromDips->isChecked());
     QPushButton* const pOk = vm_pButtons->button(QDialogButtonBox::Ok);
