@@ -3,6 +3,7 @@
 #include "CDotFont.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <numbers>
@@ -100,6 +101,59 @@ float Mix(float fFrom, float fTo, float fPart)
 void Blend(std::uint8_t& nPixel, float fValue, float fCover)
 {
     nPixel = static_cast<std::uint8_t>(Mix(nPixel, fValue, fCover) + 0.5F);
+}
+
+// A pixel between two others: the second one's share is nPart of 256.
+struct stDef_Tap
+{
+    int nFirst, nSecond, nPart;
+};
+
+int Mirrored(int n, int nSize)
+{
+    n = (n % (2 * nSize) + 2 * nSize) % (2 * nSize);
+    return n < nSize ? n : 2 * nSize - 1 - n;
+}
+
+int Held(int n, int nSize)
+{
+    return std::clamp(n, 0, nSize - 1);
+}
+
+// Where the pixels of a row or column come from. fMiddle is off its middle, in its own pixels; beyond() tells what
+// stands for pixels outside of it.
+std::vector<stDef_Tap> Taps(int nSize, float fMiddle, float fZoom, int (*beyond)(int n, int nSize))
+{
+    std::vector<stDef_Tap> arTaps;
+    const float fHalf = static_cast<float>(nSize) / 2;
+    for (int n = 0; n < nSize; ++n) {
+        const float fAt = (static_cast<float>(n) + 0.5F - fHalf) / fZoom + fHalf + fMiddle - 0.5F;
+        const float fFloor = std::floor(fAt);
+        const int nFirst = static_cast<int>(fFloor);
+        arTaps.push_back({beyond(nFirst, nSize), beyond(nFirst + 1, nSize), static_cast<int>((fAt - fFloor) * 256.0F)});
+    }
+    return arTaps;
+}
+
+// Running averages along a line of pixels that are nStep apart; at its ends over fewer of them.
+void BlurLine(std::uint8_t* pPixels, std::ptrdiff_t nStep, int nSize, int nRadius, std::vector<std::uint8_t>& arLine)
+{
+    arLine.resize(static_cast<std::size_t>(nSize));
+    for (int n = 0; n < nSize; ++n)
+        arLine[static_cast<std::size_t>(n)] = pPixels[n * nStep];
+    int nSum = 0, nCount = 0;
+    for (int n = -nRadius; n < nSize; ++n) {
+        if (n + nRadius < nSize) {
+            nSum += arLine[static_cast<std::size_t>(n + nRadius)];
+            ++nCount;
+        }
+        if (n - nRadius - 1 >= 0) {
+            nSum -= arLine[static_cast<std::size_t>(n - nRadius - 1)];
+            --nCount;
+        }
+        if (n >= 0)
+            pPixels[n * nStep] = static_cast<std::uint8_t>(nSum / nCount);
+    }
 }
 
 } // namespace
@@ -255,5 +309,61 @@ void CCanvas::m_S_FillGrey(int nX, int nY, int nWidth, int nHeight, std::uint8_t
         for (int nRow = nY / 2; nRow < (nY + nHeight) / 2; ++nRow)
             std::memset(pChroma + static_cast<std::size_t>(nRow) * (vm_nWidth / 2) + nX / 2, 128,
                         static_cast<std::size_t>(nWidth / 2));
+    }
+}
+
+CCanvas::stDef_Plane CCanvas::m_F_o_Plane(int nPlane)
+{
+    const std::size_t nArea = static_cast<std::size_t>(vm_nWidth) * vm_nHeight;
+    if (nPlane == 0)
+        return {vm_arPixels.data(), vm_nWidth, vm_nHeight};
+    return {vm_arPixels.data() + nArea + static_cast<std::size_t>(nPlane - 1) * nArea / 4, vm_nWidth / 2,
+            vm_nHeight / 2};
+}
+
+// Row by row: first between two rows, then between its columns, both in fixed point, and last the brightness.
+void CCanvas::m_S_TakeWindow(const CCanvas& objFrom, float fX, float fY, float fZoom, float fLight)
+{
+    std::array<std::uint8_t, 256> arLight;
+    for (int n = 0; n < 256; ++n)
+        arLight[static_cast<std::size_t>(n)] =
+            static_cast<std::uint8_t>(std::clamp(16.0F + static_cast<float>(n - 16) * fLight, 16.0F, 235.0F));
+    std::vector<std::uint16_t> arRow(static_cast<std::size_t>(vm_nWidth));
+    for (int nPlane = 0; nPlane < 3; ++nPlane) {
+        const stDef_Plane st = m_F_o_Plane(nPlane);
+        const std::uint8_t* pFrom = objFrom.vm_arPixels.data() + (st.pPixels - vm_arPixels.data());
+        const float fPixel = static_cast<float>(st.nWidth) / s_fUnits;
+        const auto arColumns = Taps(st.nWidth, fX * fPixel, fZoom, Mirrored);
+        std::uint8_t* pTo = st.pPixels;
+        for (const stDef_Tap& stRow : Taps(st.nHeight, fY * fPixel, fZoom, Held)) {
+            const std::uint8_t* pFirst = pFrom + static_cast<std::ptrdiff_t>(stRow.nFirst) * st.nWidth;
+            const std::uint8_t* pSecond = pFrom + static_cast<std::ptrdiff_t>(stRow.nSecond) * st.nWidth;
+            const auto nPart = static_cast<std::uint16_t>(stRow.nPart);
+            for (int nX = 0; nX < st.nWidth; ++nX)
+                arRow[static_cast<std::size_t>(nX)] =
+                    static_cast<std::uint16_t>(pFirst[nX] * (256 - nPart) + pSecond[nX] * nPart);
+            for (const stDef_Tap& stTap : arColumns) {
+                const int nFirst = arRow[static_cast<std::size_t>(stTap.nFirst)];
+                const int nSecond = arRow[static_cast<std::size_t>(stTap.nSecond)];
+                *pTo++ = static_cast<std::uint8_t>((nFirst * (256 - stTap.nPart) + nSecond * stTap.nPart) >> 16);
+            }
+        }
+    }
+    const stDef_Plane stLuma = m_F_o_Plane(0);
+    if (fLight != 1.0F)
+        std::transform(stLuma.pPixels, stLuma.pPixels + static_cast<std::ptrdiff_t>(vm_nWidth) * vm_nHeight,
+                       stLuma.pPixels, [&](std::uint8_t n) { return arLight[n]; });
+}
+
+void CCanvas::m_S_Blur(int nRadius)
+{
+    std::vector<std::uint8_t> arLine;
+    for (int nPlane = 0; nPlane < 3 && nRadius > 0; ++nPlane) {
+        const stDef_Plane st = m_F_o_Plane(nPlane);
+        const int nReach = nPlane == 0 ? nRadius : (nRadius + 1) / 2;
+        for (int nY = 0; nY < st.nHeight; ++nY)
+            BlurLine(st.pPixels + static_cast<std::ptrdiff_t>(nY) * st.nWidth, 1, st.nWidth, nReach, arLine);
+        for (int nX = 0; nX < st.nWidth; ++nX)
+            BlurLine(st.pPixels + nX, st.nWidth, st.nHeight, nReach, arLine);
     }
 }

@@ -52,12 +52,21 @@ public:
 
     void m_S_Draw(const stDef_Shape& stShape, const stDef_Placement& stAt = {});
     void m_S_Draw(std::span<const stDef_Shape> arShapes, const stDef_Placement& stAt = {});
-    /// Capital letters, digits, blank and ":.-"; 5 by 7 dots of fDot units each, one dot apart. Style doesn't matter.
+    /// Capital letters, digits, blank and ":.-&"; 5 by 7 dots of fDot units each, one dot apart. Style doesn't matter.
     void m_S_DrawText(std::string_view sText, float fX, float fY, float fDot, std::uint32_t nColour);
     /// Width of a text in units.
     static float s_F_n_TextWidth(std::string_view sText, float fDot);
     /// A box of an exact luma and no colour, at whole pixels.
     void m_S_FillGrey(int nX, int nY, int nWidth, int nHeight, std::uint8_t nLuma);
+
+    /// Takes a window out of a picture of the same size and fills this one with it. Beyond its sides the picture goes
+    /// on mirrored, without an end; above and below, its edge goes on.
+    /// @param fX, fY middle of the window, off the picture's middle, in units
+    /// @param fZoom how many times the window goes into the picture's width
+    /// @param fLight factor of the brightness
+    void m_S_TakeWindow(const CCanvas& objFrom, float fX, float fY, float fZoom, float fLight);
+    /// Averages each pixel with its neighbours, up to so many pixels away.
+    void m_S_Blur(int nRadius);
 
 private:
     struct stDef_Yuv
@@ -71,6 +80,12 @@ private:
     template <typename Distance>
     void m_S_Paint(const stDef_Bounds& stBounds, const stDef_Shape& stShape, const stDef_Placement& stAt,
                    Distance distance);
+    struct stDef_Plane
+    {
+        std::uint8_t* pPixels;
+        int nWidth, nHeight;
+    };
+    stDef_Plane m_F_o_Plane(int nPlane);
     void m_S_DrawGrid(const stDef_Shape& stShape, const stDef_Placement& stAt);
     stDef_Yuv m_F_o_Yuv(std::uint32_t nRgb) const;
 

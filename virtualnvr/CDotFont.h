@@ -1,6 +1,6 @@
 #pragma once
 
-/// A font of 5 by 7 dots with what a camera writes into its pictures: capital letters, digits, blank and ":.-".
+/// A font of 5 by 7 dots with what a camera writes into its pictures: capital letters, digits, blank and ":.-&".
 class CDotFont
 {
 public:

@@ -44,16 +44,40 @@ CPictureMaker::CPictureMaker(int nChannel, bool bSecond, int nWidth, int nHeight
     stDef_Scene::s_F_o_Of(nChannel).pDrawStill(vm_objBackground);
 }
 
-const std::vector<std::uint8_t>& CPictureMaker::m_F_ar_Draw(int nFrame)
+const std::vector<std::uint8_t>& CPictureMaker::m_F_ar_Draw(int nFrame, const stDef_PtzView& stView)
 {
     vm_objPicture = vm_objBackground;
     const float fSeconds = static_cast<float>(nFrame) / static_cast<float>(vm_nFps);
     stDef_Scene::s_F_o_Of(vm_nChannel)
         .pDrawMoving(vm_objPicture, static_cast<float>(nFrame) / static_cast<float>(vm_nFrames), fSeconds);
     vm_objPicture.m_S_SetStyle(0.0F, false);
+    if (!(stView == stDef_PtzView()))
+        m_S_TurnTo(stView);
     m_S_DrawCaptions(nFrame);
     m_S_DrawStrip(nFrame);
     return vm_objPicture.m_F_ar_Pixels();
+}
+
+void CPictureMaker::m_S_TurnTo(const stDef_PtzView& stView)
+{
+    const CCanvas objScene = vm_objPicture;
+    vm_objPicture.m_S_TakeWindow(objScene, stView.fX, stView.fY, stView.fZoom, stView.fLight);
+    vm_objPicture.m_S_Blur(stView.nBlur * vm_objPicture.m_F_n_Width() / static_cast<int>(CCanvas::s_fUnits));
+    m_S_DrawReadOut(stView);
+}
+
+void CPictureMaker::m_S_DrawReadOut(const stDef_PtzView& stView)
+{
+    constexpr float fDot = 2.0F;
+    constexpr float fLine = 7 * fDot + g_fPad;
+    float fTop = g_fMargin + 28 + 2 * g_fPad + 8; // below the captions
+    for (const std::string* pText : {&stView.sPlace, &stView.sDoing}) {
+        if (pText->empty())
+            continue;
+        DrawPlate(vm_objPicture, g_fMargin, fTop, CCanvas::s_F_n_TextWidth(*pText, fDot) + 2 * g_fPad, fLine + 3);
+        vm_objPicture.m_S_DrawText(*pText, g_fMargin + g_fPad, fTop + 5, fDot, 0x9FF0D8);
+        fTop += fLine + 6;
+    }
 }
 
 void CPictureMaker::m_S_DrawCaptions(int nFrame)

@@ -1,12 +1,13 @@
 #include "CRecorderCgi.h"
 
 #include "CDocumentStore.h"
+#include "CPtzBoard.h"
+#include "stDef_PtzPlaces.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <iterator>
 #include <pugixml.hpp>
 #include <sstream>
@@ -133,8 +134,10 @@ constexpr CRecorderCgi::stDef_Route CRecorderCgi::s_arRoutes[] = {
     {g_nEmbedded, "POST", "cgi-bin/SyncSetting.cgi", "UpdateCamera", true, &CRecorderCgi::m_F_o_PutDocument, Arg(emDef_Document::Camera)},
     {g_nEmbedded, "POST", "cgi-bin/SyncSetting.cgi", "UpdateEMail", true, &CRecorderCgi::m_F_o_PutDocument, Arg(emDef_Document::EMail)},
     {g_nBoth, "GET", "cgi-bin/param.cgi", "list", true, &CRecorderCgi::m_F_o_PtzNames, 0},
-    {g_nBoth, "GET", "cgi-bin/ptz.cgi", "", true, &CRecorderCgi::m_F_o_Done, 0},
-    {g_nEmbedded, "GET", "cgi-bin/uictrl.cgi", "urlctrl", true, &CRecorderCgi::m_F_o_Done, 0},
+    {g_nBoth, "GET", "cgi-bin/ptz.cgi", "", true, &CRecorderCgi::m_F_o_Ptz, 0},
+    {g_nBoth, "GET", "cgi-bin/ptzstatus.cgi", "", true, &CRecorderCgi::m_F_o_PtzStatus, 0},
+    {g_nEmbedded, "GET", "cgi-bin/uictrl.cgi", "urlctrl", true, &CRecorderCgi::m_F_o_SetDisplay, 0},
+    {g_nEmbedded, "GET", "cgi-bin/uictrl.cgi", "status", true, &CRecorderCgi::m_F_o_Display, 0},
     {g_nEmbedded, "GET", "param.cgi", "ddns", true, &CRecorderCgi::m_F_o_TestDdns, 0},
     {g_nEmbedded, "GET", "cgi-bin/motiondata.cgi", "", true, &CRecorderCgi::m_F_o_MotionData, 0},
     {g_nPC, "GET", "cgi-bin/SystemStatus.cgi", "", true, &CRecorderCgi::m_F_o_SystemStatus, 0},
@@ -143,8 +146,8 @@ constexpr CRecorderCgi::stDef_Route CRecorderCgi::s_arRoutes[] = {
 };
 // clang-format on
 
-CRecorderCgi::CRecorderCgi(const stDef_VirtualNvrConfig& stConfig, CDocumentStore& objDocuments)
-    : vm_stConfig(stConfig), vm_objDocuments(objDocuments)
+CRecorderCgi::CRecorderCgi(const stDef_VirtualNvrConfig& stConfig, CDocumentStore& objDocuments, CPtzBoard& objPtz)
+    : vm_stConfig(stConfig), vm_objDocuments(objDocuments), vm_objPtz(objPtz)
 {}
 
 void CRecorderCgi::m_S_SetPorts(int nHttpPort, int nRtspPort)
@@ -200,35 +203,91 @@ std::string CRecorderCgi::m_F_s_OwnAddress(const stDef_CgiRequest& stRequest) co
     return bAny ? stRequest.sHost : vm_stConfig.sBind;
 }
 
-// Commands are taken and answered; the pictures don't move by them.
-stDef_CgiReply CRecorderCgi::m_F_o_Done(const stDef_CgiRequest&, int) const
+bool CRecorderCgi::m_F_b_HasCamera(int nCamera) const
 {
-    return Plain(200, "OK");
+    return nCamera >= 0 && nCamera < vm_stConfig.nChannels;
+}
+
+stDef_CgiReply CRecorderCgi::m_F_o_Ptz(const stDef_CgiRequest& stRequest, int) const
+{
+    const int nCamera = Number(stRequest, "camera");
+    if (!m_F_b_HasCamera(nCamera))
+        return Plain(404, "ERROR: no such camera");
+    const bool bTaken = vm_objPtz.m_F_b_Command(nCamera, stRequest.mapQuery);
+    return bTaken ? Plain(200, "OK") : Plain(400, "ERROR: no such command, preset or tour");
+}
+
+stDef_CgiReply CRecorderCgi::m_F_o_PtzStatus(const stDef_CgiRequest& stRequest, int) const
+{
+    const int nCamera = Number(stRequest, "camera");
+    if (!m_F_b_HasCamera(nCamera))
+        return Plain(404, "ERROR: no such camera");
+    const stDef_PtzState stState = vm_objPtz.m_F_o_State(nCamera);
+    pugi::xml_document objReply;
+    pugi::xml_node objNode = objReply.append_child("root").append_child("Ptz");
+    const std::pair<const char*, float> arPose[] = {
+        {"Pan", stState.stPose.fPan}, {"Tilt", stState.stPose.fTilt}, {"Zoom", std::exp2(stState.stPose.fZoom)}};
+    for (const auto& [pszKey, fValue] : arPose) {
+        char szValue[32];
+        std::snprintf(szValue, sizeof szValue, "%.2f", static_cast<double>(fValue));
+        objNode.append_attribute(pszKey) = szValue;
+    }
+    const std::pair<const char*, int> arRest[] = {{"Moving", stState.bMoving},       {"Focus", stState.nFocus},
+                                                  {"AutoFocus", stState.bAutoFocus}, {"Iris", stState.nIris},
+                                                  {"AutoIris", stState.bAutoIris},   {"AutoPan", stState.bAutoPan},
+                                                  {"Preset", stState.nPreset},       {"Tour", stState.nTour}};
+    for (const auto& [pszKey, nValue] : arRest)
+        objNode.append_attribute(pszKey) = nValue;
+    return Envelope(objReply);
 }
 
 // The two kinds tell the names of tours and presets in forms of their own.
 stDef_CgiReply CRecorderCgi::m_F_o_PtzNames(const stDef_CgiRequest& stRequest, int) const
 {
-    static const std::vector<const char*> s_arTours = {"Night round", "Perimeter"};
-    static const std::vector<const char*> s_arPresets = {"Gate", "Car park", "Loading dock & ramp", "Reception"};
     const std::string sGroup = Value(stRequest, "group");
-    const int nCamera = std::atoi(Value(stRequest, "camera").c_str());
-    if ((sGroup != "tourset" && sGroup != "preset") || nCamera < 0 || nCamera >= vm_stConfig.nChannels)
+    const int nCamera = Number(stRequest, "camera");
+    if ((sGroup != "tourset" && sGroup != "preset") || !m_F_b_HasCamera(nCamera))
         return Plain(404, "ERROR: no such list");
-    const auto& arNames = sGroup == "preset" ? s_arPresets : s_arTours;
-    char szCamera[32];
-    std::snprintf(szCamera, sizeof szCamera, vm_stConfig.bPC ? "Camera_%d" : "Cam%03d", nCamera);
+    char szText[32];
+    std::snprintf(szText, sizeof szText, vm_stConfig.bPC ? "Camera_%d" : "Cam%03d", nCamera);
     pugi::xml_document objReply;
-    pugi::xml_node objList = objReply.append_child("root").append_child(szCamera).append_child(sGroup.c_str());
-    if (!vm_stConfig.bPC)
-        objList.append_attribute("count") = arNames.size();
-    for (std::size_t i = 0; i < arNames.size(); ++i) {
-        char szKey[32];
-        std::snprintf(szKey, sizeof szKey, "Name%03zu", i);
-        if (vm_stConfig.bPC)
-            objList.append_child("Name").text().set(arNames[i]);
-        else
-            objList.append_attribute(szKey) = arNames[i];
+    pugi::xml_node objList = objReply.append_child("root").append_child(szText).append_child(sGroup.c_str());
+    const auto list = [&](const auto& arPlaces) {
+        if (!vm_stConfig.bPC)
+            objList.append_attribute("count") = arPlaces.size();
+        for (std::size_t i = 0; i < arPlaces.size(); ++i) {
+            std::snprintf(szText, sizeof szText, "Name%03zu", i);
+            if (vm_stConfig.bPC)
+                objList.append_child("Name").text() = arPlaces[i].pszName;
+            else
+                objList.append_attribute(szText) = arPlaces[i].pszName;
+        }
+    };
+    const stDef_PtzPlaces& stPlaces = stDef_PtzPlaces::s_F_o_Of(nCamera);
+    if (sGroup == "preset")
+        list(stPlaces.arPresets);
+    else
+        list(stPlaces.arTours);
+    return Envelope(objReply);
+}
+
+stDef_CgiReply CRecorderCgi::m_F_o_SetDisplay(const stDef_CgiRequest& stRequest, int) const
+{
+    const std::lock_guard objGuard(vm_objDisplayLock);
+    vm_mapDisplay = stRequest.mapQuery;
+    return Plain(200, "OK");
+}
+
+stDef_CgiReply CRecorderCgi::m_F_o_Display(const stDef_CgiRequest&, int) const
+{
+    static constexpr std::pair<const char*, const char*> s_arKeys[] = {
+        {"fullscreen", "FullScreen"}, {"quad", "Quad"}, {"style", "Style"}, {"camarray", "CamArray"}};
+    pugi::xml_document objReply;
+    pugi::xml_node objNode = objReply.append_child("root").append_child("Display");
+    const std::lock_guard objGuard(vm_objDisplayLock);
+    for (const auto& [pszKey, pszName] : s_arKeys) {
+        const auto it = vm_mapDisplay.find(pszKey);
+        objNode.append_attribute(pszName) = it == vm_mapDisplay.end() ? "" : it->second.c_str();
     }
     return Envelope(objReply);
 }
@@ -324,7 +383,7 @@ stDef_CgiReply CRecorderCgi::m_F_o_Dips(const stDef_CgiRequest& stRequest, int) 
 stDef_CgiReply CRecorderCgi::m_F_o_MotionData(const stDef_CgiRequest& stRequest, int) const
 {
     const int nCamera = Number(stRequest, "camera");
-    if (nCamera < 0 || nCamera >= vm_stConfig.nChannels)
+    if (!m_F_b_HasCamera(nCamera))
         return Plain(404, "ERROR: no such camera");
     stDef_CgiReply stReply;
     stReply.sType = "text/plain";

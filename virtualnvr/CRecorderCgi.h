@@ -5,6 +5,7 @@
 #include <atomic>
 #include <functional>
 #include <map>
+#include <mutex>
 #include <string>
 
 /// One request to the recorder's programs.
@@ -32,7 +33,7 @@ struct stDef_CgiReply
 class CRecorderCgi
 {
 public:
-    CRecorderCgi(const stDef_VirtualNvrConfig& stConfig, CDocumentStore& objDocuments);
+    CRecorderCgi(const stDef_VirtualNvrConfig& stConfig, CDocumentStore& objDocuments, CPtzBoard& objPtz);
 
     /// The ports that clients reach, once they are known.
     void m_S_SetPorts(int nHttpPort, int nRtspPort);
@@ -50,8 +51,12 @@ public:
 
 private:
     const stDef_Route* m_F_p_Find(const stDef_CgiRequest& stRequest) const;
-    stDef_CgiReply m_F_o_Done(const stDef_CgiRequest& stRequest, int) const;
+    bool m_F_b_HasCamera(int nCamera) const;
+    stDef_CgiReply m_F_o_Ptz(const stDef_CgiRequest& stRequest, int) const;
+    stDef_CgiReply m_F_o_PtzStatus(const stDef_CgiRequest& stRequest, int) const;
     stDef_CgiReply m_F_o_PtzNames(const stDef_CgiRequest& stRequest, int) const;
+    stDef_CgiReply m_F_o_SetDisplay(const stDef_CgiRequest& stRequest, int) const;
+    stDef_CgiReply m_F_o_Display(const stDef_CgiRequest& stRequest, int) const;
     stDef_CgiReply m_F_o_TestDdns(const stDef_CgiRequest& stRequest, int) const;
     stDef_CgiReply m_F_o_SystemInfo(const stDef_CgiRequest& stRequest, int nArg) const;
     stDef_CgiReply m_F_o_LoginInfo(const stDef_CgiRequest& stRequest, int nArg) const;
@@ -66,6 +71,9 @@ private:
 
     const stDef_VirtualNvrConfig vm_stConfig;
     CDocumentStore& vm_objDocuments;
+    CPtzBoard& vm_objPtz;
+    mutable std::mutex vm_objDisplayLock;
+    mutable std::map<std::string, std::string> vm_mapDisplay; ///< the last layout, as it came
     std::atomic<int> vm_nHttpPort = 0;
     std::atomic<int> vm_nRtspPort = 0;
 };

@@ -159,17 +159,35 @@ void CStreamFeed::m_S_OnPlaying()
     vm_bPlaying = true;
 }
 
+// What follows must be a key frame: of the clip, or the first of a new live view.
 void CStreamFeed::m_S_SkipToKey()
 {
+    vm_pLive.reset();
     while (!vm_pClip->arUnits[vm_nFrame].bKey)
         vm_nFrame = (vm_nFrame + 1) % vm_pClip->arUnits.size();
 }
 
 const std::vector<std::uint8_t>& CStreamFeed::m_F_ar_NextPicture()
 {
+    const std::vector<std::uint8_t>* pLive = m_F_p_LivePicture();
     const auto& stUnit = vm_pClip->arUnits[vm_nFrame];
     vm_nFrame = (vm_nFrame + 1) % vm_pClip->arUnits.size();
-    return stUnit.arBytes;
+    return pLive != nullptr ? *pLive : stUnit.arBytes;
+}
+
+// Null where the clip's picture is to be sent. A camera that comes home turns to the clip at its next key frame.
+const std::vector<std::uint8_t>* CStreamFeed::m_F_p_LivePicture()
+{
+    if (!vm_pMount->pPtz)
+        return nullptr;
+    const stDef_PtzView stView = vm_pMount->pPtz->m_F_o_View(vm_pMount->nChannel);
+    if (stView == stDef_PtzView() && (!vm_pLive || vm_pClip->arUnits[vm_nFrame].bKey)) {
+        vm_pLive.reset();
+        return nullptr;
+    }
+    if (!vm_pLive)
+        vm_pLive = std::make_unique<CLiveView>(vm_pMount->nChannel, vm_pMount->bSecond != vm_bOther);
+    return vm_pLive->m_F_p_Picture(static_cast<int>(vm_nFrame), stView);
 }
 
 const std::vector<std::uint8_t>& CStreamFeed::m_F_ar_NextSound()
@@ -222,6 +240,7 @@ bool CStreamFeed::m_F_b_Begin(std::int64_t nNowNs, std::int64_t nBaseNs)
         return vm_nFrame == 0 && vm_nSound == 0;
     if (*vm_pStartNs == g_nNever) {
         vm_nFrame = vm_nSound = 0;
+        vm_pLive.reset();
         vm_stVideo.nDueNs = vm_stAudio.nDueNs = nNowNs;
         *vm_pStartNs = static_cast<std::uint64_t>(std::max<std::int64_t>(nNowNs - nBaseNs, 0));
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CLiveView.h"
 #include "stDef_EncodedClip.h"
 #include "stDef_StreamMount.h"
 
@@ -41,6 +42,7 @@ private:
     template <typename Piece>
     void m_S_PushTrack(stDef_Track& stTrack, std::int64_t nNowNs, std::int64_t nBaseNs, Piece nextPiece);
     const std::vector<std::uint8_t>& m_F_ar_NextPicture();
+    const std::vector<std::uint8_t>* m_F_p_LivePicture();
     const std::vector<std::uint8_t>& m_F_ar_NextSound();
     bool m_F_b_Begin(std::int64_t nNowNs, std::int64_t nBaseNs);
     void m_S_ChooseClip();
@@ -48,6 +50,7 @@ private:
 
     std::shared_ptr<const stDef_StreamMount> vm_pMount;
     std::shared_ptr<const stDef_EncodedClip> vm_pClip;
+    std::unique_ptr<CLiveView> vm_pLive; ///< null while the clip plays
     std::vector<std::uint8_t> vm_arSound;
     std::vector<std::uint8_t> vm_arPiece;
     std::shared_ptr<std::atomic<std::uint64_t>> vm_pStartNs; ///< of the media's clock; what is older isn't sent

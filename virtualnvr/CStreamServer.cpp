@@ -205,6 +205,7 @@ void CStreamServer::stDef_Impl::m_S_AddMounts()
         auto pMount = std::make_shared<stDef_StreamMount>();
         pMount->nChannel = n / 2;
         pMount->bSecond = n % 2 != 0;
+        pMount->pPtz = stConfig.pPtz;
         pMount->sPath = (pMount->bSecond ? "/stream/SCH" : "/stream/CH") + std::to_string(pMount->nChannel);
         arMounts.push_back({pMount, MakeFactory({pMount, pClock})});
         m_S_ShowMount(arMounts.back());

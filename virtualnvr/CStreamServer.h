@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CPtzBoard.h"
 #include "stDef_Account.h"
 
 #include <memory>
@@ -14,12 +15,14 @@ struct stDef_StreamConfig
     int nPort = 0;                         ///< 0: any free one
     int nChannels = 4;                     ///< 1..64
     std::vector<stDef_Account> arAccounts; ///< Basic and Digest; empty: everybody may play
+    std::shared_ptr<const CPtzBoard> pPtz; ///< cameras that move; null: they show their clips only
 };
 
 /// The live streams of a virtual recorder: an RTSP server with the mounts "/stream/CH<n>" (main stream, 640x360) and
 /// "/stream/SCH<n>" (second stream, 320x180) for the channels 0..n-1, each with H.264 at 15 frames a second and with
 /// PCMU audio, over UDP, TCP and HTTP tunnel (on the same port). A client gets the mount's clip, which was encoded
-/// once, from its first picture on, in a loop. What the pictures carry for tests stands in CPictureCode.h.
+/// once, from its first picture on, in a loop; while its camera is turned away from home, pictures of its own. What the
+/// pictures carry for tests stands in CPictureCode.h.
 ///
 /// Start and Stop belong to one thread; everything else may be called from any thread.
 class CStreamServer

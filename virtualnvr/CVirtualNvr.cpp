@@ -5,6 +5,7 @@
 #include "CFaultTable.h"
 #include "CFrontDoor.h"
 #include "CHttpApp.h"
+#include "CPtzBoard.h"
 #include "CRecorderCgi.h"
 #include "CRequestLog.h"
 #include "CStreamServer.h"
@@ -50,6 +51,7 @@ struct CVirtualNvr::stDef_Impl
     CFaultTable objFaults;
     CRequestLog objLog;
     CDocumentStore objDocuments;
+    const std::shared_ptr<CPtzBoard> pPtz = std::make_shared<CPtzBoard>();
     CStreamServer objStreams;
     std::unique_ptr<CRecorderCgi> pCgi;
     std::unique_ptr<CDigestAuth> pAuth;
@@ -71,7 +73,7 @@ bool CVirtualNvr::stDef_Impl::StartStreams(const stDef_VirtualNvrConfig& stConfi
         const auto [sPeer, nPeerPort] = PeerOf(nSocket);
         return objStreams.m_F_b_TransferConnection(nSocket, sPeer, nPeerPort, sInitial); // owns the socket from here on
     });
-    return objStreams.m_F_b_Start({stConfig.sBind, stConfig.nRtspPort, stConfig.nChannels, stConfig.arAccounts},
+    return objStreams.m_F_b_Start({stConfig.sBind, stConfig.nRtspPort, stConfig.nChannels, stConfig.arAccounts, pPtz},
                                   sError);
 }
 
@@ -83,7 +85,8 @@ bool CVirtualNvr::stDef_Impl::Start(const stDef_VirtualNvrConfig& stConfig, std:
     if (sState.empty())
         return false;
     const std::string sData = stConfig.sDataFolder.empty() ? VIRTUALNVR_DATA_FOLDER : stConfig.sDataFolder;
-    pCgi = std::make_unique<CRecorderCgi>(stConfig, objDocuments);
+    pPtz->m_S_Reset(stConfig.nChannels);
+    pCgi = std::make_unique<CRecorderCgi>(stConfig, objDocuments, *pPtz);
     pAuth = std::make_unique<CDigestAuth>(stConfig.arAccounts, stConfig.nNonceLifetimeMs);
     if (!objDocuments.m_F_b_Open(sState, sData, stConfig.nChannels, sError) || !StartStreams(stConfig, sError) ||
         !objApp.m_F_b_Start(*pCgi, *pAuth, sError) ||
@@ -164,4 +167,9 @@ CStreamServer& CVirtualNvr::m_F_o_Streams()
 CDocumentStore& CVirtualNvr::m_F_o_Documents()
 {
     return vm_pImpl->objDocuments;
+}
+
+CPtzBoard& CVirtualNvr::m_F_o_Ptz()
+{
+    return *vm_pImpl->pPtz;
 }

@@ -9,6 +9,7 @@
 
 class CDocumentStore;
 class CFaultTable;
+class CPtzBoard;
 class CRequestLog;
 class CStreamServer;
 
@@ -54,6 +55,7 @@ public:
     CRequestLog& m_F_o_Log();
     CStreamServer& m_F_o_Streams();
     CDocumentStore& m_F_o_Documents();
+    CPtzBoard& m_F_o_Ptz();
 
 private:
     struct stDef_Impl;

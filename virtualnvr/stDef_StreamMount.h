@@ -1,6 +1,9 @@
 #pragma once
 
+#include "CPtzBoard.h"
+
 #include <atomic>
+#include <memory>
 #include <string>
 
 /// One mount and the faults that are set for it. The faults may be set and read by any thread.
@@ -9,6 +12,7 @@ struct stDef_StreamMount
     std::string sPath; ///< "/stream/CH0"
     int nChannel = 0;
     bool bSecond = false;
+    std::shared_ptr<const CPtzBoard> pPtz; ///< null: the camera can't move
 
     std::atomic<bool> bSilent{false};
     std::atomic<bool> bGarbage{false};
