@@ -21,5 +21,5 @@ private:
     std::unique_ptr<CFrameEncoder> vm_pEncoder;
     stDef_PtzView vm_stView;
     std::vector<stDef_EncodedClip::stDef_Unit> vm_arUnits; ///< by frame
-    int vm_nStored = 0; ///< how many in a row, from a key frame on, show vm_stView
+    int vm_nStored = 0;                                    ///< how many in a row, from a key frame on, show vm_stView
 };

@@ -16,15 +16,15 @@ constexpr stDef_PtzPose g_stLimit{90.0F, 15.0F, 3.0F};
 constexpr stDef_PtzPose g_stFullRate{40.0F, 20.0F, 1.0F}; // a second
 constexpr float g_fFullRate = 32768.0F;                   // as commands tell it
 constexpr float g_fUnitsPerDegree = 10.0F;
-constexpr float g_fStepDegrees = 1.5F;   // by speed
-constexpr float g_fStepZoom = 0.1F;      // doublings, by speed
-constexpr float g_fSwayRate = 3.0F;      // degrees a second, by speed
-constexpr int g_nLensStep = 2;           // percent, by speed
-constexpr int g_nLensMiddle = 50;        // sharp, and rightly exposed
-constexpr int g_nFullBlur = 10;          // as stDef_PtzView has it
+constexpr float g_fStepDegrees = 1.5F; // by speed
+constexpr float g_fStepZoom = 0.1F;    // doublings, by speed
+constexpr float g_fSwayRate = 3.0F;    // degrees a second, by speed
+constexpr int g_nLensStep = 2;         // percent, by speed
+constexpr int g_nLensMiddle = 50;      // sharp, and rightly exposed
+constexpr int g_nFullBlur = 10;        // as stDef_PtzView has it
 constexpr double g_fStepSeconds = 0.4;
-constexpr double g_fGlideSeconds = 1.2;  // to a preset or home
-constexpr double g_fStopSeconds = 5.0;   // of a tour, with the way there
+constexpr double g_fGlideSeconds = 1.2; // to a preset or home
+constexpr double g_fStopSeconds = 5.0;  // of a tour, with the way there
 constexpr int g_nFastest = 10;
 
 std::optional<int> Whole(std::string_view s)
@@ -94,9 +94,9 @@ struct stDef_Step
 };
 
 constexpr stDef_Step g_arSteps[] = {
-    {"upleft", -1, 1, 0, 0}, {"up", 0, 1, 0, 0},        {"upright", 1, 1, 0, 0},   {"left", -1, 0, 0, 0},
-    {"right", 1, 0, 0, 0},   {"downleft", -1, -1, 0, 0}, {"down", 0, -1, 0, 0},     {"downright", 1, -1, 0, 0},
-    {"irisup", 0, 0, 0, 1},  {"irisdown", 0, 0, 0, -1}, {"focusup", 0, 0, 1, 0},   {"focusdown", 0, 0, -1, 0},
+    {"upleft", -1, 1, 0, 0}, {"up", 0, 1, 0, 0},         {"upright", 1, 1, 0, 0}, {"left", -1, 0, 0, 0},
+    {"right", 1, 0, 0, 0},   {"downleft", -1, -1, 0, 0}, {"down", 0, -1, 0, 0},   {"downright", 1, -1, 0, 0},
+    {"irisup", 0, 0, 0, 1},  {"irisdown", 0, 0, 0, -1},  {"focusup", 0, 0, 1, 0}, {"focusdown", 0, 0, -1, 0},
 };
 
 std::string Number(float f)
@@ -224,8 +224,12 @@ bool CPtzCamera::m_F_b_AutoPan(const Query& mapQuery, const std::string& sValue,
 {
     const auto bOn = Switch(sValue);
     if (bOn.value_or(false))
-        vm_stMotion = {emDef_Motion::Sway, fNow, 0, m_F_o_Pose(fNow),
-                       {g_fSwayRate * static_cast<float>(Speed(mapQuery)), 0, 0}, -1};
+        vm_stMotion = {emDef_Motion::Sway,
+                       fNow,
+                       0,
+                       m_F_o_Pose(fNow),
+                       {g_fSwayRate * static_cast<float>(Speed(mapQuery)), 0, 0},
+                       -1};
     else if (vm_stMotion.eKind == emDef_Motion::Sway)
         m_S_Freeze(fNow);
     return bOn.has_value();
@@ -371,8 +375,8 @@ stDef_PtzView CPtzCamera::m_F_o_View(double fNow) const
     stView.fZoom = std::exp2(stState.stPose.fZoom);
     stView.fLight = 0.4F + 0.6F * static_cast<float>(stState.nIris) / g_nLensMiddle;
     stView.nBlur = std::abs(stState.nFocus - g_nLensMiddle) * g_nFullBlur / g_nLensMiddle;
-    stView.sPlace = "P " + Number(stState.stPose.fPan) + " T " + Number(stState.stPose.fTilt) + " Z " +
-                    Number(stView.fZoom) + "X";
+    stView.sPlace =
+        "P " + Number(stState.stPose.fPan) + " T " + Number(stState.stPose.fTilt) + " Z " + Number(stView.fZoom) + "X";
     stView.sDoing = sDoing;
     return stView;
 }

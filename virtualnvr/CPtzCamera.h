@@ -15,7 +15,8 @@ public:
 
     explicit CPtzCamera(int nChannel) : vm_nChannel(nChannel) {}
 
-    /// Takes a command as ptz.cgi has it. Speeds are 1 to 10, rates -32768 to 32768; what is beyond counts as the limit.
+    /// Takes a command as ptz.cgi has it. Speeds are 1 to 10, rates -32768 to 32768; what is beyond counts as the
+    /// limit.
     /// @return false, with nothing changed, if it is none, or names a preset or tour that there isn't
     bool m_F_b_Command(const Query& mapQuery, double fNow);
 

@@ -11,11 +11,11 @@
 /// What the live streams of a recorder are to be.
 struct stDef_StreamConfig
 {
-    std::string sBind = "127.0.0.1";       ///< numeric address, IPv4 or IPv6
-    int nPort = 0;                         ///< 0: any free one
-    int nChannels = 4;                     ///< 1..64
-    std::vector<stDef_Account> arAccounts; ///< Basic and Digest; empty: everybody may play
-    std::shared_ptr<const CPtzBoard> pPtz; ///< cameras that move; null: they show their clips only
+    std::string sBind = "127.0.0.1";            ///< numeric address, IPv4 or IPv6
+    int nPort = 0;                              ///< 0: any free one
+    int nChannels = 4;                          ///< 1..64
+    std::vector<stDef_Account> arAccounts;      ///< Basic and Digest; empty: everybody may play
+    std::shared_ptr<const CPtzBoard> pPtz = {}; ///< cameras that move; null: they show their clips only
 };
 
 /// The live streams of a virtual recorder: an RTSP server with the mounts "/stream/CH<n>" (main stream, 640x360) and

@@ -3,12 +3,9 @@
 namespace {
 
 constexpr stDef_PtzPreset g_arStreet[] = {
-    {"Whole street", {0.0F, 0.0F, 0.0F}},
-    {"Corner shop", {-22.0F, 2.0F, 1.7F}},
-    {"Yellow house", {-11.0F, 3.0F, 1.9F}},
-    {"Office entrance", {0.5F, -2.0F, 2.1F}},
-    {"Crossing", {-4.0F, -10.0F, 1.4F}},
-    {"Car park", {70.0F, -3.0F, 0.6F}},
+    {"Whole street", {0.0F, 0.0F, 0.0F}},   {"Corner shop", {-22.0F, 2.0F, 1.7F}},
+    {"Yellow house", {-11.0F, 3.0F, 1.9F}}, {"Office entrance", {0.5F, -2.0F, 2.1F}},
+    {"Crossing", {-4.0F, -10.0F, 1.4F}},    {"Car park", {70.0F, -3.0F, 0.6F}},
 };
 constexpr stDef_PtzTour g_arStreetTours[] = {
     {"Shop fronts", {1, 2, 3}, 3},
@@ -28,11 +25,8 @@ constexpr stDef_PtzTour g_arYardTours[] = {
 };
 
 constexpr stDef_PtzPreset g_arGate[] = {
-    {"Gate", {0.0F, 0.0F, 1.0F}},
-    {"Barrier", {6.0F, -6.0F, 1.6F}},
-    {"Guard house", {22.0F, -1.5F, 2.0F}},
-    {"Road to town", {0.0F, -1.0F, 2.6F}},
-    {"West wall", {-45.0F, -1.0F, 0.9F}},
+    {"Gate", {0.0F, 0.0F, 1.0F}},          {"Barrier", {6.0F, -6.0F, 1.6F}},     {"Guard house", {22.0F, -1.5F, 2.0F}},
+    {"Road to town", {0.0F, -1.0F, 2.6F}}, {"West wall", {-45.0F, -1.0F, 0.9F}},
 };
 constexpr stDef_PtzTour g_arGateTours[] = {
     {"Arrivals", {3, 0, 1}, 3},
@@ -44,7 +38,7 @@ constexpr stDef_PtzPreset g_arLobby[] = {
     {"Reception", {-0.5F, -6.0F, 1.5F}},
     {"Lift", {22.0F, 2.0F, 1.7F}},
     {"Painting", {-22.5F, 7.0F, 2.0F}},
-    {"Main entrance", {-60.0F, 0.0F, 0.5F}},
+    {"Waiting corner", {-23.0F, -5.0F, 1.2F}},
 };
 constexpr stDef_PtzTour g_arLobbyTours[] = {
     {"Visitors", {3, 0, 1}, 3},

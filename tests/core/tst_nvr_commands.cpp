@@ -1,12 +1,15 @@
 #include <QAction>
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QMenu>
 #include <QTimer>
 #include <QtTest/QTest>
 #include <fstream>
 #include <sstream>
 
+#include "CPtzBoard.h"
 #include "support/HostFixture.h"
+#include "support/PromptQueue.h"
 
 namespace {
 
@@ -77,7 +80,7 @@ TEST_F(NvrCommands, QueriesOfBothKinds)
         Nvr().m_S_GetPTZData(9, 1, &arList);
         EXPECT_EQ(arList, QStringList({"Night round", "Perimeter"}));
         Nvr().m_S_GetPTZData(22, 1, &arList);
-        EXPECT_EQ(arList, QStringList({"Gate", "Car park", "Loading dock & ramp", "Reception"}));
+        EXPECT_EQ(arList, QStringList({"Gate", "Car park", "Loading dock & ramp", "Dock door 3", "Containers"}));
         EXPECT_EQ(Requests(), Targets({"/cgi-bin/param.cgi?action=list&camera=1&group=tourset",
                                        "/cgi-bin/param.cgi?action=list&camera=1&group=preset"}));
         for (const auto& [nKind, nCamera] : {std::pair{10, 1}, {22, 99}, {9, -1}}) {
@@ -93,9 +96,48 @@ TEST_F(NvrCommands, QueriesOfBothKinds)
         Nvr().m_S_GetLoginInfo(&arList);
         EXPECT_EQ(arList, QStringList({"", ""}));
         vm_nvr.m_F_o_Faults().m_S_Clear();
-        vm_pNvr.reset();
         vm_nvr.m_S_Stop();
+        arList = {"old"};
+        Nvr().m_S_GetLoginInfo(&arList);
+        EXPECT_EQ(arList, QStringList({"", ""})) << "nobody answers";
+        Nvr().m_S_GetPTZData(22, 1, &arList);
+        EXPECT_EQ(arList, QStringList());
+        vm_pNvr.reset();
     }
+}
+
+// One command each of a kind: the recorder understands what is sent.
+TEST_F(NvrCommands, MoveTheCamera)
+{
+    Start(false);
+    const auto Reaches = [&](int nCmd, int nParam1, auto isThere) {
+        Nvr().m_S_ExecPTZCmd(nCmd, 2, nParam1, 0);
+        const bool bThere = QTest::qWaitFor([&] { return isThere(vm_nvr.m_F_o_Ptz().m_F_o_State(2)); }, 5000);
+        EXPECT_TRUE(bThere) << nCmd;
+    };
+    Reaches(4, 5, [](const stDef_PtzState& st) { return st.stPose.fPan > 7; });
+    Reaches(24, -10, [](const stDef_PtzState& st) { return st.stPose.fPan < 0; });
+    Reaches(25, 0, [](const stDef_PtzState& st) { return !st.bMoving; });
+    Reaches(26, 10, [](const stDef_PtzState& st) { return st.stPose.fZoom > 0.2F; });
+    Reaches(19, 10, [](const stDef_PtzState& st) { return st.stPose.fZoom == 0; });
+    Reaches(23, 4, [](const stDef_PtzState& st) { return st.nPreset == 4 && !st.bMoving; });
+    Reaches(10, 1, [](const stDef_PtzState& st) { return st.nTour == 1; });
+    Reaches(11, 1, [](const stDef_PtzState& st) { return st.nTour == -1; });
+    Reaches(20, 5, [](const stDef_PtzState& st) { return st.bAutoPan && st.bMoving; });
+    Reaches(21, 5, [](const stDef_PtzState& st) { return !st.bAutoPan; });
+    Reaches(15, 5, [](const stDef_PtzState& st) { return st.nFocus == 60 && !st.bAutoFocus; });
+    Reaches(17, 5, [](const stDef_PtzState& st) { return st.bAutoFocus; });
+    Reaches(13, 5, [](const stDef_PtzState& st) { return st.nIris == 40 && !st.bAutoIris; });
+    Reaches(14, 5, [](const stDef_PtzState& st) { return st.bAutoIris; });
+    Reaches(8, 5, [](const stDef_PtzState& st) { return st.stPose == stDef_PtzPose(); });
+    EXPECT_EQ(vm_nvr.m_F_o_Ptz().m_F_o_State(1).stPose, stDef_PtzPose());
+    // Only the time-out ends a command that isn't answered.
+    ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set("ptz.cgi", {"silence"}));
+    QElapsedTimer timer;
+    timer.start();
+    Nvr().m_S_ExecPTZCmd(1, 2, 1, 0);
+    EXPECT_GE(timer.elapsed(), 1990);
+    EXPECT_LT(timer.elapsed(), 4000);
 }
 
 TEST_F(NvrCommands, CameraSynchronizationStopsAtTheFirstFailure)
@@ -179,6 +221,36 @@ TEST_F(NvrCommands, TheMenuHasThreeItemsInTheirLanguage)
         EXPECT_EQ(Show(), arEnglish);
         Nvr().m_F_b_InitLanguageXml(QString(LANG_FOLDER "/lang_ENVR_cht.xml"));
         EXPECT_EQ(Show().last(), QString::fromUtf8("2002 事件設定"));
+        vm_pNvr.reset();
+        vm_nvr.m_S_Stop();
+    }
+}
+
+TEST_F(NvrCommands, AMenuItemLeadsToItsHandler)
+{
+    for (const bool bPC : {false, true}) {
+        ASSERT_TRUE(vm_env.m_F_b_SetLangFolder(LANG_FOLDER));
+        vm_env.vm_nLanguage = 1;
+        Start(bPC);
+        ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set("*", {"status", 500}));
+        for (int nItem = 0; nItem < 3; ++nItem) {
+            SCOPED_TRACE(nItem);
+            // Settings are fetched first, in vain; the other items lead to nothing that shows.
+            PromptQueue objPrompts;
+            const bool bFetches = !bPC && nItem == 0;
+            if (bFetches)
+                objPrompts.Expect("Get Setting File Faild, Please Try Again.", "Error");
+            QTimer::singleShot(20, [nItem] {
+                QWidget* const pMenu = QApplication::activePopupWidget();
+                ASSERT_TRUE(pMenu);
+                for (int n = 0; n <= nItem; ++n)
+                    QTest::keyClick(pMenu, Qt::Key_Down);
+                QTest::keyClick(pMenu, Qt::Key_Return);
+            });
+            Nvr().m_S_ShowMenu();
+            EXPECT_EQ(Requests().size(), bFetches ? 5u : 0u);
+        }
+        vm_nvr.m_F_o_Faults().m_S_Clear();
         vm_pNvr.reset();
         vm_nvr.m_S_Stop();
     }

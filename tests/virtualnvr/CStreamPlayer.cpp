@@ -57,9 +57,17 @@ std::optional<CStreamPlayer::stDef_Picture> CStreamPlayer::m_F_o_Receive()
     if (avcodec_receive_frame(vm_pDecoder, vm_pFrame) != 0)
         return std::nullopt;
     const AVRational stUnit = vm_pFormat->streams[vm_nVideo]->time_base;
-    return stDef_Picture{
+    stDef_Picture stPicture{
         CPictureCode::s_F_o_Read(vm_pFrame->data[0], vm_pFrame->linesize[0], vm_pFrame->width, vm_pFrame->height),
-        vm_pFrame->width, vm_pFrame->height, av_rescale_q(vm_pFrame->pts, stUnit, {1, 1000})};
+        vm_pFrame->width,
+        vm_pFrame->height,
+        av_rescale_q(vm_pFrame->pts, stUnit, {1, 1000}),
+        {}};
+    for (int nRow = 0; nRow < vm_pFrame->height; ++nRow) {
+        const std::uint8_t* pRow = vm_pFrame->data[0] + static_cast<std::ptrdiff_t>(nRow) * vm_pFrame->linesize[0];
+        stPicture.arLuma.insert(stPicture.arLuma.end(), pRow, pRow + vm_pFrame->width);
+    }
+    return stPicture;
 }
 
 std::optional<CStreamPlayer::stDef_Picture> CStreamPlayer::m_F_o_Next(int nLimitMs)

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 struct AVCodecContext;
 struct AVFormatContext;
@@ -22,6 +23,7 @@ public:
         int nWidth = 0;
         int nHeight = 0;
         std::int64_t nPtsMs = 0;
+        std::vector<std::uint8_t> arLuma; ///< nWidth a row
     };
 
     CStreamPlayer();

@@ -1,3 +1,5 @@
+#include "CGstPlugins.h"
+#include "CLiveView.h"
 #include "CSocket.h"
 #include "CStreamPlayer.h"
 #include "CStreamServer.h"
@@ -38,7 +40,9 @@ protected:
     void SetUp() override
     {
         std::string sError;
-        ASSERT_TRUE(vm_objServer.m_F_b_Start({"127.0.0.1", 0, 4, {{"admin", "p@ss:w"}, {"guest", "g"}}}, sError))
+        vm_pPtz->m_S_Reset(4);
+        ASSERT_TRUE(
+            vm_objServer.m_F_b_Start({"127.0.0.1", 0, 4, {{"admin", "p@ss:w"}, {"guest", "g"}}, vm_pPtz}, sError))
             << sError;
     }
 
@@ -56,8 +60,52 @@ protected:
         return pPlayer;
     }
 
+    std::shared_ptr<CPtzBoard> vm_pPtz = std::make_shared<CPtzBoard>();
     CStreamServer vm_objServer;
 };
+
+// The next picture of a frame number. Pictures before it count up by one each, whatever they show.
+CStreamPlayer::stDef_Picture Frame(CStreamPlayer& objPlayer, int nFrame)
+{
+    for (int n = 0, nLast = -1; n <= stDef_EncodedClip::s_nFrames; ++n) {
+        auto stPicture = objPlayer.m_F_o_Next();
+        if (!stPicture || !stPicture->stCode) {
+            ADD_FAILURE() << "no picture, or none with a code, after " << nLast;
+            return {};
+        }
+        EXPECT_TRUE(nLast < 0 || stPicture->stCode->nFrame == (nLast + 1) % stDef_EncodedClip::s_nFrames) << nLast;
+        nLast = stPicture->stCode->nFrame;
+        if (nLast == nFrame)
+            return std::move(*stPicture);
+    }
+    ADD_FAILURE() << "no frame " << nFrame;
+    return {};
+}
+
+// Mean difference of luma between a picture and what the view should make of the scene, below the captions.
+double Difference(const CStreamPlayer::stDef_Picture& stSeen, const CStreamPlayer::stDef_Picture& stScene,
+                  const stDef_PtzView& stView)
+{
+    if (stSeen.arLuma.empty() || stScene.arLuma.size() != stSeen.arLuma.size())
+        return 255;
+    const int nWidth = stSeen.nWidth, nHeight = stSeen.nHeight;
+    const float fUnit = static_cast<float>(nWidth) / 640.0F;
+    const auto from = [&](int n, int nSize, float fMiddle) {
+        const float fHalf = static_cast<float>(nSize - 1) / 2;
+        const float fAt = (static_cast<float>(n) - fHalf) / stView.fZoom + fHalf + fMiddle * fUnit;
+        return std::clamp(static_cast<int>(std::lround(fAt)), 0, nSize - 1);
+    };
+    double fSum = 0;
+    int nCount = 0;
+    for (int nY = nHeight / 3; nY < nHeight * 9 / 10; nY += 3) {
+        for (int nX = 0; nX < nWidth; nX += 3, ++nCount) {
+            const int nFrom = from(nY, nHeight, stView.fY) * nWidth + from(nX, nWidth, stView.fX);
+            fSum += std::abs(stSeen.arLuma[static_cast<std::size_t>(nY * nWidth + nX)] -
+                             stScene.arLuma[static_cast<std::size_t>(nFrom)]);
+        }
+    }
+    return fSum / nCount;
+}
 
 // Thirty pictures in a row, from the clip's first one on.
 void ExpectRun(CStreamPlayer& objPlayer, int nChannel, bool bSecond)
@@ -116,6 +164,42 @@ TEST_F(Streams, EachKeyFrameBringsItsParameterSets)
         EXPECT_EQ(sKinds, bKey ? "7 8 5 " : "1 ") << nUnit;
         EXPECT_EQ(pClip->arUnits[nUnit].bKey, bKey) << nUnit;
     }
+}
+
+// The units of a frame's two showings are the same once they come from memory; what follows begins with a key frame.
+TEST(LiveView, KeepsTheLoopOfACameraAtRest)
+{
+    constexpr int nFrames = stDef_EncodedClip::s_nFrames;
+    std::string sError;
+    ASSERT_TRUE(CGstPlugins::s_F_b_Load(sError)) << sError;
+    CLiveView objLive(2, true);
+    stDef_PtzView stView;
+    std::vector<std::vector<std::uint8_t>> arShown;
+    const auto show = [&](int nFirst, int nCount) {
+        for (int n = nFirst; n < nFirst + nCount; ++n) {
+            const auto* pUnit = objLive.m_F_p_Picture(n % nFrames, stView);
+            ASSERT_NE(pUnit, nullptr);
+            arShown.push_back(*pUnit);
+        }
+    };
+    const auto isKey = [](const std::vector<std::uint8_t>& arUnit) { return (arUnit.at(4) & 0x1F) == 7; };
+    for (int n = 7; n < 20; ++n) { // it moves
+        stView.fX = static_cast<float>(n);
+        show(n, 1);
+    }
+    EXPECT_TRUE(isKey(arShown.front()));
+    show(20, nFrames + stDef_EncodedClip::s_nGop);
+    arShown.clear();
+    show(30, nFrames);
+    const auto arFirst = std::move(arShown);
+    arShown.clear();
+    show(30, nFrames);
+    EXPECT_EQ(arShown, arFirst);
+    stView.fX += 1;
+    arShown.clear();
+    show(30, 3);
+    EXPECT_TRUE(isKey(arShown[0]));
+    EXPECT_NE(arShown[2], arFirst[2]);
 }
 
 TEST_F(Streams, EveryMountPlaysOverEveryTransport)
@@ -299,6 +383,33 @@ TEST_F(Streams, ParametersChangeInMidStreamAndBack)
         EXPECT_EQ(stPicture->nWidth, nWidth);
         EXPECT_EQ(stPicture->stCode->bSecond, nWidth == 320);
     }
+}
+
+TEST_F(Streams, PicturesTurnWithTheirCamera)
+{
+    const auto pPlayer = Play("CH3");
+    const auto pOther = Play("SCH0");
+    const auto stHome = Frame(*pPlayer, 25);
+    const auto stOther = Frame(*pOther, 25);
+    // A client on a busy machine may be some pictures behind.
+    const auto comesTo = [](CStreamPlayer& objPlayer, const auto& isExpected) {
+        for (int n = 0; n < 3; ++n) {
+            if (isExpected(Frame(objPlayer, 25)))
+                return true;
+        }
+        return false;
+    };
+    ASSERT_TRUE(vm_pPtz->m_F_b_Command(3, {{"gotoserverpresetno", "0"}}));
+    ASSERT_TRUE(WaitFor([&] { return !vm_pPtz->m_F_o_State(3).bMoving; }));
+    const stDef_PtzView stView = vm_pPtz->m_F_o_View(3);
+    const auto isTurned = [&](const auto& st) { return Difference(st, stHome, stView) < 5; };
+    EXPECT_GT(Difference(stHome, stHome, stView), 20) << "the test can tell the two apart";
+    EXPECT_TRUE(comesTo(*pPlayer, isTurned));
+    EXPECT_TRUE(isTurned(Frame(*pPlayer, 25))) << "from memory by now";
+    EXPECT_TRUE(isTurned(Frame(*Play("CH3"), 25))) << "for a client that comes late, too";
+    EXPECT_EQ(Frame(*pOther, 25).arLuma, stOther.arLuma) << "the camera beside it";
+    ASSERT_TRUE(vm_pPtz->m_F_b_Command(3, {{"move", "home"}}));
+    EXPECT_TRUE(comesTo(*pPlayer, [&](const auto& st) { return st.arLuma == stHome.arLuma; }));
 }
 
 TEST_F(Streams, UnknownFaultsAndMountsAreToldApart)

@@ -1,0 +1,191 @@
+#include "CProbe.h"
+#include "CPtzCamera.h"
+#include "CVirtualNvr.h"
+#include "stDef_PtzPlaces.h"
+
+#include <gtest/gtest.h>
+#include <pugixml.hpp>
+
+namespace {
+
+/// A query as it stands in an URL.
+CPtzCamera::Query Parse(const std::string& sQuery)
+{
+    CPtzCamera::Query mapQuery;
+    for (std::size_t nAt = 0; nAt < sQuery.size();) {
+        const std::size_t nEnd = std::min(sQuery.find('&', nAt), sQuery.size());
+        const std::size_t nEquals = sQuery.find('=', nAt);
+        mapQuery[sQuery.substr(nAt, nEquals - nAt)] = sQuery.substr(nEquals + 1, nEnd - nEquals - 1);
+        nAt = nEnd + 1;
+    }
+    return mapQuery;
+}
+
+void ExpectPose(const CPtzCamera& objCamera, double fAt, float fPan, float fTilt, float fZoom)
+{
+    const stDef_PtzPose stPose = objCamera.m_F_o_State(fAt).stPose;
+    EXPECT_NEAR(stPose.fPan, fPan, 0.01) << "at " << fAt;
+    EXPECT_NEAR(stPose.fTilt, fTilt, 0.01) << "at " << fAt;
+    EXPECT_NEAR(stPose.fZoom, fZoom, 0.01) << "at " << fAt;
+}
+
+struct stDef_Row
+{
+    const char* pszQuery;
+    double fAfter; ///< seconds
+    float fPan, fTilt, fZoom;
+    bool bMoving;
+};
+
+} // namespace
+
+// All to one camera, 10 s apart.
+TEST(Ptz, MovesByCommandsAndTime)
+{
+    const stDef_Row arRows[] = {
+        {"move=upleft&speed=2", 9, -3, 3, 0, false},
+        {"move=right&speed=5", 9, 4.5, 3, 0, false},
+        {"move=down&speed=0", 9, 4.5, 1.5, 0, false},
+        {"move=downright&speed=1000", 9, 19.5, -13.5, 0, false},
+        {"move=down&speed=9", 9, 19.5, -15, 0, false}, // the limit
+        {"move=upright&speed=1", 9, 21, -13.5, 0, false},
+        {"move=left&speed=2", 9, 18, -13.5, 0, false},
+        {"move=up&speed=5", 9, 18, -6, 0, false},
+        {"move=downleft&speed=2", 9, 15, -9, 0, false},
+        {"rzoom=1&speed=5", 9, 15, -9, 0.5, false},
+        {"rzoom=-1&speed=2", 9, 15, -9, 0.3F, false},
+        {"move=home&speed=1", 9, 0, 0, 0, false},
+        {"continuouspantiltmove=16384:-3276&speed=0", 1, 20, -2, 0, true},
+        {"continuouspantiltmove=0:0&speed=0", 9, 90, -15, 0, false}, // 10 s have passed
+        {"continuouspantiltmove=-214748364:0&speed=0", 1, 50, -15, 0, true},
+        {"continuouszoommove=32768,0", 1, -90, -15, 1, true},
+        {"continuouszoommove=-8192,0", 4, -90, -15, 2, true},
+        {"gotoserverpresetno=2", 9, -11, 3, 1.9F, false},
+        {"autopan=on&speed=10", 2, 49, 3, 1.9F, true},
+        {"autopan=off&speed=1", 9, -71, 3, 1.9F, false}, // turned around at 90 and -90
+        {"tour=on&tournum=1", 3, 0, 0, 0, false},
+        {"tour=off&tournum=0", 8, 0.5, -2, 2.1F, false}, // it is another tour: this one goes on
+        {"tour=off&tournum=1", 9, 0.5, -2, 2.1F, false},
+    };
+    CPtzCamera objCamera(0);
+    double fNow = 1000;
+    for (const stDef_Row& stRow : arRows) {
+        SCOPED_TRACE(stRow.pszQuery);
+        EXPECT_TRUE(objCamera.m_F_b_Command(Parse(stRow.pszQuery), fNow));
+        ExpectPose(objCamera, fNow + stRow.fAfter, stRow.fPan, stRow.fTilt, stRow.fZoom);
+        EXPECT_EQ(objCamera.m_F_o_State(fNow + stRow.fAfter).bMoving, stRow.bMoving);
+        fNow += 10;
+    }
+}
+
+TEST(Ptz, StepsAddUpAndAStopHoldsWhatMoves)
+{
+    CPtzCamera objCamera(0);
+    for (int n = 0; n < 4; ++n)
+        objCamera.m_F_b_Command(Parse("move=right&speed=2"), 10 + 0.05 * n);
+    ExpectPose(objCamera, 11, 12, 0, 0);
+    objCamera.m_F_b_Command(Parse("gotoserverpresetno=1"), 20);
+    const stDef_PtzPose stHalf = objCamera.m_F_o_State(20.6).stPose;
+    EXPECT_LT(stHalf.fPan, 12);
+    EXPECT_GT(stHalf.fPan, -22);
+    objCamera.m_F_b_Command(Parse("continuouspantiltmove=0:0"), 20.6);
+    EXPECT_EQ(objCamera.m_F_o_State(30).stPose, stHalf);
+    EXPECT_EQ(objCamera.m_F_o_State(30).nPreset, -1);
+}
+
+TEST(Ptz, RefusesWhatItDoesNotKnow)
+{
+    CPtzCamera objCamera(1);
+    objCamera.m_F_b_Command(Parse("gotoserverpresetno=4"), 0);
+    for (const char* pszQuery :
+         {"", "camera=1", "move=sideways", "rzoom=2", "rzoom=", "gotoserverpresetno=5", "gotoserverpresetno=-1",
+          "gotoserverpresetno=1x", "tour=on", "tour=on&tournum=2", "tour=maybe&tournum=0", "autopan=", "autofocus=1",
+          "continuouspantiltmove=1", "continuouspantiltmove=1:", "continuouspantiltmove=99999999999:0",
+          "continuouszoommove=1:0"}) {
+        EXPECT_FALSE(objCamera.m_F_b_Command(Parse(pszQuery), 5)) << pszQuery;
+        EXPECT_EQ(objCamera.m_F_o_State(9).nPreset, 4) << pszQuery;
+    }
+}
+
+TEST(Ptz, ShowsAReadOutOnlyAwayFromHome)
+{
+    CPtzCamera objCamera(1);
+    const auto view = [&](const char* pszQuery, double fNow) {
+        EXPECT_TRUE(objCamera.m_F_b_Command(Parse(pszQuery), fNow)) << pszQuery;
+        return objCamera.m_F_o_View(fNow + 5);
+    };
+    EXPECT_EQ(objCamera.m_F_o_View(0), stDef_PtzView());
+    stDef_PtzView stView = view("gotoserverpresetno=2", 10);
+    EXPECT_EQ(stView.sPlace, "P 14.5 T 0.5 Z 4.6X");
+    EXPECT_EQ(stView.sDoing, "LOADING DOCK & RAMP");
+    EXPECT_FLOAT_EQ(stView.fX, 145);
+    EXPECT_FLOAT_EQ(stView.fY, -5);
+    EXPECT_EQ(view("tour=on&tournum=1", 20).sDoing, "PERIMETER - CAR PARK");
+    EXPECT_EQ(view("move=home", 30), stDef_PtzView());
+    stView = view("move=focusdown&speed=10", 40);
+    EXPECT_EQ(stView.sDoing, "FOCUS 30");
+    EXPECT_EQ(stView.nBlur, 4);
+    stView = view("move=irisup&speed=10", 50);
+    EXPECT_EQ(stView.sDoing, "FOCUS 30 - IRIS 70");
+    EXPECT_GT(stView.fLight, 1.2F);
+    EXPECT_EQ(view("autofocus=on", 60).sDoing, "IRIS 70");
+    EXPECT_EQ(view("autoiris=on", 70), stDef_PtzView());
+    CPtzCamera objMirrored(5);
+    objMirrored.m_F_b_Command(Parse("gotoserverpresetno=2"), 0);
+    EXPECT_FLOAT_EQ(objMirrored.m_F_o_View(9).fX, -145);
+}
+
+TEST(Ptz, IsReachedThroughTheRecordersPrograms)
+{
+    for (const bool bPC : {false, true}) {
+        SCOPED_TRACE(bPC ? "PC" : "embedded");
+        stDef_VirtualNvrConfig stConfig;
+        stConfig.bStreams = false;
+        stConfig.bPC = bPC;
+        stConfig.nChannels = 6;
+        CVirtualNvr objRecorder;
+        std::string sError;
+        ASSERT_TRUE(objRecorder.m_F_b_Start(stConfig, sError)) << sError;
+        CProbe objProbe(objRecorder.m_F_n_HttpPort());
+        const auto get = [&objProbe](const std::string& sTarget) {
+            pugi::xml_document objDocument;
+            const stDef_ProbeReply stReply = objProbe.m_F_o_Get("/cgi-bin/" + sTarget);
+            EXPECT_TRUE(stReply.nStatus == 200 && objDocument.load_string(stReply.sBody.c_str())) << sTarget;
+            return objDocument;
+        };
+        const struct
+        {
+            const char* pszTarget;
+            long nStatus;
+        } arRows[] = {
+            {"ptz.cgi?move=focusup&camera=5&speed=3", 200}, {"ptz.cgi?rzoom=1&camera=5&speed=10", 200},
+            {"ptz.cgi?rzoom=1&camera=6&speed=10", 404},     {"ptz.cgi?rzoom=1&speed=10", 404},
+            {"ptz.cgi?rzoom=0&camera=5&speed=10", 400},     {"ptzstatus.cgi?camera=-1", 404},
+        };
+        for (const auto& stRow : arRows)
+            EXPECT_EQ(objProbe.m_F_o_Get("/cgi-bin/" + std::string(stRow.pszTarget)).nStatus, stRow.nStatus)
+                << stRow.pszTarget;
+        for (const int nCamera : {4, 5}) {
+            const auto objDocument = get("ptzstatus.cgi?camera=" + std::to_string(nCamera));
+            const pugi::xml_node objPtz = objDocument.child("XML").child("root").child("Ptz");
+            EXPECT_EQ(objPtz.attribute("AutoFocus").as_int(-1), nCamera == 4 ? 1 : 0);
+            EXPECT_EQ(objPtz.attribute("Focus").as_int(), nCamera == 4 ? 50 : 56);
+        }
+        const auto objDocument = get("param.cgi?action=list&camera=5&group=preset");
+        const pugi::xml_node objRoot = objDocument.child("XML").child("root");
+        const pugi::xml_node objList = objRoot.child(bPC ? "Camera_5" : "Cam005").child("preset");
+        const auto arPresets = stDef_PtzPlaces::s_F_o_Of(5).arPresets;
+        const auto nElements = std::distance(objList.begin(), objList.end());
+        EXPECT_EQ(bPC ? nElements : objList.attribute("count").as_int(), std::ssize(arPresets));
+        const std::string sSecond = bPC ? objList.child("Name").next_sibling().text().as_string()
+                                        : objList.attribute("Name001").as_string();
+        EXPECT_EQ(sSecond, arPresets[1].pszName);
+        if (bPC)
+            continue;
+        objProbe.m_F_o_Get("/cgi-bin/uictrl.cgi?action=urlctrl&fullscreen=1&quad=2&style=3&camarray=3,2,1,0,");
+        const auto objDisplay = get("uictrl.cgi?action=status");
+        const pugi::xml_node objNode = objDisplay.child("XML").child("root").child("Display");
+        EXPECT_EQ(objNode.attribute("Quad").as_int(), 2);
+        EXPECT_STREQ(objNode.attribute("CamArray").as_string(), "3,2,1,0,");
+    }
+}
