@@ -7,6 +7,7 @@
 #include "core/CPtzCommand.h"
 #include "core/CWndNvrEmbedded.h"
 #include "core/CWndNvrPC.h"
+#include "core/ProductStrings.h"
 
 using namespace Qt::StringLiterals;
 
@@ -15,7 +16,6 @@ namespace {
 constexpr int MaxNvrID = 1000;
 constexpr int CommandTimeoutMs = 2000;
 constexpr int LoginInfoTimeoutMs = 30000;
-constexpr const char* DipsRequestPath = "dips/request.php";
 
 } // namespace
 
@@ -49,7 +49,7 @@ void CWndNvrBase::s_S_ReleaseNvrObject(CWndNvrBase** ppObj)
 
 stDef_DipsTarget& CWndNvrBase::s_F_o_DipsTarget()
 {
-    static stDef_DipsTarget s_stTarget{FLEETLINK_DIPS_HOST};
+    static stDef_DipsTarget s_stTarget{nsProduct::g_szDirectoryHost};
     return s_stTarget;
 }
 
@@ -121,7 +121,7 @@ bool CWndNvrBase::m_F_b_DipsToIpPort(const QByteArray& sId, QByteArray& sAddress
     if (sId.isEmpty())
         return false;
     const stDef_DipsTarget& stDips = s_F_o_DipsTarget();
-    const QByteArray sUrl = DipsRequestPath + "?id="_ba + sId;
+    const QByteArray sUrl = nsProduct::g_szDirectoryRequest + "?id="_ba + sId;
     const int nBytes =
         vm_objHttp.m_F_n_HTTPGetDataDirect(stDips.sHost, {}, {}, stDips.nPort, sUrl, &vm_objReply, stDips.nTimeoutMs);
     if (nBytes < 0)

@@ -2,19 +2,18 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
+
+#include "core/ProductStrings.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Language files by the host's language index; the others have none.
-constexpr std::array<const char16_t*, 8> g_apszLanguageFiles = {
-    u"lang_ENVR_cht.xml", u"lang_ENVR_eng.xml", u"", u"", u"", u"", u"", u""};
-
 QString LanguageFile(int nLanguage)
 {
-    const bool bKnown = nLanguage >= 0 && nLanguage < static_cast<int>(g_apszLanguageFiles.size());
-    return bKnown ? QString::fromUtf16(g_apszLanguageFiles[static_cast<std::size_t>(nLanguage)]) : QString();
+    const bool bKnown = nLanguage >= 0 && nLanguage < static_cast<int>(std::size(nsProduct::g_arLanguageFiles));
+    return bKnown ? QString::fromUtf16(nsProduct::g_arLanguageFiles[nLanguage]) : QString();
 }
 
 /// `DstType` of a recorder whose stream address comes from the DIPS service. A host that fills `stDef_NvrInit` from the

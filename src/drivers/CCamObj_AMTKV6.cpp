@@ -1,0 +1,34 @@
+#include "drivers/CCamObj_AMTKV6.h"
+
+#include "drivers/AmtkTemplate.h"
+#include "drivers/CTemplateMap.h"
+#include "drivers/stDef_DriverRow.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr nsDriverKeys::Group g_arGroups[] = {nsDriverKeys::Address, nsDriverKeys::Device, nsDriverKeys::Profile, nsDriverKeys::LowProfile, nsDriverKeys::ProfileNames, nsDriverKeys::Format, nsDriverKeys::Resolution, nsDriverKeys::Main, nsDriverKeys::Low, nsDriverKeys::LowBitrate};
+constexpr stDef_DriverRow g_stRow{g_arGroups};
+
+// Where an entry tells the bit rate for a way of rate control; empty: nowhere, it stays as it is.
+QString BitrateKey(int nRateControl)
+{
+    switch (nRateControl) {
+    case 1:
+        return u"Bitrate"_s;
+    case 2:
+        return u"MaxTargetBitrate"_s;
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+CCamObj_AMTKV6::CCamObj_AMTKV6() : CCamObj_Base(g_stRow) {}
+
+void CCamObj_AMTKV6::m_S_MapTemplate(CTemplateMap& objMap) const
+{
+    AmtkTemplate::s_S_Map(objMap, BitrateKey(objMap.m_F_n_RateControl()));
+}

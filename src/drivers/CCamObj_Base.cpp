@@ -1,0 +1,138 @@
+#include "drivers/CCamObj_Base.h"
+
+#include <QWidget>
+#include <cstring>
+
+#include "core/CWndNvrShared.h"
+#include "drivers/CTemplateMap.h"
+#include "drivers/stDef_DriverRow.h"
+#include "toolkit/CWaitCursor.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr char16_t CameraRoot[] = u"/root/Camera";
+constexpr char DefaultRtspPort[] = "554";
+
+QString NodeName(int nIndex)
+{
+    return QString::asprintf("Cam%03d", nIndex);
+}
+
+QString NodePath(int nIndex)
+{
+    return QString::fromUtf16(CameraRoot) + u'/' + NodeName(nIndex);
+}
+
+/// From one camera's node to another's, in the same document or from a reply.
+struct stDef_Copy
+{
+    const CXmlObj& xmlFrom;
+    QString sFrom;
+    CXmlObj& xmlTo;
+    QString sTo;
+
+    QString Read(const char* pszKey, const char* pszDefault = "") const
+    {
+        QString sValue;
+        xmlFrom.m_F_n_GetValue(sFrom, QString::fromLatin1(pszKey), sValue, QString::fromLatin1(pszDefault));
+        return sValue;
+    }
+    void Write(const char* pszKey, const QString& sValue) const
+    {
+        xmlTo.m_F_b_SetValue(sTo, QString::fromLatin1(pszKey), sValue);
+    }
+    /// All keys of the driver in their order; behind `pszBefore` the camera's name.
+    void Run(const stDef_DriverRow& stRow, const char* pszRtspPort, const char* pszBefore, const QString& sName) const
+    {
+        for (const nsDriverKeys::Group& arKeys : stRow.arGroups) {
+            for (const char* const pszKey : arKeys) {
+                Write(pszKey, Read(pszKey, std::strcmp(pszKey, "RtspPort") == 0 ? pszRtspPort : ""));
+                if (std::strcmp(pszKey, pszBefore) == 0)
+                    Write("Name", sName);
+            }
+        }
+    }
+};
+
+/// The documents of the connection; a closed one where there is no connection.
+CXmlObj& Document(CWndNvrBase* pNvr, CXmlObj CWndNvrShared::*pMember)
+{
+    static CXmlObj s_xmlClosed;
+    auto* const pShared = qobject_cast<CWndNvrShared*>(pNvr);
+    return pShared ? pShared->*pMember : s_xmlClosed;
+}
+
+} // namespace
+
+QString CCamObj_Base::s_F_s_Url(const QString& sAction, const QString& sIP, int nHttpPort, const QString& sUser,
+                                const QString& sPassword, int nVendorID, int nOnvifAuth)
+{
+    // One call, so that a "%1" in a value is none of the format's.
+    return u"cgi-bin/param.cgi?action=%1&ip=%2&port=%3&uid=%4&pwd=%5&vendorid=%6&onvifauth=%7"_s.arg(
+        sAction, sIP, QString::number(nHttpPort), sUser, sPassword, QString::number(nVendorID),
+        QString::number(nOnvifAuth));
+}
+
+CCamObj_Base::~CCamObj_Base()
+{
+    delete m_pMotionWnd;
+}
+
+void CCamObj_Base::m_S_Release(CCamObj_Base** ppSelf)
+{
+    if (ppSelf)
+        *ppSelf = nullptr;
+    delete this;
+}
+
+bool CCamObj_Base::m_F_b_SetConnect(stDef_CamConnect stConnect)
+{
+    if (stConnect.strIP.isEmpty() || stConnect.nHttpPort < 0 || stConnect.strUser.isEmpty())
+        return false;
+    m_stConnect = std::move(stConnect);
+    return true;
+}
+
+bool CCamObj_Base::m_F_b_ApplyDetect(CXmlObj* pDetect)
+{
+    CXmlObj& xmlCamera = Document(m_pNvr, &CWndNvrShared::vm_xmlCamera);
+    if (!xmlCamera.m_F_b_IsOpen() && !pDetect->m_F_b_IsOpen())
+        return false;
+    const stDef_Copy stCopy{*pDetect, NodePath(0), xmlCamera, NodePath(m_nCamIndex)};
+    const QString sName = stCopy.Read("Model") + u' ' + stCopy.Read("IP");
+    stCopy.Run(vm_stRow, DefaultRtspPort, "IP", sName);
+    return true;
+}
+
+bool CCamObj_Base::m_F_b_ApplyTemplate(CXmlObj* pDetect, CXmlObj* pSupport)
+{
+    CXmlObj& xmlCamera = Document(m_pNvr, &CWndNvrShared::vm_xmlCamera);
+    if (!xmlCamera.m_F_b_IsOpen() && !pSupport->m_F_b_IsOpen())
+        return false;
+    CTemplateMap objMap(Document(m_pNvr, &CWndNvrShared::vm_xmlSystem), *pDetect, *pSupport, xmlCamera,
+                        NodePath(m_nCamIndex));
+    m_S_MapTemplate(objMap);
+    return true;
+}
+
+void CCamObj_Base::m_F_b_CopyToIndex(int nNewIndex)
+{
+    CXmlObj& xmlCamera = Document(m_pNvr, &CWndNvrShared::vm_xmlCamera);
+    if (!xmlCamera.m_F_b_IsOpen() || nNewIndex == m_nCamIndex)
+        return;
+    xmlCamera.m_F_b_RemoveNods(QString::fromUtf16(CameraRoot), NodeName(nNewIndex));
+    const stDef_Copy stCopy{xmlCamera, NodePath(m_nCamIndex), xmlCamera, NodePath(nNewIndex)};
+    stCopy.Run(vm_stRow, vm_stRow.pszCopiedRtspPort, "Model", stCopy.Read("Name"));
+}
+
+bool CCamObj_Base::m_F_b_GetSupport(CXmlObj* pSupport, int nTimeoutMs)
+{
+    const CWaitCursor objWait;
+    const auto Wide = [](const QByteArray& s) { return CSFunc::s_F_s_AnsiToUnicode(s); };
+    const QString sUrl = s_F_s_Url(u"camerasupport"_s, Wide(m_stConnect.strIP), m_stConnect.nHttpPort,
+                                   Wide(m_stConnect.strUser), Wide(m_stConnect.strPassword), m_stConnect.nVendorID,
+                                   m_stConnect.nOnvifAuth);
+    return m_pNvr && m_pNvr->m_F_b_GetRequest(sUrl, pSupport, nTimeoutMs);
+}

@@ -1,0 +1,26 @@
+#include "drivers/CCamObj_PIXORD.h"
+
+#include "drivers/CTemplateMap.h"
+#include "drivers/stDef_DriverRow.h"
+
+using namespace Qt::StringLiterals;
+using emDef_Streams = CTemplateMap::emDef_Streams;
+
+namespace {
+
+constexpr nsDriverKeys::Group g_arGroups[] = {nsDriverKeys::Address, nsDriverKeys::Device, nsDriverKeys::Profile, nsDriverKeys::Format, nsDriverKeys::Resolution, nsDriverKeys::Main, nsDriverKeys::Low, nsDriverKeys::LowBitrate};
+constexpr stDef_DriverRow g_stRow{g_arGroups};
+
+} // namespace
+
+CCamObj_PIXORD::CCamObj_PIXORD() : CCamObj_Base(g_stRow) {}
+
+void CCamObj_PIXORD::m_S_MapTemplate(CTemplateMap& objMap) const
+{
+    if (const auto nPick = objMap.m_F_o_Pick()) {
+        objMap.m_S_TakeNumbered(*nPick);
+        objMap.m_S_Take(*nPick, u"Codec"_s, u"Format"_s);
+        objMap.m_S_SetRate(CTemplateMap::s_F_s_Entry(*nPick), emDef_Streams::Both);
+    }
+    objMap.m_S_SetRateControl(emDef_Streams::Both); // its qualities have names, which the template doesn't know
+}
