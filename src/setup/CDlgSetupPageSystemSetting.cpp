@@ -7,6 +7,7 @@
 #include "core/CWndNvrEmbedded.h"
 #include "drivers/CCamObj_Base.h"
 #include "setup/CDlgSetupPageSystemSetting_AddrBook.h"
+#include "setup/CDlgSetupPageSystemSetting_Camera.h"
 #include "setup/CDlgSetupPageSystemSetting_Network.h"
 #include "setup/CPageToCome.h"
 #include "setup/CameraFollowers.h"
@@ -36,7 +37,7 @@ struct stDef_TabRow
 };
 
 const std::array<stDef_TabRow, 8> g_arTabs = {{
-    {Text{"Camera", "Camera"}, Make<CPageToCome>},
+    {Text{"Camera", "Camera"}, Make<CDlgSetupPageSystemSetting_Camera>},
     {Text{"Schedule", "Schedule"}, Make<CPageToCome>},
     {Text{"Network", "Network"}, Make<CDlgSetupPageSystemSetting_Network>},
     {Text{"System", "System"}, Make<CPageToCome>},

@@ -58,7 +58,7 @@ void CDlgSetupPageSystemSetting_AddrBook::m_S_MakeControls()
     CForm objForm(this, &vm_objTexts);
     (new QVBoxLayout(this))->addWidget(objForm.m_F_p_Group(Text{"AddressBook", "Address Book"}, "AddressBook"));
     vm_pList = new CItemList;
-    vm_pList->m_S_SetColumns(static_cast<int>(std::size(g_astColumns)), ColumnWidth);
+    vm_pList->m_S_SetColumns(QList<int>(std::size(g_astColumns), ColumnWidth));
     vm_objTexts.m_S_Add(Text{"AddressBook", "Address Book"},
                         [this](const QString& sText) { vm_pList->setAccessibleName(sText); });
     objForm.m_S_Wide(vm_pList, "Entries");

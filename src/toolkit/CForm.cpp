@@ -31,11 +31,12 @@ void SetName(QWidget* pControl, const char* pszName)
 
 CForm::CForm(QWidget* pPage, CTextTable* pTexts) : vm_pPage(pPage), vm_pTexts(pTexts) {}
 
-QGroupBox* CForm::m_F_p_Group(const stDef_Text& stTitle, const char* pszName)
+QGroupBox* CForm::m_F_p_Group(const stDef_Text& stTitle, const char* pszName, emDef_TextForm nForm)
 {
     vm_pGroup = new QGroupBox(vm_pPage);
     SetName(vm_pGroup, pszName);
-    vm_pTexts->m_S_Add(stTitle, [pGroup = vm_pGroup](const QString& sText) { pGroup->setTitle(sText); });
+    vm_pTexts->m_S_Add(
+        stTitle, [pGroup = vm_pGroup](const QString& sText) { pGroup->setTitle(sText); }, nForm);
     vm_pGrid = new QGridLayout(vm_pGroup);
     vm_pGrid->setColumnStretch(Controls, 1);
     vm_arGrids.append(vm_pGrid);
@@ -52,6 +53,21 @@ QLabel* CForm::m_F_p_Label(const stDef_Text& stText, QWidget* pControl)
     vm_pTexts->m_S_AddText(pLabel, stText, emDef_TextForm::Colon);
     vm_arLabels.append(pLabel);
     return pLabel;
+}
+
+QLabel* CForm::s_F_p_LabelOf(const QWidget* pControl)
+{
+    const auto arLabels = pControl->parentWidget()->findChildren<QLabel*>(Qt::FindDirectChildrenOnly);
+    const auto it = std::find_if(arLabels.begin(), arLabels.end(),
+                                 [pControl](const QLabel* pLabel) { return pLabel->buddy() == pControl; });
+    return it == arLabels.end() ? nullptr : *it;
+}
+
+void CForm::s_S_ShowRow(QWidget* pControl, bool bShown)
+{
+    pControl->setVisible(bShown);
+    if (QLabel* const pLabel = s_F_p_LabelOf(pControl))
+        pLabel->setVisible(bShown);
 }
 
 void CForm::m_S_Align()
@@ -126,6 +142,15 @@ QCheckBox* CForm::m_F_p_Check(const stDef_Text& stText, const char* pszName)
     return pBox;
 }
 
+QPushButton* CForm::m_F_p_Loose(const stDef_Text& stText, const char* pszName)
+{
+    auto* const pButton = new QPushButton(vm_pPage);
+    pButton->setAutoDefault(false); // Enter in an edit belongs to the sheet's OK
+    SetName(pButton, pszName);
+    vm_pTexts->m_S_AddText(pButton, stText);
+    return pButton;
+}
+
 QPushButton* CForm::m_F_p_Button(const stDef_Text& stText, const char* pszName)
 {
     return m_F_ar_Buttons({{stText, pszName}}).first();
@@ -136,12 +161,8 @@ QList<QPushButton*> CForm::m_F_ar_Buttons(const QList<std::pair<stDef_Text, cons
     QList<QPushButton*> arMade;
     auto* const pLine = new QHBoxLayout;
     for (const auto& [stText, pszName] : arButtons) {
-        auto* const pButton = new QPushButton(vm_pGroup);
-        pButton->setAutoDefault(false); // Enter in an edit belongs to the sheet's OK
-        SetName(pButton, pszName);
-        vm_pTexts->m_S_AddText(pButton, stText);
-        pLine->addWidget(pButton);
-        arMade.append(pButton);
+        arMade.append(m_F_p_Loose(stText, pszName));
+        pLine->addWidget(arMade.last());
     }
     pLine->addStretch();
     vm_pGrid->addLayout(pLine, vm_nRow++, Controls, 1, Columns - Controls);

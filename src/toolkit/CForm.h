@@ -25,7 +25,8 @@ public:
     CForm(QWidget* pPage, CTextTable* pTexts);
 
     /// Begins a group box; the rows that follow stand in it.
-    QGroupBox* m_F_p_Group(const stDef_Text& stTitle, const char* pszName);
+    QGroupBox* m_F_p_Group(const stDef_Text& stTitle, const char* pszName,
+                           emDef_TextForm nForm = emDef_TextForm::Plain);
 
     // Rows: the label's text gets " : " behind it, and its mnemonic leads to the control.
     QLineEdit* m_F_p_Edit(const stDef_Text& stLabel, const char* pszName);
@@ -40,6 +41,8 @@ public:
     QCheckBox* m_F_p_Check(const stDef_Text& stText, const char* pszName);
     /// A button in the column of controls, as wide as its text.
     QPushButton* m_F_p_Button(const stDef_Text& stText, const char* pszName);
+    /// A button that stands in no row; the page lays it out.
+    QPushButton* m_F_p_Loose(const stDef_Text& stText, const char* pszName);
     /// A row of buttons.
     QList<QPushButton*> m_F_ar_Buttons(const QList<std::pair<stDef_Text, const char*>>& arButtons);
     /// Any control over the width of the group, which takes the room that is left.
@@ -48,6 +51,11 @@ public:
     /// Beside the last row; with a word of the table in the format's "%1".
     void m_S_Hint(const char* pszFormat, const stDef_Text& stWord);
     void m_S_Hint(const char* pszText);
+
+    /// The label before a control; null for one without.
+    static QLabel* s_F_p_LabelOf(const QWidget* pControl);
+    /// Shows or hides a row with its label; a hidden one takes no room.
+    static void s_S_ShowRow(QWidget* pControl, bool bShown);
 
     /// Gives the labels of all groups one width; call it when their texts stand.
     void m_S_Align();

@@ -16,11 +16,11 @@ CItemList::CItemList(QWidget* pParent) : QTableWidget(pParent)
     connect(this, &QTableWidget::itemSelectionChanged, this, [this] { Q_EMIT S_Selected(m_F_n_Selected()); });
 }
 
-void CItemList::m_S_SetColumns(int nColumns, int nWidth)
+void CItemList::m_S_SetColumns(const QList<int>& arWidths)
 {
-    setColumnCount(nColumns);
-    for (int nColumn = 0; nColumn < nColumns; ++nColumn)
-        setColumnWidth(nColumn, nWidth * logicalDpiX() / 96);
+    setColumnCount(static_cast<int>(arWidths.size()));
+    for (int nColumn = 0; nColumn < columnCount(); ++nColumn)
+        setColumnWidth(nColumn, arWidths[nColumn] * logicalDpiX() / 96);
 }
 
 void CItemList::m_S_SetColumnText(int nColumn, const QString& sText)

@@ -13,8 +13,8 @@ class FLEETLINK_EXPORT CItemList : public QTableWidget
 public:
     explicit CItemList(QWidget* pParent = nullptr);
 
-    /// Columns of one width each, in pixels at 96 dpi.
-    void m_S_SetColumns(int nColumns, int nWidth);
+    /// Columns of these widths, in pixels at 96 dpi.
+    void m_S_SetColumns(const QList<int>& arWidths);
     void m_S_SetColumnText(int nColumn, const QString& sText);
 
     /// Puts a row in; its item data is `nData`.

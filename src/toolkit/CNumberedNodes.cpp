@@ -6,18 +6,25 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+// A broken document must not make a page count to two thousand million.
+constexpr int MostNodes = 10000;
+
+} // namespace
+
 CNumberedNodes::CNumberedNodes(CXmlObj* pDocument, const QString& sParent, const QString& sStem)
     : vm_pDocument(pDocument), vm_sParent(sParent), vm_sStem(sStem)
 {}
 
 int CNumberedNodes::m_F_n_Count() const
 {
-    return std::max(vm_pDocument->m_F_n_GetValueInt(vm_sParent, u"count"_s, 0), 0);
+    return std::clamp(vm_pDocument->m_F_n_GetValueInt(vm_sParent, u"count"_s, 0), 0, MostNodes);
 }
 
 void CNumberedNodes::m_S_SetCount(int nCount)
 {
-    vm_pDocument->m_F_b_SetValue(vm_sParent, u"count"_s, nCount);
+    vm_pDocument->m_F_b_SetValue(vm_sParent, u"count"_s, std::max(nCount, 0));
 }
 
 QString CNumberedNodes::m_F_s_Name(int nIndex) const
@@ -44,6 +51,14 @@ void CNumberedNodes::m_S_Remove(int nIndex)
     for (int i = nIndex; i < nLeft; ++i)
         vm_pDocument->m_F_b_RenameNods(vm_sParent, m_F_s_Name(i + 1), m_F_s_Name(i));
     m_S_SetCount(nLeft);
+}
+
+void CNumberedNodes::m_S_RemoveAll()
+{
+    const int nCount = m_F_n_Count();
+    for (int i = 0; i < nCount; ++i)
+        vm_pDocument->m_F_b_RemoveNods(vm_sParent, m_F_s_Name(i));
+    m_S_SetCount(0);
 }
 
 void CNumberedNodes::m_S_Swap(int nFirst, int nSecond)

@@ -14,7 +14,7 @@ public:
     /// `sParent` is the list's node, as "/root/EMail"; `sStem` the name of its children without the number.
     CNumberedNodes(CXmlObj* pDocument, const QString& sParent, const QString& sStem);
 
-    /// What `count` says; 0 where it is missing or negative.
+    /// What `count` says; 0 where it is missing or negative, and never more than any recorder has.
     int m_F_n_Count() const;
     QString m_F_s_Name(int nIndex) const; ///< "Mail007"
     QString m_F_s_Path(int nIndex) const; ///< "/root/EMail/Mail007"
@@ -23,6 +23,7 @@ public:
     int m_F_n_Append();
     /// Removes a node and moves those behind it down by one.
     void m_S_Remove(int nIndex);
+    void m_S_RemoveAll();
     /// Exchanges two nodes, by way of a name that no list has.
     void m_S_Swap(int nFirst, int nSecond);
 

@@ -177,8 +177,8 @@ TEST(Ptz, IsReachedThroughTheRecordersPrograms)
         const auto arPresets = stDef_PtzPlaces::s_F_o_Of(5).arPresets;
         const auto nElements = std::distance(objList.begin(), objList.end());
         EXPECT_EQ(bPC ? nElements : objList.attribute("count").as_int(), std::ssize(arPresets));
-        const std::string sSecond = bPC ? objList.child("Name").next_sibling().text().as_string()
-                                        : objList.attribute("Name001").as_string();
+        const std::string sSecond =
+            bPC ? objList.child("Name").next_sibling().text().as_string() : objList.attribute("Name001").as_string();
         EXPECT_EQ(sSecond, arPresets[1].pszName);
         if (bPC)
             continue;

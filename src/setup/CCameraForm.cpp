@@ -1,0 +1,168 @@
+#include "setup/CCameraForm.h"
+
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+
+#include "drivers/BrandCatalogue.h"
+#include "toolkit/CForm.h"
+#include "toolkit/CIPAddressEdit.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr Text AddressText{"IPAddress", "IP Address"};
+constexpr int WsseRow = 1;
+
+const stDef_CameraValues g_stNew = {
+    -1, u"Any"_s, {}, u"0.0.0.0"_s, u"80"_s, u"554"_s, 0, u"admin"_s, {},
+};
+
+} // namespace
+
+CCameraForm::CCameraForm(const CTextSource& objTexts, QObject* pParent) : QObject(pParent), vm_objTexts(objTexts) {}
+
+QGroupBox* CCameraForm::m_F_p_Make(CForm& objForm)
+{
+    QGroupBox* const pGroup = objForm.m_F_p_Group(Text{"Setting", "Setting"}, "Setting");
+    vm_pVendor = objForm.m_F_p_List(Text{"Vendor", "Vendor"}, "Vendor");
+    vm_pModel = objForm.m_F_p_ReadOnly(Text{"ModelName", "Model Name"}, "Model");
+    vm_pName = objForm.m_F_p_Edit(Text{"CameraName", "Camera Name"}, "Name");
+    vm_pIP = objForm.m_F_p_Address(AddressText, "IP");
+    vm_pHttpPort = objForm.m_F_p_Edit(Text{"HTTPPort", "HTTP Port"}, "HttpPort");
+    vm_pRtspPort = objForm.m_F_p_Edit(Text{"RTSPPort", "RTSP Port"}, "RtspPort");
+    vm_pOnvifAuth = objForm.m_F_p_List(Text{"Authentication", "Authentication"}, "OnvifAuth");
+    vm_pUser = objForm.m_F_p_Edit(Text{"Account", "Account"}, "UserName");
+    vm_pPassword = objForm.m_F_p_Password(Text{"Password", "Password"}, "Password");
+    m_S_Reset();
+    m_S_FillLists();
+    connect(vm_pVendor, &QComboBox::activated, this, &CCameraForm::m_S_OnVendorPicked);
+    return pGroup;
+}
+
+void CCameraForm::m_S_FillLists()
+{
+    for (const stDef_BrandRow& stRow : g_astBrandCatalogue) {
+        if (stRow.bListed)
+            vm_pVendor->addItem(QString::fromUtf8(stRow.strName), stRow.nVendorID);
+    }
+    vm_pVendor->setCurrentIndex(0);
+    vm_pOnvifAuth->addItem(u"None"_s, 0);
+    vm_pOnvifAuth->addItem(u"WSSE"_s, 1);
+    vm_pOnvifAuth->setCurrentIndex(WsseRow); // of a form that opens; one that is cleared has "None"
+}
+
+void CCameraForm::m_S_Reset()
+{
+    m_S_Show(g_stNew);
+    vm_pVendor->setCurrentIndex(0);
+    vm_pOnvifAuth->setCurrentIndex(0);
+    vm_pPassword->setEchoMode(QLineEdit::Password);
+}
+
+void CCameraForm::m_S_Show(const stDef_CameraValues& stValues)
+{
+    vm_pVendor->setCurrentIndex(m_F_n_VendorRow(stValues.nVendorID));
+    vm_pModel->setText(stValues.sModel);
+    vm_pName->setText(stValues.sName);
+    vm_pIP->setText(stValues.sIP);
+    vm_pHttpPort->setText(stValues.sHttpPort);
+    const bool bOnvif = stValues.nVendorID == g_nOnvifVendor;
+    m_S_ShowOnvif(bOnvif);
+    if (bOnvif)
+        vm_pOnvifAuth->setCurrentIndex(vm_pOnvifAuth->findData(stValues.nOnvifAuth));
+    else
+        vm_pRtspPort->setText(stValues.sRtspPort);
+    vm_pUser->setText(stValues.sUser);
+    vm_pPassword->setText(stValues.sPassword);
+}
+
+void CCameraForm::m_S_ShowOnvif(bool bOnvif)
+{
+    CForm::s_S_ShowRow(vm_pRtspPort, !bOnvif);
+    CForm::s_S_ShowRow(vm_pOnvifAuth, bOnvif);
+}
+
+void CCameraForm::m_S_OnVendorPicked()
+{
+    const bool bOnvif = vm_pVendor->currentData() == g_nOnvifVendor;
+    m_S_ShowOnvif(bOnvif);
+    if (bOnvif)
+        vm_pOnvifAuth->setCurrentIndex(0);
+    else
+        vm_pRtspPort->setText(u"554"_s);
+}
+
+void CCameraForm::m_S_MarkAddress(bool bLinkLocal)
+{
+    const QString sMark = bLinkLocal ? u"*"_s : QString();
+    const QString sText = vm_objTexts.m_F_s_Text(AddressText, QString::fromUtf8(AddressText.pszDefault));
+    CForm::s_F_p_LabelOf(vm_pIP)->setText(sText + sMark + u" : "_s);
+}
+
+stDef_CameraValues CCameraForm::m_F_o_Values() const
+{
+    stDef_CameraValues st;
+    st.nVendorID = m_F_b_HasVendor() ? vm_pVendor->currentData().toInt() : -1;
+    st.sModel = vm_pModel->text();
+    st.sName = vm_pName->text();
+    st.sIP = vm_pIP->text();
+    st.sHttpPort = vm_pHttpPort->text();
+    st.sRtspPort = vm_pRtspPort->text();
+    st.nOnvifAuth = st.nVendorID == g_nOnvifVendor ? vm_pOnvifAuth->currentData().toInt() : 1;
+    st.sUser = vm_pUser->text();
+    st.sPassword = vm_pPassword->text();
+    return st;
+}
+
+bool CCameraForm::m_F_b_HasVendor() const
+{
+    return vm_pVendor->currentIndex() >= 0;
+}
+
+int CCameraForm::m_F_n_VendorRow(int nVendorID) const
+{
+    return vm_pVendor->findData(nVendorID);
+}
+
+QString CCameraForm::m_F_s_VendorName(int nRow) const
+{
+    return vm_pVendor->itemText(nRow);
+}
+
+void CCameraForm::m_S_SetModel(const QString& sModel)
+{
+    vm_pModel->setText(sModel);
+}
+
+void CCameraForm::m_S_SetName(const QString& sName)
+{
+    vm_pName->setText(sName);
+}
+
+void CCameraForm::m_S_SetRtspPort(const QString& sPort)
+{
+    vm_pRtspPort->setText(sPort);
+}
+
+// The RTSP port counts also while it is hidden.
+QLineEdit* CCameraForm::m_F_p_Problem() const
+{
+    if (vm_pIP->text().isEmpty() || vm_pIP->text() == "0.0.0.0"_L1)
+        return vm_pIP;
+    for (QLineEdit* const pPort : {vm_pHttpPort, vm_pRtspPort}) {
+        if (pPort->text().toInt() <= 0)
+            return pPort;
+    }
+    return vm_pUser->text().isEmpty() ? vm_pUser : nullptr;
+}
+
+void CCameraForm::m_S_FocusProblem()
+{
+    if (QLineEdit* const pEdit = m_F_p_Problem()) {
+        pEdit->setFocus();
+        pEdit->selectAll();
+    }
+}

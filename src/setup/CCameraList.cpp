@@ -1,0 +1,268 @@
+#include "setup/CCameraList.h"
+
+#include <algorithm>
+
+#include "core/CWndNvrEmbedded.h"
+#include "drivers/CCamObj_Base.h"
+#include "setup/CCameraTree.h"
+#include "setup/CDlgSetupPageSystemSetting.h"
+
+using namespace Qt::StringLiterals;
+
+CCameraList::CCameraList(CWndNvrEmbedded* pNvr, CDlgSetupPageSystemSetting* pSheet, CCameraTree* pTree)
+    : vm_pNvr(pNvr), vm_pSheet(pSheet), vm_pTree(pTree), vm_objNodes(&pNvr->vm_xmlCamera, u"/root/Camera"_s, u"Cam"_s)
+{}
+
+void CCameraList::m_S_ListStored()
+{
+    const int nSlots = static_cast<int>(vm_pSheet->m_arrCamObj.size());
+    const int nEnd = std::min(m_F_n_Count(), nSlots);
+    for (int nIndex = vm_pTree->m_F_n_Count(); nIndex < nEnd; ++nIndex) {
+        const auto stCamera = stDef_CameraValues::s_F_o_Read(vm_pNvr->vm_xmlCamera, vm_objNodes.m_F_s_Path(nIndex),
+                                                             stDef_CameraValues::s_stStored);
+        const stDef_CamConnect stConnect = stCamera.m_F_o_Connect();
+        CCamObj_Base* const pCamera = m_F_p_Make(stCamera.nVendorID, nIndex);
+        if (pCamera)
+            pCamera->m_F_b_SetConnect(stConnect);
+        vm_pTree->m_S_Append(CSFunc::s_F_s_Utf8ToUnicode(stConnect.strName),
+                             m_F_s_Value(nIndex, u"Enable"_s).toInt() != 0, pCamera);
+        vm_pSheet->m_arrCamObj[static_cast<std::size_t>(nIndex)] = pCamera;
+    }
+}
+
+int CCameraList::m_F_n_Room() const
+{
+    const int nSlots = static_cast<int>(vm_pSheet->m_arrCamObj.size());
+    return std::max(std::min(vm_pSheet->m_F_n_MaxCam(), nSlots) - vm_pTree->m_F_n_Count(), 0);
+}
+
+bool CCameraList::m_F_b_HasRoom() const
+{
+    return m_F_n_Room() > 0;
+}
+
+QString CCameraList::m_F_s_Value(int nIndex, const QString& sKey) const
+{
+    QString sValue;
+    vm_pNvr->vm_xmlCamera.m_F_n_GetValue(vm_objNodes.m_F_s_Path(nIndex), sKey, sValue, {});
+    return sValue;
+}
+
+void CCameraList::m_S_SetValue(int nIndex, const QString& sKey, const QString& sValue)
+{
+    vm_pNvr->vm_xmlCamera.m_F_b_SetValue(vm_objNodes.m_F_s_Path(nIndex), sKey, sValue);
+}
+
+QString CCameraList::m_F_s_Name(int nIndex) const
+{
+    return m_F_s_Value(nIndex, u"Name"_s);
+}
+
+int CCameraList::m_F_n_Vendor(int nIndex) const
+{
+    return m_F_s_Value(nIndex, u"VendorID"_s).toInt();
+}
+
+stDef_CameraValues CCameraList::m_F_o_Shown(int nIndex) const
+{
+    return stDef_CameraValues::s_F_o_Read(vm_pNvr->vm_xmlCamera, vm_objNodes.m_F_s_Path(nIndex),
+                                          stDef_CameraValues::s_stShown);
+}
+
+void CCameraList::m_S_SetEnabled(int nIndex, bool bEnabled)
+{
+    m_S_SetValue(nIndex, u"Enable"_s, bEnabled ? u"1"_s : u"0"_s);
+}
+
+CCamObj_Base* CCameraList::m_F_p_Make(int nVendorID, int nIndex) const
+{
+    CCamObj_Base* const pCamera = CCamObj_Base::s_F_p_CreateCamObj(nVendorID, vm_pNvr);
+    if (pCamera)
+        pCamera->m_nCamIndex = nIndex;
+    return pCamera;
+}
+
+CCamObj_Base* CCameraList::m_F_p_Map(int nVendorID, int nIndex, stDef_CameraReplies& stReplies) const
+{
+    CCamObj_Base* const pCamera = m_F_p_Make(nVendorID, nIndex);
+    if (pCamera) {
+        pCamera->m_F_b_ApplyDetect(&stReplies.xmlDetect);
+        pCamera->m_F_b_ApplyTemplate(&stReplies.xmlDetect, &stReplies.xmlSupport);
+    }
+    return pCamera;
+}
+
+// Brings the form's values and those of the replies together in the node.
+void CCameraList::m_S_Complete(int nIndex, stDef_CameraValues& stCamera)
+{
+    stCamera.sModel = m_F_s_Value(nIndex, u"Model"_s);
+    m_S_SetValue(nIndex, u"Name"_s, stCamera.sName);
+    const int nRtspPort = stCamera.sRtspPort.toInt();
+    if (nRtspPort < 1)
+        stCamera.sRtspPort = m_F_s_Value(nIndex, u"RtspPort"_s);
+    else
+        m_S_SetValue(nIndex, u"RtspPort"_s, QString::number(nRtspPort));
+}
+
+void CCameraList::m_S_Append(const QString& sName, CCamObj_Base* pCamera)
+{
+    const int nIndex = vm_pTree->m_F_n_Count();
+    vm_pTree->m_S_Append(sName, true, pCamera);
+    vm_pSheet->m_arrCamObj[static_cast<std::size_t>(nIndex)] = pCamera;
+    vm_objNodes.m_F_n_Append();
+    vm_pTree->m_S_Select(nIndex);
+    vm_pSheet->m_S_AddCamera(nIndex);
+}
+
+bool CCameraList::m_F_b_AddDescribed(stDef_CameraValues& stCamera, stDef_CameraReplies& stReplies)
+{
+    const int nIndex = vm_pTree->m_F_n_Count();
+    CCamObj_Base* const pCamera = m_F_b_HasRoom() ? m_F_p_Map(stCamera.nVendorID, nIndex, stReplies) : nullptr;
+    if (!pCamera)
+        return false;
+    m_S_Complete(nIndex, stCamera);
+    pCamera->m_F_b_SetConnect(stCamera.m_F_o_Connect());
+    m_S_Append(stCamera.sName, pCamera);
+    return true;
+}
+
+bool CCameraList::m_F_b_AddFound(stDef_CameraValues stCamera, stDef_CameraReplies& stReplies)
+{
+    const int nIndex = vm_pTree->m_F_n_Count();
+    CCamObj_Base* const pCamera = m_F_b_HasRoom() ? m_F_p_Map(stCamera.nVendorID, nIndex, stReplies) : nullptr;
+    if (!pCamera)
+        return false;
+    stCamera.sModel = m_F_s_Value(nIndex, u"Model"_s);
+    stCamera.sName = m_F_s_Name(nIndex);
+    vm_pNvr->vm_xmlCamera.m_F_n_GetValue(vm_objNodes.m_F_s_Path(nIndex), u"RtspPort"_s, stCamera.sRtspPort, u"554"_s);
+    stCamera.nOnvifAuth = stReplies.xmlDetect.m_F_n_GetValueInt(u"/root/Camera/Cam000"_s, u"OnvifAuth"_s, 1);
+    pCamera->m_F_b_SetConnect(stCamera.m_F_o_Connect());
+    m_S_Append(stCamera.sName, pCamera);
+    return true;
+}
+
+void CCameraList::m_S_Update(int nIndex, const stDef_CameraValues& stCamera)
+{
+    const std::pair<QString, QString> arValues[] = {
+        {u"Model"_s, stCamera.sModel},       {u"Name"_s, stCamera.sName},         {u"IP"_s, stCamera.sIP},
+        {u"HttpPort"_s, stCamera.sHttpPort}, {u"RtspPort"_s, stCamera.sRtspPort}, {u"UserName"_s, stCamera.sUser},
+        {u"Password"_s, stCamera.sPassword},
+    };
+    for (const auto& [sKey, sValue] : arValues)
+        m_S_SetValue(nIndex, sKey, sValue);
+    // The authentication reaches the object alone.
+    if (CCamObj_Base* const pCamera = vm_pTree->m_F_p_Camera(nIndex))
+        pCamera->m_F_b_SetConnect(stCamera.m_F_o_Connect());
+    vm_pTree->m_S_SetName(nIndex, stCamera.sName);
+    vm_pSheet->m_S_UpdateCamera(nIndex, true);
+}
+
+bool CCameraList::m_F_b_Replace(int nIndex, stDef_CameraValues stCamera, stDef_CameraReplies& stReplies)
+{
+    CCamObj_Base* const pCamera = m_F_p_Map(stCamera.nVendorID, nIndex, stReplies);
+    if (!pCamera)
+        return false;
+    m_S_Complete(nIndex, stCamera);
+    pCamera->m_F_b_SetConnect(stCamera.m_F_o_Connect());
+    m_S_SetObject(nIndex, pCamera); // the item keeps its old text until the sheet is opened again
+    vm_pTree->m_S_Select(nIndex);
+    vm_pSheet->m_S_UpdateCamera(nIndex, false);
+    return true;
+}
+
+void CCameraList::m_S_ReleaseSlot(int nIndex)
+{
+    CCamObj_Base*& pSlot = vm_pSheet->m_arrCamObj[static_cast<std::size_t>(nIndex)];
+    if (pSlot)
+        pSlot->m_S_Release(&pSlot);
+}
+
+// Switching two cameras leaves their objects in their slots, and only the tree knows the new pairs. Before an object is
+// released or moved the slots follow the tree, or the one of the other camera would go.
+void CCameraList::m_S_SettleSlots()
+{
+    for (int nIndex = 0; nIndex < vm_pTree->m_F_n_Count(); ++nIndex)
+        vm_pSheet->m_arrCamObj[static_cast<std::size_t>(nIndex)] = vm_pTree->m_F_p_Camera(nIndex);
+}
+
+void CCameraList::m_S_SetObject(int nIndex, CCamObj_Base* pCamera)
+{
+    m_S_SettleSlots();
+    m_S_ReleaseSlot(nIndex);
+    vm_pSheet->m_arrCamObj[static_cast<std::size_t>(nIndex)] = pCamera;
+    vm_pTree->m_S_SetCamera(nIndex, pCamera);
+}
+
+// What the tree shows of a node.
+void CCameraList::m_S_ShowItem(int nIndex)
+{
+    vm_pTree->m_S_SetName(nIndex, m_F_s_Name(nIndex));
+    vm_pTree->m_S_SetEnabled(nIndex, m_F_s_Value(nIndex, u"Enable"_s).toInt() != 0);
+}
+
+void CCameraList::m_S_Delete(int nIndex)
+{
+    if (!vm_pNvr->vm_xmlCamera.m_F_b_IsOpen() || !vm_pNvr->vm_xmlSystemInfo.m_F_b_IsOpen())
+        return;
+    m_S_SettleSlots();
+    m_S_ReleaseSlot(nIndex);
+    vm_pTree->m_S_Remove(nIndex);
+    vm_objNodes.m_S_Remove(nIndex);
+    auto& arSlots = vm_pSheet->m_arrCamObj;
+    std::rotate(arSlots.begin() + nIndex, arSlots.begin() + nIndex + 1, arSlots.end());
+    for (auto it = arSlots.begin() + nIndex; it != arSlots.end(); ++it) {
+        if (*it)
+            --(*it)->m_nCamIndex;
+    }
+    vm_pSheet->m_S_RemoveCamera(nIndex, m_F_n_Count());
+    m_S_ListStored(); // one that had no slot so far
+}
+
+void CCameraList::m_S_DeleteAll()
+{
+    const int nCount = m_F_n_Count();
+    vm_objNodes.m_S_RemoveAll();
+    vm_pTree->m_S_Clear();
+    for (std::size_t i = 0; i < vm_pSheet->m_arrCamObj.size(); ++i)
+        m_S_ReleaseSlot(static_cast<int>(i));
+    vm_pSheet->m_S_RemoveCamera(-1, nCount);
+}
+
+void CCameraList::m_S_Copy(int nFrom, int nTo)
+{
+    CCamObj_Base* const pSource = vm_pTree->m_F_p_Camera(nFrom);
+    if (!pSource || nFrom == nTo || nTo >= vm_pTree->m_F_n_Count())
+        return;
+    pSource->m_F_b_CopyToIndex(nTo);
+    CCamObj_Base* const pCopy =
+        m_F_p_Make(vm_pNvr->vm_xmlCamera.m_F_n_GetValueInt(vm_objNodes.m_F_s_Path(nFrom), u"VendorID"_s, -1), nTo);
+    if (pCopy)
+        pCopy->m_stConnect = pSource->m_stConnect;
+    m_S_SetObject(nTo, pCopy);
+    m_S_ShowItem(nTo);
+    vm_pSheet->m_S_CopyCamera(nFrom, nTo);
+}
+
+void CCameraList::m_S_CopyToAll(int nFrom)
+{
+    for (int nTo = 0; nTo < vm_pTree->m_F_n_Count(); ++nTo)
+        m_S_Copy(nFrom, nTo);
+}
+
+void CCameraList::m_S_Switch(int nFirst, int nSecond)
+{
+    if (nFirst == nSecond || nSecond >= vm_pTree->m_F_n_Count())
+        return;
+    vm_objNodes.m_S_Swap(nFirst, nSecond);
+    CCamObj_Base* const pFirst = vm_pTree->m_F_p_Camera(nFirst);
+    CCamObj_Base* const pSecond = vm_pTree->m_F_p_Camera(nSecond);
+    if (pFirst)
+        pFirst->m_nCamIndex = nSecond;
+    if (pSecond)
+        pSecond->m_nCamIndex = nFirst;
+    vm_pTree->m_S_SetCamera(nFirst, pSecond);
+    vm_pTree->m_S_SetCamera(nSecond, pFirst);
+    m_S_ShowItem(nFirst);
+    m_S_ShowItem(nSecond);
+    vm_pSheet->m_S_SwitchCamera(nFirst, nSecond);
+}

@@ -1,0 +1,38 @@
+#include "setup/CCameraProbe.h"
+
+#include "core/CWndNvrBase.h"
+#include "drivers/CCamObj_Base.h"
+#include "setup/stDef_CameraValues.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int TimeoutMs = 60000;
+
+QString Url(const QString& sAction, const stDef_CameraValues& st)
+{
+    return CCamObj_Base::s_F_s_Url(sAction, st.sIP, st.sHttpPort.toInt(), st.sUser, st.sPassword, st.nVendorID,
+                                   st.nOnvifAuth);
+}
+
+} // namespace
+
+bool CCameraProbe::m_F_b_Detect(const stDef_CameraValues& stCamera, CXmlObj& xmlReply) const
+{
+    return vm_pNvr->m_F_b_GetRequest(Url(u"detect&camid=0"_s, stCamera), &xmlReply, TimeoutMs);
+}
+
+bool CCameraProbe::m_F_b_DetectAndSupport(const stDef_CameraValues& stCamera, stDef_CameraReplies& stReplies) const
+{
+    const bool bDetect = m_F_b_Detect(stCamera, stReplies.xmlDetect);
+    const bool bSupport =
+        vm_pNvr->m_F_b_GetRequest(Url(u"camerasupport"_s, stCamera), &stReplies.xmlSupport, TimeoutMs);
+    return bDetect || bSupport;
+}
+
+bool CCameraProbe::m_F_b_Search(CXmlObj& xmlReply) const
+{
+    vm_pNvr->m_F_b_GetRequest(u"cgi-bin/SearchIPC.cgi"_s, &xmlReply, TimeoutMs);
+    return xmlReply.m_F_b_IsOpen(); // rows are there whenever a document is, whatever the request says
+}

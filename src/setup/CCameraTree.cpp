@@ -1,0 +1,103 @@
+#include "setup/CCameraTree.h"
+
+#include <QContextMenuEvent>
+#include <QSignalBlocker>
+
+namespace {
+
+constexpr int CameraRole = Qt::UserRole;
+
+Qt::CheckState CheckOf(bool bEnabled)
+{
+    return bEnabled ? Qt::Checked : Qt::Unchecked;
+}
+
+} // namespace
+
+CCameraTree::CCameraTree(QWidget* pParent) : QTreeWidget(pParent)
+{
+    setHeaderHidden(true);
+    setRootIsDecorated(false);
+    setUniformRowHeights(true);
+    connect(this, &QTreeWidget::itemClicked, this,
+            [this](QTreeWidgetItem* pItem) { Q_EMIT S_Chosen(indexOfTopLevelItem(pItem)); });
+    connect(this, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* pItem) {
+        if (pItem)
+            Q_EMIT S_Chosen(indexOfTopLevelItem(pItem));
+    });
+    connect(this, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* pItem) {
+        Q_EMIT S_EnableChanged(indexOfTopLevelItem(pItem), pItem->checkState(0) == Qt::Checked);
+    });
+}
+
+void CCameraTree::m_S_Append(const QString& sName, bool bEnabled, CCamObj_Base* pCamera)
+{
+    const QSignalBlocker objQuiet(this);
+    auto* const pItem = new QTreeWidgetItem({sName});
+    pItem->setToolTip(0, sName);
+    pItem->setCheckState(0, CheckOf(bEnabled));
+    pItem->setData(0, CameraRole, QVariant::fromValue(static_cast<void*>(pCamera)));
+    addTopLevelItem(pItem);
+}
+
+void CCameraTree::m_S_Remove(int nIndex)
+{
+    const QSignalBlocker objQuiet(this);
+    m_S_Select(-1); // or Qt chooses a neighbour
+    delete topLevelItem(nIndex);
+}
+
+void CCameraTree::m_S_Clear()
+{
+    const QSignalBlocker objQuiet(this);
+    clear();
+}
+
+void CCameraTree::m_S_SetName(int nIndex, const QString& sName)
+{
+    const QSignalBlocker objQuiet(this);
+    topLevelItem(nIndex)->setText(0, sName);
+    topLevelItem(nIndex)->setToolTip(0, sName);
+}
+
+void CCameraTree::m_S_SetEnabled(int nIndex, bool bEnabled)
+{
+    const QSignalBlocker objQuiet(this);
+    topLevelItem(nIndex)->setCheckState(0, CheckOf(bEnabled));
+}
+
+void CCameraTree::m_S_SetCamera(int nIndex, CCamObj_Base* pCamera)
+{
+    const QSignalBlocker objQuiet(this);
+    topLevelItem(nIndex)->setData(0, CameraRole, QVariant::fromValue(static_cast<void*>(pCamera)));
+}
+
+CCamObj_Base* CCameraTree::m_F_p_Camera(int nIndex) const
+{
+    const QTreeWidgetItem* const pItem = topLevelItem(nIndex);
+    return pItem ? static_cast<CCamObj_Base*>(pItem->data(0, CameraRole).value<void*>()) : nullptr;
+}
+
+int CCameraTree::m_F_n_Selected() const
+{
+    QTreeWidgetItem* const pItem = selectedItems().value(0);
+    return pItem ? indexOfTopLevelItem(pItem) : -1;
+}
+
+void CCameraTree::m_S_Select(int nIndex)
+{
+    const QSignalBlocker objQuiet(this);
+    setCurrentItem(topLevelItem(nIndex));
+    if (currentItem())
+        scrollToItem(currentItem());
+}
+
+void CCameraTree::contextMenuEvent(QContextMenuEvent* pEvent)
+{
+    const bool bKeyboard = pEvent->reason() == QContextMenuEvent::Keyboard;
+    QTreeWidgetItem* const pItem = bKeyboard ? currentItem() : itemAt(viewport()->mapFromGlobal(pEvent->globalPos()));
+    if (!pItem)
+        return;
+    setCurrentItem(pItem);
+    Q_EMIT S_MenuWanted(bKeyboard ? viewport()->mapToGlobal(visualItemRect(pItem).center()) : pEvent->globalPos());
+}

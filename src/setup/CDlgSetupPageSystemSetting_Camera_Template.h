@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QDialog>
+
+#include "setup/stDef_CameraTemplate.h"
+#include "toolkit/CTextTable.h"
+
+class CForm;
+class CWndNvrEmbedded;
+class QComboBox;
+class QLineEdit;
+
+/// Edits how newly added cameras are set up. OK writes it into the System document.
+class CDlgSetupPageSystemSetting_Camera_Template : public QDialog
+{
+    Q_OBJECT
+
+public:
+    CDlgSetupPageSystemSetting_Camera_Template(CWndNvrEmbedded* pNvr, QWidget* pParent);
+
+protected:
+    void accept() override;
+
+private:
+    void m_S_Make(CForm& objForm);
+    void m_S_Fill(const stDef_CameraTemplate& stTemplate);
+
+    CWndNvrEmbedded* vm_pNvr;
+    CTextTable vm_objTexts;
+    QComboBox* vm_pResolution = nullptr;
+    QComboBox* vm_pFps = nullptr;
+    QComboBox* vm_pRateControl = nullptr;
+    QComboBox* vm_pQuality = nullptr;
+    QLineEdit* vm_pAccount = nullptr;
+    QLineEdit* vm_pPassword = nullptr;
+};
