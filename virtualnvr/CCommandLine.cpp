@@ -128,6 +128,8 @@ constexpr stDef_Option g_arOptions[] = {
     {"--card", "FILE", "write a recorder card for import, readable by the user alone",
      [](Line& st, Text& s) { return TakeText(s, st.sCardFile); }},
     {"--dips", "ID=HOST:PORT", "an id that the directory service knows; may be repeated", TakeDips},
+    {"--probe-delay", "MS", "how long a camera takes to answer the recorder, 0 to 60000 (default 300)",
+     [](Line& st, Text& s) { return TakeInt(s, 0, 60000, st.stRecorder.nProbeDelayMs); }},
     {"--fault", "PART=NAME[:ARG][xTIMES]", "a fault for each URL that contains PART (\"*\": all); may be repeated", TakeFault},
     {"--name", "TEXT", "name of the recorder in its card", [](Line& st, Text& s) { return TakeText(s, st.sName); }},
     {"--stream-fault", "PART=NAME[:ARG][@S]", "a fault for each stream whose path contains PART, from second S on; may be repeated", TakeStreamFault},

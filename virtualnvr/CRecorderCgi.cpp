@@ -1,17 +1,20 @@
 #include "CRecorderCgi.h"
 
+#include "CCameraPark.h"
 #include "CDocumentStore.h"
 #include "CPtzBoard.h"
 #include "stDef_PtzPlaces.h"
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <iterator>
 #include <pugixml.hpp>
 #include <sstream>
 #include <string_view>
+#include <thread>
 
 namespace {
 constexpr unsigned g_nEmbedded = 1, g_nPC = 2, g_nBoth = 3;
@@ -118,6 +121,20 @@ constexpr int Arg(emDef_Document eDocument)
 {
     return static_cast<int>(eDocument);
 }
+
+/// What a recorder asks of cameras, and how many times the probe delay that takes.
+struct stDef_CameraRequest
+{
+    std::string (*fnAsk)(const CCameraPark&, const std::string& sQuery);
+    int nDelays;
+};
+
+constexpr stDef_CameraRequest g_arCameraRequests[] = {
+    {[](const CCameraPark& obj, const std::string& s) { return obj.m_F_s_Detect(CCameraPark::s_F_o_Parse(s)); }, 1},
+    {[](const CCameraPark& obj, const std::string& s) { return obj.m_F_s_Support(CCameraPark::s_F_o_Parse(s)); }, 1},
+    {[](const CCameraPark& obj, const std::string&) { return obj.m_F_s_Search(); }, 4},
+};
+constexpr int g_nDetect = 0, g_nSupport = 1, g_nSearch = 2;
 } // namespace
 
 // clang-format off
@@ -133,6 +150,9 @@ constexpr CRecorderCgi::stDef_Route CRecorderCgi::s_arRoutes[] = {
     {g_nEmbedded, "POST", "cgi-bin/SyncSetting.cgi", "UpdateSchedule", true, &CRecorderCgi::m_F_o_PutDocument, Arg(emDef_Document::Schedule)},
     {g_nEmbedded, "POST", "cgi-bin/SyncSetting.cgi", "UpdateCamera", true, &CRecorderCgi::m_F_o_PutDocument, Arg(emDef_Document::Camera)},
     {g_nEmbedded, "POST", "cgi-bin/SyncSetting.cgi", "UpdateEMail", true, &CRecorderCgi::m_F_o_PutDocument, Arg(emDef_Document::EMail)},
+    {g_nEmbedded, "GET", "cgi-bin/param.cgi", "detect", true, &CRecorderCgi::m_F_o_FromCamera, g_nDetect},
+    {g_nEmbedded, "GET", "cgi-bin/param.cgi", "camerasupport", true, &CRecorderCgi::m_F_o_FromCamera, g_nSupport},
+    {g_nEmbedded, "GET", "cgi-bin/SearchIPC.cgi", "", true, &CRecorderCgi::m_F_o_FromCamera, g_nSearch},
     {g_nBoth, "GET", "cgi-bin/param.cgi", "list", true, &CRecorderCgi::m_F_o_PtzNames, 0},
     {g_nBoth, "GET", "cgi-bin/ptz.cgi", "", true, &CRecorderCgi::m_F_o_Ptz, 0},
     {g_nBoth, "GET", "cgi-bin/ptzstatus.cgi", "", true, &CRecorderCgi::m_F_o_PtzStatus, 0},
@@ -146,8 +166,9 @@ constexpr CRecorderCgi::stDef_Route CRecorderCgi::s_arRoutes[] = {
 };
 // clang-format on
 
-CRecorderCgi::CRecorderCgi(const stDef_VirtualNvrConfig& stConfig, CDocumentStore& objDocuments, CPtzBoard& objPtz)
-    : vm_stConfig(stConfig), vm_objDocuments(objDocuments), vm_objPtz(objPtz)
+CRecorderCgi::CRecorderCgi(const stDef_VirtualNvrConfig& stConfig, CDocumentStore& objDocuments, CPtzBoard& objPtz,
+                           const CCameraPark& objPark)
+    : vm_stConfig(stConfig), vm_objDocuments(objDocuments), vm_objPtz(objPtz), vm_objPark(objPark)
 {}
 
 void CRecorderCgi::m_S_SetPorts(int nHttpPort, int nRtspPort)
@@ -186,6 +207,7 @@ void CRecorderCgi::s_S_Split(const std::string& sTarget, stDef_CgiRequest& stReq
     const std::size_t nQuery = std::min(s.find('?'), s.size());
     stRequest.sPath = Decode(s.substr(0, nQuery));
     s.remove_prefix(std::min(nQuery + 1, s.size()));
+    stRequest.sQuery = s;
     while (!s.empty()) {
         const std::size_t nEnd = std::min(s.find('&'), s.size());
         const std::string_view sItem = s.substr(0, nEnd);
@@ -206,6 +228,14 @@ std::string CRecorderCgi::m_F_s_OwnAddress(const stDef_CgiRequest& stRequest) co
 bool CRecorderCgi::m_F_b_HasCamera(int nCamera) const
 {
     return nCamera >= 0 && nCamera < vm_stConfig.nChannels;
+}
+
+stDef_CgiReply CRecorderCgi::m_F_o_FromCamera(const stDef_CgiRequest& stRequest, int nRequest) const
+{
+    const stDef_CameraRequest& stAsked = g_arCameraRequests[nRequest];
+    std::this_thread::sleep_for(std::chrono::milliseconds(vm_stConfig.nProbeDelayMs * stAsked.nDelays));
+    const std::string sReply = stAsked.fnAsk(vm_objPark, stRequest.sQuery);
+    return sReply.empty() ? Plain(504, "ERROR: no answer from the camera") : Envelope(sReply);
 }
 
 stDef_CgiReply CRecorderCgi::m_F_o_Ptz(const stDef_CgiRequest& stRequest, int) const

@@ -8,13 +8,16 @@
 #include <mutex>
 #include <string>
 
+class CCameraPark;
+
 /// One request to the recorder's programs.
 struct stDef_CgiRequest
 {
     std::string sMethod; ///< "GET" or "POST"
     std::string sPath;   ///< without the leading slash
     std::map<std::string, std::string> mapQuery;
-    std::string sHost; ///< Host header, without its port
+    std::string sQuery; ///< as it came
+    std::string sHost;  ///< Host header, without its port
     std::string sBody;
 };
 
@@ -33,7 +36,8 @@ struct stDef_CgiReply
 class CRecorderCgi
 {
 public:
-    CRecorderCgi(const stDef_VirtualNvrConfig& stConfig, CDocumentStore& objDocuments, CPtzBoard& objPtz);
+    CRecorderCgi(const stDef_VirtualNvrConfig& stConfig, CDocumentStore& objDocuments, CPtzBoard& objPtz,
+                 const CCameraPark& objPark);
 
     /// The ports that clients reach, once they are known.
     void m_S_SetPorts(int nHttpPort, int nRtspPort);
@@ -52,6 +56,7 @@ public:
 private:
     const stDef_Route* m_F_p_Find(const stDef_CgiRequest& stRequest) const;
     bool m_F_b_HasCamera(int nCamera) const;
+    stDef_CgiReply m_F_o_FromCamera(const stDef_CgiRequest& stRequest, int nRequest) const;
     stDef_CgiReply m_F_o_Ptz(const stDef_CgiRequest& stRequest, int) const;
     stDef_CgiReply m_F_o_PtzStatus(const stDef_CgiRequest& stRequest, int) const;
     stDef_CgiReply m_F_o_PtzNames(const stDef_CgiRequest& stRequest, int) const;
@@ -72,6 +77,7 @@ private:
     const stDef_VirtualNvrConfig vm_stConfig;
     CDocumentStore& vm_objDocuments;
     CPtzBoard& vm_objPtz;
+    const CCameraPark& vm_objPark;
     mutable std::mutex vm_objDisplayLock;
     mutable std::map<std::string, std::string> vm_mapDisplay; ///< the last layout, as it came
     std::atomic<int> vm_nHttpPort = 0;

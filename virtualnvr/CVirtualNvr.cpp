@@ -1,5 +1,6 @@
 #include "CVirtualNvr.h"
 
+#include "CCameraPark.h"
 #include "CDigestAuth.h"
 #include "CDocumentStore.h"
 #include "CFaultTable.h"
@@ -52,6 +53,7 @@ struct CVirtualNvr::stDef_Impl
     CRequestLog objLog;
     CDocumentStore objDocuments;
     const std::shared_ptr<CPtzBoard> pPtz = std::make_shared<CPtzBoard>();
+    CCameraPark objPark;
     CStreamServer objStreams;
     std::unique_ptr<CRecorderCgi> pCgi;
     std::unique_ptr<CDigestAuth> pAuth;
@@ -86,10 +88,10 @@ bool CVirtualNvr::stDef_Impl::Start(const stDef_VirtualNvrConfig& stConfig, std:
         return false;
     const std::string sData = stConfig.sDataFolder.empty() ? VIRTUALNVR_DATA_FOLDER : stConfig.sDataFolder;
     pPtz->m_S_Reset(stConfig.nChannels);
-    pCgi = std::make_unique<CRecorderCgi>(stConfig, objDocuments, *pPtz);
+    pCgi = std::make_unique<CRecorderCgi>(stConfig, objDocuments, *pPtz, objPark);
     pAuth = std::make_unique<CDigestAuth>(stConfig.arAccounts, stConfig.nNonceLifetimeMs);
-    if (!objDocuments.m_F_b_Open(sState, sData, stConfig.nChannels, sError) || !StartStreams(stConfig, sError) ||
-        !objApp.m_F_b_Start(*pCgi, *pAuth, sError) ||
+    if (!objDocuments.m_F_b_Open(sState, sData, stConfig.nChannels, sError) || !objPark.m_F_b_Load(sData, sError) ||
+        !StartStreams(stConfig, sError) || !objApp.m_F_b_Start(*pCgi, *pAuth, sError) ||
         !objDoor.m_F_b_Start(stConfig.sBind, stConfig.nHttpPort, objApp.m_F_n_Port(), objFaults, objLog, sError))
         return false;
     pCgi->m_S_SetPorts(objDoor.m_F_n_Port(), stConfig.bStreams ? objStreams.m_F_n_Port() : 0);

@@ -27,6 +27,7 @@ struct stDef_VirtualNvrConfig
     bool bStreams = true; ///< false: no RTSP service
     /// Ids that the directory service knows besides "FL-000001" (this recorder itself), with the "host:port" of each.
     std::vector<std::pair<std::string, std::string>> arDipsIds;
+    int nProbeDelayMs = 0;         ///< how long a camera takes to answer the recorder; a search takes four times that
     int nNonceLifetimeMs = 300000; ///< a login older than this is answered with stale=true
 };
 

@@ -16,6 +16,7 @@
 
 namespace {
 constexpr int g_nExitFailed = 1, g_nExitUsage = 2;
+constexpr int g_nProbeDelayMs = 300; // slow enough to be seen
 
 int Fail(int nExit, const std::string& sError)
 {
@@ -90,6 +91,7 @@ void Wait(const sigset_t& stSignals, const stDef_CommandLine& stLine, CVirtualNv
 int main(int nCount, char** ppszArgs)
 {
     stDef_CommandLine stLine;
+    stLine.stRecorder.nProbeDelayMs = g_nProbeDelayMs;
     std::string sError;
     if (!CCommandLine::s_F_b_Parse(nCount, ppszArgs, stLine, sError))
         return Fail(g_nExitUsage, sError + " (--help lists all options)");

@@ -24,8 +24,8 @@ struct stDef_BrandRow
     const char* strMarker;
     const char* strUser;
     const char* strPassword;
-    std::int32_t nModelMode; ///< 0..2
-    bool bListed;            ///< offered where a camera is added by hand
+    std::int32_t nModelMode;             ///< 0..2
+    bool bListed;                        ///< offered where a camera is added by hand
     stDef_BrandModel astModel[128] = {}; ///< ends at the first empty name
 };
 

@@ -131,8 +131,8 @@ bool CCamObj_Base::m_F_b_GetSupport(CXmlObj* pSupport, int nTimeoutMs)
 {
     const CWaitCursor objWait;
     const auto Wide = [](const QByteArray& s) { return CSFunc::s_F_s_AnsiToUnicode(s); };
-    const QString sUrl = s_F_s_Url(u"camerasupport"_s, Wide(m_stConnect.strIP), m_stConnect.nHttpPort,
-                                   Wide(m_stConnect.strUser), Wide(m_stConnect.strPassword), m_stConnect.nVendorID,
-                                   m_stConnect.nOnvifAuth);
+    const QString sUrl =
+        s_F_s_Url(u"camerasupport"_s, Wide(m_stConnect.strIP), m_stConnect.nHttpPort, Wide(m_stConnect.strUser),
+                  Wide(m_stConnect.strPassword), m_stConnect.nVendorID, m_stConnect.nOnvifAuth);
     return m_pNvr && m_pNvr->m_F_b_GetRequest(sUrl, pSupport, nTimeoutMs);
 }

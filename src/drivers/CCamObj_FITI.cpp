@@ -8,7 +8,8 @@ using emDef_Streams = CTemplateMap::emDef_Streams;
 
 namespace {
 
-constexpr nsDriverKeys::Group g_arGroups[] = {nsDriverKeys::Address, nsDriverKeys::Device, nsDriverKeys::Profile, nsDriverKeys::Format, nsDriverKeys::Resolution, nsDriverKeys::Main};
+constexpr nsDriverKeys::Group g_arGroups[] = {nsDriverKeys::Address, nsDriverKeys::Device,     nsDriverKeys::Profile,
+                                              nsDriverKeys::Format,  nsDriverKeys::Resolution, nsDriverKeys::Main};
 constexpr stDef_DriverRow g_stRow{g_arGroups};
 
 } // namespace

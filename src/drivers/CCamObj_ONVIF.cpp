@@ -16,9 +16,15 @@ constexpr const char* Encoders[] = {"VEncoderToken_M", "VEncoderToken_S", "Audio
                                     "VEncoderWidth_M", "VEncoderWidth_S", "VEncoderHeight_M", "VEncoderHeight_S"};
 
 // The resolution comes from the template alone, and a copy has none.
-constexpr nsDriverKeys::Group g_arGroups[] = {nsDriverKeys::Address, nsDriverKeys::OnvifAuth,  nsDriverKeys::Device,
-                                              nsDriverKeys::Format,  nsDriverKeys::Main,       nsDriverKeys::Low,
-                                              nsDriverKeys::LowBitrate, Ptz, Encoders};
+constexpr nsDriverKeys::Group g_arGroups[] = {nsDriverKeys::Address,
+                                              nsDriverKeys::OnvifAuth,
+                                              nsDriverKeys::Device,
+                                              nsDriverKeys::Format,
+                                              nsDriverKeys::Main,
+                                              nsDriverKeys::Low,
+                                              nsDriverKeys::LowBitrate,
+                                              Ptz,
+                                              Encoders};
 constexpr stDef_DriverRow g_stRow{g_arGroups};
 
 } // namespace
@@ -36,7 +42,8 @@ void CCamObj_ONVIF::m_S_MapTemplate(CTemplateMap& objMap) const
     objMap.m_S_Take(*nPick, u"Codec"_s, u"Format"_s);
     objMap.m_S_Take(*nPick, u"Resolution"_s, u"Resolution"_s);
     QString sPath = CTemplateMap::s_F_s_Entry(*nPick);
-    for (const auto& [sKey, sTarget] : {std::pair{u"Width"_s, u"VEncoderWidth_M"_s}, {u"Height"_s, u"VEncoderHeight_M"_s}}) {
+    for (const auto& [sKey, sTarget] :
+         {std::pair{u"Width"_s, u"VEncoderWidth_M"_s}, {u"Height"_s, u"VEncoderHeight_M"_s}}) {
         QString sValue;
         objMap.m_F_o_Detect().m_F_n_GetValue(sPath, sKey, sValue, {});
         objMap.m_S_Set(sTarget, sValue);

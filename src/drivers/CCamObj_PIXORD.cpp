@@ -8,7 +8,9 @@ using emDef_Streams = CTemplateMap::emDef_Streams;
 
 namespace {
 
-constexpr nsDriverKeys::Group g_arGroups[] = {nsDriverKeys::Address, nsDriverKeys::Device, nsDriverKeys::Profile, nsDriverKeys::Format, nsDriverKeys::Resolution, nsDriverKeys::Main, nsDriverKeys::Low, nsDriverKeys::LowBitrate};
+constexpr nsDriverKeys::Group g_arGroups[] = {nsDriverKeys::Address, nsDriverKeys::Device,     nsDriverKeys::Profile,
+                                              nsDriverKeys::Format,  nsDriverKeys::Resolution, nsDriverKeys::Main,
+                                              nsDriverKeys::Low,     nsDriverKeys::LowBitrate};
 constexpr stDef_DriverRow g_stRow{g_arGroups};
 
 } // namespace

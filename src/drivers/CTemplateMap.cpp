@@ -19,7 +19,10 @@ constexpr std::array<int, 6> g_arWidths = {Unlimited, 2592, 2048, 1920, 1280, 72
 
 CTemplateMap::CTemplateMap(const CXmlObj& xmlSystem, const CXmlObj& xmlDetect, const CXmlObj& xmlSupport,
                            CXmlObj& xmlCamera, const QString& sNode)
-    : vm_xmlSystem(xmlSystem), vm_xmlDetect(xmlDetect), vm_xmlSupport(xmlSupport), vm_xmlCamera(xmlCamera),
+    : vm_xmlSystem(xmlSystem),
+      vm_xmlDetect(xmlDetect),
+      vm_xmlSupport(xmlSupport),
+      vm_xmlCamera(xmlCamera),
       vm_sNode(sNode)
 {}
 

@@ -10,10 +10,10 @@ using Group = std::span<const char* const>;
 
 inline constexpr const char* Address[] = {"VendorID", "Model", "IP", "HttpPort", "RtspPort"};
 inline constexpr const char* OnvifAuth[] = {"OnvifAuth"};
-inline constexpr const char* Device[] = {"UserName", "Password", "IPType",      "BrandID",            "Enable",
-                                         "CH",       "MotionSetting", "DINum",  "DONum",              "CamCapility",
-                                         "EnableAudio", "EnableAudio_Record", "EnableTwoWayAudio", "InputGain",
-                                         "OutputGain"};
+inline constexpr const char* Device[] = {
+    "UserName",          "Password",  "IPType",    "BrandID",     "Enable",      "CH",
+    "MotionSetting",     "DINum",     "DONum",     "CamCapility", "EnableAudio", "EnableAudio_Record",
+    "EnableTwoWayAudio", "InputGain", "OutputGain"};
 inline constexpr const char* Profile[] = {"ProfileID"};
 inline constexpr const char* LowProfile[] = {"DefaultProfileID"};
 inline constexpr const char* ProfileNames[] = {"ProfileName", "DefaultProfileName"};

@@ -95,8 +95,8 @@ QWidget* Page::m_F_p_MakeList(CForm& objForm)
     vm_pTree = new CCameraTree;
     vm_objTexts.m_S_Add(Text{"Camera", "Camera"}, [this](const QString& s) { vm_pTree->setAccessibleName(s); });
     objForm.m_S_Wide(vm_pTree, "Cameras");
-    const auto arButtons = objForm.m_F_ar_Buttons(
-        {{Text{"AutoSetting", "Auto Setting"}, "AutoSettingButton"}, {Text{"QuickSetup", "Quick Setup"}, "QuickSetup"}});
+    const auto arButtons = objForm.m_F_ar_Buttons({{Text{"AutoSetting", "Auto Setting"}, "AutoSettingButton"},
+                                                   {Text{"QuickSetup", "Quick Setup"}, "QuickSetup"}});
     vm_pAutoSetting = arButtons[0];
     connect(vm_pAutoSetting, &QPushButton::clicked, this, &Page::m_S_AutoSetting);
     connect(arButtons[1], &QPushButton::clicked, this, &Page::m_S_QuickSetup);
@@ -172,9 +172,8 @@ void Page::m_S_Connect()
     connect(vm_pFound, &CCameraSearchList::S_RowChosen, this, &Page::m_S_ShowFound);
     connect(vm_pResolution, &QComboBox::activated, this,
             [this](int nRow) { stDef_CameraTemplate::s_S_WriteResolution(vm_pNvr->vm_xmlSystem, nRow); });
-    connect(vm_pFps, &QComboBox::activated, this, [this] {
-        stDef_CameraTemplate::s_S_WriteFps(vm_pNvr->vm_xmlSystem, vm_pFps->currentData().toInt());
-    });
+    connect(vm_pFps, &QComboBox::activated, this,
+            [this] { stDef_CameraTemplate::s_S_WriteFps(vm_pNvr->vm_xmlSystem, vm_pFps->currentData().toInt()); });
 }
 
 void Page::m_S_FillTemplate()
@@ -201,7 +200,8 @@ void Page::m_S_EnableShown(bool bShown)
 // What no message tells; it stands until the next action.
 void Page::m_S_Tell(const stDef_Text& stText, int nNumber)
 {
-    vm_pNote->setText(vm_pNvr->m_F_s_Text(stText, QString::fromUtf8(stText.pszDefault)).replace(u"%1"_s, QString::number(nNumber)));
+    vm_pNote->setText(
+        vm_pNvr->m_F_s_Text(stText, QString::fromUtf8(stText.pszDefault)).replace(u"%1"_s, QString::number(nNumber)));
 }
 
 void Page::m_S_Message(const stDef_Text& stText, const stDef_Text& stCaption)

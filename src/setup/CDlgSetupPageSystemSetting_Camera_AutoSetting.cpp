@@ -35,12 +35,10 @@ CDlgSetupPageSystemSetting_Camera_AutoSetting::CDlgSetupPageSystemSetting_Camera
     CForm objForm(this, &vm_objTexts);
     auto* const pLayout = new QVBoxLayout(this);
     vm_objTexts.m_S_Add(Text{"AutoSetting", "Auto Setting"}, [this](const QString& s) { setWindowTitle(s); });
-    pLayout->addWidget(
-        objForm.m_F_p_Group(Text{"AutoSetting", "Auto Setting"}, "AutoSetting", emDef_TextForm::Colon));
+    pLayout->addWidget(objForm.m_F_p_Group(Text{"AutoSetting", "Auto Setting"}, "AutoSetting", emDef_TextForm::Colon));
     auto* const pHint = new QLabel;
     pHint->setWordWrap(true);
-    vm_objTexts.m_S_AddText(pHint,
-                            Text{"AutoSettingText", "Please Input Search Parameter Or Empty To Search Camera"});
+    vm_objTexts.m_S_AddText(pHint, Text{"AutoSettingText", "Please Input Search Parameter Or Empty To Search Camera"});
     objForm.m_S_Wide(pHint, "AutoSettingText");
     vm_pModel = objForm.m_F_p_Edit(Text{"ModelName", "Model"}, "Model");
     vm_pIP = objForm.m_F_p_Address(Text{"IP", "IP"}, "IP");

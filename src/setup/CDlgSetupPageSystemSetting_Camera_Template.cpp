@@ -34,8 +34,8 @@ void CDlgSetupPageSystemSetting_Camera_Template::m_S_Make(CForm& objForm)
 {
     auto* const pLayout = new QVBoxLayout(this);
     vm_objTexts.m_S_Add(Text{"TemplateSetting", "Template Setting"}, [this](const QString& s) { setWindowTitle(s); });
-    pLayout->addWidget(objForm.m_F_p_Group(Text{"TemplateSetting", "Template Setting"}, "TemplateSetting",
-                                           emDef_TextForm::Colon));
+    pLayout->addWidget(
+        objForm.m_F_p_Group(Text{"TemplateSetting", "Template Setting"}, "TemplateSetting", emDef_TextForm::Colon));
     vm_pResolution = objForm.m_F_p_List(Text{"Resolution", "Resolution"}, "Resolution");
     vm_pFps = objForm.m_F_p_List(Text{"FPS", "FPS"}, "FPS");
     vm_pRateControl = objForm.m_F_p_List(Text{"RateControl", "Rate Control"}, "RateCtrl");
@@ -43,7 +43,8 @@ void CDlgSetupPageSystemSetting_Camera_Template::m_S_Make(CForm& objForm)
     vm_pAccount = objForm.m_F_p_Edit(Text{"Account", "Account"}, "Account");
     vm_pPassword = objForm.m_F_p_Password(Text{"Password", "Password"}, "Password");
     pLayout->addWidget(new CDialogButtons(this, vm_objTexts));
-    connect(vm_pRateControl, &QComboBox::activated, this, [this](int nRow) { vm_pQuality->setEnabled(nRow != CbrRow); });
+    connect(vm_pRateControl, &QComboBox::activated, this,
+            [this](int nRow) { vm_pQuality->setEnabled(nRow != CbrRow); });
 }
 
 void CDlgSetupPageSystemSetting_Camera_Template::m_S_Fill(const stDef_CameraTemplate& stTemplate)
