@@ -65,8 +65,31 @@ void DrawNext(QPainter& objPainter)
     objPainter.drawPolyline(QPolygonF({{10, 5}, {16, 12}, {10, 19}}));
 }
 
-constexpr void (*g_apfnDraw[])(QPainter&) = {DrawConnect,  DrawDisconnect, DrawExchange, DrawFullScreen,
-                                             DrawSnapshot, DrawPrevious,   DrawNext};
+void DrawPtz(QPainter& objPainter)
+{
+    for (const int nTurn : {0, 1, 2, 3}) {
+        objPainter.save();
+        objPainter.translate(12, 12);
+        objPainter.rotate(90 * nTurn);
+        objPainter.drawPolyline(QPolygonF({{-3, -6.5}, {0, -9.5}, {3, -6.5}}));
+        objPainter.restore();
+    }
+    objPainter.drawEllipse(QPointF(12, 12), 2.5, 2.5);
+}
+
+void DrawMinus(QPainter& objPainter)
+{
+    objPainter.drawLine(QPointF(6, 12), QPointF(18, 12));
+}
+
+void DrawPlus(QPainter& objPainter)
+{
+    DrawMinus(objPainter);
+    objPainter.drawLine(QPointF(12, 6), QPointF(12, 18));
+}
+
+constexpr void (*g_apfnDraw[])(QPainter&) = {DrawConnect,  DrawDisconnect, DrawExchange, DrawFullScreen, DrawSnapshot,
+                                             DrawPrevious, DrawNext,       DrawPtz,      DrawPlus,       DrawMinus};
 
 class CDrawnIcon : public QIconEngine
 {

@@ -10,7 +10,10 @@ enum class emDef_HostIcon
     FullScreen,
     Snapshot,
     Previous,
-    Next
+    Next,
+    Ptz,
+    Plus,
+    Minus
 };
 
 /// Icons that are drawn in the palette's colours at the very size and ratio they are shown at.

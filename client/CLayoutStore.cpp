@@ -60,6 +60,8 @@ bool CLayoutStore::m_F_b_Load(stDef_Layout& stLayout) const
     stLayout.sGeometry = QByteArray::fromBase64(sGeometry.toLatin1());
     stLayout.bFullScreen = objXml.m_F_n_GetValueInt(g_sWindow, u"FullScreen"_s, 0) == 1;
     stLayout.nLanguage = objXml.m_F_n_GetValueInt(g_sWindow, u"Language"_s, 1) == 0 ? 0 : 1;
+    stLayout.bPtzPanel = objXml.m_F_n_GetValueInt(g_sWindow, u"PtzPanel"_s, 0) == 1;
+    stLayout.nPtzSpeed = std::clamp(objXml.m_F_n_GetValueInt(g_sWindow, u"PtzSpeed"_s, 5), 1, 10);
     stLayout.arSlots.clear();
     for (int nSlot = 0; nSlot < nSlots; ++nSlot)
         stLayout.arSlots.push_back(ReadSlot(objXml, SlotPath(nSlot)));
@@ -73,6 +75,8 @@ bool CLayoutStore::m_F_b_Save(const stDef_Layout& stLayout) const
     objXml.m_F_b_SetValue(g_sWindow, u"Geometry"_s, QString::fromLatin1(stLayout.sGeometry.toBase64()));
     objXml.m_F_b_SetValue(g_sWindow, u"FullScreen"_s, stLayout.bFullScreen ? 1 : 0);
     objXml.m_F_b_SetValue(g_sWindow, u"Language"_s, stLayout.nLanguage);
+    objXml.m_F_b_SetValue(g_sWindow, u"PtzPanel"_s, stLayout.bPtzPanel ? 1 : 0);
+    objXml.m_F_b_SetValue(g_sWindow, u"PtzSpeed"_s, stLayout.nPtzSpeed);
     objXml.m_F_b_SetValue(g_sLayout, u"Shape"_s, stLayout.nShape);
     objXml.m_F_b_SetValue(g_sLayout, u"Page"_s, stLayout.nPage);
     const int nSlots = std::min(static_cast<int>(stLayout.arSlots.size()), MaxSlots);

@@ -15,6 +15,8 @@ struct stDef_Layout
     QByteArray sGeometry;                  ///< of the window, as the window system has it; may be empty
     bool bFullScreen = false;
     int nLanguage = 1; ///< 0 Traditional Chinese, 1 English
+    bool bPtzPanel = false;
+    int nPtzSpeed = 5; ///< 1 to 10
 };
 
 /// Keeps the layout in `Host.xml` of the configuration folder.

@@ -51,6 +51,9 @@ public:
     /// The picture as it stands on the screen; of serial 0 while there is none.
     const stDef_Picture& m_F_o_Picture() const { return vm_stPicture; }
 
+    /// True while the cell changes to its other stream, and the picture of the old one stands in for the new one's.
+    bool m_F_b_KeepsPicture() const;
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -90,7 +93,6 @@ private:
     bool m_F_b_OpenStream(int nStream);
     int m_F_n_FittingStream() const;
     void m_S_FollowSize();
-    bool m_F_b_KeepsPicture() const;
     QString m_F_s_Hint() const;
     int m_F_n_CaptionHeight() const;
     QRect m_F_o_PictureArea() const;

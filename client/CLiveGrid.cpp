@@ -240,6 +240,7 @@ void CLiveGrid::m_S_SetCurrent(int nCell)
     vm_nCurrent = nCell;
     for (int i = 0; i < vm_arCells.size(); ++i)
         vm_arCells[i]->m_S_SetCurrent(i == nCell);
+    Q_EMIT S_Changed();
 }
 
 void CLiveGrid::m_S_Move(int nColumns, int nRows)
@@ -282,7 +283,6 @@ void CLiveGrid::m_S_Arrange()
         m_S_Fill(pCell, Wanted(static_cast<int>(vm_arCells.indexOf(pCell))));
     m_S_SetCurrent(vm_nCurrent);
     Q_EMIT S_LayoutChanged();
-    Q_EMIT S_Changed();
 }
 
 QString CLiveGrid::m_F_s_Title(const stDef_ChannelKey& stKey) const

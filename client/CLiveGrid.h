@@ -73,7 +73,7 @@ public:
     stDef_GridTotals m_F_o_Totals() const;
 
 Q_SIGNALS:
-    void S_Changed();       ///< a state or a figure moved
+    void S_Changed();       ///< a state, a figure or the mark moved
     void S_LayoutChanged(); ///< shape, page or slots
     void S_Snapshot(QImage objImage, QString sTitle);
     void S_Lost(int nNvrID);

@@ -20,6 +20,8 @@
 #include "CHostIcon.h"
 #include "CHostText.h"
 #include "CLiveGrid.h"
+#include "CLoginPanel.h"
+#include "CPtzPanel.h"
 #include "CRecorderDialog.h"
 #include "CRecorderFilter.h"
 #include "CRecorderTree.h"
@@ -130,6 +132,7 @@ CMainWindow::~CMainWindow()
 {
     m_S_SaveLayout();
     disconnect(vm_pGrid, nullptr, this, nullptr);
+    delete vm_pPtz;  // its camera is stopped
     delete vm_pGrid; // while the window is whole, of which the connection objects are children
 }
 
@@ -154,7 +157,9 @@ void CMainWindow::m_S_MakeLayout()
     pSideLayout->setSpacing(0);
     pSideLayout->addWidget(vm_pTitle);
     pSideLayout->addLayout(pFilterLine);
-    pSideLayout->addWidget(vm_pTree);
+    pSideLayout->addWidget(vm_pTree, 1);
+    vm_pLogin = new CLoginPanel(vm_pEnv, vm_pStore, vm_pTree, &vm_objWatch);
+    pSideLayout->addWidget(vm_pLogin);
 
     auto* const pSplitter = new QSplitter(Qt::Horizontal);
     pSplitter->addWidget(vm_pSide);
@@ -167,6 +172,10 @@ void CMainWindow::m_S_MakeLayout()
     vm_pDocuments = new CDocumentPanel(this);
     addDockWidget(Qt::BottomDockWidgetArea, vm_pDocuments);
     vm_pDocuments->hide();
+    vm_pPtz = new CPtzPanel(vm_pEnv, vm_pStore, vm_pGrid, &vm_objWatch, this);
+    addDockWidget(Qt::RightDockWidgetArea, vm_pPtz);
+    vm_pPtz->hide();
+    addAction(vm_pPtz->toggleViewAction());
     vm_pTotals = new QLabel;
     vm_pTotals->setObjectName(u"Totals"_s);
     vm_pTotals->setContentsMargins(4, 0, 8, 0);
@@ -219,7 +228,9 @@ void CMainWindow::m_S_MakeMenus()
                 pMenu->addSeparator();
         }
     }
-    menuBar()->findChild<QMenu*>(u"MenuView"_s)->addAction(vm_pDocuments->toggleViewAction());
+    menuBar()
+        ->findChild<QMenu*>(u"MenuView"_s)
+        ->addActions({vm_pPtz->toggleViewAction(), vm_pDocuments->toggleViewAction()});
 }
 
 void CMainWindow::m_S_MakeToolBar()
@@ -230,6 +241,7 @@ void CMainWindow::m_S_MakeToolBar()
     vm_pToolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     for (const char* const pszName : {"ConnectAll", "DisconnectAll", "Snapshot", "Exchange"})
         vm_pToolBar->addAction(m_F_p_Action(pszName));
+    vm_pToolBar->addAction(vm_pPtz->toggleViewAction());
     vm_pToolBar->addSeparator();
     vm_pToolBar->addActions(vm_pShapes->actions());
     vm_pToolBar->addSeparator();
@@ -273,6 +285,7 @@ void CMainWindow::m_S_Connect()
     connect(vm_pTree, &CRecorderTree::S_Edit, this, &CMainWindow::m_S_EditRecorder);
     connect(vm_pTree, &CRecorderTree::S_Remove, this, &CMainWindow::m_S_RemoveRecorder);
     connect(vm_pTree, &CRecorderTree::S_MenuRequested, this, &CMainWindow::m_S_ShowTreeMenu);
+    connect(vm_pTree, &CRecorderTree::S_NvrMenuRequested, this, &CMainWindow::m_S_ShowNvrMenu);
     connect(vm_pGrid, &CLiveGrid::S_Changed, this, &CMainWindow::m_S_UpdateStates);
     connect(vm_pGrid, &CLiveGrid::S_LayoutChanged, this, &CMainWindow::m_S_UpdatePages);
     connect(vm_pGrid, &CLiveGrid::S_Snapshot, this, &CMainWindow::m_S_SaveSnapshot);
@@ -287,6 +300,7 @@ void CMainWindow::m_S_Connect()
         if (sText.isEmpty() && m_F_p_Action("FullScreen")->isChecked())
             statusBar()->hide();
     });
+    connect(vm_pPtz, &CPtzPanel::S_SettingChanged, this, &CMainWindow::m_S_SaveSoon);
     vm_objSaveTimer.setSingleShot(true);
     connect(&vm_objSaveTimer, &QTimer::timeout, this, &CMainWindow::m_S_SaveLayout);
 }
@@ -320,8 +334,7 @@ void CMainWindow::changeEvent(QEvent* pEvent)
 void CMainWindow::resizeEvent(QResizeEvent* pEvent)
 {
     QMainWindow::resizeEvent(pEvent);
-    if (vm_bRestored)
-        vm_objSaveTimer.start(SaveDelayMs);
+    m_S_SaveSoon();
 }
 
 // --- layout
@@ -339,7 +352,15 @@ void CMainWindow::m_S_Restore()
     if (stLayout.bFullScreen)
         m_F_p_Action("FullScreen")->trigger();
     vm_pGrid->m_S_SetLayout(stLayout);
+    vm_pPtz->m_S_SetSpeed(stLayout.nPtzSpeed);
+    vm_pPtz->setVisible(stLayout.bPtzPanel);
     vm_bRestored = true;
+}
+
+void CMainWindow::m_S_SaveSoon()
+{
+    if (vm_bRestored)
+        vm_objSaveTimer.start(SaveDelayMs);
 }
 
 void CMainWindow::m_S_SaveLayout()
@@ -349,6 +370,8 @@ void CMainWindow::m_S_SaveLayout()
     stLayout.sGeometry = saveGeometry();
     stLayout.bFullScreen = m_F_p_Action("FullScreen")->isChecked();
     stLayout.nLanguage = vm_objLanguage.m_F_n_Language();
+    stLayout.bPtzPanel = !vm_pPtz->isHidden();
+    stLayout.nPtzSpeed = vm_pPtz->m_F_n_Speed();
     if (!vm_objLayouts.m_F_b_Save(stLayout))
         m_S_Tell(Tr(emDef_Text::LayoutLost).arg(vm_pEnv->m_F_s_GetConfigFolder()));
 }
@@ -370,8 +393,7 @@ void CMainWindow::m_S_UpdatePages()
     Check(vm_pLanguages, vm_objLanguage.m_F_n_Language());
     vm_pPages->setText(Tr(emDef_Text::PageOf).arg(vm_pGrid->m_F_n_Page() + 1).arg(vm_pGrid->m_F_n_Pages()));
     m_F_p_Action("PreviousPage")->setEnabled(vm_pGrid->m_F_n_Page() > 0);
-    if (vm_bRestored)
-        vm_objSaveTimer.start(SaveDelayMs);
+    m_S_SaveSoon();
 }
 
 void CMainWindow::m_S_SetFullScreen(bool bOn)
@@ -405,6 +427,7 @@ void CMainWindow::m_S_UpdateRecorders()
     vm_nRecorders = static_cast<int>(arRecorders.size());
     vm_pTree->m_S_SetRecorders(arRecorders);
     vm_objWatch.m_S_SetRecorders(arRecorders);
+    vm_pLogin->m_S_Refresh();
 }
 
 void CMainWindow::m_S_AddRecorder()

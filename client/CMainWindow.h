@@ -13,6 +13,8 @@
 
 class CDocumentPanel;
 class CLiveGrid;
+class CLoginPanel;
+class CPtzPanel;
 class CRecorderTree;
 class QAction;
 class QActionGroup;
@@ -74,6 +76,7 @@ private:
     void m_S_RemoveRecorder(int nNvrID);
     void m_S_ShowNvrMenu(int nNvrID);
     void m_S_ShowTreeMenu(int nNvrID, const QPoint& ptGlobal);
+    void m_S_SaveSoon();
     void m_S_Tell(const QString& sText);
     void m_S_SaveSnapshot(const QImage& objImage, const QString& sTitle);
     void m_S_UpdateRecorders();
@@ -95,6 +98,8 @@ private:
     CRecorderTree* vm_pTree = nullptr;
     CLiveGrid* vm_pGrid = nullptr;
     CDocumentPanel* vm_pDocuments = nullptr;
+    CPtzPanel* vm_pPtz = nullptr;
+    CLoginPanel* vm_pLogin = nullptr;
     QWidget* vm_pSide = nullptr;
     QLabel* vm_pTitle = nullptr;
     QToolBar* vm_pToolBar = nullptr;

@@ -350,7 +350,11 @@ void CRecorderTree::contextMenuEvent(QContextMenuEvent* pEvent)
     const QTreeWidgetItem* const pItem = bKeys ? currentItem() : itemAt(viewport()->mapFromGlobal(pEvent->globalPos()));
     const QPoint ptGlobal =
         bKeys && pItem ? viewport()->mapToGlobal(visualItemRect(pItem).center()) : pEvent->globalPos();
-    Q_EMIT S_MenuRequested(RecorderOf(pItem), ptGlobal);
+    const bool bOwn = pItem && IsRecorder(*pItem) && !bKeys && !(pEvent->modifiers() & Qt::ShiftModifier);
+    if (bOwn)
+        Q_EMIT S_NvrMenuRequested(RecorderOf(pItem));
+    else
+        Q_EMIT S_MenuRequested(RecorderOf(pItem), ptGlobal);
     pEvent->accept();
 }
 

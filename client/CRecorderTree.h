@@ -36,6 +36,9 @@ Q_SIGNALS:
     void S_Edit(int nNvrID);
     void S_Remove(int nNvrID);
     void S_MenuRequested(int nNvrID, QPoint ptGlobal); ///< -1: beside all recorders
+    /// Right button on a recorder: its own menu, which comes at the pointer. With Shift, by the menu key and elsewhere
+    /// the host's one is asked for.
+    void S_NvrMenuRequested(int nNvrID);
     void S_CurrentChanged(int nNvrID);
 
 protected:

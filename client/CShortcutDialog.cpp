@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "CHostText.h"
+#include "CPtzAction.h"
 
 using namespace Qt::StringLiterals;
 
@@ -85,8 +86,8 @@ void CShortcutDialog::m_S_Fill()
     vm_pTable->clear();
     vm_pTable->setHeaderLabels({Tr(emDef_Text::ShortcutWhat), Tr(emDef_Text::ShortcutKey)});
     QHash<emDef_Text, QTreeWidgetItem*> mapGroups;
-    for (const emDef_Text nGroup :
-         {emDef_Text::ShortcutGroupWindow, emDef_Text::ShortcutGroupTree, emDef_Text::ShortcutGroupGrid})
+    for (const emDef_Text nGroup : {emDef_Text::ShortcutGroupWindow, emDef_Text::ShortcutGroupTree,
+                                    emDef_Text::ShortcutGroupGrid, emDef_Text::ShortcutGroupPtz})
         mapGroups[nGroup] = MakeGroup(*vm_pTable, nGroup);
     for (const QAction* const pAction : parentWidget()->actions()) {
         if (pAction->shortcuts().isEmpty() || pAction->text().isEmpty())
@@ -97,6 +98,9 @@ void CShortcutDialog::m_S_Fill()
     }
     for (const stDef_KeyRow& stRow : g_astKeys)
         new QTreeWidgetItem(mapGroups[stRow.nGroup], {Tr(stRow.nText), NativeKeys(QString::fromLatin1(stRow.pszKeys))});
+    for (const stDef_PtzAction& stAction : CPtzAction::s_F_ar_All())
+        new QTreeWidgetItem(mapGroups[emDef_Text::ShortcutGroupPtz],
+                            {Tr(stAction.nText), CPtzAction::s_F_s_Key(stAction)});
     vm_pTable->expandAll();
     vm_pTable->header()->setSectionResizeMode(0, QHeaderView::Stretch);
     vm_pTable->header()->setStretchLastSection(false);

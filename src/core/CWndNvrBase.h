@@ -24,6 +24,8 @@ struct stDef_DipsTarget
 ///
 /// The object is an invisible child of a host window, so that menu commands can reach it, but it belongs to the host:
 /// it outlives that window if it has to. All operations are for the GUI thread, but for `m_F_n_MultiPartStreamGet`.
+/// While the GUI thread leaves the object alone, `m_S_ExecPTZCmd` may run on one other thread, and
+/// `m_S_GetPTZData` and `m_S_GetLoginInfo` on one other; they touch no window.
 class FLEETLINK_EXPORT CWndNvrBase : public QWidget, public CTextSource
 {
     Q_OBJECT

@@ -30,6 +30,7 @@ struct CHTTP::st_Impl
     std::string sStreamUrl;
     std::string sPart;
     std::atomic<std::uint64_t> nBodyLimit{DefaultBodyLimit};
+    std::atomic<int> nLastGetResult{0};
 
     stDef_HttpTarget StoredTarget()
     {
@@ -83,7 +84,13 @@ std::uint32_t CHTTP::m_F_n_HTTPGetData(const QByteArray& sUrl, int nTimeoutMs)
     stRequest.sUrl = sUrl.toStdString();
     stRequest.nBodyLimit = vm_pImpl->nBodyLimit;
     const int nResult = vm_pImpl->objCommand.m_F_n_Perform(vm_pImpl->StoredTarget(), std::move(stRequest), nTimeoutMs);
+    vm_pImpl->nLastGetResult = nResult;
     return static_cast<std::uint32_t>(std::max(nResult, 0));
+}
+
+int CHTTP::m_F_n_LastGetResult() const
+{
+    return vm_pImpl->nLastGetResult;
 }
 
 int CHTTP::m_F_n_HTTPGetDataDirect(const QByteArray& sHost, const QByteArray& sUser, const QByteArray& sPassword,
@@ -167,6 +174,11 @@ int CHTTP::m_F_n_MultiPartStreamGet(const QByteArray& sUrl, char* pBuffer, std::
     const std::size_t nCopied = std::min<std::size_t>(impl.sPart.size(), nSize);
     std::memcpy(pBuffer, impl.sPart.data(), nCopied);
     return static_cast<int>(nCopied);
+}
+
+void CHTTP::m_S_AbandonDirect()
+{
+    vm_pImpl->objDirect.m_S_Stop();
 }
 
 void CHTTP::m_S_SetBodyLimit(std::uint64_t nBytes)

@@ -50,6 +50,8 @@ public:
 
     /// GET on the stored target; the body is dropped. Its length, or 0 on failure.
     std::uint32_t m_F_n_HTTPGetData(const QByteArray& sUrl, int nTimeoutMs);
+    /// What the last of these GETs came to: the length of its body, or a failure. 0 before the first one.
+    int m_F_n_LastGetResult() const;
 
     /// GET. The body replaces the content of the buffer, zero-terminated for text use; on failure the content is empty.
     /// Returns the body's length.
@@ -67,6 +69,10 @@ public:
     /// the connection, and of what has piled up the oldest parts may be left out. When the stream has ended the call
     /// gives `Result_Broken`, and the next one begins anew, as it does when nothing at all has come for half a minute.
     int m_F_n_MultiPartStreamGet(const QByteArray& sUrl, char* pBuffer, std::uint32_t nSize, int nTimeoutMs);
+
+    /// Ends requests of the Direct forms that run in other threads, and every later one, with `Result_Stopped`: for an
+    /// owner that won't wait for them. From any thread.
+    void m_S_AbandonDirect();
 
     /// Largest body that is taken, in bytes; 0 brings back the 64 MiB that hold unless told otherwise. It counts from
     /// the next request. Streams have no limit; their parts have one of 4 MiB, and larger ones are left out.

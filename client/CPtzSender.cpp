@@ -1,0 +1,70 @@
+#include "CPtzSender.h"
+
+#include "core/CWndNvrBase.h"
+
+namespace {
+
+// A stop that the recorder has refused would be refused again.
+bool IsUnheard(int nResult)
+{
+    return nResult == CHTTP::Result_TimedOut || nResult == CHTTP::Result_Unreachable || nResult == CHTTP::Result_Broken;
+}
+
+} // namespace
+
+CPtzSender::CPtzSender(CWndNvrBase* pNvr, std::function<void(int)> fnResult, std::function<void()> fnEnd)
+    : vm_pNvr(pNvr), vm_fnResult(std::move(fnResult)), vm_fnEnd(std::move(fnEnd)), vm_objThread([this] { m_S_Run(); })
+{}
+
+CPtzSender::~CPtzSender()
+{
+    m_S_Close();
+    vm_objThread.join();
+    CWndNvrBase::s_S_ReleaseNvrObject(&vm_pNvr);
+}
+
+void CPtzSender::m_S_Add(const stDef_PtzOrder& stOrder)
+{
+    const std::lock_guard objLock(vm_objMutex);
+    vm_objQueue.m_S_Add(stOrder);
+    vm_objWake.notify_one();
+}
+
+void CPtzSender::m_S_Close()
+{
+    const std::lock_guard objLock(vm_objMutex);
+    vm_bClosing = true;
+    vm_objQueue.m_S_DropAllButStops();
+    vm_objWake.notify_one();
+}
+
+void CPtzSender::m_S_Run()
+{
+    std::unique_lock objLock(vm_objMutex);
+    while (true) {
+        vm_objWake.wait(objLock, [this] { return vm_bClosing || !vm_objQueue.m_F_b_Empty(); });
+        const std::optional<stDef_PtzOrder> stOrder = vm_objQueue.m_F_o_Take();
+        if (!stOrder)
+            break;
+        objLock.unlock();
+        const int nResult = m_F_n_Send(*stOrder);
+        objLock.lock();
+        if (!IsUnheard(nResult))
+            continue;
+        if (stOrder->nKind == stDef_PtzOrder::emDef_Kind::Stop && !vm_bClosing)
+            vm_objQueue.m_S_Repeat(*stOrder);
+        vm_objQueue.m_S_DropOnce();
+    }
+    objLock.unlock();
+    vm_fnEnd();
+}
+
+int CPtzSender::m_F_n_Send(const stDef_PtzOrder& stOrder)
+{
+    vm_pNvr->m_S_ExecPTZCmd(stOrder.nCmd, stOrder.nCamera, stOrder.nParam1, stOrder.nParam2);
+    const int nResult = vm_pNvr->vm_objHttp.m_F_n_LastGetResult();
+    // A stop that went well doesn't make up for the movement that it ends.
+    if (nResult < 0 || stOrder.nKind != stDef_PtzOrder::emDef_Kind::Stop)
+        vm_fnResult(nResult);
+    return nResult;
+}

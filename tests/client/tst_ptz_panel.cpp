@@ -1,0 +1,362 @@
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QMenu>
+#include <QSlider>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QtTest/QTest>
+#include <gtest/gtest.h>
+#include <memory>
+
+#include "CFaultTable.h"
+#include "CLiveGrid.h"
+#include "CLoginPanel.h"
+#include "CMainWindow.h"
+#include "CPtzBoard.h"
+#include "CPtzPad.h"
+#include "CPtzPanel.h"
+#include "CRecorderTree.h"
+#include "CRequestLog.h"
+#include "CVirtualNvr.h"
+#include "RecorderCard.h"
+#include "support/Process.h"
+#include "support/Waiting.h"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+constexpr int LiveMs = 15000;
+
+class PtzPanelTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(vm_env.m_F_b_Init(vm_dir.path()));
+        CWinAES_CMS::s_S_SetKeyFolder(vm_dir.path());
+        std::string sError;
+        ASSERT_TRUE(vm_nvr.m_F_b_Start(WithChannels(2), sError)) << sError;
+        WriteCard(vm_dir.filePath("card.xml"), "Lab", vm_nvr.m_F_n_HttpPort(), vm_nvr.m_F_n_RtspPort(), 2);
+        ASSERT_EQ(vm_store.m_F_o_Import(vm_dir.filePath("card.xml")).sError, QString());
+    }
+
+    // With the panel open, the first cell live and its presets known.
+    void Open()
+    {
+        vm_pWindow = std::make_unique<CMainWindow>(&vm_env, &vm_store);
+        vm_pWindow->resize(1280, 800);
+        vm_pWindow->show();
+        QApplication::setActiveWindow(vm_pWindow.get());
+        ASSERT_TRUE(QTest::qWaitForWindowActive(vm_pWindow.get()));
+        if (!Panel().isVisible())
+            QTest::keyClick(vm_pWindow.get(), Qt::Key_T, Qt::ControlModifier);
+        Cell(0).setFocus();
+        ASSERT_TRUE(WaitUntil([&] { return Find<QComboBox>("PtzPresets").count() == 6; }, LiveMs)) << Line();
+        ASSERT_TRUE(WaitUntil([&] { return Cell(1).m_F_n_State() == emDef_LiveState::Live; }, LiveMs));
+        vm_nvr.m_F_o_Log().m_S_Clear();
+    }
+
+    template <class TWidget>
+    TWidget& Find(const char* pszName) const
+    {
+        return *vm_pWindow->findChild<TWidget*>(pszName);
+    }
+
+    CPtzPanel& Panel() const { return Find<CPtzPanel>("PtzPanel"); }
+    CPtzPad& Pad() const { return Find<CPtzPad>("PtzPad"); }
+    CLiveCell& Cell(int i) const { return *vm_pWindow->m_F_p_Grid()->m_F_ar_Cells()[i]; }
+    std::string Line() const { return Find<QLabel>("PtzLine").text().toStdString(); }
+
+    QPoint OnPad(int nPan, int nTilt) const
+    {
+        return Pad().rect().center() + QPoint(nPan, -nTilt) * Pad().height() / 4;
+    }
+
+    // PTZ commands as the recorder got them, logins aside.
+    Texts Commands() const
+    {
+        Texts arTexts;
+        for (const stDef_LogEntry& stEntry : vm_nvr.m_F_o_Log().m_F_ar_Entries()) {
+            const std::size_t nAt = stEntry.sTarget.find("ptz.cgi?");
+            if (nAt != std::string::npos && stEntry.nStatus != 401)
+                arTexts.push_back(stEntry.sTarget.substr(nAt + 8));
+        }
+        return arTexts;
+    }
+
+    void ExpectCommands(Texts arExpected, const std::string& sWhat)
+    {
+        EXPECT_TRUE(WaitUntil([&] { return Commands().size() >= arExpected.size(); })) << sWhat << Line();
+        EXPECT_EQ(Commands(), arExpected) << sWhat;
+        vm_nvr.m_F_o_Log().m_S_Clear();
+    }
+
+    void Fault(const char* pszUrl, const stDef_Fault& stFault)
+    {
+        ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set(pszUrl, stFault));
+    }
+
+    QTemporaryDir vm_dir;
+    CEnvObj vm_env;
+    CRecorderStore vm_store{&vm_env};
+    mutable CVirtualNvr vm_nvr;
+    std::unique_ptr<CMainWindow> vm_pWindow;
+};
+
+const std::string g_sUp = "continuouspantiltmove=0:16384&camera=0&speed=0";
+const std::string g_sStop = "continuouspantiltmove=0:0&camera=0&speed=0";
+const std::string g_sZoomIn = "continuouszoommove=16384,0&camera=0";
+const std::string g_sZoomStop = "continuouszoommove=0,0&camera=0";
+
+TEST_F(PtzPanelTest, EachKeyAndButtonSendsItsCommand)
+{
+    Open();
+    struct stDef_Row
+    {
+        Qt::Key nKey;
+        const char* pszButton; ///< null: on the pad, or none
+        Texts arCommands;
+    };
+    const auto Move = [](const char* pszRates) {
+        return Texts{std::string("continuouspantiltmove=") + pszRates + "&camera=0&speed=0", g_sStop};
+    };
+    const std::vector<stDef_Row> arRows = {
+        {Qt::Key_Q, nullptr, Move("-16384:16384")},
+        {Qt::Key_W, nullptr, Move("0:16384")},
+        {Qt::Key_E, nullptr, Move("16384:16384")},
+        {Qt::Key_A, nullptr, Move("-16384:0")},
+        {Qt::Key_D, nullptr, Move("16384:0")},
+        {Qt::Key_Z, nullptr, Move("-16384:-16384")},
+        {Qt::Key_X, nullptr, Move("0:-16384")},
+        {Qt::Key_C, nullptr, Move("16384:-16384")},
+        {Qt::Key_S, nullptr, {"move=home&camera=0&speed=5"}},
+        {Qt::Key_R, "PtzZoomIn", {g_sZoomIn, g_sZoomStop}},
+        {Qt::Key_F, "PtzZoomOut", {"continuouszoommove=-16384,0&camera=0", g_sZoomStop}},
+        {Qt::Key_T, "PtzFocusUp", {"move=focusup&camera=0&speed=5"}},
+        {Qt::Key_G, "PtzFocusDown", {"move=focusdown&camera=0&speed=5"}},
+        {Qt::Key_U, "PtzAutoFocus", {"autofocus=on&camera=0"}},
+        {Qt::Key_Y, "PtzIrisUp", {"move=irisup&camera=0&speed=5"}},
+        {Qt::Key_H, "PtzIrisDown", {"move=irisdown&camera=0&speed=5"}},
+        {Qt::Key_J, "PtzAutoIris", {"autoiris=on&camera=0"}},
+        {Qt::Key_P, "PtzAutoPanOn", {"autopan=on&camera=0&speed=5"}},
+        {Qt::Key_O, "PtzAutoPanOff", {"autopan=off&camera=0&speed=5"}},
+        {Qt::Key_4, nullptr, {"gotoserverpresetno=3&camera=0"}},
+        {Qt::Key_V, "PtzPresetGo", {"gotoserverpresetno=3&camera=0"}},
+        {Qt::Key_7, nullptr, {}},
+        {Qt::Key_K, "PtzTourOn", {"tournum=0&tour=on&camera=0"}},
+        {Qt::Key_L, "PtzTourOff", {"tournum=0&tour=off&camera=0"}},
+    };
+    const auto Held = [&](const stDef_Row& st) { return st.arCommands.size() < 2 || Commands().size() == 1; };
+    for (const stDef_Row& stRow : arRows) {
+        const std::string sName = QKeySequence(stRow.nKey).toString().toStdString();
+        QTest::keyPress(&Cell(0), stRow.nKey);
+        EXPECT_TRUE(WaitUntil([&] { return Held(stRow); })) << sName;
+        QTest::keyRelease(&Cell(0), stRow.nKey);
+        ExpectCommands(stRow.arCommands, sName);
+        if (!stRow.pszButton)
+            continue;
+        auto& objButton = Find<QAbstractButton>(stRow.pszButton);
+        EXPECT_TRUE(objButton.toolTip().contains("(" + QKeySequence(stRow.nKey).toString() + ")")) << stRow.pszButton;
+        QTest::mousePress(&objButton, Qt::LeftButton);
+        EXPECT_TRUE(WaitUntil([&] { return Held(stRow); })) << stRow.pszButton;
+        QTest::mouseRelease(&objButton, Qt::LeftButton);
+        ExpectCommands(stRow.arCommands, stRow.pszButton);
+    }
+    EXPECT_EQ(Find<QComboBox>("PtzTours").currentText(), "1  Shop fronts");
+    QTest::keyClick(&Cell(0), Qt::Key_Period);
+    EXPECT_EQ(Find<QSlider>("PtzSpeed").value(), 6);
+    QTest::keyClick(&Cell(0), Qt::Key_8, Qt::KeypadModifier);
+    QTest::keyClick(&Cell(0), Qt::Key_W, Qt::ControlModifier);
+    QTest::keyClick(vm_pWindow->m_F_p_Tree(), Qt::Key_W);
+    EXPECT_TRUE(WaitUntil([&] { return vm_nvr.m_F_o_Ptz().m_F_o_State(0).stPose.fTilt != 0 || !Commands().empty(); }));
+    for (const std::string& sCommand : Commands())
+        EXPECT_TRUE(sCommand == "continuouspantiltmove=0:19660&camera=0&speed=0" || sCommand == g_sStop) << sCommand;
+}
+
+TEST_F(PtzPanelTest, WhateverEndsAHoldStopsTheCameraOnce)
+{
+    Open();
+    const auto PressUp = [&] { QTest::mousePress(&Pad(), Qt::LeftButton, {}, OnPad(0, 1)); };
+    const auto KeyUp = [&](bool bRepeat = false) {
+        QKeyEvent objPress(QEvent::KeyPress, Qt::Key_W, {}, "w", bRepeat);
+        QApplication::sendEvent(&Cell(0), &objPress);
+    };
+    struct stDef_Row
+    {
+        const char* pszWhat;
+        std::function<void()> fnBegin;
+        std::function<void()> fnEnd;
+    };
+    const std::vector<stDef_Row> arRows = {
+        {"release", PressUp, [&] { QTest::mouseRelease(&Pad(), Qt::LeftButton, {}, OnPad(0, 1)); }},
+        {"release elsewhere", PressUp, [&] { QTest::mouseRelease(&Pad(), Qt::LeftButton, {}, QPoint(-50, -50)); }},
+        {"focus", PressUp, [&] { vm_pWindow->m_F_p_Tree()->setFocus(); }},
+        {"focus, by key", [&] { KeyUp(); }, [&] { vm_pWindow->m_F_p_Tree()->setFocus(); }},
+        {"window",
+         [&] { KeyUp(); },
+         [&] {
+             QWidget objOther;
+             objOther.show();
+             QApplication::setActiveWindow(&objOther);
+             EXPECT_TRUE(WaitUntil([&] { return Commands().size() == 2; }));
+             QApplication::setActiveWindow(vm_pWindow.get());
+         }},
+        {"menu",
+         [&] { KeyUp(); },
+         [&] {
+             QMenu objMenu;
+             objMenu.addAction("x");
+             objMenu.popup({10, 10});
+             EXPECT_TRUE(WaitUntil([&] { return Commands().size() == 2; }));
+         }},
+        {"channel", PressUp, [&] { Cell(1).setFocus(); }},
+        {"channel, by key", [&] { KeyUp(); }, [&] { QTest::keyClick(&Cell(0), Qt::Key_Right); }},
+        {"page", PressUp, [&] { QTest::keyClick(vm_pWindow.get(), Qt::Key_PageDown); }},
+        {"hiding", PressUp, [&] { QTest::keyClick(vm_pWindow.get(), Qt::Key_T, Qt::ControlModifier); }},
+        {"held key and mouse",
+         [&] {
+             KeyUp();
+             PressUp();
+             KeyUp(true);
+             KeyUp(true);
+         },
+         [&] {
+             QTest::mouseRelease(&Pad(), Qt::LeftButton, {}, OnPad(0, 1));
+             QTest::keyRelease(&Cell(0), Qt::Key_W);
+         }},
+        {"end of the stream", PressUp, [&] { QTest::keyClick(vm_pWindow.get(), Qt::Key_D, Qt::ControlModifier); }},
+    };
+    for (const stDef_Row& stRow : arRows) {
+        stRow.fnBegin();
+        EXPECT_TRUE(WaitUntil([&] { return Commands() == Texts{g_sUp}; })) << stRow.pszWhat;
+        stRow.fnEnd();
+        ExpectCommands({g_sUp, g_sStop}, stRow.pszWhat);
+        EXPECT_TRUE(WaitUntil([&] { return !vm_nvr.m_F_o_Ptz().m_F_o_State(0).bMoving; })) << stRow.pszWhat;
+        // What is released or repeated late says nothing any more.
+        QTest::mouseRelease(&Pad(), Qt::LeftButton, {}, OnPad(0, 1));
+        KeyUp(true);
+        QTest::keyRelease(&Cell(0), Qt::Key_W);
+        ExpectCommands({}, stRow.pszWhat);
+        if (!Panel().isVisible())
+            QTest::keyClick(vm_pWindow.get(), Qt::Key_T, Qt::ControlModifier);
+        QTest::keyClick(vm_pWindow.get(), Qt::Key_PageUp);
+        Cell(0).setFocus();
+        const bool bEnded = Cell(0).m_F_n_State() == emDef_LiveState::Disconnected;
+        EXPECT_TRUE(bEnded || WaitUntil([&] { return Pad().isEnabled(); }, LiveMs)) << stRow.pszWhat << Line();
+    }
+    EXPECT_FALSE(Pad().isEnabled());
+    EXPECT_NE(Line().find("Disconnected"), std::string::npos) << Line();
+}
+
+TEST_F(PtzPanelTest, ClosingTheWindowStopsTheCamera)
+{
+    Open();
+    QTest::keyPress(&Cell(0), Qt::Key_R);
+    EXPECT_TRUE(WaitUntil([&] { return Commands() == Texts{g_sZoomIn}; }));
+    vm_pWindow.reset();
+    ExpectCommands({g_sZoomIn, g_sZoomStop}, "closed");
+    // The next window comes back with the panel.
+    vm_pWindow = std::make_unique<CMainWindow>(&vm_env, &vm_store);
+    vm_pWindow->show();
+    EXPECT_TRUE(Panel().isVisible());
+}
+
+TEST_F(PtzPanelTest, ASilentRecorderHoldsUpNothingAndGetsItsStop)
+{
+    Open();
+    Fault("ptz.cgi", {"silence", 0, 1});
+    QElapsedTimer clock, gap;
+    clock.start();
+    QTest::keyPress(&Cell(0), Qt::Key_A);
+    EXPECT_TRUE(WaitUntil([&] { return vm_nvr.m_F_o_Log().m_F_n_Count() > 0; }));
+    for (const Qt::Key nKey : {Qt::Key_W, Qt::Key_T, Qt::Key_D, Qt::Key_X}) {
+        QTest::keyPress(&Cell(0), nKey);
+        QTest::keyRelease(&Cell(0), nKey);
+    }
+    QTest::keyRelease(&Cell(0), Qt::Key_A);
+    EXPECT_LT(clock.elapsed(), 1500) << "no key waits for an answer";
+    qint64 nLongest = 0;
+    gap.start();
+    while (clock.elapsed() < 1500) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        nLongest = std::max(nLongest, gap.restart());
+    }
+    EXPECT_LT(nLongest, 500 * Process::Slowness) << "ms that the window didn't answer";
+    EXPECT_TRUE(WaitUntil([&] { return Line().find("no answer") != std::string::npos; })) << Line();
+    EXPECT_TRUE(WaitUntil([&] { return !Commands().empty() && Commands().back() == g_sStop; }));
+    for (const std::string& sCommand : Commands())
+        EXPECT_TRUE(sCommand == g_sStop || sCommand.find("=-16384:0") != std::string::npos) << sCommand << " is stale";
+    QTest::keyClick(&Cell(0), Qt::Key_S);
+    EXPECT_TRUE(WaitUntil([&] { return Line().find("Hold a direction") == 0; })) << Line();
+}
+
+TEST_F(PtzPanelTest, SaysInPlainWordsWhatIsTheMatter)
+{
+    Fault("group=", {"status", 500});
+    vm_pWindow = std::make_unique<CMainWindow>(&vm_env, &vm_store);
+    vm_pWindow->show();
+    QApplication::setActiveWindow(vm_pWindow.get());
+    QTest::keyClick(vm_pWindow.get(), Qt::Key_T, Qt::ControlModifier);
+    const auto Says = [&](const char* pszText) {
+        EXPECT_TRUE(WaitUntil([&] { return Line().find(pszText) != std::string::npos; }, LiveMs)) << pszText << Line();
+    };
+    Says("no presets or tours");
+    EXPECT_FALSE(Find<QAbstractButton>("PtzPresetGo").isEnabled());
+    for (const auto& [nStatus, pszText] : {std::pair{400, "refused the last"}, {401, "refuses the account"}}) {
+        Fault("ptz.cgi", {"status", nStatus});
+        QTest::keyClick(&Cell(0), Qt::Key_S);
+        Says(pszText);
+    }
+    Cell(3).setFocus();
+    Says("Mark a live cell");
+    EXPECT_FALSE(Pad().isEnabled());
+    Cell(0).setFocus();
+    vm_nvr.m_S_Stop();
+    Says("can't be reached");
+    EXPECT_FALSE(Pad().isEnabled());
+}
+
+TEST_F(PtzPanelTest, TellsWhatTheAccountMaySee)
+{
+    EXPECT_EQ(CLoginPanel::s_F_s_Channels("110111010"), QString::fromUtf8("1–2, 4–6, 8"));
+    EXPECT_EQ(CLoginPanel::s_F_s_Channels("000"), QString());
+    Fault("logininfo", {"silence", 0, 1}); // the first one never ends
+    Open();
+    const auto Is = [&](const char* pszLabel, const char* pszText) {
+        EXPECT_TRUE(WaitUntil([&] { return Find<QLabel>(pszLabel).text() == QString::fromUtf8(pszText); }))
+            << pszLabel << ": " << Find<QLabel>(pszLabel).text().toStdString();
+    };
+    Is("LoginAccount", "admin");
+    Is("LoginView", "Asking…");
+    vm_pWindow.reset(); // at once, though a question runs
+    Open();
+    Is("LoginView", "2 of 2 channels: 1–2");
+    Is("LoginStyles", "1, 2, 3, 4");
+    Is("LoginSecondOnly", "can be recorded");
+}
+
+TEST_F(PtzPanelTest, TheRightButtonBringsTheRecordersOwnMenu)
+{
+    Open();
+    CRecorderTree& objTree = *vm_pWindow->m_F_p_Tree();
+    const auto Entries = [&](Qt::KeyboardModifiers nModifiers) {
+        QStringList arEntries;
+        QTimer::singleShot(50, [&] {
+            auto* const pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            ASSERT_TRUE(pMenu);
+            for (const QAction* const pAction : pMenu->actions())
+                arEntries.append(pAction->text());
+            pMenu->close();
+        });
+        const QPoint ptRow = objTree.visualItemRect(objTree.topLevelItem(0)).center();
+        QContextMenuEvent objEvent(QContextMenuEvent::Mouse, ptRow, objTree.viewport()->mapToGlobal(ptRow), nModifiers);
+        QApplication::sendEvent(objTree.viewport(), &objEvent);
+        return arEntries;
+    };
+    EXPECT_EQ(Entries({}), QStringList({"System Setting", "System Management", "Event Setting"}));
+    EXPECT_TRUE(Entries(Qt::ShiftModifier).contains("&Remove recorder"));
+}
+
+} // namespace
