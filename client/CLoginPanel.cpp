@@ -157,7 +157,9 @@ void CLoginPanel::m_S_Show()
         return;
     vm_pTitle->setText(Tr(emDef_Text::LoginTitle));
     const bool bAway = vm_pWatch->m_F_n_Reach(vm_nNvrID) == emDef_Reach::Away;
-    QString sUntold = Tr(vm_bAsking ? emDef_Text::LoginAsking : bAway ? emDef_Text::ReachAway : emDef_Text::LoginSilent);
+    QString sUntold = Tr(vm_bAsking ? emDef_Text::LoginAsking
+                         : bAway    ? emDef_Text::ReachAway
+                                    : emDef_Text::LoginSilent);
     const QString asValues[] = {
         vm_pStore->m_F_o_Form(vm_nNvrID).sUser,
         vm_sRights.isEmpty() ? sUntold : m_F_s_View(),

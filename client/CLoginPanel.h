@@ -50,8 +50,8 @@ private:
     QTimer vm_objAskSoon; ///< the mark may be on its way through the tree
     int vm_nNvrID = -1;
     bool vm_bAsking = false;
-    QString vm_sRights;    ///< a character a channel; empty if the recorder doesn't tell
-    QStringList vm_arCan;  ///< flags of what the recorder can
+    QString vm_sRights;   ///< a character a channel; empty if the recorder doesn't tell
+    QStringList vm_arCan; ///< flags of what the recorder can
     QLabel* vm_pTitle;
     QFormLayout* vm_pForm;
     QList<QLabel*> vm_arNames;

@@ -12,6 +12,7 @@
 #include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <map>
@@ -251,6 +252,9 @@ void CMainWindow::m_S_MakeToolBar()
     vm_pToolBar->addAction(m_F_p_Action("PreviousPage"));
     vm_pToolBar->addWidget(vm_pPages);
     vm_pToolBar->addAction(m_F_p_Action("NextPage"));
+    for (const char* const pszName : {"PreviousPage", "NextPage"})
+        qobject_cast<QToolButton*>(vm_pToolBar->widgetForAction(m_F_p_Action(pszName)))
+            ->setToolButtonStyle(Qt::ToolButtonIconOnly);
     vm_pToolBar->addSeparator();
     vm_pToolBar->addAction(m_F_p_Action("FullScreen"));
 }

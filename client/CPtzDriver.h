@@ -46,8 +46,8 @@ public:
     int m_F_n_Tilt() const { return vm_nTilt; } ///< likewise
 
 Q_SIGNALS:
-    void S_Moved();              ///< another movement, or none
-    void S_Result(int nResult);  ///< of the last command; negative is a `CHTTP::emDef_Result`
+    void S_Moved();             ///< another movement, or none
+    void S_Result(int nResult); ///< of the last command; negative is a `CHTTP::emDef_Result`
 
 private:
     void m_S_Update();
@@ -62,7 +62,7 @@ private:
     int vm_nPan = 0;
     int vm_nTilt = 0;
     int vm_nZoom = 0;
-    int vm_nSender = 0;                     ///< number of the sender
-    std::unique_ptr<CPtzSender> vm_pSender; ///< made for the first command
+    int vm_nSender = 0;                                      ///< number of the sender
+    std::unique_ptr<CPtzSender> vm_pSender;                  ///< made for the first command
     std::map<int, std::unique_ptr<CPtzSender>> vm_mapEnding; ///< those of recorders driven before, by number
 };

@@ -18,7 +18,7 @@ namespace {
 
 constexpr qreal HomePart = 0.36;  ///< radius of the home button, of the pad's
 constexpr qreal ArrowPart = 0.70; ///< where the arrows stand
-constexpr int Side = 176;
+constexpr int Side = 184;
 
 // Counterclockwise from the right, in steps of 45 degrees; up is positive.
 constexpr QPoint g_aptDirections[] = {{1, 0}, {1, 1}, {0, 1}, {-1, 1}, {-1, 0}, {-1, -1}, {0, -1}, {1, -1}};
@@ -30,10 +30,7 @@ CPtzPad::CPtzPad(QWidget* pParent) : QWidget(pParent)
     setObjectName(u"PtzPad"_s);
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
-    QSizePolicy objPolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-    objPolicy.setHeightForWidth(true);
-    setSizePolicy(objPolicy);
-    setMinimumSize(132, 132);
+    setMinimumSize(Side, Side);
 }
 
 QSize CPtzPad::sizeHint() const
@@ -145,8 +142,8 @@ void CPtzPad::paintEvent(QPaintEvent*)
     objPainter.setRenderHint(QPainter::Antialiasing);
     const QRectF rcCircle = m_F_o_Circle();
     const QPalette::ColorGroup nGroup = isEnabled() ? QPalette::Active : QPalette::Disabled;
-    objPainter.setPen(QPen(palette().color(nGroup, hasFocus() ? QPalette::Highlight : QPalette::Mid),
-                           hasFocus() ? 2 : 1));
+    objPainter.setPen(
+        QPen(palette().color(nGroup, hasFocus() ? QPalette::Highlight : QPalette::Mid), hasFocus() ? 2 : 1));
     objPainter.setBrush(palette().color(nGroup, QPalette::Button));
     objPainter.drawEllipse(rcCircle);
     for (int nEighth = 0; nEighth < 8; ++nEighth)
@@ -172,7 +169,7 @@ void CPtzPad::m_S_PaintArrow(QPainter& objPainter, int nEighth) const
     const QPalette::ColorGroup nGroup = isEnabled() ? QPalette::Active : QPalette::Disabled;
     const QColor objInk = palette().color(nGroup, bLit ? QPalette::HighlightedText : QPalette::ButtonText);
     const bool bDiagonal = nEighth % 2 != 0;
-    const qreal nSize = nRadius * (bDiagonal ? 0.10 : 0.14);
+    const qreal nSize = nRadius * (bDiagonal ? 0.09 : 0.12);
     objPainter.save();
     objPainter.translate(rcCircle.center());
     objPainter.rotate(-45.0 * nEighth);

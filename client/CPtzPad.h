@@ -17,8 +17,6 @@ public:
     void m_S_Reset();
 
     QSize sizeHint() const override;
-    bool hasHeightForWidth() const override { return true; }
-    int heightForWidth(int nWidth) const override { return nWidth; }
 
 Q_SIGNALS:
     void S_Direction(int nPan, int nTilt); ///< each -1 to 1; both 0: released

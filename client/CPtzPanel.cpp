@@ -5,6 +5,8 @@
 #include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSlider>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -36,10 +38,8 @@ struct stDef_ResultRow
 };
 
 constexpr stDef_ResultRow g_astResults[] = {
-    {CHTTP::Result_TimedOut, emDef_Text::PtzSilent},
-    {CHTTP::Result_Unreachable, emDef_Text::PtzAway},
-    {CHTTP::Result_Unauthorised, emDef_Text::PtzAccount},
-    {CHTTP::Result_ErrorStatus, emDef_Text::PtzRefused},
+    {CHTTP::Result_TimedOut, emDef_Text::PtzSilent},       {CHTTP::Result_Unreachable, emDef_Text::PtzAway},
+    {CHTTP::Result_Unauthorised, emDef_Text::PtzAccount},  {CHTTP::Result_ErrorStatus, emDef_Text::PtzRefused},
     {CHTTP::Result_BadArgument, emDef_Text::HintUnusable},
 };
 
@@ -62,7 +62,8 @@ constexpr stDef_Face g_astFaces[] = {
 bool IsPlaying(const CLiveCell& objCell)
 {
     const emDef_LiveState nState = objCell.m_F_n_State();
-    return objCell.m_F_b_KeepsPicture() || nState == emDef_LiveState::Live || nState == emDef_LiveState::Waiting || nState == emDef_LiveState::Stalled;
+    return objCell.m_F_b_KeepsPicture() || nState == emDef_LiveState::Live || nState == emDef_LiveState::Waiting ||
+           nState == emDef_LiveState::Stalled;
 }
 
 void FillPlaces(QComboBox& objPlaces, const QStringList& arNames, emDef_Text nUnnamed)
@@ -146,7 +147,13 @@ void CPtzPanel::m_S_Build()
     pLayout->addWidget(vm_pControls);
     pLayout->addWidget(vm_pLine);
     pLayout->addStretch(1);
-    setWidget(pBody);
+    vm_pScroll = new QScrollArea; // a low window doesn't grow for the panel
+    vm_pScroll->setFrameShape(QFrame::NoFrame);
+    vm_pScroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    vm_pScroll->setWidgetResizable(true);
+    vm_pScroll->setFocusPolicy(Qt::NoFocus);
+    vm_pScroll->setWidget(pBody);
+    setWidget(vm_pScroll);
 }
 
 QLabel* CPtzPanel::m_F_p_Label(emDef_Text nText)
@@ -238,12 +245,13 @@ void CPtzPanel::m_S_Connect()
     }
     connect(vm_pSpeed, &QSlider::valueChanged, this, &CPtzPanel::m_S_SetSpeed);
     vm_pKeys = std::make_unique<CPtzKeys>(vm_pPad, [this](const QWidget* pWidget) { return m_F_b_Acts(pWidget); });
-    connect(vm_pKeys.get(), &CPtzKeys::S_Pressed, this, [this](int nSource, const stDef_PtzAction* pAction, int nDigit) {
-        if (pAction->nKind == emDef_PtzKind::Hold)
-            vm_objDriver.m_S_Hold(nSource, *pAction);
-        else
-            m_S_Do(*pAction, nDigit);
-    });
+    connect(vm_pKeys.get(), &CPtzKeys::S_Pressed, this,
+            [this](int nSource, const stDef_PtzAction* pAction, int nDigit) {
+                if (pAction->nKind == emDef_PtzKind::Hold)
+                    vm_objDriver.m_S_Hold(nSource, *pAction);
+                else
+                    m_S_Do(*pAction, nDigit);
+            });
     connect(vm_pKeys.get(), &CPtzKeys::S_Released, &vm_objDriver, &CPtzDriver::m_S_Let);
     connect(vm_pKeys.get(), &CPtzKeys::S_Lost, this, &CPtzPanel::m_S_StopAll);
     connect(&vm_objDriver, &CPtzDriver::S_Moved, this,
@@ -292,6 +300,8 @@ void CPtzPanel::m_S_Retranslate()
     vm_pTours->setAccessibleName(Tr(emDef_Text::PtzTours));
     m_S_ShowPlaces();
     m_S_UpdateLine();
+    vm_pScroll->setMinimumWidth(vm_pScroll->widget()->minimumSizeHint().width() +
+                                vm_pScroll->verticalScrollBar()->sizeHint().width());
 }
 
 void CPtzPanel::changeEvent(QEvent* pEvent)

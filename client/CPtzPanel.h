@@ -16,10 +16,11 @@ class QBoxLayout;
 class QComboBox;
 class QGridLayout;
 class QLabel;
+class QScrollArea;
 class QSlider;
 
-/// Moves the camera of the marked live cell: pad, zoom, focus, iris, automatic functions, presets and tours, each with a
-/// key that acts while the focus is here or in the live cells. Whatever ends a cell's picture or takes the focus away
+/// Moves the camera of the marked live cell: pad, zoom, focus, iris, automatic functions, presets and tours, each with
+/// a key that acts while the focus is here or in the live cells. Whatever ends a cell's picture or takes the focus away
 /// also stops the camera.
 class CPtzPanel : public QDockWidget
 {
@@ -76,6 +77,7 @@ private:
     bool vm_bPlaces = false; ///< the camera's presets and tours are known
     bool vm_bReady = false;  ///< the camera can be driven
     int vm_nResult = 0;      ///< of the last command
+    QScrollArea* vm_pScroll = nullptr;
     QWidget* vm_pControls = nullptr;
     CPtzPad* vm_pPad = nullptr;
     QLabel* vm_pCamera = nullptr;

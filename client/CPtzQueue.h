@@ -20,7 +20,7 @@ struct stDef_PtzOrder
     int nCamera = 0;
     int nParam1 = 0;
     int nParam2 = 0;
-    int nAxis = 0; ///< of a movement: 0 pan and tilt, 1 zoom
+    int nAxis = 0;  ///< of a movement: 0 pan and tilt, 1 zoom
     int nTries = 3; ///< of a stop that finds no answer
 };
 

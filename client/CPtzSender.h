@@ -15,7 +15,8 @@ class CPtzSender
 {
 public:
     /// Takes the object over, which has its target set. `fnResult` is called on the sender's thread after each command
-    /// but a stop that went well, with the result of its request (`CHTTP::emDef_Result` if negative), `fnEnd` at the end of the thread.
+    /// but a stop that went well, with the result of its request (`CHTTP::emDef_Result` if negative), `fnEnd` at the
+    /// end of the thread.
     CPtzSender(CWndNvrBase* pNvr, std::function<void(int nResult)> fnResult, std::function<void()> fnEnd);
     ~CPtzSender(); ///< closes, and waits for the stops to be sent: 2 s each at most
     CPtzSender(const CPtzSender&) = delete;

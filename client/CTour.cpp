@@ -1,11 +1,14 @@
 #include "CTour.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QPalette>
 #include <QPixmap>
 #include <QPushButton>
@@ -19,6 +22,8 @@
 #include "CDocumentPanel.h"
 #include "CLiveGrid.h"
 #include "CMainWindow.h"
+#include "CPtzPad.h"
+#include "CPtzPanel.h"
 #include "CRecorderDialog.h"
 #include "CRecorderStore.h"
 #include "CShortcutDialog.h"
@@ -74,6 +79,13 @@ size_t Fingerprint(const stDef_Picture& stPicture)
     return qHashBits(stPicture.arPixels.data(), stPicture.arPixels.size() * sizeof(stPicture.arPixels[0]));
 }
 
+void SendMouse(QWidget& objWidget, QEvent::Type nType, const QPointF& pt)
+{
+    const Qt::MouseButton nHeld = nType == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent objEvent(nType, pt, objWidget.mapToGlobal(pt), Qt::LeftButton, nHeld, Qt::NoModifier);
+    QApplication::sendEvent(&objWidget, &objEvent);
+}
+
 QString Bytes(bool bThere, std::int64_t nBytes)
 {
     return bThere ? QString::number(nBytes) : u"-"_s;
@@ -108,6 +120,7 @@ QStringList CTour::m_F_ar_Run()
     m_S_Live();
     m_S_Shapes();
     m_S_States();
+    m_S_Ptz();
     m_S_Looks();
     m_S_Exchange();
     m_S_Disconnect();
@@ -300,6 +313,43 @@ void CTour::m_S_Dialogs(const QString& sSuffix)
     objKeys.show();
     m_S_Settle();
     m_S_Grab(u"9-shortcuts"_s + sSuffix, &objKeys);
+}
+
+// The panel moves the first camera: zoomed in, then to the right as long as the pad is held.
+void CTour::m_S_Ptz()
+{
+    const auto* const pPresets = vm_pWindow->findChild<QComboBox*>(u"PtzPresets"_s);
+    auto* const pZoom = vm_pWindow->findChild<QAbstractButton*>(u"PtzZoomIn"_s);
+    auto* const pPad = vm_pWindow->findChild<CPtzPad*>(u"PtzPad"_s);
+    auto* const pPanel = vm_pWindow->findChild<CPtzPanel*>();
+    if (!pPresets || !pZoom || !pPad || !pPanel)
+        return m_S_Fail(u"the PTZ panel is not whole"_s);
+    const int nLanguage = CAppEnv::s_objEnv.vm_nLanguage;
+    const QPalette objLight = QApplication::palette();
+    pPanel->show();
+    vm_pWindow->m_F_p_Grid()->m_F_p_Current()->setFocus();
+    if (!m_F_b_Wait([=] { return pPad->isEnabled() && pPresets->count() > 0; }, vm_stLimits.nLiveMs))
+        m_S_Fail(u"the PTZ panel has no camera with presets"_s);
+    const QPointF ptRight(pPad->width() * 0.85, pPad->height() * 0.5);
+    SendMouse(*pZoom, QEvent::MouseButtonPress, pZoom->rect().center());
+    m_F_b_Wait([] { return false; }, vm_stLimits.nMeasureMs);
+    SendMouse(*pZoom, QEvent::MouseButtonRelease, pZoom->rect().center());
+    SendMouse(*pPad, QEvent::MouseButtonPress, ptRight);
+    m_S_Settle();
+    m_S_Grab(u"13-ptz"_s);
+    vm_pWindow->m_S_SetLanguage(0);
+    m_S_Settle();
+    m_S_Grab(u"13-ptz-chinese"_s);
+    vm_pWindow->m_S_SetLanguage(nLanguage);
+    SendMouse(*pPad, QEvent::MouseButtonRelease, ptRight);
+    QApplication::setPalette(DarkPalette());
+    m_S_Settle();
+    m_S_Grab(u"13-ptz-dark"_s);
+    QApplication::setPalette(objLight);
+    SendMouse(*pPad, QEvent::MouseButtonPress, pPad->rect().center());
+    SendMouse(*pPad, QEvent::MouseButtonRelease, pPad->rect().center());
+    pPanel->hide();
+    m_F_b_WaitLive();
 }
 
 void CTour::m_S_Looks()

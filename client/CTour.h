@@ -58,6 +58,7 @@ private:
     void m_S_States();
     void m_S_Dialogs(const QString& sSuffix);
     void m_S_TestConnection(int nNvrID, const QString& sName);
+    void m_S_Ptz();
     void m_S_Looks();
     void m_S_Exchange();
     void m_S_Disconnect();

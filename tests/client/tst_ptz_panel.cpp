@@ -194,8 +194,7 @@ TEST_F(PtzPanelTest, WhateverEndsAHoldStopsTheCameraOnce)
         {"release elsewhere", PressUp, [&] { QTest::mouseRelease(&Pad(), Qt::LeftButton, {}, QPoint(-50, -50)); }},
         {"focus", PressUp, [&] { vm_pWindow->m_F_p_Tree()->setFocus(); }},
         {"focus, by key", [&] { KeyUp(); }, [&] { vm_pWindow->m_F_p_Tree()->setFocus(); }},
-        {"window",
-         [&] { KeyUp(); },
+        {"window", [&] { KeyUp(); },
          [&] {
              QWidget objOther;
              objOther.show();
@@ -203,8 +202,7 @@ TEST_F(PtzPanelTest, WhateverEndsAHoldStopsTheCameraOnce)
              EXPECT_TRUE(WaitUntil([&] { return Commands().size() == 2; }));
              QApplication::setActiveWindow(vm_pWindow.get());
          }},
-        {"menu",
-         [&] { KeyUp(); },
+        {"menu", [&] { KeyUp(); },
          [&] {
              QMenu objMenu;
              objMenu.addAction("x");

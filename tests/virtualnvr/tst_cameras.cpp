@@ -56,7 +56,8 @@ const struct
 } g_arBrands[] = {
     {0, "@ProfileName and @DefaultProfileID and @LowBitrate", "@DefaultID", "@ProfileID and @Bitrate and @MinBitrate"},
     {2, "@ProfileName and @DefaultProfileID and @LowBitrate", "@DefaultID", "@ProfileID and @MaxTargetBitrate"},
-    {4, "@OnvifAuth and @PTZToken and @VEncoderHeight_S and not(@Resolution)", "Audio/@Count", "@Height and @MaxQuality"},
+    {4, "@OnvifAuth and @PTZToken and @VEncoderHeight_S and not(@Resolution)", "Audio/@Count",
+     "@Height and @MaxQuality"},
     {6, "@DefaultProfileID and @LowBitrate", "Quality/@Max and Bitrate_S/@Max", "@Codec"},
     {7, "@LowFPS and not(@LowBitrate)", "@MaxMjpgFPS and Quality004/@Name and @FPS", "@MinFPS"},
     {8, "@Format and not(@LowFPS)", "@FPS and Quality/@Count and Bitrate/@Max", "@ResolutionID"},
@@ -80,8 +81,10 @@ TEST_F(Cameras, AnswerAsTheirBrandDoes)
                 continue;
             const std::string sIP = objCamera.attribute("IP").value(), sPort = objCamera.attribute("HttpPort").value();
             const auto objDetect = Ask("detect&camid=0", sIP, sPort, stBrand.nVendor);
-            EXPECT_TRUE(True(objDetect, "/XML/root/Camera/Cam000[@Model='" + sModel + "' and @RtspPort='554' and "
-                                        "@Password='cam&Era#1' and @CamCapility and @FPS and " + stBrand.pszNode + "]"));
+            EXPECT_TRUE(True(objDetect, "/XML/root/Camera/Cam000[@Model='" + sModel +
+                                            "' and @RtspPort='554' and "
+                                            "@Password='cam&Era#1' and @CamCapility and @FPS and " +
+                                            stBrand.pszNode + "]"));
             const auto objSupport = Ask("camerasupport", sIP, sPort, stBrand.nVendor);
             EXPECT_TRUE(True(objSupport, std::string("/XML/root/Support[@Protocol and ") + stBrand.pszSupport + "]"));
             EXPECT_TRUE(True(objSupport, std::string("count(//*[starts-with(name(),'Resolution0') and ") +
@@ -122,7 +125,8 @@ TEST_F(Cameras, FailInTheirWays)
         const auto objDetect = Ask("detect&camid=0", st.pszIP, st.pszPort, st.nVendor, st.sAccount);
         const auto objNode = objDetect.select_node("/XML/root/Camera/Cam000").node();
         EXPECT_STREQ(objNode.attribute("Model").as_string("none"), st.pszModel ? st.pszModel : "none");
-        EXPECT_EQ(True(Ask("camerasupport", st.pszIP, st.pszPort, st.nVendor, st.sAccount), "/XML/root/Support"), st.bSupport);
+        EXPECT_EQ(True(Ask("camerasupport", st.pszIP, st.pszPort, st.nVendor, st.sAccount), "/XML/root/Support"),
+                  st.bSupport);
     }
     EXPECT_EQ(vm_pProbe->m_F_o_Get("/cgi-bin/param.cgi?action=detect").nStatus, 504);
 }
@@ -131,7 +135,8 @@ TEST_F(Cameras, AreFoundBySearch)
 {
     const auto objFound = Ask("SearchIPC.cgi");
     EXPECT_TRUE(True(objFound, "count(/XML/root/IPC[@DeviceModel!='' and @DeviceName!='' and @MAC and @RtspPort])=12"));
-    EXPECT_TRUE(True(objFound, "count(/XML/root/IPC[@IpType='1' and starts-with(@BonjouIP,'169.254.') and @IP=@BonjouIP])=3"));
+    EXPECT_TRUE(
+        True(objFound, "count(/XML/root/IPC[@IpType='1' and starts-with(@BonjouIP,'169.254.') and @IP=@BonjouIP])=3"));
     EXPECT_TRUE(True(objFound, "count(/XML/root/IPC[@IpType='0' and @BonjouIP='0.0.0.0'])=9"));
     for (const auto& stBrand : g_arBrands)
         EXPECT_TRUE(True(objFound, "/XML/root/IPC/@Vendor=" + std::to_string(stBrand.nVendor))) << stBrand.nVendor;
