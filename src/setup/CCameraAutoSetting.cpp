@@ -1,5 +1,6 @@
 #include "setup/CCameraAutoSetting.h"
 
+#include <QCoreApplication>
 #include <QProgressDialog>
 #include <algorithm>
 
@@ -10,6 +11,8 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr int ProgressWidth = 50; ///< letters
 
 constexpr Text TitleText{"AutoSetting", "Auto Setting"};
 constexpr Text StepText{"AutoSettingStep", "Camera %1 of %2: %3"};
@@ -42,14 +45,16 @@ int CCameraAutoSetting::m_F_n_Run(const CCameraSearchList::Rows& arFound)
     QProgressDialog objProgress({}, Word(StopText), 0, nAll, vm_pParent);
     objProgress.setWindowTitle(Word(TitleText));
     objProgress.setWindowModality(Qt::WindowModal);
-    objProgress.setMinimumDuration(0);
     objProgress.setAutoReset(false);
+    objProgress.setMinimumWidth(ProgressWidth * objProgress.fontMetrics().averageCharWidth());
+    objProgress.show(); // the first camera may take two minutes
     int nAdded = 0;
     for (int nStep = 0; nStep < static_cast<int>(arFound.size()) && vm_pCameras->m_F_b_HasRoom(); ++nStep) {
         const stDef_SearchIPC& stFound = *arFound[static_cast<std::size_t>(nStep)];
         const QString sWho = stFound.DeviceName + u' ' + stFound.m_F_s_Address();
         objProgress.setLabelText(Word(StepText).arg(QString::number(nStep + 1), QString::number(nAll), sWho));
-        objProgress.setValue(nStep); // lets the user press the button
+        objProgress.setValue(nStep);
+        QCoreApplication::processEvents(); // lets the user press the button
         if (objProgress.wasCanceled())
             break;
         stDef_CameraReplies stReplies;

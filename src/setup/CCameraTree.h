@@ -2,11 +2,13 @@
 
 #include <QTreeWidget>
 
+#include "host/Export.h"
+
 class CCamObj_Base;
 
 /// The cameras of the recorder in the order of their indices, each with its check box and its camera object. What the
 /// user does is told; what the program does is not.
-class CCameraTree : public QTreeWidget
+class FLEETLINK_EXPORT CCameraTree : public QTreeWidget
 {
     Q_OBJECT
 

@@ -15,6 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int MinimumWidth = 50; ///< letters
 constexpr char16_t NoAddress[] = u"0.0.0.0";
 
 // An address without the zeroes at its end fits a whole network: 192.168.0.0 becomes 192.168.
@@ -46,6 +47,7 @@ CDlgSetupPageSystemSetting_Camera_AutoSetting::CDlgSetupPageSystemSetting_Camera
     pLayout->addWidget(new CDialogButtons(this, vm_objTexts));
     vm_objTexts.m_S_Apply(*vm_pNvr);
     objForm.m_S_Align();
+    setMinimumWidth(MinimumWidth * fontMetrics().averageCharWidth());
     vm_pModel->setFocus();
 }
 

@@ -32,6 +32,7 @@ protected:
         ASSERT_TRUE(vm_env.m_F_b_SetLangFolder(LANG_FOLDER));
         stDef_VirtualNvrConfig stConfig;
         stConfig.bStreams = false;
+        stConfig.nChannels = vm_nChannels;
         StartRecorder(stConfig);
         CWaits::s_S_Replace(&vm_objWaits);
         MakeNvr();
@@ -112,6 +113,7 @@ protected:
         vm_objPrompts.Expect("Upload Setting Now. Please Waiting About 60 Seconds.", "Information");
     }
 
+    int vm_nChannels = 4;
     RecordedWaits vm_objWaits;
     PromptQueue vm_objPrompts;
     std::unique_ptr<ScopedNvr> vm_pNvr;

@@ -1,0 +1,585 @@
+#include <QComboBox>
+#include <QDialog>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMenu>
+#include <QProgressDialog>
+#include <algorithm>
+#include <random>
+
+#include "At.h"
+#include "CycleFixture.h"
+#include "core/CWndNvrEmbedded.h"
+#include "drivers/CCamObj_Base.h"
+#include "setup/CCameraTree.h"
+#include "setup/CameraFollowers.h"
+#include "toolkit/CItemList.h"
+#include "toolkit/CPropertyPage.h"
+
+namespace {
+
+/// Writes down what the other pages are told.
+struct Followers : CScheduleFollower, CMotionFollower
+{
+    void m_S_CameraAdded(int n) override { vm_arCalls << QString::asprintf("added %d", n); }
+    void m_S_CameraRemoved(int n, int nCount) override { vm_arCalls << QString::asprintf("removed %d %d", n, nCount); }
+    void m_S_CameraUpdated(int n) override { vm_arCalls << QString::asprintf("updated %d", n); }
+    void m_S_CameraCopied(int n, int nTo) override { vm_arCalls << QString::asprintf("copied %d %d", n, nTo); }
+    void m_S_CameraSwitched(int n, int nOther) override { vm_arCalls << QString::asprintf("switched %d %d", n, nOther); }
+    void m_S_RefreshCameras(int n) override { vm_arCalls << QString::asprintf("refresh %d", n); }
+    QStringList vm_arCalls;
+};
+
+class CameraPage : public CycleFixture
+{
+protected:
+    CameraPage() { vm_nChannels = 20; }
+
+    /// Runs the cycle with work done at the page; cancels unless `work` ends it.
+    void Work(const std::function<void(At)>& work)
+    {
+        ASSERT_TRUE(RunCycle([&](CPropertySheet& sheet) {
+            vm_pSheet = static_cast<CDlgSetupPageSystemSetting*>(&sheet);
+            vm_pSheet->m_S_SetFollowers(&vm_objFollowers, &vm_objFollowers);
+            CPropertyPage* const pPage = OpenTab(sheet, 0);
+            vm_pTree = pPage->findChild<CCameraTree*>();
+            vm_pFound = pPage->findChild<CItemList*>("Found");
+            work(At(pPage));
+            EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+        }));
+    }
+    void ClickCamera(int nIndex)
+    {
+        QTreeWidgetItem* const pItem = vm_pTree->topLevelItem(nIndex);
+        vm_pTree->scrollToItem(pItem);
+        QTest::mouseClick(vm_pTree->viewport(), Qt::LeftButton, {},
+                          vm_pTree->visualItemRect(pItem).center() + QPoint(20, 0));
+    }
+    void ClickFound(const QString& sName)
+    {
+        const auto arItems = vm_pFound->findItems(sName, Qt::MatchExactly);
+        ASSERT_EQ(arItems.size(), 1) << sName.toStdString();
+        vm_pFound->scrollToItem(arItems[0]);
+        QTest::mouseClick(vm_pFound->viewport(), Qt::LeftButton, {}, vm_pFound->visualItemRect(arItems[0]).center());
+    }
+    /// Opens the quick setup menu of the selected camera and chooses an entry, by way of a submenu if there is one.
+    void Choose(At at, const QString& sMenu, int nEntry)
+    {
+        QTimer::singleShot(0, [=] {
+            auto* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            ASSERT_TRUE(pMenu);
+            QMenu* pEntries = pMenu;
+            for (QAction* const pAction : pMenu->actions())
+                pEntries = pAction->menu() && pAction->text() == sMenu ? pAction->menu() : pEntries;
+            QAction* const pAction = pEntries->actions().value(nEntry < 0 ? pEntries->actions().size() + nEntry : nEntry);
+            ASSERT_TRUE(pAction);
+            EXPECT_TRUE(pAction->isEnabled());
+            pMenu->close();
+            pAction->trigger();
+        });
+        at.Click("QuickSetup");
+    }
+    const CXmlObj& Document() { return Nvr().vm_xmlCamera; }
+    QString Value(int nIndex, const char* pszKey)
+    {
+        QString sValue;
+        Document().m_F_n_GetValue(QString::asprintf("/root/Camera/Cam%03d", nIndex), pszKey, sValue, "missing");
+        return sValue;
+    }
+    int Count() { return Document().m_F_n_GetValueInt("/root/Camera", "count", -1); }
+    QStringList Names()
+    {
+        QStringList arNames;
+        for (int i = 0; i < Count(); ++i)
+            arNames << Value(i, "Name");
+        EXPECT_EQ(Value(Count(), "Name"), "missing") << "a node beyond the count";
+        return arNames;
+    }
+    QStringList TreeNames()
+    {
+        QStringList arNames;
+        for (int i = 0; i < vm_pTree->m_F_n_Count(); ++i)
+            arNames << vm_pTree->topLevelItem(i)->text(0);
+        return arNames;
+    }
+    QStringList Calls() { return std::exchange(vm_objFollowers.vm_arCalls, {}); }
+    /// What was asked of cameras since the last call.
+    QStringList Asked()
+    {
+        QStringList arTargets;
+        for (const stDef_LogEntry& st : vm_nvr.m_F_o_Log().m_F_ar_Entries()) {
+            if (st.nStatus != 401 && st.sTarget.find("camid=0") + st.sTarget.find("camerasupport") != 2 * std::string::npos)
+                arTargets << QString::fromStdString(st.sTarget);
+        }
+        vm_nvr.m_F_o_Log().m_S_Clear();
+        return arTargets;
+    }
+    /// Gives the recorder so many cameras, "A", "B" ... of all brands in turn.
+    void Store(int nCameras, const QString& sMore = {})
+    {
+        static constexpr int s_arVendors[] = {2, 4, 6, 8, 0, 7, 9, 10};
+        QString sXml = QString("<root><Camera count='%1'>").arg(nCameras);
+        for (int i = 0; i < nCameras; ++i) {
+            sXml += QString("<Cam%1 VendorID='%2' Model='M' Name='%3' IP='10.0.0.%4' HttpPort='80' RtspPort='554' UserName='u'"
+                            " Password='p' Enable='%5'/>")
+                        .arg(i, 3, 10, QChar('0')).arg(s_arVendors[i % 8]).arg(QChar('A' + i)).arg(i + 1).arg(i % 2);
+        }
+        std::string sError;
+        ASSERT_TRUE(vm_nvr.m_F_o_Documents().m_F_b_Put(emDef_Document::Camera,
+                                                       (sXml + sMore + "</Camera></root>").toStdString(), sError)) << sError;
+    }
+    /// Nodes, items, objects and slots agree.
+    void ExpectInStep(const QStringList& arNames)
+    {
+        EXPECT_EQ(Names(), arNames);
+        EXPECT_EQ(TreeNames(), arNames);
+        std::vector<CCamObj_Base*> arSlots = vm_pSheet->m_arrCamObj, arItems(arSlots.size());
+        for (int i = 0; i < vm_pTree->m_F_n_Count(); ++i) {
+            CCamObj_Base* const pCamera = arItems[static_cast<std::size_t>(i)] = vm_pTree->m_F_p_Camera(i);
+            ASSERT_TRUE(pCamera) << i;
+            EXPECT_EQ(pCamera->m_nCamIndex, i);
+            if (Value(i, "Enable") != "") // one that was never detected is shown as enabled, and has nothing yet
+                EXPECT_EQ(vm_pTree->topLevelItem(i)->checkState(0) == Qt::Checked, Value(i, "Enable") == "1") << i;
+        }
+        std::sort(arSlots.begin(), arSlots.end()); // two that were switched stay in each other's slot
+        std::sort(arItems.begin(), arItems.end());
+        EXPECT_EQ(arSlots, arItems);
+    }
+
+    Followers vm_objFollowers;
+    CDlgSetupPageSystemSetting* vm_pSheet = nullptr;
+    CCameraTree* vm_pTree = nullptr;
+    CItemList* vm_pFound = nullptr;
+};
+
+const QStringList g_arForShown = {"Delete", "Update", "Parameter"};
+
+TEST_F(CameraPage, ShowsWhatIsStoredAndWhereTheUserIs)
+{
+    Work([&](At at) {
+        EXPECT_EQ(TreeNames(), QStringList({"Entrance", "Parking – Süd", "Loading bay", "倉庫 4 \"cold\""}));
+        ExpectInStep(TreeNames());
+        auto* const pAuth = static_cast<QComboBox*>(at.Find("OnvifAuth"));
+        EXPECT_EQ(pAuth->currentText(), "WSSE");
+        EXPECT_EQ(at.NotEnabled(g_arForShown, false), QStringList());
+        ClickCamera(1);
+        EXPECT_EQ(at.NotEnabled(g_arForShown, true), QStringList());
+        EXPECT_TRUE(pAuth->isVisible());
+        EXPECT_FALSE(at.Find("RtspPort")->isVisible());
+        EXPECT_EQ(at.Shown("HttpPort"), "8080");
+        EXPECT_EQ(at.Shown("Password"), "0nv1f");
+        EXPECT_EQ(static_cast<QLineEdit*>(at.Find("Password"))->echoMode(), QLineEdit::Password);
+        QTest::keyClick(vm_pTree, Qt::Key_Down);
+        EXPECT_EQ(at.Shown("Name"), "Loading bay");
+        EXPECT_TRUE(at.Find("RtspPort")->isVisible());
+        QTest::keyClick(vm_pTree, Qt::Key_Space);
+        EXPECT_EQ(Value(2, "Enable"), "0");
+        QTest::keyClick(vm_pTree, Qt::Key_Space);
+        EXPECT_EQ(Value(2, "Enable"), "1");
+        at.Click("Clear");
+        EXPECT_EQ(QStringList({at.Shown("Model"), at.Shown("Name"), at.Shown("IP"), at.Shown("HttpPort"),
+                               at.Shown("RtspPort"), at.Shown("UserName"), at.Shown("Password")}),
+                  QStringList({"Any", "", "0.0.0.0", "80", "554", "admin", ""}));
+        EXPECT_EQ(at.NotEnabled(g_arForShown, false), QStringList());
+        // "ONVIF" is the last vendor; it begins without authentication.
+        QTest::keyClick(at.Find("Vendor"), Qt::Key_End);
+        EXPECT_EQ(pAuth->currentText(), "None");
+        EXPECT_TRUE(pAuth->isVisible());
+    });
+}
+
+TEST_F(CameraPage, OpensOnAnyDocument)
+{
+    const struct
+    {
+        const char* pszCount;
+        const char* pszNodes;
+        int nMaxCam, nListed;
+        const char* pszLeft; ///< names after the first one was deleted; null: there is none
+    } arRows[] = {
+        {"0", "", 20, 0, nullptr},
+        {"3", "<Cam000 Name='A'/>", 20, 3, ","},
+        {"2000000000", "<Cam000 Name='A'/>", 2, 2, ","},
+        {"3", "<Cam000 Name='A'/><Cam001 Name='B'/><Cam002 Name='C'/>", 2, 2, "B,C"}, // the third one gets its place
+        {"3", "<Cam000/><Cam001 Name='no driver' VendorID='3'/><Cam002 VendorID='x'/>", 20, 3, "no driver,"},
+        {"2", "<Cam000 Name='A'/><Cam001 Name='B'/>", 0, 0, nullptr},
+        {"-5", "", 20, 0, nullptr},
+    };
+    for (const auto& stRow : arRows) {
+        SCOPED_TRACE(QString("%1 %2").arg(stRow.pszCount, stRow.pszNodes).toStdString());
+        const QString sXml = QString("<root><Camera count=\"%1\">%2</Camera></root>").arg(stRow.pszCount, stRow.pszNodes);
+        ASSERT_TRUE(Nvr().vm_xmlCamera.m_F_b_LoadXML(sXml));
+        ASSERT_TRUE(Nvr().vm_xmlSystemInfo.m_F_b_LoadXML(QString("<root><Local MaxCam='%1'/></root>").arg(stRow.nMaxCam)));
+        CDlgSetupPageSystemSetting sheet(&Nvr(), "sheet", 0);
+        sheet.OnInitDialog();
+        sheet.show();
+        vm_pTree = sheet.findChild<CCameraTree*>();
+        EXPECT_EQ(vm_pTree->m_F_n_Count(), stRow.nListed);
+        EXPECT_EQ(Document().m_F_s_GetXML(), sXml);
+        EXPECT_EQ(At(&sheet).Find("Add")->isEnabled(), stRow.nListed < stRow.nMaxCam);
+        if (!stRow.pszLeft)
+            continue;
+        ClickCamera(0);
+        At(&sheet).Click("Delete");
+        EXPECT_EQ(TreeNames().join(',').toStdString(), stRow.pszLeft);
+    }
+}
+
+TEST_F(CameraPage, KeepsACameraWithoutADriver)
+{
+    Store(2, "<Cam002 VendorID='3' Name='C' IP='10.0.0.3' HttpPort='80' RtspPort='554' UserName='u' Zone='7'/>");
+    const std::string sStored = vm_nvr.m_F_o_Documents().m_F_s_Get(emDef_Document::Camera);
+    std::string sError;
+    ASSERT_TRUE(vm_nvr.m_F_o_Documents().m_F_b_Put(
+        emDef_Document::Camera, QString::fromStdString(sStored).replace("count='2'", "count='3'").toStdString(), sError));
+    Work([&](At at) {
+        ClickCamera(2);
+        EXPECT_EQ(at.NotEnabled({"Delete", "Update"}, true), QStringList());
+        EXPECT_FALSE(at.Find("Parameter")->isEnabled());
+        at.Type("Name", "renamed");
+        at.Click("Update");
+        EXPECT_EQ(TreeNames(), QStringList({"A", "B", "renamed"}));
+        Choose(at, "Switch To", 0);
+        EXPECT_EQ(TreeNames(), QStringList({"renamed", "B", "A"}));
+        EXPECT_EQ(Value(0, "Zone"), "7");
+        ClickCamera(1);
+        Choose(at, "Copy To", 2); // behind "Apply All" and the line, the first camera
+        EXPECT_EQ(Names(), QStringList({"B", "B", "A"}));
+        EXPECT_EQ(Value(0, "Zone"), "missing");
+    });
+}
+
+TEST_F(CameraPage, AddsACameraOfEachBrand)
+{
+    const struct
+    {
+        const char* pszName;
+        const char* pszTarget; ///< of what is asked, but for the action
+        const char* pszModel;
+        int nVendor;
+    } arRows[] = {
+        {"Loading dock", "ip=192.168.1.26&port=80&uid=admin&pwd=cam&Era#1&vendorid=8&onvifauth=1", "RW-7301XT", 8},
+        {"Lift & lobby", "ip=ID@80.41&port=8081&uid=admin&pwd=cam&Era#1&vendorid=9&onvifauth=1", "WN-300AB", 9},
+        {"Corridor 3 倉庫", "ip=ID@12.7&port=80&uid=admin&pwd=cam&Era#1&vendorid=7&onvifauth=1", "QC-520", 7},
+        {"Stairs 1", "ip=192.168.1.24&port=80&uid=admin&pwd=cam&Era#1&vendorid=6&onvifauth=1", "QA-410", 6},
+        {"Roof", "ip=192.168.1.28&port=80&uid=admin&pwd=cam&Era#1&vendorid=10&onvifauth=1", "ZK-4040", 10},
+        {"Car park east", "ip=192.168.1.21&port=80&uid=admin&pwd=cam&Era#1&vendorid=0&onvifauth=1", "AM5-1310", 0},
+        {"Car park west", "ip=192.168.1.22&port=80&uid=admin&pwd=cam&Era#1&vendorid=2&onvifauth=1", "AM6-2812F", 2},
+        {"Reception", "ip=192.168.1.23&port=8080&uid=admin&pwd=cam&Era#1&vendorid=4&onvifauth=1", "Dome 5M", 4},
+        {"Cellar", "ip=192.168.1.30&port=80&uid=admin&pwd=cam&Era#1&vendorid=9&onvifauth=1", "WN-300CD", 9},
+        {"Bicycle shed", "ip=192.168.1.31&port=80&uid=admin&pwd=cam&Era#1&vendorid=2&onvifauth=1", "", 2},
+    };
+    Store(0);
+    ExpectWaiting();
+    Work([&](At at) {
+        at.Click("Search");
+        EXPECT_EQ(vm_pFound->rowCount(), 12);
+        QStringList arNames;
+        Asked();
+        for (int n = 0; const auto& stRow : arRows) {
+            SCOPED_TRACE(stRow.pszName);
+            ClickFound(stRow.pszName);
+            EXPECT_EQ(at.NotEnabled(g_arForShown, false), QStringList());
+            const bool bLinkLocal = at.Shown("IP").startsWith("ID@");
+            const auto arLabels = at.Find("Setting")->findChildren<QLabel*>();
+            EXPECT_EQ(std::count_if(arLabels.begin(), arLabels.end(),
+                                    [](const QLabel* p) { return p->text() == "IP Address* : "; }), bLinkLocal);
+            at.Click("Add");
+            const QString sTarget = QString("&") + stRow.pszTarget;
+            EXPECT_EQ(Asked(), QStringList({"/cgi-bin/param.cgi?action=detect&camid=0" + sTarget,
+                                            "/cgi-bin/param.cgi?action=camerasupport" + sTarget}));
+            arNames << QString("%1 %2").arg(QString(stRow.pszName), at.Shown("IP"));
+            ExpectInStep(arNames);
+            EXPECT_EQ(Value(n, "Model"), stRow.pszModel);
+            EXPECT_EQ(at.Shown("Model"), stRow.pszModel);
+            EXPECT_EQ(Value(n, "RtspPort"), "554");
+            EXPECT_EQ(vm_pSheet->m_arrCamObj[static_cast<std::size_t>(n)]->m_stConnect.nVendorID, stRow.nVendor);
+            EXPECT_EQ(Calls(), QStringList({QString("added %1").arg(n), QString("refresh %1").arg(n)}));
+            EXPECT_EQ(at.NotEnabled(g_arForShown, true), QStringList());
+            ++n;
+        }
+        Press(*vm_pSheet, "OK");
+    });
+    EXPECT_EQ(Stored(emDef_Document::Camera).m_F_s_GetXML(), Document().m_F_s_GetXML());
+}
+
+TEST_F(CameraPage, SaysWhatIsWrongAndChangesNothing)
+{
+    const char* const pszBadData = "Configuration Data Error. Please Re-check!";
+    const struct
+    {
+        const char* pszButton;
+        QMap<QString, QString> mapTyped; ///< over a form that could be added
+        QString sPrompt, sCaption;
+        QString sNote; ///< what the page says at its foot
+    } arRows[] = {
+        {"Add", {{"IP", "0.0.0.0"}}, pszBadData, "Error", ""},
+        {"Add", {{"HttpPort", "0"}}, pszBadData, "Error", ""},
+        {"Add", {{"HttpPort", "web"}}, pszBadData, "Error", ""},
+        {"Add", {{"RtspPort", "-1"}}, pszBadData, "Error", ""},
+        {"Update", {{"UserName", ""}}, pszBadData, "Error", ""},
+        {"Add", {{"Name", ""}}, "Camera Name Is Empty, Do You Want To Use Default Name?", "Error", ""},
+        {"Add", {{"IP", "192.168.1.99"}}, "", "", "The recorder reached no camera with these data."},
+        {"Detect", {{"IP", "192.168.1.99"}}, "Please Check Input Data.", "Detect", ""},
+        {"Detect", {{"Password", "wrong"}}, "Detect Device Fail.", "Detect", ""},
+        {"Detect", {}, "Success!", "Detect", ""},
+    };
+    Work([&](At at) {
+        const QString sBefore = Document().m_F_s_GetXML();
+        at.Click("Search");
+        for (const auto& stRow : arRows) {
+            SCOPED_TRACE(stRow.sPrompt.toStdString());
+            ClickCamera(0);
+            if (std::string(stRow.pszButton) != "Update")
+                ClickFound("Stairs 1");
+            for (auto i = stRow.mapTyped.begin(); i != stRow.mapTyped.end(); ++i)
+                at.Type(i.key(), i.value());
+            if (!stRow.sPrompt.isEmpty())
+                vm_objPrompts.Expect(stRow.sPrompt, stRow.sCaption, "");
+            at.Click(stRow.pszButton);
+            EXPECT_EQ(static_cast<QLabel*>(at.Find("Note"))->text(), stRow.sNote);
+            EXPECT_EQ(Document().m_F_s_GetXML(), sBefore);
+            EXPECT_EQ(Calls(), QStringList());
+        }
+        EXPECT_EQ(at.Shown("Model"), "QA-410");
+        ClickFound("Stairs 1");
+        at.Type("Name", "");
+        vm_objPrompts.Expect("Camera Name Is Empty, Do You Want To Use Default Name?", "Error");
+        at.Click("Add");
+        EXPECT_EQ(Names().last(), "Stairs 1 192.168.1.24");
+        EXPECT_EQ(Calls().size(), 2);
+    });
+    Store(20);
+    Work([&](At at) {
+        EXPECT_FALSE(at.Find("Add")->isEnabled());
+        at.Find("Add")->setEnabled(true);
+        vm_nvr.m_F_o_Log().m_S_Clear();
+        vm_objPrompts.Expect("NVR Camera List Is Full!", "Error");
+        at.Click("Add");
+        EXPECT_EQ(at.NotEnabled({"Add", "AutoSettingButton"}, false), QStringList());
+        EXPECT_EQ(Asked(), QStringList());
+        Choose(at, "", -1);
+        ExpectInStep({});
+        EXPECT_EQ(Calls(), QStringList({"removed -1 20", "refresh -1"}));
+        EXPECT_EQ(at.NotEnabled({"Add", "AutoSettingButton"}, true), QStringList());
+        vm_objPrompts.Expect("No Camera.", "Error");
+        at.Click("QuickSetup");
+    });
+    EXPECT_EQ(Stored(emDef_Document::Camera).m_F_n_GetValueInt("/root/Camera", "count", -1), 20) << "after Cancel";
+}
+
+TEST_F(CameraPage, UpdatesInPlaceOrByAnotherVendor)
+{
+    Store(3);
+    Work([&](At at) {
+        ClickCamera(1); // an ONVIF camera
+        QTest::keyClick(at.Find("OnvifAuth"), Qt::Key_Up);
+        at.Type("Name", "Buero");
+        at.Type("HttpPort", "8000");
+        at.Click("Update");
+        EXPECT_EQ(Asked(), QStringList());
+        EXPECT_EQ(Value(1, "HttpPort"), "8000");
+        EXPECT_EQ(Value(1, "OnvifAuth"), "missing");
+        EXPECT_EQ(vm_pTree->m_F_p_Camera(1)->m_stConnect.nOnvifAuth, 0);
+        ExpectInStep({"A", "Buero", "C"});
+        EXPECT_EQ(Calls(), QStringList({"updated 1", "refresh 2"}));
+        at.Click("Search");
+        ClickFound("Stairs 1");
+        EXPECT_FALSE(at.Find("Update")->isEnabled());
+        ClickCamera(1);
+        QTest::keyClick(at.Find("Vendor"), Qt::Key_Home);
+        at.Type("IP", "192.168.1.26");
+        at.Type("HttpPort", "80");
+        at.Type("UserName", "admin");
+        at.Type("Password", "cam&Era#1");
+        at.Click("Update");
+        EXPECT_EQ(Asked().size(), 2);
+        EXPECT_EQ(Value(1, "VendorID"), "8");
+        EXPECT_EQ(Value(1, "Model"), "RW-7301XT");
+        EXPECT_EQ(Value(1, "Name"), "Buero");
+        ExpectInStep({"A", "Buero", "C"});
+        EXPECT_EQ(Calls(), QStringList({"updated 1", "refresh 1"}));
+    });
+}
+
+// Hundreds of actions beside a model that is a list of names and where each came from.
+TEST_F(CameraPage, KeepsEverythingInStep)
+{
+    std::mt19937 objRandom(20);
+    const auto Any = [&](qsizetype nBelow) { return static_cast<int>(objRandom() % static_cast<unsigned>(nBelow)); };
+    for (const int nCameras : {1, 2, 17, 20}) {
+        Store(nCameras);
+        Work([&](At at) {
+            QStringList arModel = TreeNames();
+            at.Click("Search");
+            for (int nStep = 0; nStep < 100; ++nStep) {
+                Calls();
+                const int nAction = Any(20), nFrom = arModel.isEmpty() ? 0 : Any(arModel.size());
+                const int nTo = arModel.isEmpty() ? 0 : Any(arModel.size());
+                SCOPED_TRACE(QString::asprintf("%d cameras, step %d: %d from %d to %d", nCameras, nStep, nAction, nFrom, nTo)
+                                 .toStdString());
+                QStringList arCalls;
+                if (arModel.isEmpty() || (nAction < 5 && arModel.size() < 20)) {
+                    ClickFound("Roof");
+                    at.Type("Name", QString("new %1").arg(nStep));
+                    arModel << at.Shown("Name");
+                    at.Click("Add");
+                    arCalls << QString("added %1").arg(arModel.size() - 1) << QString("refresh %1").arg(arModel.size() - 1);
+                } else if (ClickCamera(nFrom); nAction < 9) {
+                    at.Click("Delete");
+                    arModel.removeAt(nFrom);
+                    arCalls << QString("removed %1 %2").arg(nFrom).arg(arModel.size()) << QString("refresh %1").arg(nFrom);
+                    EXPECT_EQ(vm_pTree->m_F_n_Selected(), -1);
+                } else if (nAction < 14 && nFrom != nTo) {
+                    Choose(at, "Switch To", nTo);
+                    if (nTo <= 16) {
+                        arModel.swapItemsAt(nFrom, nTo);
+                        arCalls << QString("switched %1 %2").arg(nFrom).arg(nTo) << QString("refresh %1").arg(nTo + 1);
+                    }
+                    EXPECT_EQ(at.Shown("Name"), arModel[nFrom]);
+                } else if (nAction < 19 && nFrom != nTo) {
+                    Choose(at, "Copy To", nTo + 2);
+                    if (nTo <= 15) {
+                        arModel[nTo] = arModel[nFrom];
+                        arCalls << QString("copied %1 %2").arg(nFrom).arg(nTo) << QString("refresh %1").arg(nTo);
+                    }
+                } else if (nAction == 19 && arModel.size() > 1 && nStep % 4 == 0) {
+                    Choose(at, "Copy To", 0);
+                    for (int n = 0; n < arModel.size(); ++n) {
+                        if (n != nFrom)
+                            arCalls << QString("copied %1 %2").arg(nFrom).arg(n) << QString("refresh %1").arg(n);
+                    }
+                    arModel.fill(arModel[nFrom]);
+                }
+                EXPECT_EQ(Calls(), arCalls);
+                ExpectInStep(arModel);
+                if (HasFailure())
+                    return;
+            }
+        });
+    }
+}
+
+TEST_F(CameraPage, FiltersAndSortsWhatIsFound)
+{
+    const struct
+    {
+        QMap<QString, QString> mapFilter;
+        QStringList arNames;
+    } arRows[] = {
+        {{{"Model", "wn-300"}}, {"Lift & lobby", "Cellar"}},
+        {{{"IP", "192.168.1.0"}, {"Model", "AM"}}, {"Car park east", "Car park west", "Bicycle shed"}},
+        {{{"IP", "169.254.0.0"}}, {"Corridor 3 倉庫", "Lift & lobby", "Outbuilding"}},
+        {{{"IP", "169.254.80.41"}}, {"Lift & lobby"}},
+        {{{"MAC", "00:2c"}}, {"Outbuilding"}},
+        {{{"IP", "10.0.0.0"}}, {}},
+        {{{"MAC", "02"}, {"IP", "0.0.0.0"}, {"Model", "zk"}}, {"Roof"}},
+    };
+    Store(20); // there is room for none, so that nothing is added
+    Work([&](At at) {
+        const auto Found = [&](int nColumn) {
+            QStringList arTexts;
+            for (int nRow = 0; nRow < vm_pFound->rowCount(); ++nRow)
+                arTexts << vm_pFound->m_F_ar_Texts(nRow)[nColumn];
+            return arTexts;
+        };
+        for (const auto& stRow : arRows) {
+            at.Find("AutoSettingButton")->setEnabled(true);
+            QTimer::singleShot(0, [&] {
+                auto* const pDialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+                ASSERT_TRUE(pDialog);
+                for (auto i = stRow.mapFilter.begin(); i != stRow.mapFilter.end(); ++i)
+                    At(pDialog).Type(i.key(), i.value());
+                At(pDialog).Click("OK");
+            });
+            at.Click("AutoSettingButton");
+            EXPECT_EQ(Found(1), stRow.arNames);
+            ExpectInStep(TreeNames());
+        }
+        at.Click("Search");
+        const auto Head = [&](int nColumn) {
+            QHeaderView* const pHead = vm_pFound->horizontalHeader();
+            QTest::mouseClick(pHead->viewport(), Qt::LeftButton, {},
+                              QPoint(pHead->sectionViewportPosition(nColumn) + 20, pHead->height() / 2));
+        };
+        ClickFound("Roof");
+        for (const int nTimes : {1, 2}) {
+            Head(4);
+            EXPECT_EQ(Found(4).mid(9).join(','), "80,8080,8081") << nTimes;
+            EXPECT_EQ(vm_pFound->m_F_ar_Texts(vm_pFound->m_F_n_Selected())[1], "Roof");
+        }
+        Head(0); // by the vendor's number, not its name
+        EXPECT_EQ(Found(1).first(), "Car park east");
+        EXPECT_EQ(Found(1).last(), "Roof");
+        Head(1);
+        EXPECT_EQ(Found(1).first(), "Archive");
+    });
+}
+
+TEST_F(CameraPage, AutoSettingAddsUntilItIsStoppedOrOneFails)
+{
+    for (const int nStopAt : {0, 3, 99}) {
+        SCOPED_TRACE(nStopAt);
+        Store(2);
+        Work([&](At at) {
+            QStringList arSteps;
+            QTimer timer;
+            timer.callOnTimeout([&] {
+                auto* const pProgress = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget());
+                if (!pProgress)
+                    return;
+                arSteps << pProgress->labelText();
+                arSteps.removeDuplicates();
+                if (pProgress->value() >= nStopAt)
+                    QTest::mouseClick(pProgress->findChild<QPushButton*>(), Qt::LeftButton);
+            });
+            QTimer::singleShot(0, [&] {
+                At(QApplication::activeModalWidget()).Click("OK");
+                timer.start(0);
+            });
+            at.Click("AutoSettingButton");
+            timer.stop();
+            // Eleven answer, the twelfth doesn't.
+            const int nAdded = std::min(nStopAt, 11);
+            EXPECT_EQ(Count(), 2 + nAdded);
+            EXPECT_EQ(Names().value(2), nAdded ? "AM5-1310 192.168.1.21" : QString());
+            ExpectInStep(Names());
+            EXPECT_EQ(Calls().size(), 2 * nAdded);
+            EXPECT_EQ(vm_pTree->m_F_n_Selected(), nAdded ? 1 + nAdded : -1);
+            EXPECT_EQ(static_cast<QLabel*>(at.Find("Note"))->text(), QString("Cameras added: %1").arg(nAdded));
+            EXPECT_EQ(arSteps.value(0), "Camera 1 of 12: Car park east 192.168.1.21");
+        });
+    }
+}
+
+TEST_F(CameraPage, TheTemplateIsWrittenAtOnceAndByItsDialog)
+{
+    Work([&](At at) {
+        const auto Template = [&](const char* pszKey) {
+            return Nvr().vm_xmlSystem.m_F_n_GetValueInt("/root/system/camera/template", pszKey, -1);
+        };
+        QTest::keyClick(at.Find("Resolution"), Qt::Key_Down);
+        QTest::keyClick(at.Find("FPS"), Qt::Key_Up);
+        EXPECT_EQ(Template("Resolution"), 4);
+        EXPECT_EQ(Template("FPS"), 10);
+        for (const bool bOk : {false, true}) {
+            Nvr().vm_xmlSystem.m_F_b_SetValue("/root/system/camera/template", "Quality", bOk ? 0 : 60);
+            QTimer::singleShot(0, [&] {
+                At dialog(QApplication::activeModalWidget());
+                EXPECT_FALSE(dialog.Find("Quality")->isEnabled()); // CBR
+                QTest::keyClick(dialog.Find("RateCtrl"), Qt::Key_Down);
+                EXPECT_TRUE(dialog.Find("Quality")->isEnabled());
+                QTest::keyClick(dialog.Find("FPS"), Qt::Key_End);
+                dialog.Type("Account", "root");
+                dialog.Click(bOk ? "OK" : "Cancel");
+            });
+            at.Click("Advanced");
+            EXPECT_EQ(Template("FPS"), bOk ? 30 : 10);
+            EXPECT_EQ(Template("RateCtrl"), bOk ? 2 : 1);
+        }
+        EXPECT_EQ(Template("Quality"), 101); // none was chosen
+        EXPECT_EQ(static_cast<QComboBox*>(at.Find("FPS"))->currentText(), "30");
+    });
+}
+
+} // namespace
