@@ -27,6 +27,7 @@
 #include "CRecorderDialog.h"
 #include "CRecorderStore.h"
 #include "CShortcutDialog.h"
+#include "CTourSettings.h"
 #include "host/Lib_Hostenv.h"
 
 using namespace Qt::StringLiterals;
@@ -123,6 +124,7 @@ QStringList CTour::m_F_ar_Run()
     m_S_Ptz();
     m_S_Looks();
     m_S_Exchange();
+    m_S_Settings();
     m_S_Disconnect();
     m_S_Reconnect();
     m_S_WriteReport();
@@ -386,6 +388,22 @@ void CTour::m_S_Exchange()
         if (!stResult.m_F_b_Ok())
             m_S_Fail(u"document %1: %2"_s.arg(stResult.sDocument, CDocumentPanel::s_F_s_Result(stResult)));
     }
+}
+
+// Once to its end, and once left by Cancel.
+void CTour::m_S_Settings()
+{
+    constexpr int Chinese = 0, English = 1;
+    const int nLanguage = CAppEnv::s_objEnv.vm_nLanguage;
+    auto* const pAction = vm_pWindow->findChild<QAction*>(u"NvrMenu"_s);
+    const auto Photograph = [this](const QString& sName, QWidget* pWidget) { m_S_Grab(sName, pWidget); };
+    for (const int nShown : {English, Chinese}) {
+        vm_pWindow->m_S_SetLanguage(nShown);
+        CTourSettings objSettings(Photograph, nShown == Chinese ? u"-chinese"_s : QString(), nShown == English);
+        for (const QString& sFailure : objSettings.m_F_ar_Run(pAction))
+            m_S_Fail(u"settings: %1"_s.arg(sFailure));
+    }
+    vm_pWindow->m_S_SetLanguage(nLanguage);
 }
 
 void CTour::m_S_Disconnect()

@@ -61,6 +61,7 @@ private:
     void m_S_Ptz();
     void m_S_Looks();
     void m_S_Exchange();
+    void m_S_Settings();
     void m_S_Disconnect();
     void m_S_Reconnect();
     void m_S_WriteReport();

@@ -8,6 +8,7 @@
 #include "drivers/BrandCatalogue.h"
 #include "toolkit/CForm.h"
 #include "toolkit/CIPAddressEdit.h"
+#include "toolkit/CPasswordEdit.h"
 
 using namespace Qt::StringLiterals;
 
@@ -35,7 +36,7 @@ QGroupBox* CCameraForm::m_F_p_Make(CForm& objForm)
     vm_pRtspPort = objForm.m_F_p_Edit(Text{"RTSPPort", "RTSP Port"}, "RtspPort");
     vm_pOnvifAuth = objForm.m_F_p_List(Text{"Authentication", "Authentication"}, "OnvifAuth");
     vm_pUser = objForm.m_F_p_Edit(Text{"Account", "Account"}, "UserName");
-    vm_pPassword = objForm.m_F_p_Password(Text{"Password", "Password"}, "Password");
+    vm_pPassword = objForm.m_F_p_ShownPassword(Text{"Password", "Password"}, "Password");
     m_S_Reset();
     m_S_FillLists();
     connect(vm_pVendor, &QComboBox::activated, this, &CCameraForm::m_S_OnVendorPicked);
@@ -59,7 +60,7 @@ void CCameraForm::m_S_Reset()
     m_S_Show(g_stNew);
     vm_pVendor->setCurrentIndex(0);
     vm_pOnvifAuth->setCurrentIndex(0);
-    vm_pPassword->setEchoMode(QLineEdit::Password);
+    vm_pPassword->m_S_SetShown(false);
 }
 
 void CCameraForm::m_S_Show(const stDef_CameraValues& stValues)

@@ -6,6 +6,7 @@
 
 class CForm;
 class CIPAddressEdit;
+class CPasswordEdit;
 class CTextSource;
 class QComboBox;
 class QGroupBox;
@@ -57,5 +58,5 @@ private:
     QLineEdit* vm_pRtspPort = nullptr;
     QComboBox* vm_pOnvifAuth = nullptr;
     QLineEdit* vm_pUser = nullptr;
-    QLineEdit* vm_pPassword = nullptr;
+    CPasswordEdit* vm_pPassword = nullptr;
 };

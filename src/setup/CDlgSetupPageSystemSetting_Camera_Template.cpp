@@ -8,6 +8,7 @@
 #include "core/CWndNvrEmbedded.h"
 #include "toolkit/CDialogButtons.h"
 #include "toolkit/CForm.h"
+#include "toolkit/CPasswordEdit.h"
 
 using namespace Qt::StringLiterals;
 
@@ -41,7 +42,7 @@ void CDlgSetupPageSystemSetting_Camera_Template::m_S_Make(CForm& objForm)
     vm_pRateControl = objForm.m_F_p_List(Text{"RateControl", "Rate Control"}, "RateCtrl");
     vm_pQuality = objForm.m_F_p_List(Text{"Quality", "Quality"}, "Quality");
     vm_pAccount = objForm.m_F_p_Edit(Text{"Account", "Account"}, "Account");
-    vm_pPassword = objForm.m_F_p_Password(Text{"Password", "Password"}, "Password");
+    vm_pPassword = objForm.m_F_p_ShownPassword(Text{"Password", "Password"}, "Password");
     pLayout->addWidget(new CDialogButtons(this, vm_objTexts));
     connect(vm_pRateControl, &QComboBox::activated, this,
             [this](int nRow) { vm_pQuality->setEnabled(nRow != CbrRow); });

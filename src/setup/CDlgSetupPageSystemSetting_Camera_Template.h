@@ -6,6 +6,7 @@
 #include "toolkit/CTextTable.h"
 
 class CForm;
+class CPasswordEdit;
 class CWndNvrEmbedded;
 class QComboBox;
 class QLineEdit;
@@ -32,5 +33,5 @@ private:
     QComboBox* vm_pRateControl = nullptr;
     QComboBox* vm_pQuality = nullptr;
     QLineEdit* vm_pAccount = nullptr;
-    QLineEdit* vm_pPassword = nullptr;
+    CPasswordEdit* vm_pPassword = nullptr;
 };

@@ -10,6 +10,7 @@
 
 #include "core/CWndNvrEmbedded.h"
 #include "toolkit/CIPAddressEdit.h"
+#include "toolkit/CPasswordEdit.h"
 #include "toolkit/CPrompts.h"
 #include "toolkit/CWaitCursor.h"
 
@@ -116,7 +117,7 @@ void CDlgSetupPageSystemSetting_Network::m_S_MakePppoe(CForm& objForm, QBoxLayou
     QCheckBox* const pEnable = objForm.m_F_p_Check(EnableText, "isPPPOE");
     QLineEdit* const pAccount = objForm.m_F_p_Edit(AccountText, "PPPOEUser");
     objForm.m_S_Hint("(64 %1)", CharactersText);
-    QLineEdit* const pPassword = objForm.m_F_p_Password(PasswordText, "PPPOEPassword");
+    CPasswordEdit* const pPassword = objForm.m_F_p_Password(PasswordText, "PPPOEPassword");
     objForm.m_S_Hint("(64 %1)", CharactersText);
     vm_objFields.m_S_Add({g_sPppoe, u"isPPPOE"_s, pEnable, Check});
     vm_objFields.m_S_Add({g_sPppoe, u"PPPOEUser"_s, pAccount});

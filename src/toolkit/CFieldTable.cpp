@@ -14,6 +14,7 @@ void Show(const stDef_FieldRow& stRow, const QString& sValue)
     case emDef_FieldForm::Edit:
     case emDef_FieldForm::Shown:
         static_cast<QLineEdit*>(stRow.pControl)->setText(sValue);
+        static_cast<QLineEdit*>(stRow.pControl)->home(false); // of a long text its beginning shows
         break;
     case emDef_FieldForm::Check:
         static_cast<QCheckBox*>(stRow.pControl)->setChecked(sValue.toInt() != 0);
@@ -38,8 +39,10 @@ QString Value(const stDef_FieldRow& stRow)
         return QString::number(static_cast<QCheckBox*>(stRow.pControl)->isChecked() ? 1 : 0);
     case emDef_FieldForm::PickText:
         return static_cast<QComboBox*>(stRow.pControl)->currentText();
-    case emDef_FieldForm::PickData:
-        return QString::number(static_cast<QComboBox*>(stRow.pControl)->currentData().toInt());
+    case emDef_FieldForm::PickData: {
+        const QVariant objData = static_cast<QComboBox*>(stRow.pControl)->currentData();
+        return QString::number(objData.isValid() ? objData.toInt() : -1);
+    }
     case emDef_FieldForm::Edit:
     case emDef_FieldForm::Shown:
         break;

@@ -14,7 +14,7 @@ enum class emDef_FieldForm
     Edit,     ///< an edit's text
     Check,    ///< a check box: 0 or 1
     PickText, ///< a list's chosen entry, by its text; none is chosen where no entry has the value
-    PickData, ///< a list's chosen entry, by its item data
+    PickData, ///< a list's chosen entry, by its item data; -1 for none
     Shown     ///< an edit that only shows; never written back
 };
 

@@ -11,6 +11,9 @@
 #include <algorithm>
 
 #include "toolkit/CIPAddressEdit.h"
+#include "toolkit/CPasswordEdit.h"
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -18,8 +21,7 @@ enum Column
 {
     Labels,
     Controls,
-    Hints,
-    Columns
+    Hints ///< empty in most groups, and then without width: nothing reaches into it
 };
 
 void SetName(QWidget* pControl, const char* pszName)
@@ -39,13 +41,14 @@ QGroupBox* CForm::m_F_p_Group(const stDef_Text& stTitle, const char* pszName, em
         stTitle, [pGroup = vm_pGroup](const QString& sText) { pGroup->setTitle(sText); }, nForm);
     vm_pGrid = new QGridLayout(vm_pGroup);
     vm_pGrid->setColumnStretch(Controls, 1);
-    vm_arGrids.append(vm_pGrid);
     vm_nRow = 0;
     return vm_pGroup;
 }
 
 QLabel* CForm::m_F_p_Label(const stDef_Text& stText, QWidget* pControl)
 {
+    if (!m_F_b_HasLabels())
+        vm_arGrids.append(vm_pGrid);
     auto* const pLabel = new QLabel(vm_pGroup);
     pLabel->setBuddy(pControl);
     // Read out without the colon.
@@ -53,6 +56,11 @@ QLabel* CForm::m_F_p_Label(const stDef_Text& stText, QWidget* pControl)
     vm_pTexts->m_S_AddText(pLabel, stText, emDef_TextForm::Colon);
     vm_arLabels.append(pLabel);
     return pLabel;
+}
+
+bool CForm::m_F_b_HasLabels() const
+{
+    return !vm_arGrids.isEmpty() && vm_arGrids.last() == vm_pGrid;
 }
 
 QLabel* CForm::s_F_p_LabelOf(const QWidget* pControl)
@@ -93,10 +101,19 @@ QLineEdit* CForm::m_F_p_Edit(const stDef_Text& stLabel, const char* pszName)
     return m_F_p_Row(stLabel, new QLineEdit(vm_pGroup), pszName);
 }
 
-QLineEdit* CForm::m_F_p_Password(const stDef_Text& stLabel, const char* pszName)
+CPasswordEdit* CForm::m_F_p_Password(const stDef_Text& stLabel, const char* pszName)
 {
-    QLineEdit* const pEdit = m_F_p_Edit(stLabel, pszName);
-    pEdit->setEchoMode(QLineEdit::Password);
+    return m_F_p_Row(stLabel, new CPasswordEdit(vm_pGroup), pszName);
+}
+
+CPasswordEdit* CForm::m_F_p_ShownPassword(const stDef_Text& stLabel, const char* pszName)
+{
+    CPasswordEdit* const pEdit = m_F_p_Password(stLabel, pszName);
+    auto* const pBox = new QCheckBox(vm_pGroup);
+    pBox->setObjectName(u"Show"_s + pEdit->objectName());
+    vm_pTexts->m_S_AddText(pBox, Text{"ShowPassword", "Show Password"});
+    pEdit->m_S_Attach(pBox);
+    vm_pGrid->addWidget(pBox, vm_nRow++, Controls);
     return pEdit;
 }
 
@@ -104,6 +121,9 @@ QLineEdit* CForm::m_F_p_ReadOnly(const stDef_Text& stLabel, const char* pszName)
 {
     QLineEdit* const pEdit = m_F_p_Edit(stLabel, pszName);
     pEdit->setReadOnly(true);
+    QPalette objFlat; // on the ground of the page, so that it doesn't look like something to type into
+    objFlat.setBrush(QPalette::Base, pEdit->palette().window());
+    pEdit->setPalette(objFlat);
     return pEdit;
 }
 
@@ -138,7 +158,7 @@ QCheckBox* CForm::m_F_p_Check(const stDef_Text& stText, const char* pszName)
     auto* const pBox = new QCheckBox(vm_pGroup);
     SetName(pBox, pszName);
     vm_pTexts->m_S_AddText(pBox, stText);
-    vm_pGrid->addWidget(pBox, vm_nRow++, Labels, 1, Columns);
+    vm_pGrid->addWidget(pBox, vm_nRow++, Labels, 1, Hints);
     return pBox;
 }
 
@@ -165,7 +185,9 @@ QList<QPushButton*> CForm::m_F_ar_Buttons(const QList<std::pair<stDef_Text, cons
         pLine->addWidget(arMade.last());
     }
     pLine->addStretch();
-    vm_pGrid->addLayout(pLine, vm_nRow++, Controls, 1, Columns - Controls);
+    // Below the controls; in a group that has no column of labels, at its edge.
+    const int nColumn = m_F_b_HasLabels() ? Controls : Labels;
+    vm_pGrid->addLayout(pLine, vm_nRow++, nColumn, 1, Hints - nColumn);
     return arMade;
 }
 
@@ -173,7 +195,7 @@ void CForm::m_S_Wide(QWidget* pControl, const char* pszName)
 {
     SetName(pControl, pszName);
     vm_pGrid->setRowStretch(vm_nRow, 1);
-    vm_pGrid->addWidget(pControl, vm_nRow++, Labels, 1, Columns);
+    vm_pGrid->addWidget(pControl, vm_nRow++, Labels, 1, Hints);
 }
 
 QLabel* CForm::m_F_p_HintLabel()

@@ -6,6 +6,7 @@
 #include "toolkit/CTextTable.h"
 
 class CIPAddressEdit;
+class CPasswordEdit;
 class QCheckBox;
 class QComboBox;
 class QGridLayout;
@@ -30,7 +31,9 @@ public:
 
     // Rows: the label's text gets " : " behind it, and its mnemonic leads to the control.
     QLineEdit* m_F_p_Edit(const stDef_Text& stLabel, const char* pszName);
-    QLineEdit* m_F_p_Password(const stDef_Text& stLabel, const char* pszName);
+    CPasswordEdit* m_F_p_Password(const stDef_Text& stLabel, const char* pszName);
+    /// With a box "Show Password" below it, whose name is "Show" and the edit's.
+    CPasswordEdit* m_F_p_ShownPassword(const stDef_Text& stLabel, const char* pszName);
     QLineEdit* m_F_p_ReadOnly(const stDef_Text& stLabel, const char* pszName);
     CIPAddressEdit* m_F_p_Address(const stDef_Text& stLabel, const char* pszName);
     QComboBox* m_F_p_List(const stDef_Text& stLabel, const char* pszName);
@@ -63,6 +66,7 @@ public:
 private:
     QLabel* m_F_p_Label(const stDef_Text& stText, QWidget* pControl);
     QLabel* m_F_p_HintLabel();
+    bool m_F_b_HasLabels() const; ///< the group
     template <class Widget>
     Widget* m_F_p_Row(const stDef_Text& stLabel, Widget* pControl, const char* pszName);
 
@@ -70,7 +74,7 @@ private:
     CTextTable* vm_pTexts;
     QGroupBox* vm_pGroup = nullptr;
     QGridLayout* vm_pGrid = nullptr;
-    QList<QGridLayout*> vm_arGrids;
+    QList<QGridLayout*> vm_arGrids; ///< of the groups that have labels
     QList<QLabel*> vm_arLabels;
     int vm_nRow = 0;
 };

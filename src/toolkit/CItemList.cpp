@@ -12,6 +12,7 @@ CItemList::CItemList(QWidget* pParent) : QTableWidget(pParent)
     verticalHeader()->hide();
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
     horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setStretchLastSection(true);
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     connect(this, &QTableWidget::itemSelectionChanged, this, [this] { Q_EMIT S_Selected(m_F_n_Selected()); });
 }

@@ -44,7 +44,7 @@ void CPropertySheet::m_S_AddPage(CPropertyPage* pPage, const QString& sLabel)
 QSize CPropertySheet::sizeHint() const
 {
     // Measured in letters, so that it grows with the font; never beyond what the screen has room for.
-    const QSize szWanted(150 * fontMetrics().averageCharWidth(), 50 * fontMetrics().height());
+    const QSize szWanted(175 * fontMetrics().averageCharWidth(), 50 * fontMetrics().height());
     const QSize szRoom = screen() ? screen()->availableSize() * 0.95 : szWanted;
     return szWanted.boundedTo(szRoom);
 }
@@ -74,8 +74,20 @@ void CPropertySheet::m_S_SetTabText(int nTab, const QString& sText)
 
 void CPropertySheet::m_S_ShowPage(int nTab)
 {
-    if (nTab >= 0 && nTab < vm_arPages.size())
-        vm_arPages[nTab]->m_S_Initialise();
+    if (nTab < 0 || nTab >= vm_arPages.size())
+        return;
+    vm_arPages[nTab]->m_S_Initialise();
+    m_S_EndTabOrder();
+}
+
+// The controls of a page come into being behind the buttons, which the Tab key is to reach last.
+void CPropertySheet::m_S_EndTabOrder()
+{
+    QWidget* pLast = previousInFocusChain();
+    while (pLast != this && (pLast->focusPolicy() == Qt::NoFocus || pLast == vm_pOk || pLast == vm_pCancel))
+        pLast = pLast->previousInFocusChain();
+    setTabOrder(pLast, vm_pOk);
+    setTabOrder(vm_pOk, vm_pCancel);
 }
 
 void CPropertySheet::accept()

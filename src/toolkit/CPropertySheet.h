@@ -41,6 +41,7 @@ protected:
 
 private:
     void m_S_ShowPage(int nTab);
+    void m_S_EndTabOrder();
 
     QList<CPropertyPage*> vm_arPages;
     QTabWidget* vm_pTabs;
