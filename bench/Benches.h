@@ -6,6 +6,7 @@ void BenchHttp();
 void BenchRing();
 void BenchObjects();
 void BenchIntake();
+void BenchSettings();
 
 /// What a child process of a benchmark does; returns its exit code.
 int RingReaderProcess(int nArgs, char** ppArgs);

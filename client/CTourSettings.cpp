@@ -22,9 +22,9 @@ namespace {
 constexpr int StepMs = 100; ///< between two steps: a page is laid out and painted by then
 
 // The tabs of the sheet, in their order.
-constexpr std::array g_apszTabs = {"settings-1-camera", "settings-2-schedule", "settings-3-network",
-                                   "settings-4-system", "settings-5-user",     "settings-6-motion",
-                                   "settings-7-address-book",  "settings-8-notification"};
+constexpr std::array g_apszTabs = {"settings-1-camera",       "settings-2-schedule",    "settings-3-network",
+                                   "settings-4-system",       "settings-5-user",        "settings-6-motion",
+                                   "settings-7-address-book", "settings-8-notification"};
 constexpr char MenuName[] = "settings-menu";
 constexpr char MessageName[] = "settings-message";
 constexpr char ProgressName[] = "settings-progress";

@@ -10,22 +10,24 @@
 #include "toolkit/CPropertyPage.h"
 
 CPropertySheet::CPropertySheet(const QString& sCaption, QWidget* pParent, unsigned int nSelectPage)
-    : QDialog(pParent), vm_pTabs(new QTabWidget), vm_nSelectPage(nSelectPage)
+    : QDialog(pParent),
+      vm_pTabs(new QTabWidget),
+      vm_pButtons(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel)),
+      vm_nSelectPage(nSelectPage)
 {
     setWindowTitle(sCaption);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    auto* const pButtons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    vm_pOk = pButtons->button(QDialogButtonBox::Ok);
-    vm_pCancel = pButtons->button(QDialogButtonBox::Cancel);
+    vm_pOk = vm_pButtons->button(QDialogButtonBox::Ok);
+    vm_pCancel = vm_pButtons->button(QDialogButtonBox::Cancel);
     vm_pOk->setObjectName(QStringLiteral("OK"));
     vm_pCancel->setObjectName(QStringLiteral("Cancel"));
     vm_pTabs->setObjectName(QStringLiteral("Tabs"));
     vm_pTabs->setUsesScrollButtons(true);
     auto* const pLayout = new QVBoxLayout(this);
     pLayout->addWidget(vm_pTabs);
-    pLayout->addWidget(pButtons);
-    connect(pButtons, &QDialogButtonBox::accepted, this, &CPropertySheet::accept);
-    connect(pButtons, &QDialogButtonBox::rejected, this, &CPropertySheet::reject);
+    pLayout->addWidget(vm_pButtons);
+    connect(vm_pButtons, &QDialogButtonBox::accepted, this, &CPropertySheet::accept);
+    connect(vm_pButtons, &QDialogButtonBox::rejected, this, &CPropertySheet::reject);
 }
 
 void CPropertySheet::m_S_AddPage(CPropertyPage* pPage, const QString& sLabel)
@@ -36,6 +38,7 @@ void CPropertySheet::m_S_AddPage(CPropertyPage* pPage, const QString& sLabel)
     auto* const pScroll = new QScrollArea;
     pScroll->setWidgetResizable(true);
     pScroll->setFrameShape(QFrame::NoFrame);
+    pScroll->setFocusPolicy(Qt::NoFocus); // it follows the focus of its controls
     pScroll->setWidget(pPage);
     vm_arPages.append(pPage);
     vm_pTabs->addTab(pScroll, sLabel);
@@ -80,12 +83,14 @@ void CPropertySheet::m_S_ShowPage(int nTab)
     m_S_EndTabOrder();
 }
 
-// The controls of a page come into being behind the buttons, which the Tab key is to reach last.
+// The controls of a page come into being behind the buttons, which the Tab key is to reach last. The box stays
+// where it was made, before the pages: it must not lead the key on to its first button from there.
 void CPropertySheet::m_S_EndTabOrder()
 {
     QWidget* pLast = previousInFocusChain();
-    while (pLast != this && (pLast->focusPolicy() == Qt::NoFocus || pLast == vm_pOk || pLast == vm_pCancel))
+    while (pLast != this && (pLast->focusPolicy() == Qt::NoFocus || vm_pButtons->isAncestorOf(pLast)))
         pLast = pLast->previousInFocusChain();
+    vm_pButtons->setFocusProxy(nullptr);
     setTabOrder(pLast, vm_pOk);
     setTabOrder(vm_pOk, vm_pCancel);
 }

@@ -6,6 +6,7 @@
 #include "host/Export.h"
 
 class CPropertyPage;
+class QDialogButtonBox;
 class QPushButton;
 class QTabWidget;
 
@@ -45,6 +46,7 @@ private:
 
     QList<CPropertyPage*> vm_arPages;
     QTabWidget* vm_pTabs;
+    QDialogButtonBox* vm_pButtons;
     QPushButton* vm_pOk;
     QPushButton* vm_pCancel;
     unsigned int vm_nSelectPage;

@@ -1,0 +1,154 @@
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QVBoxLayout>
+#include <QtTest/QTest>
+#include <gtest/gtest.h>
+
+#include "host/Lib_Bedrock.h"
+#include "toolkit/CFieldTable.h"
+#include "toolkit/CForm.h"
+#include "toolkit/CItemList.h"
+#include "toolkit/CNumberedNodes.h"
+#include "toolkit/CPasswordEdit.h"
+#include "toolkit/CPropertyPage.h"
+#include "toolkit/CPropertySheet.h"
+
+namespace {
+
+TEST(NumberedNodes, MoveWithAllTheyHave)
+{
+    const struct
+    {
+        const char* pWhat;
+        void (*change)(CNumberedNodes&);
+        QStringList arValues; ///< by number
+    } arRows[] = {
+        {"remove the first", [](CNumberedNodes& n) { n.m_S_Remove(0); }, {"b", "c", "d"}},
+        {"remove one between", [](CNumberedNodes& n) { n.m_S_Remove(1); }, {"a", "c", "d"}},
+        {"remove the last", [](CNumberedNodes& n) { n.m_S_Remove(3); }, {"a", "b", "c"}},
+        {"swap", [](CNumberedNodes& n) { n.m_S_Swap(0, 3); }, {"d", "b", "c", "a"}},
+        {"swap back", [](CNumberedNodes& n) { n.m_S_Swap(2, 1), n.m_S_Swap(1, 2); }, {"a", "b", "c", "d"}},
+        {"append", [](CNumberedNodes& n) { n.m_F_n_Append(); }, {"a", "b", "c", "d", ""}},
+        {"remove all", [](CNumberedNodes& n) { n.m_S_RemoveAll(); }, {}},
+    };
+    for (const auto& row : arRows) {
+        SCOPED_TRACE(row.pWhat);
+        CXmlObj xml;
+        ASSERT_TRUE(xml.m_F_b_LoadXML("<root><List count='4'><N000 v='a'><Kept/></N000><N001 v='b'><Kept/></N001>"
+                                      "<N002 v='c'><Kept/></N002><N003 v='d'><Kept/></N003></List></root>"));
+        CNumberedNodes nodes(&xml, "/root/List", "N");
+        row.change(nodes);
+        EXPECT_EQ(nodes.m_F_n_Count(), row.arValues.size());
+        for (int i = 0; i < row.arValues.size(); ++i) {
+            QString sValue;
+            xml.m_F_n_GetValue(nodes.m_F_s_Path(i), "v", sValue, {});
+            EXPECT_EQ(sValue, row.arValues[i]) << i;
+        }
+        const int nThere = int(row.arValues.size()) - int(row.arValues.contains(""));
+        EXPECT_EQ(xml.m_F_s_GetXML().count("<N0"), nThere) << "none is left over";
+        EXPECT_EQ(xml.m_F_s_GetXML().count("<Kept"), nThere);
+    }
+}
+
+TEST(FieldTable, AListThatShowsNothingStoresWhatSaysSo)
+{
+    QComboBox list;
+    for (const int nData : {10, 20})
+        list.addItem(QString::number(nData), nData);
+    CFieldTable fields;
+    fields.m_S_Add({"/root/A", "n", &list, emDef_FieldForm::PickData});
+    for (const auto& [pStored, pAfter] : {std::pair{"20", "20"}, {"15", "-1"}, {"10", "10"}}) {
+        CXmlObj xml;
+        ASSERT_TRUE(xml.m_F_b_LoadXML(QString("<root><A n='%1'/></root>").arg(pStored)));
+        fields.m_S_Load(xml);
+        fields.m_S_Store(xml);
+        QString sAfter;
+        xml.m_F_n_GetValue("/root/A", "n", sAfter, {});
+        EXPECT_EQ(sAfter, pAfter);
+    }
+}
+
+TEST(PasswordEdit, ShowsWithoutTouchingTextOrCursor)
+{
+    QWidget page;
+    CTextTable texts;
+    CForm form(&page, &texts);
+    (new QVBoxLayout(&page))->addWidget(form.m_F_p_Group({"G", "Group"}, "Group"));
+    CPasswordEdit* const pEdit = form.m_F_p_ShownPassword({"Password", "Password"}, "Mail.PWD");
+    auto* const pBox = page.findChild<QCheckBox*>("ShowMail.PWD");
+    ASSERT_TRUE(pBox);
+    EXPECT_EQ(pBox->text(), "Show Password");
+    page.show();
+    QTest::keyClicks(pEdit, "s3cret");
+    pEdit->setSelection(1, 3);
+    for (const char* pShown : {"******", "s3cret", "******"}) {
+        EXPECT_EQ(pEdit->displayText(), pShown);
+        EXPECT_EQ(pEdit->text(), "s3cret");
+        EXPECT_EQ(pEdit->selectedText(), "3cr");
+        EXPECT_EQ(pEdit->cursorPosition(), 4);
+        QTest::mouseClick(pBox, Qt::LeftButton, {}, QPoint(8, pBox->height() / 2));
+    }
+    EXPECT_TRUE(pEdit->m_F_b_Shown());
+    pEdit->m_S_SetShown(false);
+    EXPECT_FALSE(pBox->isChecked()) << "the box follows";
+}
+
+TEST(ItemList, KeepsANumberBehindEachRow)
+{
+    CItemList list;
+    list.m_S_SetColumns({50, 50});
+    std::vector<int> arTold;
+    QObject::connect(&list, &CItemList::S_Selected, [&](int nRow) { arTold.push_back(nRow); });
+    list.m_S_Insert(0, {"a"}, 7);
+    list.m_S_Insert(0, {"b", "2"}, 9);
+    list.m_S_Select(1);
+    list.m_S_Select(1);
+    list.m_S_Select(5);
+    EXPECT_EQ(arTold, (std::vector{1, 1, -1}));
+    EXPECT_EQ(list.m_F_n_Data(0), 9);
+    EXPECT_EQ(list.m_F_n_Data(1), 7);
+    EXPECT_EQ(list.m_F_n_Data(2), -1);
+    EXPECT_EQ(list.m_F_ar_Texts(1), QStringList({"a", ""}));
+}
+
+/// A page with one edit, which bears the page's name.
+class OneEdit : public CPropertyPage
+{
+public:
+    explicit OneEdit(const QString& sName) { setObjectName(sName); }
+    int OnInitDialog() override
+    {
+        auto* const pEdit = new QLineEdit;
+        pEdit->setObjectName("Edit" + objectName());
+        (new QVBoxLayout(this))->addWidget(pEdit);
+        return 1;
+    }
+};
+
+TEST(PropertySheet, TheTabKeyReachesThePageBeforeTheButtons)
+{
+    CPropertySheet sheet("Sheet", nullptr);
+    for (const char* pName : {"A", "B"})
+        sheet.m_S_AddPage(new OneEdit(pName), pName);
+    sheet.OnInitDialog();
+    sheet.show();
+    auto* const pTabs = sheet.findChild<QTabWidget*>("Tabs");
+    for (const int nTab : {0, 1, 0}) {
+        pTabs->setCurrentIndex(nTab);
+        QApplication::processEvents(); // shows what the page has made
+        sheet.findChild<QWidget*>(nTab == 0 ? "EditA" : "EditB")->setFocus();
+        QStringList arReached;
+        for (int i = 0; i < 4; ++i) {
+            QTest::keyClick(sheet.focusWidget(), Qt::Key_Tab);
+            arReached.append(sheet.focusWidget()->objectName());
+        }
+        EXPECT_EQ(arReached, QStringList({"OK", "Cancel", "qt_tabwidget_tabbar", nTab == 0 ? "EditA" : "EditB"}));
+    }
+}
+
+} // namespace
