@@ -25,7 +25,10 @@ struct Followers : CScheduleFollower, CMotionFollower
     void m_S_CameraRemoved(int n, int nCount) override { vm_arCalls << QString::asprintf("removed %d %d", n, nCount); }
     void m_S_CameraUpdated(int n) override { vm_arCalls << QString::asprintf("updated %d", n); }
     void m_S_CameraCopied(int n, int nTo) override { vm_arCalls << QString::asprintf("copied %d %d", n, nTo); }
-    void m_S_CameraSwitched(int n, int nOther) override { vm_arCalls << QString::asprintf("switched %d %d", n, nOther); }
+    void m_S_CameraSwitched(int n, int nOther) override
+    {
+        vm_arCalls << QString::asprintf("switched %d %d", n, nOther);
+    }
     void m_S_RefreshCameras(int n) override { vm_arCalls << QString::asprintf("refresh %d", n); }
     QStringList vm_arCalls;
 };
@@ -71,7 +74,8 @@ protected:
             QMenu* pEntries = pMenu;
             for (QAction* const pAction : pMenu->actions())
                 pEntries = pAction->menu() && pAction->text() == sMenu ? pAction->menu() : pEntries;
-            QAction* const pAction = pEntries->actions().value(nEntry < 0 ? pEntries->actions().size() + nEntry : nEntry);
+            QAction* const pAction =
+                pEntries->actions().value(nEntry < 0 ? pEntries->actions().size() + nEntry : nEntry);
             ASSERT_TRUE(pAction);
             EXPECT_TRUE(pAction->isEnabled());
             pMenu->close();
@@ -108,7 +112,8 @@ protected:
     {
         QStringList arTargets;
         for (const stDef_LogEntry& st : vm_nvr.m_F_o_Log().m_F_ar_Entries()) {
-            if (st.nStatus != 401 && st.sTarget.find("camid=0") + st.sTarget.find("camerasupport") != 2 * std::string::npos)
+            if (st.nStatus != 401 &&
+                st.sTarget.find("camid=0") + st.sTarget.find("camerasupport") != 2 * std::string::npos)
                 arTargets << QString::fromStdString(st.sTarget);
         }
         vm_nvr.m_F_o_Log().m_S_Clear();
@@ -120,13 +125,20 @@ protected:
         static constexpr int s_arVendors[] = {2, 4, 6, 8, 0, 7, 9, 10};
         QString sXml = QString("<root><Camera count='%1'>").arg(nCameras);
         for (int i = 0; i < nCameras; ++i) {
-            sXml += QString("<Cam%1 VendorID='%2' Model='M' Name='%3' IP='10.0.0.%4' HttpPort='80' RtspPort='554' UserName='u'"
-                            " Password='p' Enable='%5'/>")
-                        .arg(i, 3, 10, QChar('0')).arg(s_arVendors[i % 8]).arg(QChar('A' + i)).arg(i + 1).arg(i % 2);
+            sXml +=
+                QString(
+                    "<Cam%1 VendorID='%2' Model='M' Name='%3' IP='10.0.0.%4' HttpPort='80' RtspPort='554' UserName='u'"
+                    " Password='p' Enable='%5'/>")
+                    .arg(i, 3, 10, QChar('0'))
+                    .arg(s_arVendors[i % 8])
+                    .arg(QChar('A' + i))
+                    .arg(i + 1)
+                    .arg(i % 2);
         }
         std::string sError;
         ASSERT_TRUE(vm_nvr.m_F_o_Documents().m_F_b_Put(emDef_Document::Camera,
-                                                       (sXml + sMore + "</Camera></root>").toStdString(), sError)) << sError;
+                                                       (sXml + sMore + "</Camera></root>").toStdString(), sError))
+            << sError;
     }
     /// Nodes, items, objects and slots agree.
     void ExpectInStep(const QStringList& arNames)
@@ -207,9 +219,11 @@ TEST_F(CameraPage, OpensOnAnyDocument)
     };
     for (const auto& stRow : arRows) {
         SCOPED_TRACE(QString("%1 %2").arg(stRow.pszCount, stRow.pszNodes).toStdString());
-        const QString sXml = QString("<root><Camera count=\"%1\">%2</Camera></root>").arg(stRow.pszCount, stRow.pszNodes);
+        const QString sXml =
+            QString("<root><Camera count=\"%1\">%2</Camera></root>").arg(stRow.pszCount, stRow.pszNodes);
         ASSERT_TRUE(Nvr().vm_xmlCamera.m_F_b_LoadXML(sXml));
-        ASSERT_TRUE(Nvr().vm_xmlSystemInfo.m_F_b_LoadXML(QString("<root><Local MaxCam='%1'/></root>").arg(stRow.nMaxCam)));
+        ASSERT_TRUE(
+            Nvr().vm_xmlSystemInfo.m_F_b_LoadXML(QString("<root><Local MaxCam='%1'/></root>").arg(stRow.nMaxCam)));
         CDlgSetupPageSystemSetting sheet(&Nvr(), "sheet", 0);
         sheet.OnInitDialog();
         sheet.show();
@@ -231,7 +245,8 @@ TEST_F(CameraPage, KeepsACameraWithoutADriver)
     const std::string sStored = vm_nvr.m_F_o_Documents().m_F_s_Get(emDef_Document::Camera);
     std::string sError;
     ASSERT_TRUE(vm_nvr.m_F_o_Documents().m_F_b_Put(
-        emDef_Document::Camera, QString::fromStdString(sStored).replace("count='2'", "count='3'").toStdString(), sError));
+        emDef_Document::Camera, QString::fromStdString(sStored).replace("count='2'", "count='3'").toStdString(),
+        sError));
     Work([&](At at) {
         ClickCamera(2);
         EXPECT_EQ(at.NotEnabled({"Delete", "Update"}, true), QStringList());
@@ -283,7 +298,8 @@ TEST_F(CameraPage, AddsACameraOfEachBrand)
             const bool bLinkLocal = at.Shown("IP").startsWith("ID@");
             const auto arLabels = at.Find("Setting")->findChildren<QLabel*>();
             EXPECT_EQ(std::count_if(arLabels.begin(), arLabels.end(),
-                                    [](const QLabel* p) { return p->text() == "IP Address* : "; }), bLinkLocal);
+                                    [](const QLabel* p) { return p->text() == "IP Address* : "; }),
+                      bLinkLocal);
             at.Click("Add");
             const QString sTarget = QString("&") + stRow.pszTarget;
             EXPECT_EQ(Asked(), QStringList({"/cgi-bin/param.cgi?action=detect&camid=0" + sTarget,
@@ -416,19 +432,22 @@ TEST_F(CameraPage, KeepsEverythingInStep)
                 Calls();
                 const int nAction = Any(20), nFrom = arModel.isEmpty() ? 0 : Any(arModel.size());
                 const int nTo = arModel.isEmpty() ? 0 : Any(arModel.size());
-                SCOPED_TRACE(QString::asprintf("%d cameras, step %d: %d from %d to %d", nCameras, nStep, nAction, nFrom, nTo)
-                                 .toStdString());
+                SCOPED_TRACE(
+                    QString::asprintf("%d cameras, step %d: %d from %d to %d", nCameras, nStep, nAction, nFrom, nTo)
+                        .toStdString());
                 QStringList arCalls;
                 if (arModel.isEmpty() || (nAction < 5 && arModel.size() < 20)) {
                     ClickFound("Roof");
                     at.Type("Name", QString("new %1").arg(nStep));
                     arModel << at.Shown("Name");
                     at.Click("Add");
-                    arCalls << QString("added %1").arg(arModel.size() - 1) << QString("refresh %1").arg(arModel.size() - 1);
+                    arCalls << QString("added %1").arg(arModel.size() - 1)
+                            << QString("refresh %1").arg(arModel.size() - 1);
                 } else if (ClickCamera(nFrom); nAction < 9) {
                     at.Click("Delete");
                     arModel.removeAt(nFrom);
-                    arCalls << QString("removed %1 %2").arg(nFrom).arg(arModel.size()) << QString("refresh %1").arg(nFrom);
+                    arCalls << QString("removed %1 %2").arg(nFrom).arg(arModel.size())
+                            << QString("refresh %1").arg(nFrom);
                     EXPECT_EQ(vm_pTree->m_F_n_Selected(), -1);
                 } else if (nAction < 14 && nFrom != nTo) {
                     Choose(at, "Switch To", nTo);
