@@ -153,6 +153,8 @@ TEST_F(PtzPanelTest, EachKeyAndButtonSendsItsCommand)
         const std::string sName = QKeySequence(stRow.nKey).toString().toStdString();
         QTest::keyPress(&Cell(0), stRow.nKey);
         EXPECT_TRUE(WaitUntil([&] { return Held(stRow); })) << sName;
+        QKeyEvent objRepeat(QEvent::KeyPress, stRow.nKey, {}, {}, true);
+        QApplication::sendEvent(&Cell(0), &objRepeat);
         QTest::keyRelease(&Cell(0), stRow.nKey);
         ExpectCommands(stRow.arCommands, sName);
         if (!stRow.pszButton)
@@ -165,6 +167,14 @@ TEST_F(PtzPanelTest, EachKeyAndButtonSendsItsCommand)
         ExpectCommands(stRow.arCommands, stRow.pszButton);
     }
     EXPECT_EQ(Find<QComboBox>("PtzTours").currentText(), "1  Shop fronts");
+    QTest::keyPress(&Cell(0), Qt::Key_W);
+    EXPECT_TRUE(WaitUntil([&] { return Commands().size() == 1; }));
+    QTest::keyPress(&Cell(0), Qt::Key_R);
+    EXPECT_TRUE(WaitUntil([&] { return Commands().size() == 2; }));
+    QTest::keyRelease(&Cell(0), Qt::Key_R);
+    ExpectCommands({g_sUp, g_sZoomIn, g_sZoomStop}, "a second key let go");
+    QTest::keyRelease(&Cell(0), Qt::Key_W);
+    ExpectCommands({g_sStop}, "the first key let go");
     QTest::keyClick(&Cell(0), Qt::Key_Period);
     EXPECT_EQ(Find<QSlider>("PtzSpeed").value(), 6);
     QTest::keyClick(&Cell(0), Qt::Key_8, Qt::KeypadModifier);
