@@ -124,7 +124,8 @@ TEST_F(Drivers, BringRepliesAndTemplateTogether)
         SCOPED_TRACE("cases.txt, line " + std::to_string(stCase.nLine));
         CXmlObj xmlDetect, xmlSupport;
         if (stCase.mapParts["detect"] != "closed")
-            ASSERT_TRUE(xmlDetect.m_F_b_LoadXML(QString(vm_sDetect).replace("</root>", stCase.mapParts["detect"] + "</root>")));
+            ASSERT_TRUE(
+                xmlDetect.m_F_b_LoadXML(QString(vm_sDetect).replace("</root>", stCase.mapParts["detect"] + "</root>")));
         if (stCase.mapParts["support"] != "closed")
             ASSERT_TRUE(xmlSupport.m_F_b_LoadXML("<root><Support " + stCase.mapParts["abilities"] + ">" +
                                                  stCase.mapParts["support"] + "</Support></root>"));
@@ -201,12 +202,17 @@ TEST_F(Drivers, AreMadeByVendorAlone)
         pCamera->m_S_Release(&pCamera);
         EXPECT_EQ(pCamera, nullptr);
     }
-    QStringList arListed;
+    QStringList arListed, arModels;
     for (const stDef_BrandRow& stRow : g_astBrandCatalogue) {
         EXPECT_EQ(stRow.bListed, vm_mapKeys.count(stRow.nVendorID) == 1) << stRow.strName;
         if (stRow.bListed)
             arListed << QString("%1 %2").arg(stRow.nVendorID).arg(stRow.strName);
+        int nModels = 0;
+        while (*stRow.astModel[nModels].strModel)
+            ++nModels;
+        arModels << QString::number(nModels);
     }
+    EXPECT_EQ(arModels.join(' ').toStdString(), "6 3 1 3 1 0 0 0 0 2 2");
     EXPECT_EQ(arListed.join(", ").toStdString(),
               "8 Velmora SDK1, 9 Velmora SDK2, 7 Velmora SDK3, 6 Velmora SDK4, 10 Velmora SDK5, 0 Velmora SDK6, "
               "2 Velmora SDK7, 4 ONVIF");
@@ -219,9 +225,9 @@ TEST_F(Drivers, RefuseARecordThatReachesNobody)
     st.strIP = "10.0.0.1";
     st.nHttpPort = 0;
     EXPECT_TRUE(pCamera->m_F_b_SetConnect(st));
-    for (auto fnSpoil : {+[](stDef_CamConnect& stBad) { stBad.strIP.clear(); },
-                         +[](stDef_CamConnect& stBad) { stBad.nHttpPort = -1; },
-                         +[](stDef_CamConnect& stBad) { stBad.strUser.clear(); }}) {
+    for (auto fnSpoil :
+         {+[](stDef_CamConnect& stBad) { stBad.strIP.clear(); }, +[](stDef_CamConnect& stBad) { stBad.nHttpPort = -1; },
+          +[](stDef_CamConnect& stBad) { stBad.strUser.clear(); }}) {
         stDef_CamConnect stBad = st;
         stBad.strModel = "bad";
         fnSpoil(stBad);
