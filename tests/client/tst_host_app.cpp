@@ -71,9 +71,10 @@ TEST_F(HostAppTest, TheTourTellsWhatItSaw)
     WriteCard(Path("card.xml"), "Lab", nvr.m_F_n_HttpPort(), nvr.m_F_n_RtspPort(), 4);
     const QStringList arArguments = {"--config", Path("config"), "--import", Path("card.xml"), "--tour", Path("tour")};
     EXPECT_EQ(Run(arArguments), CHostApp::ExitOk) << vm_sErr;
-    for (const char* const pszName : {"1-live", "3-sixteen-cells", "5-enlarged", "7-dark", "8-test-good", "9-shortcuts",
-                                      "10-documents", "settings-1-camera", "settings-progress",
-                                      "settings-8-notification-chinese", "11-disconnected", "12-connected-again", "state-connecting"})
+    for (const char* const pszName :
+         {"1-live", "3-sixteen-cells", "5-enlarged", "7-dark", "8-test-good", "9-shortcuts", "10-documents",
+          "settings-1-camera", "settings-progress", "settings-8-notification-chinese", "11-disconnected",
+          "12-connected-again", "state-connecting"})
         EXPECT_FALSE(QImage(Path("tour/") + pszName + ".png").isNull()) << pszName;
     QFile file(Path("tour/tour.txt"));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
