@@ -7,6 +7,7 @@ void BenchRing();
 void BenchObjects();
 void BenchIntake();
 void BenchSettings();
+void BenchCameras();
 
 /// What a child process of a benchmark does; returns its exit code.
 int RingReaderProcess(int nArgs, char** ppArgs);

@@ -14,8 +14,8 @@ struct stDef_Group
 };
 
 constexpr stDef_Group g_arGroups[] = {
-    {"xml", BenchXml},         {"http", BenchHttp},     {"ring", BenchRing},
-    {"objects", BenchObjects}, {"intake", BenchIntake}, {"settings", BenchSettings},
+    {"xml", BenchXml},       {"http", BenchHttp},         {"ring", BenchRing},       {"objects", BenchObjects},
+    {"intake", BenchIntake}, {"settings", BenchSettings}, {"cameras", BenchCameras},
 };
 
 } // namespace
