@@ -48,7 +48,7 @@ protected:
         vm_pWindow = std::make_unique<CMainWindow>(&vm_env, &vm_store);
         vm_pWindow->resize(1280, 800);
         vm_pWindow->show();
-        QApplication::setActiveWindow(vm_pWindow.get());
+        vm_pWindow->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(vm_pWindow.get()));
         if (!Panel().isVisible())
             QTest::keyClick(vm_pWindow.get(), Qt::Key_T, Qt::ControlModifier);
@@ -91,6 +91,18 @@ protected:
         EXPECT_TRUE(WaitUntil([&] { return Commands().size() >= arExpected.size(); })) << sWhat << Line();
         EXPECT_EQ(Commands(), arExpected) << sWhat;
         vm_nvr.m_F_o_Log().m_S_Clear();
+    }
+
+    // A menu or another window before may still be giving the focus back.
+    void FocusFirstCell()
+    {
+        EXPECT_TRUE(WaitUntil([&] {
+            vm_pWindow->activateWindow();
+            Cell(0).setFocus();
+            QCoreApplication::processEvents();
+            return QGuiApplication::focusWindow() == vm_pWindow->windowHandle() &&
+                   QApplication::focusWidget() == &Cell(0) && !QApplication::activePopupWidget();
+        }));
     }
 
     void Fault(const char* pszUrl, const stDef_Fault& stFault)
@@ -208,9 +220,8 @@ TEST_F(PtzPanelTest, WhateverEndsAHoldStopsTheCameraOnce)
          [&] {
              QWidget objOther;
              objOther.show();
-             QApplication::setActiveWindow(&objOther);
+             objOther.activateWindow();
              EXPECT_TRUE(WaitUntil([&] { return Commands().size() == 2; }));
-             QApplication::setActiveWindow(vm_pWindow.get());
          }},
         {"menu", [&] { KeyUp(); },
          [&] {
@@ -236,6 +247,7 @@ TEST_F(PtzPanelTest, WhateverEndsAHoldStopsTheCameraOnce)
          }},
         {"end of the stream", PressUp, [&] { QTest::keyClick(vm_pWindow.get(), Qt::Key_D, Qt::ControlModifier); }},
     };
+    FocusFirstCell();
     for (const stDef_Row& stRow : arRows) {
         stRow.fnBegin();
         EXPECT_TRUE(WaitUntil([&] { return Commands() == Texts{g_sUp}; })) << stRow.pszWhat;
@@ -250,7 +262,7 @@ TEST_F(PtzPanelTest, WhateverEndsAHoldStopsTheCameraOnce)
         if (!Panel().isVisible())
             QTest::keyClick(vm_pWindow.get(), Qt::Key_T, Qt::ControlModifier);
         QTest::keyClick(vm_pWindow.get(), Qt::Key_PageUp);
-        Cell(0).setFocus();
+        FocusFirstCell();
         const bool bEnded = Cell(0).m_F_n_State() == emDef_LiveState::Disconnected;
         EXPECT_TRUE(bEnded || WaitUntil([&] { return Pad().isEnabled(); }, LiveMs)) << stRow.pszWhat << Line();
     }
@@ -305,7 +317,7 @@ TEST_F(PtzPanelTest, SaysInPlainWordsWhatIsTheMatter)
     Fault("group=", {"status", 500});
     vm_pWindow = std::make_unique<CMainWindow>(&vm_env, &vm_store);
     vm_pWindow->show();
-    QApplication::setActiveWindow(vm_pWindow.get());
+    vm_pWindow->activateWindow();
     QTest::keyClick(vm_pWindow.get(), Qt::Key_T, Qt::ControlModifier);
     const auto Says = [&](const char* pszText) {
         EXPECT_TRUE(WaitUntil([&] { return Line().find(pszText) != std::string::npos; }, LiveMs)) << pszText << Line();
