@@ -17,19 +17,15 @@ bool PasswordLike(std::string sKey)
 
 std::string CRequestLog::s_F_s_Masked(const std::string& sTarget)
 {
-    const auto nQuery = sTarget.find('?');
-    if (nQuery == std::string::npos)
-        return sTarget;
-    std::string sOut = sTarget.substr(0, nQuery + 1);
-    for (std::size_t nAt = nQuery + 1; nAt <= sTarget.size();) {
-        const auto nEnd = std::min(sTarget.find('&', nAt), sTarget.size());
-        const std::string sPair = sTarget.substr(nAt, nEnd - nAt);
-        const auto nEqual = sPair.find('=');
-        const bool bMask = nEqual != std::string::npos && PasswordLike(sPair.substr(0, nEqual));
-        sOut += bMask ? sPair.substr(0, nEqual + 1) + "***" : sPair;
-        if (nEnd < sTarget.size())
-            sOut += '&';
-        nAt = nEnd + 1;
+    std::string sOut = sTarget;
+    for (std::size_t nAt = sOut.find('?'); nAt != std::string::npos; nAt = sOut.find('&', nAt + 1)) {
+        const std::size_t nEqual = sOut.find('=', nAt);
+        if (nEqual == std::string::npos || !PasswordLike(sOut.substr(nAt + 1, nEqual - nAt - 1)))
+            continue;
+        // Passwords come unescaped, so that an '&' may be part of one.
+        const std::size_t nNext = sOut.rfind("&vendorid=");
+        const std::size_t nEnd = nNext != std::string::npos && nNext > nEqual ? nNext : sOut.size();
+        sOut.replace(nEqual + 1, nEnd - nEqual - 1, "***");
     }
     return sOut;
 }

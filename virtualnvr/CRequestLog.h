@@ -45,7 +45,7 @@ public:
     /// Also writes a line at the end of each request, with passwords in the target masked; null ends it.
     void m_S_SetEcho(std::ostream* pStream);
 
-    /// The target with the values of password-like keys replaced.
+    /// The target with the value of a password-like key replaced, up to what follows a camera's password or to the end.
     static std::string s_F_s_Masked(const std::string& sTarget);
 
 private:

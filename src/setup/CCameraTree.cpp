@@ -35,6 +35,7 @@ void CCameraTree::m_S_Append(const QString& sName, bool bEnabled, CCamObj_Base* 
     const QSignalBlocker objQuiet(this);
     auto* const pItem = new QTreeWidgetItem({sName});
     pItem->setToolTip(0, sName);
+    pItem->setSizeHint(0, QSize(0, fontMetrics().height() * 3 / 2)); // room around the check boxes
     pItem->setCheckState(0, CheckOf(bEnabled));
     pItem->setData(0, CameraRole, QVariant::fromValue(static_cast<void*>(pCamera)));
     addTopLevelItem(pItem);

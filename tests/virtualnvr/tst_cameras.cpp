@@ -1,5 +1,6 @@
 #include "CCameraPark.h"
 #include "CProbe.h"
+#include "CRequestLog.h"
 #include "CVirtualNvr.h"
 
 #include <gtest/gtest.h>
@@ -140,6 +141,18 @@ TEST_F(Cameras, AreFoundBySearch)
     EXPECT_TRUE(True(objFound, "count(/XML/root/IPC[@IpType='0' and @BonjouIP='0.0.0.0'])=9"));
     for (const auto& stBrand : g_arBrands)
         EXPECT_TRUE(True(objFound, "/XML/root/IPC/@Vendor=" + std::to_string(stBrand.nVendor))) << stBrand.nVendor;
+}
+
+TEST(RequestLog, ShowsNoPassword)
+{
+    const std::pair<const char*, const char*> arRows[] = {
+        {"/a?b=c&d", "/a?b=c&d"},
+        {"/a?uid=u&pwd=cam&Era#1&vendorid=2&onvifauth=1", "/a?uid=u&pwd=***&vendorid=2&onvifauth=1"},
+        {"/a?PassWord=x&y=z&", "/a?PassWord=***"},
+        {"/pwd=1", "/pwd=1"},
+    };
+    for (const auto& [pszTarget, pszMasked] : arRows)
+        EXPECT_EQ(CRequestLog::s_F_s_Masked(pszTarget), pszMasked);
 }
 
 } // namespace
