@@ -318,6 +318,7 @@ TEST_F(PtzPanelTest, SaysInPlainWordsWhatIsTheMatter)
     vm_pWindow = std::make_unique<CMainWindow>(&vm_env, &vm_store);
     vm_pWindow->show();
     vm_pWindow->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(vm_pWindow.get()));
     QTest::keyClick(vm_pWindow.get(), Qt::Key_T, Qt::ControlModifier);
     const auto Says = [&](const char* pszText) {
         EXPECT_TRUE(WaitUntil([&] { return Line().find(pszText) != std::string::npos; }, LiveMs)) << pszText << Line();
