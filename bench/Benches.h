@@ -8,6 +8,7 @@ void BenchObjects();
 void BenchIntake();
 void BenchSettings();
 void BenchCameras();
+void BenchDrivers();
 
 /// What a child process of a benchmark does; returns its exit code.
 int RingReaderProcess(int nArgs, char** ppArgs);

@@ -15,7 +15,7 @@ struct stDef_Group
 
 constexpr stDef_Group g_arGroups[] = {
     {"xml", BenchXml},       {"http", BenchHttp},         {"ring", BenchRing},       {"objects", BenchObjects},
-    {"intake", BenchIntake}, {"settings", BenchSettings}, {"cameras", BenchCameras},
+    {"intake", BenchIntake}, {"settings", BenchSettings}, {"cameras", BenchCameras}, {"drivers", BenchDrivers},
 };
 
 } // namespace
