@@ -14,7 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr Text AddressText{"IPAddress", "IP Address"};
 constexpr int WsseRow = 1;
 
 const stDef_CameraValues g_stNew = {
@@ -23,15 +22,13 @@ const stDef_CameraValues g_stNew = {
 
 } // namespace
 
-CCameraForm::CCameraForm(const CTextSource& objTexts, QObject* pParent) : QObject(pParent), vm_objTexts(objTexts) {}
-
 QGroupBox* CCameraForm::m_F_p_Make(CForm& objForm)
 {
     QGroupBox* const pGroup = objForm.m_F_p_Group(Text{"Setting", "Setting"}, "Setting");
     vm_pVendor = objForm.m_F_p_List(Text{"Vendor", "Vendor"}, "Vendor");
     vm_pModel = objForm.m_F_p_ReadOnly(Text{"ModelName", "Model Name"}, "Model");
     vm_pName = objForm.m_F_p_Edit(Text{"CameraName", "Camera Name"}, "Name");
-    vm_pIP = objForm.m_F_p_Address(AddressText, "IP");
+    vm_pIP = objForm.m_F_p_Address(Text{"IPAddress", "IP Address"}, "IP");
     vm_pHttpPort = objForm.m_F_p_Edit(Text{"HTTPPort", "HTTP Port"}, "HttpPort");
     vm_pRtspPort = objForm.m_F_p_Edit(Text{"RTSPPort", "RTSP Port"}, "RtspPort");
     vm_pOnvifAuth = objForm.m_F_p_List(Text{"Authentication", "Authentication"}, "OnvifAuth");
@@ -98,9 +95,11 @@ void CCameraForm::m_S_OnVendorPicked()
 
 void CCameraForm::m_S_MarkAddress(bool bLinkLocal)
 {
-    const QString sMark = bLinkLocal ? u"*"_s : QString();
-    const QString sText = vm_objTexts.m_F_s_Text(AddressText, QString::fromUtf8(AddressText.pszDefault));
-    CForm::s_F_p_LabelOf(vm_pIP)->setText(sText + sMark + u" : "_s);
+    QLabel* const pLabel = CForm::s_F_p_LabelOf(vm_pIP);
+    const QString sPlain = u" : "_s, sMarked = u"* : "_s;
+    QString sText = pLabel->text();
+    sText.chop(sText.endsWith(sMarked) ? sMarked.size() : sPlain.size());
+    pLabel->setText(sText + (bLinkLocal ? sMarked : sPlain));
 }
 
 stDef_CameraValues CCameraForm::m_F_o_Values() const

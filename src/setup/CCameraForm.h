@@ -7,7 +7,6 @@
 class CForm;
 class CIPAddressEdit;
 class CPasswordEdit;
-class CTextSource;
 class QComboBox;
 class QGroupBox;
 class QLineEdit;
@@ -18,8 +17,7 @@ class CCameraForm : public QObject
     Q_OBJECT
 
 public:
-    /// The source of texts is borrowed.
-    CCameraForm(const CTextSource& objTexts, QObject* pParent);
+    using QObject::QObject;
 
     /// Makes the controls; call it once, before anything else.
     QGroupBox* m_F_p_Make(CForm& objForm);
@@ -49,7 +47,6 @@ private:
     void m_S_OnVendorPicked();
     QLineEdit* m_F_p_Problem() const;
 
-    const CTextSource& vm_objTexts;
     QComboBox* vm_pVendor = nullptr;
     QLineEdit* vm_pModel = nullptr;
     QLineEdit* vm_pName = nullptr;

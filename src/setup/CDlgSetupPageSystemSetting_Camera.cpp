@@ -119,7 +119,7 @@ QLayout* Page::m_F_p_MakeForm(CForm& objForm)
         {Text{"Parameter", "Parameter"}, "Parameter", &Page::m_S_ShowParameter},
     };
     auto* const pGrid = new QGridLayout;
-    vm_pForm = new CCameraForm(*vm_pNvr, this);
+    vm_pForm = new CCameraForm(this);
     pGrid->addWidget(vm_pForm->m_F_p_Make(objForm), 0, 0, 2, 1);
     auto* const pButtons = new QVBoxLayout;
     QList<QPushButton*> arMade;

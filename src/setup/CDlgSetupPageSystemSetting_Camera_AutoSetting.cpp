@@ -10,6 +10,7 @@
 #include "toolkit/CDialogButtons.h"
 #include "toolkit/CForm.h"
 #include "toolkit/CIPAddressEdit.h"
+#include "toolkit/CMnemonics.h"
 
 using namespace Qt::StringLiterals;
 
@@ -46,6 +47,7 @@ CDlgSetupPageSystemSetting_Camera_AutoSetting::CDlgSetupPageSystemSetting_Camera
     vm_pMAC = objForm.m_F_p_Edit(Text{"MAC", "MAC"}, "MAC");
     pLayout->addWidget(new CDialogButtons(this, vm_objTexts));
     vm_objTexts.m_S_Apply(*vm_pNvr);
+    CMnemonics::s_S_Assign(this);
     objForm.m_S_Align();
     setMinimumWidth(MinimumWidth * fontMetrics().averageCharWidth());
     vm_pModel->setFocus();

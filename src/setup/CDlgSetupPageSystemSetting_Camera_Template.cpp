@@ -8,6 +8,7 @@
 #include "core/CWndNvrEmbedded.h"
 #include "toolkit/CDialogButtons.h"
 #include "toolkit/CForm.h"
+#include "toolkit/CMnemonics.h"
 #include "toolkit/CPasswordEdit.h"
 
 using namespace Qt::StringLiterals;
@@ -28,6 +29,7 @@ CDlgSetupPageSystemSetting_Camera_Template::CDlgSetupPageSystemSetting_Camera_Te
     m_S_Make(objForm);
     m_S_Fill(stDef_CameraTemplate::s_F_o_Read(vm_pNvr->vm_xmlSystem));
     vm_objTexts.m_S_Apply(*vm_pNvr);
+    CMnemonics::s_S_Assign(this);
     objForm.m_S_Align();
 }
 

@@ -1,5 +1,6 @@
 #include "toolkit/CPropertyPage.h"
 
+#include "toolkit/CMnemonics.h"
 #include "toolkit/CWaitCursor.h"
 
 void CPropertyPage::m_S_Initialise()
@@ -9,4 +10,5 @@ void CPropertyPage::m_S_Initialise()
     vm_bInitialised = true;
     const CWaitCursor objWait;
     OnInitDialog();
+    CMnemonics::s_S_Assign(this);
 }

@@ -2,6 +2,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
@@ -13,6 +14,7 @@
 #include "toolkit/CFieldTable.h"
 #include "toolkit/CForm.h"
 #include "toolkit/CItemList.h"
+#include "toolkit/CMnemonics.h"
 #include "toolkit/CNumberedNodes.h"
 #include "toolkit/CPasswordEdit.h"
 #include "toolkit/CPropertyPage.h"
@@ -96,6 +98,30 @@ TEST(PasswordEdit, ShowsWithoutTouchingTextOrCursor)
     EXPECT_TRUE(pEdit->m_F_b_Shown());
     pEdit->m_S_SetShown(false);
     EXPECT_FALSE(pBox->isChecked()) << "the box follows";
+}
+
+TEST(Mnemonics, LeadToTheirControlsAndToNoOther)
+{
+    QWidget page;
+    CTextTable texts;
+    CForm form(&page, &texts);
+    (new QVBoxLayout(&page))->addWidget(form.m_F_p_Group({"G", "Group"}, "Group"));
+    const QList<QWidget*> arControls = {
+        form.m_F_p_Edit({"a", "Name"}, "a"),        form.m_F_p_Edit({"b", "Number"}, "b"),
+        form.m_F_p_Check({"c", "Name Again"}, "c"), form.m_F_p_Edit({"d", "an"}, "d"),
+        form.m_F_p_Edit({"e", "名稱"}, "e"),        form.m_F_p_Edit({"f", "S&et"}, "f")};
+    CMnemonics::s_S_Assign(&page);
+    QStringList arTexts = {static_cast<QCheckBox*>(arControls[2])->text()};
+    for (const int n : {0, 1, 3, 4, 5})
+        arTexts << CForm::s_F_p_LabelOf(arControls[n])->text();
+    EXPECT_EQ(arTexts.join('|').toStdString(), "Name &Again|&Name : |N&umber : |an : |名稱 : |S&et : ");
+    page.show();
+    page.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
+    for (const auto& [nKey, nControl] : {std::pair{Qt::Key_U, 1}, {Qt::Key_N, 0}, {Qt::Key_A, 2}, {Qt::Key_E, 5}}) {
+        QTest::keyClick(&page, nKey, Qt::AltModifier);
+        EXPECT_TRUE(arControls[nControl]->hasFocus()) << nControl;
+    }
 }
 
 TEST(ItemList, KeepsANumberBehindEachRow)
