@@ -157,7 +157,7 @@ void CCameraList::m_S_Update(int nIndex, const stDef_CameraValues& stCamera)
     vm_pSheet->m_S_UpdateCamera(nIndex, true);
 }
 
-bool CCameraList::m_F_b_Replace(int nIndex, stDef_CameraValues stCamera, stDef_CameraReplies& stReplies)
+bool CCameraList::m_F_b_Replace(int nIndex, stDef_CameraValues& stCamera, stDef_CameraReplies& stReplies)
 {
     CCamObj_Base* const pCamera = m_F_p_Map(stCamera.nVendorID, nIndex, stReplies);
     if (!pCamera)

@@ -37,8 +37,9 @@ public:
     bool m_F_b_AddFound(stDef_CameraValues stCamera, stDef_CameraReplies& stReplies);
     /// Writes the form's values; the vendor is still the same.
     void m_S_Update(int nIndex, const stDef_CameraValues& stCamera);
-    /// Puts a camera of another vendor in the place of one. False if that has no driver.
-    bool m_F_b_Replace(int nIndex, stDef_CameraValues stCamera, stDef_CameraReplies& stReplies);
+    /// Puts a camera of another vendor in the place of one; the result is that camera as it stands then. False if the
+    /// vendor has no driver.
+    bool m_F_b_Replace(int nIndex, stDef_CameraValues& stCamera, stDef_CameraReplies& stReplies);
     void m_S_Delete(int nIndex);
     void m_S_DeleteAll();
     /// A camera without a driver can't be copied.

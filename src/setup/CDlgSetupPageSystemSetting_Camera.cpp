@@ -310,7 +310,7 @@ void Page::m_S_Update()
     if (!m_F_b_CheckInput(bKept) || !vm_pNvr->vm_xmlCamera.m_F_b_IsOpen())
         return;
     const CWaitCursor objWait;
-    const stDef_CameraValues stCamera = vm_pForm->m_F_o_Values();
+    stDef_CameraValues stCamera = vm_pForm->m_F_o_Values();
     if (bKept || vm_pCameras->m_F_n_Vendor(nIndex) == stCamera.nVendorID) {
         vm_pCameras->m_S_Update(nIndex, stCamera);
         return;
@@ -322,6 +322,7 @@ void Page::m_S_Update()
     }
     if (!vm_pCameras->m_F_b_Replace(nIndex, stCamera, stReplies))
         return;
+    vm_pForm->m_S_SetModel(stCamera.sModel); // or the next update would write the old one
     vm_pTree->setFocus();
     m_S_EnableShown(true);
 }

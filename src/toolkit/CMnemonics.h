@@ -4,8 +4,8 @@
 
 class QWidget;
 
-/// Letters that lead to the controls of a window with Alt. They are chosen once the texts stand, so that they follow the
-/// language; texts of languages without Latin letters have none.
+/// Letters that lead to the controls of a window with Alt. They are chosen once the texts stand, so that they follow
+/// the language; texts of languages without Latin letters have none.
 class FLEETLINK_EXPORT CMnemonics
 {
 public:

@@ -412,6 +412,7 @@ TEST_F(CameraPage, UpdatesInPlaceOrByAnotherVendor)
         EXPECT_EQ(Asked().size(), 2);
         EXPECT_EQ(Value(1, "VendorID"), "8");
         EXPECT_EQ(Value(1, "Model"), "RW-7301XT");
+        EXPECT_EQ(at.Shown("Model"), "RW-7301XT");
         EXPECT_EQ(Value(1, "Name"), "Buero");
         ExpectInStep({"A", "Buero", "C"});
         EXPECT_EQ(Calls(), QStringList({"updated 1", "refresh 1"}));
