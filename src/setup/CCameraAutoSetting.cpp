@@ -24,7 +24,7 @@ stDef_CameraValues Described(const stDef_SearchIPC& stFound, const stDef_CameraT
     st.nVendorID = stFound.Vendor;
     st.sIP = stFound.IP;
     st.sHttpPort = QString::number(stFound.HttpPort);
-    st.nOnvifAuth = stFound.Vendor == g_nOnvifVendor ? stFound.OnvifAuth : 1;
+    st.nOnvifAuth = stFound.OnvifAuth;
     st.sUser = stTemplate.sAccount;
     st.sPassword = stTemplate.sPassword;
     return st;
