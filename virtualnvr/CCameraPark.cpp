@@ -73,8 +73,9 @@ struct CCameraPark::stDef_Impl
     }
     bool LetsIn(pugi::xml_node objCamera, const stDef_Wanted& stWanted) const
     {
-        return !Odd(objCamera, "account") && stWanted.sUser == Root().attribute("User").value() &&
-               stWanted.sPassword == Root().attribute("Password").value() &&
+        const pugi::xml_node objAccount = objCamera.attribute("User") ? objCamera : Root();
+        return !Odd(objCamera, "account") && stWanted.sUser == objAccount.attribute("User").value() &&
+               stWanted.sPassword == objAccount.attribute("Password").value() &&
                ModelOf(objCamera).attribute("VendorID").as_int() == stWanted.nVendorID;
     }
 };

@@ -111,6 +111,8 @@ TEST_F(Cameras, FailInTheirWays)
         {"192.168.1.22", "80", 2, g_szAccount, "AM6-2812F", true},
         {"ID@12.7", "80", 7, g_szAccount, "QC-520", true},
         {"169.254.12.7", "80", 7, g_szAccount, "QC-520", true},
+        {"192.0.2.102", "8080", 4, "&uid=onvif&pwd=0nv1f", "Dome 5M", true}, // it has an account of its own
+        {"192.0.2.102", "8080", 4, g_szAccount, "Any", false},
         {"192.168.1.22", "80", 0, g_szAccount, "Any", false}, // of another maker
         {"192.168.1.22", "80", 2, "&uid=admin&pwd=cam&Era", "Any", false},
         {"192.168.1.22", "80", 2, "&uid=&pwd=", "Any", false},
