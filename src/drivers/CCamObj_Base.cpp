@@ -2,6 +2,7 @@
 
 #include <QWidget>
 #include <cstring>
+#include <vector>
 
 #include "core/CWndNvrShared.h"
 #include "drivers/CTemplateMap.h"
@@ -25,36 +26,29 @@ QString NodePath(int nIndex)
     return QString::fromUtf16(CameraRoot) + u'/' + NodeName(nIndex);
 }
 
-/// From one camera's node to another's, in the same document or from a reply.
-struct stDef_Copy
+/// From one camera's node to another's, in the same document or from a reply: all keys of the driver in their order,
+/// and behind `pszBefore` the camera's name.
+void Copy(const stDef_DriverRow& stRow, const CXmlObj& xmlFrom, int nFrom, CXmlObj& xmlTo, int nTo,
+          const char* pszRtspPort, const char* pszBefore, const QString& sName)
 {
-    const CXmlObj& xmlFrom;
-    QString sFrom;
-    CXmlObj& xmlTo;
-    QString sTo;
-
-    QString Read(const char* pszKey, const char* pszDefault = "") const
-    {
-        QString sValue;
-        xmlFrom.m_F_n_GetValue(sFrom, QString::fromLatin1(pszKey), sValue, QString::fromLatin1(pszDefault));
-        return sValue;
-    }
-    void Write(const char* pszKey, const QString& sValue) const
-    {
-        xmlTo.m_F_b_SetValue(sTo, QString::fromLatin1(pszKey), sValue);
-    }
-    /// All keys of the driver in their order; behind `pszBefore` the camera's name.
-    void Run(const stDef_DriverRow& stRow, const char* pszRtspPort, const char* pszBefore, const QString& sName) const
-    {
-        for (const nsDriverKeys::Group& arKeys : stRow.arGroups) {
-            for (const char* const pszKey : arKeys) {
-                Write(pszKey, Read(pszKey, std::strcmp(pszKey, "RtspPort") == 0 ? pszRtspPort : ""));
-                if (std::strcmp(pszKey, pszBefore) == 0)
-                    Write("Name", sName);
-            }
+    std::vector<CXmlObj::st_CopyKey> arKeys;
+    arKeys.reserve(64);
+    for (const nsDriverKeys::Group& arGroup : stRow.arGroups) {
+        for (const char* const pszKey : arGroup) {
+            arKeys.push_back({pszKey, std::strcmp(pszKey, "RtspPort") == 0 ? pszRtspPort : ""});
+            if (std::strcmp(pszKey, pszBefore) == 0)
+                arKeys.push_back({"Name", "", &sName});
         }
     }
-};
+    xmlTo.m_F_b_CopyValues(xmlFrom, NodePath(nFrom), NodePath(nTo), arKeys);
+}
+
+QString Value(const CXmlObj& xml, int nIndex, const QString& sKey)
+{
+    QString sValue;
+    xml.m_F_n_GetValue(NodePath(nIndex), sKey, sValue, {});
+    return sValue;
+}
 
 /// The documents of the connection; a closed one where there is no connection.
 CXmlObj& Document(CWndNvrBase* pNvr, CXmlObj CWndNvrShared::*pMember)
@@ -100,9 +94,8 @@ bool CCamObj_Base::m_F_b_ApplyDetect(CXmlObj* pDetect)
     CXmlObj& xmlCamera = Document(m_pNvr, &CWndNvrShared::vm_xmlCamera);
     if (!xmlCamera.m_F_b_IsOpen() && !pDetect->m_F_b_IsOpen())
         return false;
-    const stDef_Copy stCopy{*pDetect, NodePath(0), xmlCamera, NodePath(m_nCamIndex)};
-    const QString sName = stCopy.Read("Model") + u' ' + stCopy.Read("IP");
-    stCopy.Run(vm_stRow, DefaultRtspPort, "IP", sName);
+    const QString sName = Value(*pDetect, 0, u"Model"_s) + u' ' + Value(*pDetect, 0, u"IP"_s);
+    Copy(vm_stRow, *pDetect, 0, xmlCamera, m_nCamIndex, DefaultRtspPort, "IP", sName);
     return true;
 }
 
@@ -123,8 +116,8 @@ void CCamObj_Base::m_F_b_CopyToIndex(int nNewIndex)
     if (!xmlCamera.m_F_b_IsOpen() || nNewIndex == m_nCamIndex)
         return;
     xmlCamera.m_F_b_RemoveNods(QString::fromUtf16(CameraRoot), NodeName(nNewIndex));
-    const stDef_Copy stCopy{xmlCamera, NodePath(m_nCamIndex), xmlCamera, NodePath(nNewIndex)};
-    stCopy.Run(vm_stRow, vm_stRow.pszCopiedRtspPort, "Model", stCopy.Read("Name"));
+    Copy(vm_stRow, xmlCamera, m_nCamIndex, xmlCamera, nNewIndex, vm_stRow.pszCopiedRtspPort, "Model",
+         Value(xmlCamera, m_nCamIndex, u"Name"_s));
 }
 
 bool CCamObj_Base::m_F_b_GetSupport(CXmlObj* pSupport, int nTimeoutMs)

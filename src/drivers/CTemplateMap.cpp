@@ -19,31 +19,13 @@ constexpr std::array<int, 6> g_arWidths = {Unlimited, 2592, 2048, 1920, 1280, 72
 
 CTemplateMap::CTemplateMap(const CXmlObj& xmlSystem, const CXmlObj& xmlDetect, const CXmlObj& xmlSupport,
                            CXmlObj& xmlCamera, const QString& sNode)
-    : vm_xmlSystem(xmlSystem),
-      vm_xmlDetect(xmlDetect),
-      vm_xmlSupport(xmlSupport),
-      vm_xmlCamera(xmlCamera),
-      vm_sNode(sNode)
-{}
-
-int CTemplateMap::m_F_n_Wish(const QString& sKey, int nDefault) const
+    : vm_xmlDetect(xmlDetect), vm_xmlSupport(xmlSupport), vm_xmlCamera(xmlCamera), vm_sNode(sNode)
 {
-    return vm_xmlSystem.m_F_n_GetValueInt(u"/root/system/camera/template"_s, sKey, nDefault);
-}
-
-int CTemplateMap::m_F_n_Rate() const
-{
-    return m_F_n_Wish(u"FPS"_s, 30);
-}
-
-int CTemplateMap::m_F_n_Quality() const
-{
-    return m_F_n_Wish(u"Quality"_s, 0);
-}
-
-int CTemplateMap::m_F_n_RateControl() const
-{
-    return m_F_n_Wish(u"RateCtrl"_s, 0);
+    const QString sTemplate = u"/root/system/camera/template"_s;
+    vm_nResolution = xmlSystem.m_F_n_GetValueInt(sTemplate, u"Resolution"_s, 0);
+    vm_nRate = xmlSystem.m_F_n_GetValueInt(sTemplate, u"FPS"_s, 30);
+    vm_nQuality = xmlSystem.m_F_n_GetValueInt(sTemplate, u"Quality"_s, 0);
+    vm_nRateControl = xmlSystem.m_F_n_GetValueInt(sTemplate, u"RateCtrl"_s, 0);
 }
 
 int CTemplateMap::m_F_n_Entries() const
@@ -53,10 +35,9 @@ int CTemplateMap::m_F_n_Entries() const
 
 bool CTemplateMap::m_F_b_Fits(int nEntry) const
 {
-    const int nWish = m_F_n_Wish(u"Resolution"_s, 0);
-    if (nWish < 0 || nWish >= static_cast<int>(g_arWidths.size()))
+    if (vm_nResolution < 0 || vm_nResolution >= static_cast<int>(g_arWidths.size()))
         return false;
-    const int nWidest = g_arWidths[static_cast<std::size_t>(nWish)];
+    const int nWidest = g_arWidths[static_cast<std::size_t>(vm_nResolution)];
     const int nWidth = vm_xmlSupport.m_F_n_GetValueInt(s_F_s_Entry(nEntry), u"Width"_s, AssumedWidth);
     return nWidest == Unlimited || nWidth <= nWidest;
 }

@@ -31,9 +31,9 @@ public:
     const CXmlObj& m_F_o_Detect() const { return vm_xmlDetect; }
     const CXmlObj& m_F_o_Support() const { return vm_xmlSupport; }
 
-    int m_F_n_Rate() const;        ///< wanted frames a second; 0 is the highest
-    int m_F_n_Quality() const;     ///< wanted quality
-    int m_F_n_RateControl() const; ///< wanted way: index
+    int m_F_n_Rate() const { return vm_nRate; }               ///< wanted frames a second; 0 is the highest
+    int m_F_n_Quality() const { return vm_nQuality; }         ///< wanted quality
+    int m_F_n_RateControl() const { return vm_nRateControl; } ///< wanted way: index
 
     /// Whether an entry of the resolution list is not wider than the template wants; never with an unknown wish.
     bool m_F_b_Fits(int nEntry) const;
@@ -65,11 +65,13 @@ public:
 
 private:
     void m_S_SetStreams(const QString& sKey, int nValue, emDef_Streams nStreams);
-    int m_F_n_Wish(const QString& sKey, int nDefault) const;
 
-    const CXmlObj& vm_xmlSystem;
     const CXmlObj& vm_xmlDetect;
     const CXmlObj& vm_xmlSupport;
     CXmlObj& vm_xmlCamera;
     QString vm_sNode;
+    int vm_nResolution; ///< wanted width: index
+    int vm_nRate;
+    int vm_nQuality;
+    int vm_nRateControl;
 };

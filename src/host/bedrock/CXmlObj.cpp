@@ -1,10 +1,7 @@
 #include "host/bedrock/CXmlObj.h"
 
-#include <QByteArrayView>
 #include <QFile>
-#include <QRegularExpression>
 #include <QSaveFile>
-#include <QStringDecoder>
 #include <algorithm>
 #include <cstring>
 #include <pugixml.hpp>
@@ -12,6 +9,7 @@
 #include <unordered_map>
 
 #include "host/bedrock/CXmlChildIndex.h"
+#include "host/bedrock/CXmlEncoding.h"
 #include "host/bedrock/CXmlPath.h"
 #include "host/bedrock/CXmlText.h"
 
@@ -187,30 +185,14 @@ void AppendText(pugi::xml_node objNode, QString& sOut)
     }
 }
 
-QRegularExpressionMatch DeclaredEncoding(const QString& sText)
+// True if the text of an attribute is its meaning, so that it can be taken over as it stands.
+bool IsPlain(const char* pszRaw)
 {
-    static const QRegularExpression objPattern(uR"re(^\s*<\?xml\s[^>]*?encoding\s*=\s*["']([^"'>]*)["'])re"_s);
-    return objPattern.match(sText);
-}
-
-// Text of a file by its byte order mark, its first character or its declaration. False if it can't be told.
-bool Decode(const QByteArray& sBytes, QString& sText)
-{
-    const auto nEncoding = QStringConverter::encodingForData(sBytes, u'<');
-    if (nEncoding) {
-        sText = QStringDecoder(*nEncoding).decode(sBytes);
-        return true;
+    for (; *pszRaw; ++pszRaw) {
+        if (*pszRaw == '&' || *pszRaw == '<' || *pszRaw == '"' || static_cast<unsigned char>(*pszRaw) < 0x20)
+            return false;
     }
-    const QString sHead = QString::fromLatin1(sBytes.constData(), std::min<qsizetype>(sBytes.size(), 256));
-    const QString sEncoding = DeclaredEncoding(sHead).captured(1);
-    if (sEncoding.startsWith("iso-8859-1"_L1, Qt::CaseInsensitive) ||
-        !sEncoding.compare("latin1"_L1, Qt::CaseInsensitive)) {
-        sText = QString::fromLatin1(sBytes);
-        return true;
-    }
-    sText = QString::fromUtf8(sBytes);
-    const bool bUtf8 = sEncoding.isEmpty() || !sEncoding.compare("utf-8"_L1, Qt::CaseInsensitive);
-    return bUtf8 || QByteArrayView(sBytes).isValidUtf8();
+    return true;
 }
 
 class CStringWriter : public pugi::xml_writer
@@ -233,6 +215,9 @@ struct CXmlObj::st_Impl
     void m_S_BeforeMove(pugi::xml_node objParent, std::string_view sName);
     pugi::xml_node m_F_o_Append(pugi::xml_node objParent, std::string_view sName);
     pugi::xml_attribute m_F_o_Attribute(const QString& sPath, const QString& sKey);
+    pugi::xml_node m_F_o_NodeToSet(const QString& sPath);
+    bool m_F_b_SetAttribute(pugi::xml_node objNode, const char* pszKey, pugi::xml_attribute objAttribute,
+                            const QString& sValue);
     void m_S_Forget(pugi::xml_node objTop);
     void m_S_Index(pugi::xml_node objParent);
     bool m_F_b_Starts(const CXmlPath& objPath) const;
@@ -361,6 +346,26 @@ pugi::xml_attribute CXmlObj::st_Impl::m_F_o_Attribute(const QString& sPath, cons
     return m_F_o_Node(sPath).attribute(CXmlUtf8(sKey).m_F_p_Text());
 }
 
+// The node of the path, made if it is missing.
+pugi::xml_node CXmlObj::st_Impl::m_F_o_NodeToSet(const QString& sPath)
+{
+    const pugi::xml_node objNode = m_F_o_Node(sPath);
+    return objNode ? objNode : m_F_o_MakeNode(CXmlPath(sPath));
+}
+
+// `objAttribute` is the node's one of that key, or none.
+bool CXmlObj::st_Impl::m_F_b_SetAttribute(pugi::xml_node objNode, const char* pszKey, pugi::xml_attribute objAttribute,
+                                          const QString& sValue)
+{
+    // Pages store all they show, changed or not: a value that stays leaves the document as it was.
+    if (objAttribute && CXmlText::s_F_s_FromAttribute(objAttribute.value()) == sValue)
+        return true;
+    if (!objAttribute)
+        objAttribute = objNode.append_attribute(pszKey);
+    vm_sSource = QString();
+    return objAttribute.set_value(CXmlText::s_F_s_ToAttribute(sValue).constData());
+}
+
 // Drops what the index holds of an element that goes, and of all below it.
 void CXmlObj::st_Impl::m_S_Forget(pugi::xml_node objTop)
 {
@@ -407,19 +412,14 @@ bool CXmlObj::m_F_b_LoadXMLFile(const QString& sPath)
     for (QByteArray sPiece; sBytes.size() < 4 * g_nMaxBytes && !(sPiece = objFile.read(1 << 16)).isEmpty();)
         sBytes += sPiece;
     QString sText;
-    return Decode(sBytes, sText) && m_F_b_LoadXML(sText);
+    return CXmlEncoding::s_F_b_Decode(sBytes, sText) && m_F_b_LoadXML(sText);
 }
 
 bool CXmlObj::m_F_b_Save(const QString& sPath) const
 {
     if (!vm_pImpl || sPath.isEmpty())
         return false;
-    QString sText = m_F_s_GetXML();
-    const QRegularExpressionMatch objMatch = DeclaredEncoding(sText);
-    if (objMatch.hasMatch() && objMatch.capturedView(1).compare("utf-8"_L1, Qt::CaseInsensitive) != 0)
-        sText.replace(objMatch.capturedStart(1), objMatch.capturedLength(1), u"UTF-8"_s);
-
-    const QByteArray sBytes = sText.toUtf8();
+    const QByteArray sBytes = CXmlEncoding::s_F_s_Declared(m_F_s_GetXML(), u"UTF-8"_s).toUtf8();
     QSaveFile objFile(sPath);
     return objFile.open(QIODevice::WriteOnly) && objFile.write(sBytes) == sBytes.size() && objFile.commit();
 }
@@ -473,25 +473,40 @@ bool CXmlObj::m_F_b_SetValue(const QString& sPath, const QString& sKey, const QS
 {
     if (!vm_pImpl || !CXmlText::s_F_b_IsName(sKey))
         return false;
-    pugi::xml_node objNode = vm_pImpl->m_F_o_Node(sPath);
-    if (!objNode)
-        objNode = vm_pImpl->m_F_o_MakeNode(CXmlPath(sPath));
+    const pugi::xml_node objNode = vm_pImpl->m_F_o_NodeToSet(sPath);
     if (!objNode)
         return false;
     const QByteArray sName = sKey.toUtf8();
-    pugi::xml_attribute objAttribute = objNode.attribute(sName.constData());
-    // Pages store all they show, changed or not: a value that stays leaves the document as it was.
-    if (objAttribute && CXmlText::s_F_s_FromAttribute(objAttribute.value()) == sValue)
-        return true;
-    if (!objAttribute)
-        objAttribute = objNode.append_attribute(sName.constData());
-    vm_pImpl->vm_sSource = QString();
-    return objAttribute.set_value(CXmlText::s_F_s_ToAttribute(sValue).constData());
+    return vm_pImpl->m_F_b_SetAttribute(objNode, sName.constData(), objNode.attribute(sName.constData()), sValue);
 }
 
 bool CXmlObj::m_F_b_SetValue(const QString& sPath, const QString& sKey, qint32 nValue)
 {
     return m_F_b_SetValue(sPath, sKey, QString::number(nValue));
+}
+
+bool CXmlObj::m_F_b_CopyValues(const CXmlObj& xmlFrom, const QString& sFrom, const QString& sTo,
+                               std::span<const st_CopyKey> arKeys)
+{
+    const pugi::xml_node objTo = vm_pImpl ? vm_pImpl->m_F_o_NodeToSet(sTo) : pugi::xml_node();
+    if (!objTo)
+        return false;
+    const pugi::xml_node objFrom = xmlFrom.vm_pImpl ? xmlFrom.vm_pImpl->m_F_o_Node(sFrom) : pugi::xml_node();
+    const bool bNew = !objTo.first_attribute(); // then none needs to be looked for
+    pugi::xml_attribute objNext = objFrom.first_attribute();
+    for (const st_CopyKey& stKey : arKeys) {
+        const pugi::xml_attribute objSource = objFrom.attribute(stKey.pszKey, objNext);
+        const pugi::xml_attribute objTarget = bNew ? pugi::xml_attribute() : objTo.attribute(stKey.pszKey);
+        const char* const pszRaw = objSource ? objSource.value() : stKey.pszDefault;
+        if (!stKey.pValue && !objTarget && IsPlain(pszRaw)) {
+            vm_pImpl->vm_sSource = QString();
+            pugi::xml_node(objTo).append_attribute(stKey.pszKey).set_value(pszRaw);
+        } else {
+            vm_pImpl->m_F_b_SetAttribute(objTo, stKey.pszKey, objTarget,
+                                         stKey.pValue ? *stKey.pValue : CXmlText::s_F_s_FromAttribute(pszRaw));
+        }
+    }
+    return true;
 }
 
 bool CXmlObj::m_F_b_AddNods(const QString& sParent, const QString& sName)

@@ -195,6 +195,42 @@ TEST(Xml, EditsKeepTheLayout)
     }
 }
 
+TEST(Xml, ACopyIsAReadAndAWriteOfEachKey)
+{
+    const QString sName = u"a <name> & \"more\""_s;
+    const CXmlObj::st_CopyKey arKeys[] = {{"Plain"},   {"Amp"},         {"Line"},
+                                          {"Missing"}, {"Port", "554"}, {"Name", "", &sName},
+                                          {"Wide"},    {"Twice"},       {"Less", "<"}};
+    const QString sFrom =
+        u"<root><A Twice='x' Wide='倉庫' Line='a\tb&#10;c' Amp='&amp;&lt;&#x41;' Plain='p' Quote='\"'/></root>"_s;
+    for (const char* pszTo : {"<root/>", "<root><B Plain='old' Own='1' Twice='x'/></root>"}) {
+        for (const bool bOpen : {true, false}) {
+            CXmlObj xmlFrom, xmlTo, xmlByHand;
+            EXPECT_EQ(bOpen && xmlFrom.m_F_b_LoadXML(sFrom), bOpen);
+            ASSERT_TRUE(xmlTo.m_F_b_LoadXML(QString::fromLatin1(pszTo)));
+            ASSERT_TRUE(xmlByHand.m_F_b_LoadXML(QString::fromLatin1(pszTo)));
+            EXPECT_TRUE(xmlTo.m_F_b_CopyValues(xmlFrom, u"/root/A"_s, u"/root/B"_s, arKeys));
+            for (const auto& stKey : arKeys) {
+                QString sValue;
+                xmlFrom.m_F_n_GetValue(u"A"_s, QString::fromLatin1(stKey.pszKey), sValue,
+                                       QString::fromLatin1(stKey.pszDefault));
+                xmlByHand.m_F_b_SetValue(u"B"_s, QString::fromLatin1(stKey.pszKey),
+                                         stKey.pValue ? *stKey.pValue : sValue);
+            }
+            EXPECT_EQ(xmlTo.m_F_s_GetXML().toStdString(), xmlByHand.m_F_s_GetXML().toStdString());
+            CXmlObj xmlAgain;
+            EXPECT_TRUE(xmlAgain.m_F_b_LoadXML(xmlTo.m_F_s_GetXML()));
+            EXPECT_EQ(Value(xmlAgain, u"B"_s, u"Name"_s), sName.toStdString());
+        }
+    }
+    CXmlObj xmlSame, xmlClosed;
+    ASSERT_TRUE(xmlSame.m_F_b_LoadXML(sFrom));
+    EXPECT_TRUE(xmlSame.m_F_b_CopyValues(xmlSame, u"A"_s, u"C/D"_s, arKeys));
+    EXPECT_EQ(Value(xmlSame, u"C/D"_s, u"Amp"_s), "&<A");
+    EXPECT_FALSE(xmlClosed.m_F_b_CopyValues(xmlSame, u"A"_s, u"A"_s, arKeys));
+    EXPECT_FALSE(xmlSame.m_F_b_CopyValues(xmlSame, u"A"_s, u"no name!"_s, arKeys));
+}
+
 TEST(Xml, EditsThatCannotBeDoneHaveNoEffect)
 {
     const QString sDeep = u"x/"_s.repeated(254) + u"x"_s;
