@@ -30,14 +30,22 @@ protected:
     {
         HostFixture::SetUp();
         ASSERT_TRUE(vm_env.m_F_b_SetLangFolder(LANG_FOLDER));
+        CWaits::s_S_Replace(&vm_objWaits);
+        SwitchOn();
+    }
+    void TearDown() override { CWaits::s_S_Replace(nullptr); }
+
+    /// Starts the recorder, also anew with what it had.
+    void SwitchOn()
+    {
+        vm_nvr.m_S_Stop();
         stDef_VirtualNvrConfig stConfig;
         stConfig.bStreams = false;
         stConfig.nChannels = vm_nChannels;
+        stConfig.sStateFolder = vm_dirConfig.filePath("recorder").toStdString();
         StartRecorder(stConfig);
-        CWaits::s_S_Replace(&vm_objWaits);
         MakeNvr();
     }
-    void TearDown() override { CWaits::s_S_Replace(nullptr); }
 
     void MakeNvr()
     {

@@ -316,7 +316,13 @@ TEST_F(CameraPage, AddsACameraOfEachBrand)
         }
         Press(*vm_pSheet, "OK");
     });
-    EXPECT_EQ(Stored(emDef_Document::Camera).m_F_s_GetXML(), Document().m_F_s_GetXML());
+    const QString sPosted = Document().m_F_s_GetXML();
+    EXPECT_EQ(Stored(emDef_Document::Camera).m_F_s_GetXML(), sPosted);
+    SwitchOn();
+    Work([&](At) {
+        EXPECT_EQ(Document().m_F_s_GetXML(), sPosted);
+        EXPECT_EQ(vm_pTree->m_F_n_Count(), static_cast<int>(std::size(arRows)));
+    });
 }
 
 TEST_F(CameraPage, SaysWhatIsWrongAndChangesNothing)
