@@ -29,6 +29,20 @@ void SetName(QWidget* pControl, const char* pszName)
     pControl->setObjectName(QString::fromLatin1(pszName));
 }
 
+/// Where hints take room, a control that has none gets that room too.
+void Widen(QGridLayout& objGrid)
+{
+    if (objGrid.columnCount() <= Hints)
+        return;
+    for (int nRow = 0; nRow < objGrid.rowCount(); ++nRow) {
+        QLayoutItem* const pControl = objGrid.itemAtPosition(nRow, Controls);
+        if (!pControl || pControl == objGrid.itemAtPosition(nRow, Labels) || objGrid.itemAtPosition(nRow, Hints))
+            continue;
+        objGrid.removeItem(pControl);
+        objGrid.addItem(pControl, nRow, Controls, 1, Hints - Controls + 1);
+    }
+}
+
 } // namespace
 
 CForm::CForm(QWidget* pPage, CTextTable* pTexts) : vm_pPage(pPage), vm_pTexts(pTexts) {}
@@ -83,8 +97,10 @@ void CForm::m_S_Align()
     int nWidth = 0;
     for (const QLabel* const pLabel : vm_arLabels)
         nWidth = std::max(nWidth, pLabel->sizeHint().width());
-    for (QGridLayout* const pGrid : vm_arGrids)
+    for (QGridLayout* const pGrid : vm_arGrids) {
         pGrid->setColumnMinimumWidth(Labels, nWidth);
+        Widen(*pGrid);
+    }
 }
 
 template <class Widget>
