@@ -6,10 +6,9 @@ using namespace Qt::StringLiterals;
 
 CIPAddressEdit::CIPAddressEdit(QWidget* pParent) : QLineEdit(pParent)
 {
-    static const QRegularExpression s_objAddress(
-        u"^((25[0-5]|2[0-4][0-9]|1[0-9][0-9]|0{0,2}[0-9]|0?[1-9][0-9])(\\.(?!$)|$)){4}$"_s);
+    static const QString s_sNumber = u"(25[0-5]|2[0-4][0-9]|1[0-9][0-9]|0{0,2}[0-9]|0?[1-9][0-9])"_s;
+    static const QRegularExpression s_objAddress(u"(%1\\.){3}%1"_s.arg(s_sNumber));
     setValidator(new QRegularExpressionValidator(s_objAddress, this));
-    setMaxLength(15);
     setPlaceholderText(u"0.0.0.0"_s);
     connect(this, &QLineEdit::textEdited, this, &CIPAddressEdit::m_S_OnEdited);
 }

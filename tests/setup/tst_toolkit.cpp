@@ -13,6 +13,7 @@
 #include "host/Lib_Bedrock.h"
 #include "toolkit/CFieldTable.h"
 #include "toolkit/CForm.h"
+#include "toolkit/CIPAddressEdit.h"
 #include "toolkit/CItemList.h"
 #include "toolkit/CMnemonics.h"
 #include "toolkit/CNumberedNodes.h"
@@ -73,6 +74,25 @@ TEST(FieldTable, AListThatShowsNothingStoresWhatSaysSo)
         xml.m_F_n_GetValue("/root/A", "n", sAfter, {});
         EXPECT_EQ(sAfter, pAfter);
     }
+}
+
+TEST(IPAddressEdit, StoresWhatNoEditTouched)
+{
+    CIPAddressEdit edit;
+    CFieldTable fields;
+    fields.m_S_Add({"/root/A", "ip", &edit});
+    for (const char* pStored : {"10.1.2.3", "", "recorder-4.gate.example.com"}) {
+        CXmlObj xml;
+        ASSERT_TRUE(xml.m_F_b_LoadXML(QString("<root><A ip='%1'/></root>").arg(pStored)));
+        fields.m_S_Load(xml);
+        fields.m_S_Store(xml);
+        QString sAfter;
+        xml.m_F_n_GetValue("/root/A", "ip", sAfter, {});
+        EXPECT_EQ(sAfter, pStored);
+    }
+    edit.clear();
+    QTest::keyClicks(&edit, "19216x8.400.7.");
+    EXPECT_EQ(edit.text(), QString("192.168.40.7"));
 }
 
 TEST(PasswordEdit, ShowsWithoutTouchingTextOrCursor)
