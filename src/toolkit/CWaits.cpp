@@ -41,6 +41,8 @@ void CWaits::m_S_Wait(QWidget* pParent, const QString& sText, int nMs)
         QTimer::singleShot(StepMs, &objLoop, &QEventLoop::quit);
         objLoop.exec(QEventLoop::ExcludeUserInputEvents);
     }
+    // What was clicked and typed meanwhile is delivered now, while this box still keeps it from the windows behind.
+    QCoreApplication::processEvents();
 }
 
 CWaits& CWaits::s_F_o_Get()
