@@ -52,7 +52,7 @@ void CWndNvrEmbedded::OnMenuSystemSetting()
     const QString sTitle = m_F_s_Text(TitleText);
     if (CDlgSetupPageSystemSetting(this, sTitle, 0).DoModal() != QDialog::Accepted)
         return;
-    CPrompts::s_S_Message(vm_pParent, m_F_s_Text(WaitingText), m_F_s_Text(InformationText));
+    CPrompts::s_S_Notice(vm_pParent, m_F_s_Text(WaitingText), m_F_s_Text(InformationText));
     m_S_UploadSettings();
 }
 

@@ -13,8 +13,12 @@ CPrompts::Answerer& CurrentAnswerer()
 
 QString ShowBox(QWidget* pParent, const stDef_Prompt& stPrompt)
 {
-    const bool bQuestion = stPrompt.nKind == stDef_Prompt::emDef_Kind::Question;
-    QMessageBox objBox(bQuestion ? QMessageBox::Question : QMessageBox::Warning, stPrompt.sCaption, stPrompt.sText,
+    using enum stDef_Prompt::emDef_Kind;
+    const bool bQuestion = stPrompt.nKind == Question;
+    const QMessageBox::Icon nIcon = bQuestion                  ? QMessageBox::Question
+                                    : stPrompt.nKind == Notice ? QMessageBox::Information
+                                                               : QMessageBox::Warning;
+    QMessageBox objBox(nIcon, stPrompt.sCaption, stPrompt.sText,
                        bQuestion ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok, pParent);
     objBox.setTextFormat(Qt::PlainText); // what a recorder says is no mark-up
     return objBox.exec() == QMessageBox::No ? QString() : QStringLiteral("yes");
@@ -30,6 +34,11 @@ QString Answer(QWidget* pParent, const stDef_Prompt& stPrompt)
 void CPrompts::s_S_Message(QWidget* pParent, const QString& sText, const QString& sCaption)
 {
     Answer(pParent, {stDef_Prompt::emDef_Kind::Message, sText, sCaption});
+}
+
+void CPrompts::s_S_Notice(QWidget* pParent, const QString& sText, const QString& sCaption)
+{
+    Answer(pParent, {stDef_Prompt::emDef_Kind::Notice, sText, sCaption});
 }
 
 bool CPrompts::s_F_b_Ask(QWidget* pParent, const QString& sText, const QString& sCaption)

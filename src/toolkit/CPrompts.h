@@ -13,6 +13,7 @@ struct stDef_Prompt
     enum class emDef_Kind
     {
         Message, ///< to be confirmed; the answer doesn't count
+        Notice,  ///< the same, of something that is in order
         Question ///< yes or no: any answer but an empty one is yes
     };
 
@@ -30,6 +31,7 @@ public:
 
     /// Shows a message and waits until it was confirmed.
     static void s_S_Message(QWidget* pParent, const QString& sText, const QString& sCaption);
+    static void s_S_Notice(QWidget* pParent, const QString& sText, const QString& sCaption);
     static bool s_F_b_Ask(QWidget* pParent, const QString& sText, const QString& sCaption);
 
     /// From now on answers all prompts, and no window is shown; an empty one brings the windows back.
