@@ -106,7 +106,8 @@ void CLoginPanel::m_S_Ask()
     connect(vm_pQuery.get(), &CNvrQuery::S_Done, this, [this, pInfo] {
         vm_bAsking = false;
         vm_sRights = pInfo->value(0).trimmed().left(CRecorderStore::MaxChannels);
-        vm_arCan = pInfo->value(1).split(u',', Qt::SkipEmptyParts);
+        const QString sCan = pInfo->value(1).trimmed();
+        vm_arCan = sCan.isEmpty() ? QStringList() : sCan.split(u','); // by position: an empty one counts
         m_S_Show();
     });
 }
@@ -131,7 +132,9 @@ QString CLoginPanel::m_F_s_View() const
     const auto nAllowed = vm_sRights.count(u'1');
     if (nAllowed == 0)
         return Tr(emDef_Text::LoginNoChannels).arg(vm_sRights.size());
-    return Tr(emDef_Text::LoginChannels).arg(nAllowed).arg(vm_sRights.size()).arg(s_F_s_Channels(vm_sRights));
+    // No line ends within a range: word joiners hold it together.
+    const QString sChannels = s_F_s_Channels(vm_sRights).replace(u'\u2013', u"\u2060\u2013\u2060"_s);
+    return Tr(emDef_Text::LoginChannels).arg(nAllowed).arg(vm_sRights.size()).arg(sChannels);
 }
 
 QString CLoginPanel::m_F_s_Styles() const
