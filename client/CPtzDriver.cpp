@@ -26,6 +26,8 @@ CPtzDriver::~CPtzDriver()
 {
     disconnect();
     m_S_SetChannel({});
+    for (const auto& [nSender, pSender] : vm_mapEnding) // all at once, not each after the one before
+        pSender->m_S_Close(true);
 }
 
 void CPtzDriver::m_S_SetChannel(const stDef_ChannelKey& stKey)

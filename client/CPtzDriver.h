@@ -22,7 +22,7 @@ public:
 
     /// Both are borrowed.
     CPtzDriver(CEnvObj* pEnv, const CRecorderStore* pStore, QObject* pParent = nullptr);
-    ~CPtzDriver() override; ///< stops the camera; waits for that 4 s at most, usually not at all
+    ~CPtzDriver() override; ///< stops the camera; waits for that 6 s at most, usually not at all
 
     /// The camera that is driven from now on; the one before is stopped. A number of -1 is none.
     void m_S_SetChannel(const stDef_ChannelKey& stKey);

@@ -119,8 +119,29 @@ void CPtzPanel::m_S_Build()
     QFont objBold = vm_pCamera->font();
     objBold.setBold(true);
     vm_pCamera->setFont(objBold);
-    vm_pControls = new QWidget;
-    auto* const pControls = new QVBoxLayout(vm_pControls);
+    vm_pControls = m_F_p_Controls();
+    vm_pLine = new QLabel;
+    vm_pLine->setObjectName(u"PtzLine"_s);
+    vm_pLine->setWordWrap(true);
+    vm_pLine->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    vm_pLine->setMinimumHeight(3 * fontMetrics().lineSpacing()); // nothing above it moves with what it says
+    pLayout->addWidget(vm_pCamera);
+    pLayout->addWidget(vm_pControls);
+    pLayout->addWidget(vm_pLine);
+    pLayout->addStretch(1);
+    vm_pScroll = new QScrollArea; // a low window doesn't grow for the panel
+    vm_pScroll->setFrameShape(QFrame::NoFrame);
+    vm_pScroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    vm_pScroll->setWidgetResizable(true);
+    vm_pScroll->setFocusPolicy(Qt::NoFocus);
+    vm_pScroll->setWidget(pBody);
+    setWidget(vm_pScroll);
+}
+
+QWidget* CPtzPanel::m_F_p_Controls()
+{
+    auto* const pPart = new QWidget;
+    auto* const pControls = new QVBoxLayout(pPart);
     pControls->setContentsMargins(0, 0, 0, 0);
     vm_pPad = new CPtzPad;
     pControls->addWidget(vm_pPad);
@@ -138,22 +159,7 @@ void CPtzPanel::m_S_Build()
     vm_pTours = new QComboBox;
     vm_pTours->setObjectName(u"PtzTours"_s);
     m_S_AddPlaces(*pControls, vm_pTours, emDef_Text::PtzTours, {"TourOn", "TourOff"});
-    vm_pLine = new QLabel;
-    vm_pLine->setObjectName(u"PtzLine"_s);
-    vm_pLine->setWordWrap(true);
-    vm_pLine->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    vm_pLine->setMinimumHeight(3 * fontMetrics().lineSpacing()); // nothing above it moves with what it says
-    pLayout->addWidget(vm_pCamera);
-    pLayout->addWidget(vm_pControls);
-    pLayout->addWidget(vm_pLine);
-    pLayout->addStretch(1);
-    vm_pScroll = new QScrollArea; // a low window doesn't grow for the panel
-    vm_pScroll->setFrameShape(QFrame::NoFrame);
-    vm_pScroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    vm_pScroll->setWidgetResizable(true);
-    vm_pScroll->setFocusPolicy(Qt::NoFocus);
-    vm_pScroll->setWidget(pBody);
-    setWidget(vm_pScroll);
+    return pPart;
 }
 
 QLabel* CPtzPanel::m_F_p_Label(emDef_Text nText)
@@ -244,16 +250,7 @@ void CPtzPanel::m_S_Connect()
         }
     }
     connect(vm_pSpeed, &QSlider::valueChanged, this, &CPtzPanel::m_S_SetSpeed);
-    vm_pKeys = std::make_unique<CPtzKeys>(vm_pPad, [this](const QWidget* pWidget) { return m_F_b_Acts(pWidget); });
-    connect(vm_pKeys.get(), &CPtzKeys::S_Pressed, this,
-            [this](int nSource, const stDef_PtzAction* pAction, int nDigit) {
-                if (pAction->nKind == emDef_PtzKind::Hold)
-                    vm_objDriver.m_S_Hold(nSource, *pAction);
-                else
-                    m_S_Do(*pAction, nDigit);
-            });
-    connect(vm_pKeys.get(), &CPtzKeys::S_Released, &vm_objDriver, &CPtzDriver::m_S_Let);
-    connect(vm_pKeys.get(), &CPtzKeys::S_Lost, this, &CPtzPanel::m_S_StopAll);
+    m_S_ConnectKeys();
     connect(&vm_objDriver, &CPtzDriver::S_Moved, this,
             [this] { vm_pPad->m_S_SetLit(vm_objDriver.m_F_n_Pan(), vm_objDriver.m_F_n_Tilt()); });
     connect(&vm_objDriver, &CPtzDriver::S_Result, this, [this](int nResult) {
@@ -270,6 +267,20 @@ void CPtzPanel::m_S_Connect()
     });
     connect(vm_pGrid, &CLiveGrid::S_AddressFound, &vm_objDriver, &CPtzDriver::m_S_Renew);
     connect(vm_pWatch, &CRecorderWatch::S_Changed, this, &CPtzPanel::m_S_Follow);
+}
+
+void CPtzPanel::m_S_ConnectKeys()
+{
+    vm_pKeys = std::make_unique<CPtzKeys>(vm_pPad, [this](const QWidget* pWidget) { return m_F_b_Acts(pWidget); });
+    connect(vm_pKeys.get(), &CPtzKeys::S_Pressed, this,
+            [this](int nSource, const stDef_PtzAction* pAction, int nDigit) {
+                if (pAction->nKind == emDef_PtzKind::Hold)
+                    vm_objDriver.m_S_Hold(nSource, *pAction);
+                else
+                    m_S_Do(*pAction, nDigit);
+            });
+    connect(vm_pKeys.get(), &CPtzKeys::S_Released, &vm_objDriver, &CPtzDriver::m_S_Let);
+    connect(vm_pKeys.get(), &CPtzKeys::S_Lost, this, &CPtzPanel::m_S_StopAll);
 }
 
 void CPtzPanel::m_S_Retranslate()

@@ -45,6 +45,7 @@ protected:
 
 private:
     void m_S_Build();
+    QWidget* m_F_p_Controls();
     QWidget* m_F_p_SpeedRow();
     void m_S_AddRow(QGridLayout& objGrid, emDef_Text nText, std::initializer_list<const char*> arActions);
     void m_S_AddPlaces(QBoxLayout& objLayout, QComboBox* pPlaces, emDef_Text nText,
@@ -52,6 +53,7 @@ private:
     QAbstractButton* m_F_p_Button(const char* pszAction);
     QLabel* m_F_p_Label(emDef_Text nText);
     void m_S_Connect();
+    void m_S_ConnectKeys();
     void m_S_Retranslate();
 
     void m_S_Follow();

@@ -20,8 +20,8 @@ struct stDef_PtzOrder
     int nCamera = 0;
     int nParam1 = 0;
     int nParam2 = 0;
-    int nAxis = 0;  ///< of a movement: 0 pan and tilt, 1 zoom
-    int nTries = 3; ///< of a stop that finds no answer
+    int nAxis = 0;   ///< of a movement: 0 pan and tilt, 1 zoom
+    int nTries = 10; ///< of a stop that finds no answer
 };
 
 /// Commands that wait to be sent. A movement takes the place of one that was not sent yet, and a stop goes ahead of all

@@ -1,8 +1,12 @@
 #include "CPtzSender.h"
 
+#include <chrono>
+
 #include "core/CWndNvrBase.h"
 
 namespace {
+
+constexpr std::chrono::seconds RepeatPause{1}; ///< for a recorder whose absence is known at once
 
 // A stop that the recorder has refused would be refused again.
 bool IsUnheard(int nResult)
@@ -18,7 +22,7 @@ CPtzSender::CPtzSender(CWndNvrBase* pNvr, std::function<void(int)> fnResult, std
 
 CPtzSender::~CPtzSender()
 {
-    m_S_Close();
+    m_S_Close(true);
     vm_objThread.join();
     CWndNvrBase::s_S_ReleaseNvrObject(&vm_pNvr);
 }
@@ -30,10 +34,11 @@ void CPtzSender::m_S_Add(const stDef_PtzOrder& stOrder)
     vm_objWake.notify_one();
 }
 
-void CPtzSender::m_S_Close()
+void CPtzSender::m_S_Close(bool bHaste)
 {
     const std::lock_guard objLock(vm_objMutex);
     vm_bClosing = true;
+    vm_bHaste |= bHaste;
     vm_objQueue.m_S_DropAllButStops();
     vm_objWake.notify_one();
 }
@@ -49,14 +54,23 @@ void CPtzSender::m_S_Run()
         objLock.unlock();
         const int nResult = m_F_n_Send(*stOrder);
         objLock.lock();
-        if (!IsUnheard(nResult))
-            continue;
-        if (stOrder->nKind == stDef_PtzOrder::emDef_Kind::Stop && !vm_bClosing)
-            vm_objQueue.m_S_Repeat(*stOrder);
-        vm_objQueue.m_S_DropOnce();
+        if (IsUnheard(nResult))
+            m_S_OnUnheard(objLock, *stOrder, nResult);
     }
     objLock.unlock();
     vm_fnEnd();
+}
+
+// A camera must not go on moving because the line was down for some seconds: its stop goes again, also if nothing else
+// is to be sent to it any more.
+void CPtzSender::m_S_OnUnheard(std::unique_lock<std::mutex>& objLock, const stDef_PtzOrder& stOrder, int nResult)
+{
+    vm_objQueue.m_S_DropOnce();
+    if (stOrder.nKind != stDef_PtzOrder::emDef_Kind::Stop || vm_bHaste)
+        return;
+    if (nResult != CHTTP::Result_TimedOut)
+        vm_objWake.wait_for(objLock, RepeatPause, [this] { return vm_bHaste; });
+    vm_objQueue.m_S_Repeat(stOrder);
 }
 
 int CPtzSender::m_F_n_Send(const stDef_PtzOrder& stOrder)

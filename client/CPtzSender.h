@@ -18,16 +18,18 @@ public:
     /// but a stop that went well, with the result of its request (`CHTTP::emDef_Result` if negative), `fnEnd` at the
     /// end of the thread.
     CPtzSender(CWndNvrBase* pNvr, std::function<void(int nResult)> fnResult, std::function<void()> fnEnd);
-    ~CPtzSender(); ///< closes, and waits for the stops to be sent: 2 s each at most
+    ~CPtzSender(); ///< closes in haste, and waits for the stops to be sent: 2 s each at most
     CPtzSender(const CPtzSender&) = delete;
     CPtzSender& operator=(const CPtzSender&) = delete;
 
     void m_S_Add(const stDef_PtzOrder& stOrder);
-    /// Sends the stops that are due, drops the rest and ends its thread; returns at once.
-    void m_S_Close();
+    /// Sends the stops that are due, drops the rest and ends its thread; returns at once. In haste, a stop that finds
+    /// no answer doesn't go again.
+    void m_S_Close(bool bHaste = false);
 
 private:
     void m_S_Run();
+    void m_S_OnUnheard(std::unique_lock<std::mutex>& objLock, const stDef_PtzOrder& stOrder, int nResult);
     int m_F_n_Send(const stDef_PtzOrder& stOrder);
 
     CWndNvrBase* vm_pNvr;
@@ -37,5 +39,6 @@ private:
     std::condition_variable vm_objWake;
     CPtzQueue vm_objQueue;
     bool vm_bClosing = false;
+    bool vm_bHaste = false;
     std::thread vm_objThread; // last: it uses all of the above
 };
