@@ -1,6 +1,7 @@
 #include "setup/CCameraSearchList.h"
 
 #include <QHeaderView>
+#include <QMouseEvent>
 #include <algorithm>
 #include <functional>
 #include <iterator>
@@ -97,4 +98,12 @@ void CCameraSearchList::m_S_Choose(int nRow)
 {
     const bool bThere = nRow >= 0 && nRow < static_cast<int>(vm_arShown.size());
     Q_EMIT S_RowChosen(bThere ? vm_arShown[static_cast<std::size_t>(nRow)].pRow : nullptr);
+}
+
+// Beside the rows there is no camera, also where none was selected before.
+void CCameraSearchList::mousePressEvent(QMouseEvent* pEvent)
+{
+    CItemList::mousePressEvent(pEvent);
+    if (!itemAt(pEvent->position().toPoint()))
+        m_S_Choose(-1);
 }

@@ -25,6 +25,9 @@ public:
 Q_SIGNALS:
     void S_RowChosen(const stDef_SearchIPC* pRow); ///< clicked, or reached by a key; null for none
 
+protected:
+    void mousePressEvent(QMouseEvent* pEvent) override;
+
 private:
     void m_S_Fill();
     void m_S_Sort(int nColumn);

@@ -522,6 +522,10 @@ TEST_F(CameraPage, FiltersAndSortsWhatIsFound)
             EXPECT_EQ(Found(1), stRow.arNames);
             ExpectInStep(TreeNames());
         }
+        ClickCamera(2);
+        EXPECT_EQ(at.NotEnabled(g_arForShown, true), QStringList());
+        QTest::mouseClick(vm_pFound->viewport(), Qt::LeftButton, {}, vm_pFound->viewport()->rect().center());
+        EXPECT_EQ(at.NotEnabled(g_arForShown, false), QStringList()); // there is no row under the pointer
         at.Click("Search");
         const auto Head = [&](int nColumn) {
             QHeaderView* const pHead = vm_pFound->horizontalHeader();
