@@ -8,11 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr nsDriverKeys::Group g_arGroups[] = {
-    nsDriverKeys::Address,      nsDriverKeys::Device,    nsDriverKeys::Profile,    nsDriverKeys::LowProfile,
-    nsDriverKeys::ProfileNames, nsDriverKeys::Format,    nsDriverKeys::Resolution, nsDriverKeys::Main,
-    nsDriverKeys::Low,          nsDriverKeys::LowBitrate};
-constexpr stDef_DriverRow g_stRow{g_arGroups};
+constexpr stDef_DriverRow g_stRow{AmtkTemplate::s_arGroups};
 
 // Where an entry tells the bit rate for a way of rate control; empty: nowhere, it stays as it is.
 QString BitrateKey(int nRateControl)

@@ -9,6 +9,7 @@
 #include "toolkit/CForm.h"
 #include "toolkit/CIPAddressEdit.h"
 #include "toolkit/CPasswordEdit.h"
+#include "toolkit/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -28,12 +29,12 @@ QGroupBox* CCameraForm::m_F_p_Make(CForm& objForm)
     vm_pVendor = objForm.m_F_p_List(Text{"Vendor", "Vendor"}, "Vendor");
     vm_pModel = objForm.m_F_p_ReadOnly(Text{"ModelName", "Model Name"}, "Model");
     vm_pName = objForm.m_F_p_Edit(Text{"CameraName", "Camera Name"}, "Name");
-    vm_pIP = objForm.m_F_p_Address(Text{"IPAddress", "IP Address"}, "IP");
-    vm_pHttpPort = objForm.m_F_p_Edit(Text{"HTTPPort", "HTTP Port"}, "HttpPort");
-    vm_pRtspPort = objForm.m_F_p_Edit(Text{"RTSPPort", "RTSP Port"}, "RtspPort");
+    vm_pIP = objForm.m_F_p_Address(nsTexts::Address, "IP");
+    vm_pHttpPort = objForm.m_F_p_Edit(nsTexts::HttpPort, "HttpPort");
+    vm_pRtspPort = objForm.m_F_p_Edit(nsTexts::RtspPort, "RtspPort");
     vm_pOnvifAuth = objForm.m_F_p_List(Text{"Authentication", "Authentication"}, "OnvifAuth");
-    vm_pUser = objForm.m_F_p_Edit(Text{"Account", "Account"}, "UserName");
-    vm_pPassword = objForm.m_F_p_ShownPassword(Text{"Password", "Password"}, "Password");
+    vm_pUser = objForm.m_F_p_Edit(nsTexts::Account, "UserName");
+    vm_pPassword = objForm.m_F_p_ShownPassword(nsTexts::Password, "Password");
     m_S_Reset();
     m_S_FillLists();
     connect(vm_pVendor, &QComboBox::activated, this, &CCameraForm::m_S_OnVendorPicked);

@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "toolkit/CTextTable.h"
+#include "toolkit/CommonTexts.h"
 
 namespace {
 
@@ -31,7 +32,7 @@ const stDef_ColumnRow g_astColumns[] = {
     {Text{"CameraName", "Camera Name"}, 170, LessBy<&stDef_SearchIPC::DeviceName>},
     {Text{"IP", "IP"}, 130, LessBy<&stDef_SearchIPC::IP>},
     {Text{"MAC", "MAC"}, 150, LessBy<&stDef_SearchIPC::MAC>},
-    {Text{"HTTPPort", "HTTP Port"}, 100, LessBy<&stDef_SearchIPC::HttpPort>},
+    {nsTexts::HttpPort, 100, LessBy<&stDef_SearchIPC::HttpPort>},
 };
 
 } // namespace

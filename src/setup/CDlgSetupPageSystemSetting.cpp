@@ -12,14 +12,13 @@
 #include "setup/CPageToCome.h"
 #include "setup/CameraFollowers.h"
 #include "toolkit/CWaitCursor.h"
+#include "toolkit/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr Text TitleText{"SystemSetting", "System Setting"};
-constexpr Text OkText{"OK", "OK"};
-constexpr Text CancelText{"Cancel", "Cancel"};
 
 // More slots than any recorder has channels: a number beyond this is not believed.
 constexpr int MostSlots = 4096;
@@ -89,8 +88,8 @@ int CDlgSetupPageSystemSetting::OnInitDialog()
     const CWaitCursor objWait;
     CPropertySheet::OnInitDialog();
     setWindowTitle(vm_pNvr->m_F_s_Text(TitleText, windowTitle()));
-    m_F_p_OkButton()->setText(vm_pNvr->m_F_s_Text(OkText, m_F_p_OkButton()->text()));
-    m_F_p_CancelButton()->setText(vm_pNvr->m_F_s_Text(CancelText, m_F_p_CancelButton()->text()));
+    m_F_p_OkButton()->setText(vm_pNvr->m_F_s_Text(nsTexts::Ok, m_F_p_OkButton()->text()));
+    m_F_p_CancelButton()->setText(vm_pNvr->m_F_s_Text(nsTexts::Cancel, m_F_p_CancelButton()->text()));
     for (std::size_t i = 0; i < g_arTabs.size(); ++i) {
         const Text& stLabel = g_arTabs[i].stLabel;
         m_S_SetTabText(static_cast<int>(i), vm_pNvr->m_F_s_Text(stLabel, QString::fromUtf8(stLabel.pszDefault)));

@@ -11,6 +11,7 @@
 #include "toolkit/CForm.h"
 #include "toolkit/CItemList.h"
 #include "toolkit/CPrompts.h"
+#include "toolkit/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -32,7 +33,6 @@ constexpr int NameColumn = 0;
 constexpr int MailColumn = 2;
 constexpr int ColumnWidth = 230;
 
-constexpr Text ErrorText{"Error", "Error"};
 constexpr Text EmptyText{"Empty", "Name Or E-Mail Is Empty."};
 // One key, two defaults: Add and Modify say it in different capitals.
 constexpr Text AddTwiceText{"Change", "You add the same e-Mail. Please change it!"};
@@ -124,7 +124,7 @@ bool CDlgSetupPageSystemSetting_AddrBook::m_F_b_Check(int nOwnRow, const stDef_T
     }
     if (!pProblem)
         return true;
-    CPrompts::s_S_Message(this, vm_pNvr->m_F_s_Text(*pProblem), vm_pNvr->m_F_s_Text(ErrorText));
+    CPrompts::s_S_Message(this, vm_pNvr->m_F_s_Text(*pProblem), vm_pNvr->m_F_s_Text(nsTexts::Error));
     return false;
 }
 

@@ -20,6 +20,7 @@
 #include "toolkit/CForm.h"
 #include "toolkit/CPrompts.h"
 #include "toolkit/CWaitCursor.h"
+#include "toolkit/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -27,7 +28,6 @@ using Page = CDlgSetupPageSystemSetting_Camera;
 
 namespace {
 
-constexpr Text ErrorText{"Error", "Error"};
 constexpr Text DetectText{"Detect", "Detect"};
 constexpr Text FullText{"CameraMAX", "NVR Camera List Is Full!"};
 constexpr Text NoNameText{"CameraNameEmpty", "Camera Name Is Empty, Do You Want To Use Default Name?"};
@@ -55,7 +55,7 @@ int Page::OnInitDialog()
     m_S_MakeControls();
     vm_pCameras = std::make_unique<CCameraList>(vm_pNvr, vm_pSheet, vm_pTree);
     vm_pCameras->m_S_ListStored();
-    m_S_FillTemplate();
+    m_S_ShowTemplate();
     if (vm_pNvr->vm_xmlSystemInfo.m_F_b_IsOpen())
         vm_pAdd->setEnabled(vm_pCameras->m_F_b_HasRoom());
     m_S_Connect();
@@ -144,8 +144,7 @@ QLayout* Page::m_F_p_MakeForm(CForm& objForm)
 QWidget* Page::m_F_p_MakeTemplate(CForm& objForm)
 {
     QWidget* const pGroup = objForm.m_F_p_Group(Text{"TemplateSetting", "Template Setting"}, "TemplateSetting");
-    vm_pResolution = objForm.m_F_p_List(Text{"Resolution", "Resolution"}, "Resolution");
-    vm_pFps = objForm.m_F_p_List(Text{"FPS", "FPS"}, "FPS");
+    vm_stTemplateLists = stDef_TemplateLists::s_F_o_Make(objForm);
     QPushButton* const pAdvanced = objForm.m_F_p_Button(Text{"Advanced", "Advanced"}, "Advanced");
     connect(pAdvanced, &QPushButton::clicked, this, &Page::m_S_EditTemplate);
     return pGroup;
@@ -170,17 +169,16 @@ void Page::m_S_Connect()
             [this](int nIndex, bool bEnabled) { vm_pCameras->m_S_SetEnabled(nIndex, bEnabled); });
     connect(vm_pTree, &CCameraTree::S_MenuWanted, this, &Page::m_S_ShowMenu);
     connect(vm_pFound, &CCameraSearchList::S_RowChosen, this, &Page::m_S_ShowFound);
-    connect(vm_pResolution, &QComboBox::activated, this,
+    connect(vm_stTemplateLists.pResolution, &QComboBox::activated, this,
             [this](int nRow) { stDef_CameraTemplate::s_S_WriteResolution(vm_pNvr->vm_xmlSystem, nRow); });
-    connect(vm_pFps, &QComboBox::activated, this,
-            [this] { stDef_CameraTemplate::s_S_WriteFps(vm_pNvr->vm_xmlSystem, vm_pFps->currentData().toInt()); });
+    connect(vm_stTemplateLists.pFps, &QComboBox::activated, this, [this] {
+        stDef_CameraTemplate::s_S_WriteFps(vm_pNvr->vm_xmlSystem, vm_stTemplateLists.pFps->currentData().toInt());
+    });
 }
 
-void Page::m_S_FillTemplate()
+void Page::m_S_ShowTemplate()
 {
-    stDef_CameraTemplate::s_S_FillResolutions(vm_pResolution);
-    stDef_CameraTemplate::s_S_FillRates(vm_pFps);
-    stDef_CameraTemplate::s_F_o_Read(vm_pNvr->vm_xmlSystem).m_S_Select(vm_pResolution, vm_pFps);
+    vm_stTemplateLists.m_S_Show(stDef_CameraTemplate::s_F_o_Read(vm_pNvr->vm_xmlSystem));
 }
 
 void Page::m_S_EnableAdding()
@@ -252,13 +250,13 @@ bool Page::m_F_b_CheckInput(bool bVendorKnown)
         return false;
     const stDef_CameraValues st = vm_pForm->m_F_o_Values();
     if (st.sName.isEmpty()) {
-        if (!CPrompts::s_F_b_Ask(this, vm_pNvr->m_F_s_Text(NoNameText), vm_pNvr->m_F_s_Text(ErrorText)))
+        if (!CPrompts::s_F_b_Ask(this, vm_pNvr->m_F_s_Text(NoNameText), vm_pNvr->m_F_s_Text(nsTexts::Error)))
             return false;
         vm_pForm->m_S_SetName(st.sModel + u' ' + st.sIP);
     }
     if (vm_pForm->m_F_b_Complete())
         return true;
-    m_S_Message(BadDataText, ErrorText);
+    m_S_Message(BadDataText, nsTexts::Error);
     vm_pForm->m_S_FocusProblem();
     return false;
 }
@@ -269,7 +267,7 @@ void Page::m_S_Add()
         return;
     if (!vm_pCameras->m_F_b_HasRoom()) {
         m_S_EnableAdding();
-        m_S_Message(FullText, ErrorText);
+        m_S_Message(FullText, nsTexts::Error);
         return;
     }
     if (!m_F_b_CheckInput(false) || !vm_pNvr->vm_xmlCamera.m_F_b_IsOpen())
@@ -360,13 +358,13 @@ void Page::m_S_ShowParameter()
 void Page::m_S_EditTemplate()
 {
     if (CDlgSetupPageSystemSetting_Camera_Template(vm_pNvr, this).exec() == QDialog::Accepted)
-        stDef_CameraTemplate::s_F_o_Read(vm_pNvr->vm_xmlSystem).m_S_Select(vm_pResolution, vm_pFps);
+        m_S_ShowTemplate();
 }
 
 void Page::m_S_QuickSetup()
 {
     if (vm_pTree->m_F_n_Count() == 0) {
-        m_S_Message(NoCameraText, ErrorText);
+        m_S_Message(NoCameraText, nsTexts::Error);
         return;
     }
     if (vm_pTree->m_F_n_Selected() < 0) {

@@ -5,6 +5,7 @@
 
 #include "setup/CCameraProbe.h"
 #include "setup/CCameraSearchList.h"
+#include "setup/stDef_TemplateLists.h"
 #include "toolkit/CPropertyPage.h"
 #include "toolkit/CTextTable.h"
 
@@ -15,7 +16,6 @@ class CDlgSetupPageSystemSetting;
 class CEnvObj;
 class CForm;
 class CWndNvrEmbedded;
-class QComboBox;
 class QLabel;
 class QLayout;
 class QPushButton;
@@ -42,7 +42,7 @@ private:
     QWidget* m_F_p_MakeTemplate(CForm& objForm);
     QWidget* m_F_p_MakeSearch(CForm& objForm);
     void m_S_Connect();
-    void m_S_FillTemplate();
+    void m_S_ShowTemplate();
     void m_S_EnableAdding();
     void m_S_EnableShown(bool bShown);
 
@@ -83,8 +83,7 @@ private:
     CCameraTree* vm_pTree = nullptr;
     CCameraForm* vm_pForm = nullptr;
     CCameraSearchList* vm_pFound = nullptr;
-    QComboBox* vm_pResolution = nullptr;
-    QComboBox* vm_pFps = nullptr;
+    stDef_TemplateLists vm_stTemplateLists;
     QList<QPushButton*> vm_arShownButtons; ///< Delete, Update: for the camera that is shown
     QPushButton* vm_pParameter = nullptr;  ///< for it, too
     QPushButton* vm_pAdd = nullptr;

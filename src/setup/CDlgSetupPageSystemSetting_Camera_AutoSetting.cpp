@@ -1,16 +1,11 @@
 #include "setup/CDlgSetupPageSystemSetting_Camera_AutoSetting.h"
 
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QVBoxLayout>
 
 #include "core/CWndNvrEmbedded.h"
 #include "setup/stDef_SearchIPC.h"
-#include "toolkit/CDialogButtons.h"
-#include "toolkit/CForm.h"
 #include "toolkit/CIPAddressEdit.h"
-#include "toolkit/CMnemonics.h"
 
 using namespace Qt::StringLiterals;
 
@@ -32,23 +27,18 @@ QString Trimmed(const QString& sAddress)
 
 CDlgSetupPageSystemSetting_Camera_AutoSetting::CDlgSetupPageSystemSetting_Camera_AutoSetting(CWndNvrEmbedded* pNvr,
                                                                                              QWidget* pParent)
-    : QDialog(pParent), vm_pNvr(pNvr)
+    : CFormDialog(Text{"AutoSetting", "Auto Setting"}, pParent)
 {
-    CForm objForm(this, &vm_objTexts);
-    auto* const pLayout = new QVBoxLayout(this);
-    vm_objTexts.m_S_Add(Text{"AutoSetting", "Auto Setting"}, [this](const QString& s) { setWindowTitle(s); });
-    pLayout->addWidget(objForm.m_F_p_Group(Text{"AutoSetting", "Auto Setting"}, "AutoSetting", emDef_TextForm::Colon));
+    CForm& objForm = m_F_o_Form();
     auto* const pHint = new QLabel;
     pHint->setWordWrap(true);
-    vm_objTexts.m_S_AddText(pHint, Text{"AutoSettingText", "Please Input Search Parameter Or Empty To Search Camera"});
+    m_F_o_Texts().m_S_AddText(pHint,
+                              Text{"AutoSettingText", "Please Input Search Parameter Or Empty To Search Camera"});
     objForm.m_S_Wide(pHint, "AutoSettingText");
     vm_pModel = objForm.m_F_p_Edit(Text{"ModelName", "Model"}, "Model");
     vm_pIP = objForm.m_F_p_Address(Text{"IP", "IP"}, "IP");
     vm_pMAC = objForm.m_F_p_Edit(Text{"MAC", "MAC"}, "MAC");
-    pLayout->addWidget(new CDialogButtons(this, vm_objTexts));
-    vm_objTexts.m_S_Apply(*vm_pNvr);
-    CMnemonics::s_S_Assign(this);
-    objForm.m_S_Align();
+    m_S_Finish(*pNvr);
     setMinimumWidth(MinimumWidth * fontMetrics().averageCharWidth());
     vm_pModel->setFocus();
 }
@@ -58,7 +48,7 @@ void CDlgSetupPageSystemSetting_Camera_AutoSetting::accept()
     vm_sModel = vm_pModel->text().toLower();
     vm_sIP = Trimmed(vm_pIP->text()).toLower();
     vm_sMAC = vm_pMAC->text().toLower();
-    QDialog::accept();
+    CFormDialog::accept();
 }
 
 bool CDlgSetupPageSystemSetting_Camera_AutoSetting::m_F_b_Passes(const stDef_SearchIPC& stRow) const

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QDialog>
-
-#include "toolkit/CTextTable.h"
+#include "toolkit/CFormDialog.h"
 
 class CIPAddressEdit;
 class CWndNvrEmbedded;
@@ -10,7 +8,7 @@ class QLineEdit;
 struct stDef_SearchIPC;
 
 /// Asks which of the cameras that a search finds are to be added.
-class CDlgSetupPageSystemSetting_Camera_AutoSetting : public QDialog
+class CDlgSetupPageSystemSetting_Camera_AutoSetting : public CFormDialog
 {
     Q_OBJECT
 
@@ -25,8 +23,6 @@ protected:
     void accept() override;
 
 private:
-    CWndNvrEmbedded* vm_pNvr;
-    CTextTable vm_objTexts;
     QLineEdit* vm_pModel;
     CIPAddressEdit* vm_pIP;
     QLineEdit* vm_pMAC;

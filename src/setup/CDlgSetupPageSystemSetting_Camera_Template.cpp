@@ -1,15 +1,11 @@
 #include "setup/CDlgSetupPageSystemSetting_Camera_Template.h"
 
 #include <QComboBox>
-#include <QGroupBox>
 #include <QLineEdit>
-#include <QVBoxLayout>
 
 #include "core/CWndNvrEmbedded.h"
-#include "toolkit/CDialogButtons.h"
-#include "toolkit/CForm.h"
-#include "toolkit/CMnemonics.h"
 #include "toolkit/CPasswordEdit.h"
+#include "toolkit/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -23,38 +19,27 @@ constexpr int EvbrRow = 1;
 
 CDlgSetupPageSystemSetting_Camera_Template::CDlgSetupPageSystemSetting_Camera_Template(CWndNvrEmbedded* pNvr,
                                                                                        QWidget* pParent)
-    : QDialog(pParent), vm_pNvr(pNvr)
+    : CFormDialog(Text{"TemplateSetting", "Template Setting"}, pParent), vm_pNvr(pNvr)
 {
-    CForm objForm(this, &vm_objTexts);
-    m_S_Make(objForm);
+    m_S_Make(m_F_o_Form());
     m_S_Fill(stDef_CameraTemplate::s_F_o_Read(vm_pNvr->vm_xmlSystem));
-    vm_objTexts.m_S_Apply(*vm_pNvr);
-    CMnemonics::s_S_Assign(this);
-    objForm.m_S_Align();
+    m_S_Finish(*pNvr);
 }
 
 void CDlgSetupPageSystemSetting_Camera_Template::m_S_Make(CForm& objForm)
 {
-    auto* const pLayout = new QVBoxLayout(this);
-    vm_objTexts.m_S_Add(Text{"TemplateSetting", "Template Setting"}, [this](const QString& s) { setWindowTitle(s); });
-    pLayout->addWidget(
-        objForm.m_F_p_Group(Text{"TemplateSetting", "Template Setting"}, "TemplateSetting", emDef_TextForm::Colon));
-    vm_pResolution = objForm.m_F_p_List(Text{"Resolution", "Resolution"}, "Resolution");
-    vm_pFps = objForm.m_F_p_List(Text{"FPS", "FPS"}, "FPS");
+    vm_stLists = stDef_TemplateLists::s_F_o_Make(objForm);
     vm_pRateControl = objForm.m_F_p_List(Text{"RateControl", "Rate Control"}, "RateCtrl");
     vm_pQuality = objForm.m_F_p_List(Text{"Quality", "Quality"}, "Quality");
-    vm_pAccount = objForm.m_F_p_Edit(Text{"Account", "Account"}, "Account");
-    vm_pPassword = objForm.m_F_p_ShownPassword(Text{"Password", "Password"}, "Password");
-    pLayout->addWidget(new CDialogButtons(this, vm_objTexts));
+    vm_pAccount = objForm.m_F_p_Edit(nsTexts::Account, "Account");
+    vm_pPassword = objForm.m_F_p_ShownPassword(nsTexts::Password, "Password");
     connect(vm_pRateControl, &QComboBox::activated, this,
             [this](int nRow) { vm_pQuality->setEnabled(nRow != CbrRow); });
 }
 
 void CDlgSetupPageSystemSetting_Camera_Template::m_S_Fill(const stDef_CameraTemplate& stTemplate)
 {
-    stDef_CameraTemplate::s_S_FillResolutions(vm_pResolution);
-    stDef_CameraTemplate::s_S_FillRates(vm_pFps);
-    stTemplate.m_S_Select(vm_pResolution, vm_pFps);
+    vm_stLists.m_S_Show(stTemplate);
     vm_pRateControl->addItems({u"CBR"_s, u"EVBR"_s});
     vm_pRateControl->setCurrentIndex(stTemplate.nRateCtrl == 0 ? EvbrRow : stTemplate.nRateCtrl - 1);
     for (int nQuality = BestQuality; nQuality >= 1; --nQuality)
@@ -69,14 +54,14 @@ void CDlgSetupPageSystemSetting_Camera_Template::m_S_Fill(const stDef_CameraTemp
 void CDlgSetupPageSystemSetting_Camera_Template::accept()
 {
     stDef_CameraTemplate st = stDef_CameraTemplate::s_F_o_Read(vm_pNvr->vm_xmlSystem);
-    if (vm_pResolution->currentIndex() >= 0)
-        st.nResolution = vm_pResolution->currentIndex();
-    if (vm_pFps->currentIndex() >= 0)
-        st.nFPS = vm_pFps->currentData().toInt();
+    if (vm_stLists.pResolution->currentIndex() >= 0)
+        st.nResolution = vm_stLists.pResolution->currentIndex();
+    if (vm_stLists.pFps->currentIndex() >= 0)
+        st.nFPS = vm_stLists.pFps->currentData().toInt();
     st.nRateCtrl = vm_pRateControl->currentIndex() + 1;
     st.nQuality = BestQuality - vm_pQuality->currentIndex();
     st.sAccount = vm_pAccount->text();
     st.sPassword = vm_pPassword->text();
     st.m_S_Write(vm_pNvr->vm_xmlSystem);
-    QDialog::accept();
+    CFormDialog::accept();
 }

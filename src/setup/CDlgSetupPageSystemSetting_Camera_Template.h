@@ -1,18 +1,16 @@
 #pragma once
 
-#include <QDialog>
-
 #include "setup/stDef_CameraTemplate.h"
-#include "toolkit/CTextTable.h"
+#include "setup/stDef_TemplateLists.h"
+#include "toolkit/CFormDialog.h"
 
-class CForm;
 class CPasswordEdit;
 class CWndNvrEmbedded;
 class QComboBox;
 class QLineEdit;
 
 /// Edits how newly added cameras are set up. OK writes it into the System document.
-class CDlgSetupPageSystemSetting_Camera_Template : public QDialog
+class CDlgSetupPageSystemSetting_Camera_Template : public CFormDialog
 {
     Q_OBJECT
 
@@ -27,9 +25,7 @@ private:
     void m_S_Fill(const stDef_CameraTemplate& stTemplate);
 
     CWndNvrEmbedded* vm_pNvr;
-    CTextTable vm_objTexts;
-    QComboBox* vm_pResolution = nullptr;
-    QComboBox* vm_pFps = nullptr;
+    stDef_TemplateLists vm_stLists;
     QComboBox* vm_pRateControl = nullptr;
     QComboBox* vm_pQuality = nullptr;
     QLineEdit* vm_pAccount = nullptr;

@@ -13,6 +13,7 @@
 #include "toolkit/CPasswordEdit.h"
 #include "toolkit/CPrompts.h"
 #include "toolkit/CWaitCursor.h"
+#include "toolkit/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
 using enum emDef_FieldForm;
@@ -29,9 +30,6 @@ const QString g_sLocal = u"/root/Local"_s;
 const QString g_sUnknown = u"Unknow"_s;
 
 constexpr Text EnableText{"Enable", "Enable"};
-constexpr Text AccountText{"Account", "Account"};
-constexpr Text PasswordText{"Password", "Password"};
-constexpr Text AddressText{"IPAddress", "IP Address"};
 constexpr Text MaskText{"SubnetMask", "Subnet Mask"};
 constexpr Text GatewayText{"Gateway", "Gateway"};
 constexpr Text TestText{"Test", "Test"};
@@ -81,7 +79,7 @@ void CDlgSetupPageSystemSetting_Network::m_S_MakeAddress(CForm& objForm, QBoxLay
     QCheckBox* const pDhcp =
         objForm.m_F_p_Check(Text{"ObtainIPAddressautomatically", "Obtain IP Address automatically (DHCP)"}, "DHCPType");
     QLineEdit* const pMac = objForm.m_F_p_ReadOnly(Text{"MAC", "MAC Address"}, "MAC");
-    QLineEdit* const pAddress = objForm.m_F_p_Address(AddressText, "IPAddress");
+    QLineEdit* const pAddress = objForm.m_F_p_Address(nsTexts::Address, "IPAddress");
     QLineEdit* const pMask = objForm.m_F_p_Address(MaskText, "SubMask");
     QLineEdit* const pGateway = objForm.m_F_p_Address(GatewayText, "GateWay");
     QCheckBox* const pDhcpDns = objForm.m_F_p_Check(Text{"ObtainDNSfromDHCP", "Obtain DNS from DHCP"}, "DHCPgetDNS");
@@ -115,15 +113,15 @@ void CDlgSetupPageSystemSetting_Network::m_S_MakePppoe(CForm& objForm, QBoxLayou
 {
     pColumn->addWidget(objForm.m_F_p_Group(Text{"PPPoE", "PPPoE"}, "PPPoEGroup"));
     QCheckBox* const pEnable = objForm.m_F_p_Check(EnableText, "isPPPOE");
-    QLineEdit* const pAccount = objForm.m_F_p_Edit(AccountText, "PPPOEUser");
+    QLineEdit* const pAccount = objForm.m_F_p_Edit(nsTexts::Account, "PPPOEUser");
     objForm.m_S_Hint("(64 %1)", CharactersText);
-    CPasswordEdit* const pPassword = objForm.m_F_p_Password(PasswordText, "PPPOEPassword");
+    CPasswordEdit* const pPassword = objForm.m_F_p_Password(nsTexts::Password, "PPPOEPassword");
     objForm.m_S_Hint("(64 %1)", CharactersText);
     vm_objFields.m_S_Add({g_sPppoe, u"isPPPOE"_s, pEnable, Check});
     vm_objFields.m_S_Add({g_sPppoe, u"PPPOEUser"_s, pAccount});
     vm_objFields.m_S_Add({g_sPppoe, u"PPPOEPassword"_s, pPassword});
     QList<QWidget*> arEnabled = {pAccount, pPassword};
-    constexpr std::pair<Text, const char*> arStatus[] = {{AddressText, "PPPoE_IP"},
+    constexpr std::pair<Text, const char*> arStatus[] = {{nsTexts::Address, "PPPoE_IP"},
                                                          {MaskText, "PPPoE_SubMask"},
                                                          {GatewayText, "PPPoE_Gateway"},
                                                          {Text{"Status", "Status"}, "PPPoE_Status"}};
@@ -167,8 +165,8 @@ void CDlgSetupPageSystemSetting_Network::m_S_MakeServer(CForm& objForm, QBoxLayo
 {
     pColumn->addWidget(objForm.m_F_p_Group(Text{"Server", "Server"}, "ServerGroup"));
     QCheckBox* const pEnable = objForm.m_F_p_Check(EnableText, "ServerRun");
-    QLineEdit* const pHttp = objForm.m_F_p_Edit(Text{"HTTPPort", "HTTP Port"}, "HTTPPort");
-    QLineEdit* const pRtsp = objForm.m_F_p_Edit(Text{"RTSPPort", "RTSP Port"}, "RTSPPort");
+    QLineEdit* const pHttp = objForm.m_F_p_Edit(nsTexts::HttpPort, "HTTPPort");
+    QLineEdit* const pRtsp = objForm.m_F_p_Edit(nsTexts::RtspPort, "RTSPPort");
     QCheckBox* const pTunnel = objForm.m_F_p_Check(Text{"RTSPOverHTTP", "RTSP Over HTTP"}, "RTSPOverHTTP");
     vm_objFields.m_S_Add({g_sServer, u"ServerRun"_s, pEnable, Check});
     vm_objFields.m_S_Add({g_sServer, u"HTTPPort"_s, pHttp});
@@ -186,9 +184,9 @@ void CDlgSetupPageSystemSetting_Network::m_S_MakeDdns(CForm& objForm, QBoxLayout
     vm_pServer->setCurrentIndex(-1);
     vm_pHost = objForm.m_F_p_Edit(Text{"HostName", "Host Name"}, "DDNS.Host");
     objForm.m_S_Hint("(1 ~ 30 %1)", CharactersText);
-    vm_pAccount = objForm.m_F_p_Edit(AccountText, "DDNS.UID");
+    vm_pAccount = objForm.m_F_p_Edit(nsTexts::Account, "DDNS.UID");
     objForm.m_S_Hint("(22 %1)", CharactersText);
-    vm_pPassword = objForm.m_F_p_Password(PasswordText, "DDNS.PWD");
+    vm_pPassword = objForm.m_F_p_Password(nsTexts::Password, "DDNS.PWD");
     objForm.m_S_Hint("(22 %1)", CharactersText);
     vm_pCurrentIp = objForm.m_F_p_ReadOnly(Text{"CurrentIP", "Current IP"}, "CurrentIP");
     QPushButton* const pTest = objForm.m_F_p_Button(TestText, "DDNSTest");

@@ -5,13 +5,13 @@
 #include "toolkit/CPrompts.h"
 #include "toolkit/CWaitCursor.h"
 #include "toolkit/CWaits.h"
+#include "toolkit/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr Text TitleText{"SystemSetting", "System Setting"};
-constexpr Text ErrorText{"Error", "Error"};
 constexpr Text InformationText{"Information", "Information"};
 constexpr Text TryAgainText{"TryAgain", "Get Setting File Faild, Please Try Again."};
 constexpr Text WaitingText{"Waiting", "Upload Setting Now. Please Waiting About 60 Seconds."};
@@ -46,7 +46,7 @@ constexpr stDef_DocumentRow g_astDocuments[] = {
 void CWndNvrEmbedded::OnMenuSystemSetting()
 {
     if (!m_F_b_DownloadSettings()) {
-        CPrompts::s_S_Message(vm_pParent, m_F_s_Text(TryAgainText), m_F_s_Text(ErrorText));
+        CPrompts::s_S_Message(vm_pParent, m_F_s_Text(TryAgainText), m_F_s_Text(nsTexts::Error));
         return;
     }
     const QString sTitle = m_F_s_Text(TitleText);

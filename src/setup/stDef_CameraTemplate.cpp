@@ -1,7 +1,5 @@
 #include "setup/stDef_CameraTemplate.h"
 
-#include <QComboBox>
-
 #include "host/Lib_Bedrock.h"
 
 using namespace Qt::StringLiterals;
@@ -9,8 +7,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr char16_t Node[] = u"/root/system/camera/template";
-constexpr int RateStep = 5;
-constexpr int HighestRate = 30;
 
 QString Path()
 {
@@ -49,23 +45,4 @@ void stDef_CameraTemplate::s_S_WriteResolution(CXmlObj& xmlSystem, int nResoluti
 void stDef_CameraTemplate::s_S_WriteFps(CXmlObj& xmlSystem, int nFPS)
 {
     xmlSystem.m_F_b_SetValue(Path(), u"FPS"_s, nFPS);
-}
-
-void stDef_CameraTemplate::s_S_FillResolutions(QComboBox* pList)
-{
-    pList->addItems({u"MAX"_s, u"5M"_s, u"3M"_s, u"2M"_s, u"1.3M"_s, u"VGA"_s});
-}
-
-void stDef_CameraTemplate::s_S_FillRates(QComboBox* pList)
-{
-    pList->addItem(u"MAX"_s, 0);
-    for (int nRate = RateStep; nRate <= HighestRate; nRate += RateStep)
-        pList->addItem(QString::number(nRate), nRate);
-}
-
-// A stored rate between two entries counts as the lower one.
-void stDef_CameraTemplate::m_S_Select(QComboBox* pResolutions, QComboBox* pRates) const
-{
-    pResolutions->setCurrentIndex(nResolution);
-    pRates->setCurrentIndex(nFPS / RateStep);
 }

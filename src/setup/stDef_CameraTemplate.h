@@ -3,7 +3,6 @@
 #include <QString>
 
 class CXmlObj;
-class QComboBox;
 
 /// How a newly added camera is to be set up: a node of the System document.
 struct stDef_CameraTemplate
@@ -19,8 +18,4 @@ struct stDef_CameraTemplate
     void m_S_Write(CXmlObj& xmlSystem) const;
     static void s_S_WriteResolution(CXmlObj& xmlSystem, int nResolution);
     static void s_S_WriteFps(CXmlObj& xmlSystem, int nFPS);
-
-    static void s_S_FillResolutions(QComboBox* pList);
-    static void s_S_FillRates(QComboBox* pList); ///< item data is the frame rate
-    void m_S_Select(QComboBox* pResolutions, QComboBox* pRates) const;
 };

@@ -1,0 +1,38 @@
+#include "toolkit/CFormDialog.h"
+
+#include <QDialogButtonBox>
+#include <QGroupBox>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "toolkit/CMnemonics.h"
+#include "toolkit/CommonTexts.h"
+
+CFormDialog::CFormDialog(const stDef_Text& stTitle, QWidget* pParent) : QDialog(pParent), vm_objForm(this, &vm_objTexts)
+{
+    vm_objTexts.m_S_Add(stTitle, [this](const QString& s) { setWindowTitle(s); });
+    (new QVBoxLayout(this))->addWidget(vm_objForm.m_F_p_Group(stTitle, stTitle.pszKey, emDef_TextForm::Colon));
+}
+
+void CFormDialog::m_S_AddButtons()
+{
+    const std::pair<QDialogButtonBox::StandardButton, Text> arRows[] = {{QDialogButtonBox::Ok, nsTexts::Ok},
+                                                                        {QDialogButtonBox::Cancel, nsTexts::Cancel}};
+    auto* const pBox = new QDialogButtonBox;
+    for (const auto& [nButton, stText] : arRows) {
+        QPushButton* const pButton = pBox->addButton(nButton);
+        pButton->setObjectName(QString::fromLatin1(stText.pszKey));
+        vm_objTexts.m_S_AddText(pButton, stText);
+    }
+    connect(pBox, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(pBox, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    layout()->addWidget(pBox);
+}
+
+void CFormDialog::m_S_Finish(const CTextSource& objSource)
+{
+    m_S_AddButtons();
+    vm_objTexts.m_S_Apply(objSource);
+    CMnemonics::s_S_Assign(this);
+    vm_objForm.m_S_Align();
+}

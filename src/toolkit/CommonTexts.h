@@ -1,0 +1,17 @@
+#pragma once
+
+#include "toolkit/CTextSource.h"
+
+/// Texts that more than one window has.
+namespace nsTexts {
+
+inline constexpr Text Ok{"OK", "OK"};
+inline constexpr Text Cancel{"Cancel", "Cancel"};
+inline constexpr Text Error{"Error", "Error"}; ///< the caption of error messages
+inline constexpr Text Account{"Account", "Account"};
+inline constexpr Text Password{"Password", "Password"};
+inline constexpr Text Address{"IPAddress", "IP Address"};
+inline constexpr Text HttpPort{"HTTPPort", "HTTP Port"};
+inline constexpr Text RtspPort{"RTSPPort", "RTSP Port"};
+
+} // namespace nsTexts
