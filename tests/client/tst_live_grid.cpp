@@ -1,66 +1,20 @@
-#include <QApplication>
 #include <QDragEnterEvent>
 #include <QElapsedTimer>
 #include <QMimeData>
-#include <QTemporaryDir>
-#include <QtTest/QTest>
 #include <algorithm>
-#include <gtest/gtest.h>
-#include <memory>
 
 #include "CChannelDrag.h"
-#include "CLiveGrid.h"
-#include "CMainWindow.h"
 #include "CRecorderFilter.h"
 #include "CRecorderTree.h"
 #include "CSnapshot.h"
 #include "CStreamServer.h"
-#include "CVirtualNvr.h"
-#include "RecorderCard.h"
-#include "support/Waiting.h"
+#include "WindowFixture.h"
 
 namespace {
 
-constexpr int LiveMs = 15000;
-
-class LiveGridTest : public testing::Test
+class LiveGridTest : public WindowFixture
 {
 protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(vm_env.m_F_b_Init(vm_dir.path()));
-        CWinAES_CMS::s_S_SetKeyFolder(vm_dir.path());
-    }
-
-    void Import(const QString& sName, int nHttpPort, int nRtspPort, int nChannels)
-    {
-        WriteCard(vm_dir.filePath("card.xml"), sName, nHttpPort, nRtspPort, nChannels);
-        ASSERT_EQ(vm_store.m_F_o_Import(vm_dir.filePath("card.xml")).sError, QString());
-    }
-
-    void StartRecorder(int nChannels)
-    {
-        std::string sError;
-        ASSERT_TRUE(vm_nvr.m_F_b_Start(WithChannels(nChannels), sError)) << sError;
-        Import("Lab", vm_nvr.m_F_n_HttpPort(), vm_nvr.m_F_n_RtspPort(), nChannels);
-    }
-
-    void OpenWindow()
-    {
-        vm_pWindow = std::make_unique<CMainWindow>(&vm_env, &vm_store);
-        vm_pWindow->resize(1280, 800);
-        vm_pWindow->show();
-        QApplication::setActiveWindow(vm_pWindow.get());
-    }
-
-    CLiveGrid& Grid() const { return *vm_pWindow->m_F_p_Grid(); }
-    CLiveCell& Cell(int i) const { return *Grid().m_F_ar_Cells()[i]; }
-
-    bool Comes(int nCell, emDef_LiveState nState) const
-    {
-        return WaitUntil([&] { return Cell(nCell).m_F_n_State() == nState; }, LiveMs);
-    }
-
     bool AllPlay(int nStream) const
     {
         const auto Plays = [nStream](const CLiveCell* pCell) {
@@ -74,12 +28,6 @@ protected:
             },
             LiveMs);
     }
-
-    QTemporaryDir vm_dir;
-    CEnvObj vm_env;
-    CRecorderStore vm_store{&vm_env};
-    CVirtualNvr vm_nvr;
-    std::unique_ptr<CMainWindow> vm_pWindow;
 };
 
 TEST_F(LiveGridTest, CellsKeepTheirChannelsWhenTheRecorderWasEdited)
@@ -147,26 +95,11 @@ TEST_F(LiveGridTest, ACellWithoutAPictureGivesNoSnapshot)
     Grid().m_S_Snapshot();
     ASSERT_TRUE(WaitUntil([&] { return arImages.size() == 1; }));
     EXPECT_FALSE(arImages[0].isNull());
-    vm_pWindow->m_S_SetPictureFolder(vm_dir.path());
     vm_nvr.m_S_Stop();
     ASSERT_TRUE(Comes(0, emDef_LiveState::Lost));
     Grid().m_S_Snapshot();
     ASSERT_TRUE(WaitUntil([&] { return arImages.size() == 2; }));
     EXPECT_TRUE(arImages[1].isNull());
-}
-
-TEST_F(LiveGridTest, TheCellOfADropIsCurrentAfterwards)
-{
-    Import("Away", 1, 1, 4);
-    OpenWindow();
-    const std::unique_ptr<QMimeData> pData(CChannelDrag::s_F_p_Make({stDef_ChannelKey{0, 0}}));
-    CLiveCell& objTarget = Cell(2);
-    QDragEnterEvent objEnter({20, 60}, Qt::MoveAction, pData.get(), Qt::LeftButton, {});
-    QApplication::sendEvent(&objTarget, &objEnter);
-    QDropEvent objDrop({20, 60}, Qt::MoveAction, pData.get(), Qt::LeftButton, {});
-    QApplication::sendEvent(&objTarget, &objDrop);
-    EXPECT_EQ(Cell(2).m_F_o_Key(), (stDef_ChannelKey{0, 0}));
-    EXPECT_EQ(Grid().m_F_p_Current(), &Cell(2));
 }
 
 TEST_F(LiveGridTest, KeysOfTheTreeAndItsFilterComeBeforeThoseOfTheWindow)
@@ -188,15 +121,6 @@ TEST_F(LiveGridTest, KeysOfTheTreeAndItsFilterComeBeforeThoseOfTheWindow)
     Cell(0).setFocus();
     QTest::keyClick(&Cell(0), Qt::Key_PageDown);
     EXPECT_EQ(Grid().m_F_n_Page(), 1);
-}
-
-TEST(SnapshotName, FitsAFileSystemInAnyScript)
-{
-    const QTemporaryDir dir;
-    QImage image(8, 4, QImage::Format_RGB32);
-    image.fill(0);
-    EXPECT_NE(CSnapshot::s_F_s_Save(image, dir.path(), QString(80, QChar(0x9304)), QDateTime::currentDateTime()),
-              QString());
 }
 
 } // namespace

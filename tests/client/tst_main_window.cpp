@@ -8,68 +8,26 @@
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTableWidget>
-#include <QTemporaryDir>
 #include <QTimer>
-#include <QtTest/QTest>
 #include <algorithm>
 #include <array>
-#include <gtest/gtest.h>
-#include <memory>
 #include <optional>
 
 #include "CChannelDrag.h"
 #include "CDocumentStore.h"
 #include "CFaultTable.h"
-#include "CLiveGrid.h"
-#include "CMainWindow.h"
 #include "CPictureCode.h"
 #include "CRecorderTree.h"
 #include "CRequestLog.h"
 #include "CStreamServer.h"
-#include "CVirtualNvr.h"
-#include "RecorderCard.h"
+#include "WindowFixture.h"
 #include "support/Process.h"
-#include "support/Waiting.h"
 
 namespace {
 
-constexpr int LiveMs = 15000;
-
-class MainWindowTest : public testing::Test
+class MainWindowTest : public WindowFixture
 {
 protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(vm_env.m_F_b_Init(vm_dir.path()));
-        CWinAES_CMS::s_S_SetKeyFolder(vm_dir.path());
-    }
-
-    void StartRecorder(int nChannels = 4, const char* pszPassword = "Fl33t!ink")
-    {
-        std::string sError;
-        ASSERT_TRUE(vm_nvr.m_F_b_Start(WithChannels(nChannels), sError)) << sError;
-        Import("Lab", vm_nvr.m_F_n_HttpPort(), vm_nvr.m_F_n_RtspPort(), 4, pszPassword);
-    }
-
-    void Import(const char* pszName, int nHttpPort, int nRtspPort, int nChannels, const char* pszPassword = "Fl33t!ink")
-    {
-        const QString sCard = vm_dir.filePath("card.xml");
-        WriteCard(sCard, pszName, nHttpPort, nRtspPort, nChannels, pszPassword);
-        ASSERT_EQ(vm_store.m_F_o_Import(sCard).sError, QString());
-    }
-
-    void OpenWindow()
-    {
-        vm_pWindow = std::make_unique<CMainWindow>(&vm_env, &vm_store);
-        vm_pWindow->m_S_SetPictureFolder(vm_dir.filePath("pictures"));
-        vm_pWindow->show();
-        QApplication::setActiveWindow(vm_pWindow.get());
-    }
-
-    CLiveGrid& Grid() const { return *vm_pWindow->m_F_p_Grid(); }
-    CLiveCell& CellOf(int i) const { return *Grid().m_F_ar_Cells()[i]; }
-    const CLiveCell& Cell(int i) const { return *vm_pWindow->m_F_p_Grid()->m_F_ar_Cells()[i]; }
-
     bool AllIn(emDef_LiveState nState, int nLimitMs = LiveMs)
     {
         return WaitUntil(
@@ -81,6 +39,14 @@ protected:
                 return true;
             },
             nLimitMs);
+    }
+
+    /// A recorder of four channels, and a window that shows them.
+    void GoLive()
+    {
+        StartRecorder();
+        OpenWindow();
+        ASSERT_TRUE(AllIn(emDef_LiveState::Live));
     }
 
     // What the picture on the screen says of itself.
@@ -96,14 +62,9 @@ protected:
         return CPictureCode::s_F_o_Read(image.constBits(), int(image.bytesPerLine()), 640, 360);
     }
 
-    void Key(Qt::Key nKey, Qt::KeyboardModifiers nModifiers = {})
-    {
-        QTest::keyClick(vm_pWindow.get(), nKey, nModifiers);
-    }
-
     QString TableText(int nRow, int nColumn) const
     {
-        return vm_pWindow->findChild<QTableWidget*>("DocumentTable")->item(nRow, nColumn)->text();
+        return Find<QTableWidget>("DocumentTable").item(nRow, nColumn)->text();
     }
 
     // The documents that were posted since the last call, in their order.
@@ -122,20 +83,12 @@ protected:
     {
         return CShmRingReader().m_F_b_Open(emDef_RingKind::Video, nNvrID, nChannel, 0);
     }
-
-    QTemporaryDir vm_dir;
-    CEnvObj vm_env;
-    CRecorderStore vm_store{&vm_env};
-    CVirtualNvr vm_nvr;
-    std::unique_ptr<CMainWindow> vm_pWindow;
 };
 
 TEST_F(MainWindowTest, FourCellsShowTheRunningPicturesOfTheirOwnChannels)
 {
-    StartRecorder();
-    OpenWindow();
+    GoLive();
     EXPECT_EQ(vm_pWindow->windowTitle(), "Zentrix CMS");
-    ASSERT_TRUE(AllIn(emDef_LiveState::Live));
     for (int i = 0; i < 4; ++i) {
         const std::optional<stDef_PictureCode> stFirst = Code(i);
         ASSERT_TRUE(stFirst) << "cell " << i;
@@ -154,16 +107,14 @@ TEST_F(MainWindowTest, FourCellsShowTheRunningPicturesOfTheirOwnChannels)
         EXPECT_GE(Cell(i).m_F_p_Channel()->m_F_n_FirstPictureMs(), 0);
     }
     EXPECT_TRUE(WaitUntil([&] { return Cell(0).m_F_p_Channel()->m_F_n_Rate() > 10; }));
-    EXPECT_TRUE(WaitUntil([&] { return vm_pWindow->findChild<QLabel*>("Totals")->text().contains("4 of 4"); }));
+    EXPECT_TRUE(WaitUntil([&] { return Find<QLabel>("Totals").text().contains("4 of 4"); }));
     EXPECT_EQ(vm_pWindow->m_F_p_Tree()->topLevelItem(0)->data(0, Qt::AccessibleTextRole).toString(),
               "Lab, 127.0.0.1, 4 channels, 4 of 4 live");
 }
 
 TEST_F(MainWindowTest, AKilledStreamIsToldAndConnectedAgain)
 {
-    StartRecorder();
-    OpenWindow();
-    ASSERT_TRUE(AllIn(emDef_LiveState::Live));
+    GoLive();
     ASSERT_TRUE(vm_nvr.m_F_o_Streams().m_F_b_SetFault("*", "killed"));
     ASSERT_TRUE(AllIn(emDef_LiveState::Lost));
     EXPECT_EQ(Cell(2).m_F_o_Picture().nSerial, 0U) << "an old picture must not pass for live";
@@ -181,9 +132,7 @@ TEST_F(MainWindowTest, AKilledStreamIsToldAndConnectedAgain)
 TEST_F(MainWindowTest, ARecorderThatIsBackIsLiveWithinThreeSeconds)
 {
     stDef_VirtualNvrConfig stConfig = WithChannels(4);
-    StartRecorder();
-    OpenWindow();
-    ASSERT_TRUE(AllIn(emDef_LiveState::Live));
+    GoLive();
     stConfig.nHttpPort = vm_nvr.m_F_n_HttpPort();
     stConfig.nRtspPort = vm_nvr.m_F_n_RtspPort();
     vm_nvr.m_S_Stop();
@@ -205,7 +154,7 @@ TEST_F(MainWindowTest, ACellSaysInPlainWordsWhyItShowsNothing)
     };
     StartRecorder(4, "wrong");
     Check(emDef_LiveState::Refused, "Refused");
-    Import("Lab", vm_nvr.m_F_n_HttpPort(), vm_nvr.m_F_n_RtspPort(), 4);
+    ImportRecorder("Lab", 4);
     ASSERT_TRUE(vm_nvr.m_F_o_Streams().m_F_b_SetFault("*", "missing"));
     Check(emDef_LiveState::Refused, "Refused");
     ASSERT_TRUE(vm_nvr.m_F_o_Streams().m_F_b_SetFault("*", "none"));
@@ -215,9 +164,7 @@ TEST_F(MainWindowTest, ACellSaysInPlainWordsWhyItShowsNothing)
 
 TEST_F(MainWindowTest, AStreamThatChangesItsSizeIsFollowed)
 {
-    StartRecorder();
-    OpenWindow();
-    ASSERT_TRUE(AllIn(emDef_LiveState::Live));
+    GoLive();
     ASSERT_TRUE(vm_nvr.m_F_o_Streams().m_F_b_SetFault("*", "params"));
     EXPECT_TRUE(WaitUntil([&] { return Code(3) && Code(3)->bSecond; }));
     EXPECT_EQ(Cell(3).accessibleDescription(), "Live");
@@ -225,19 +172,17 @@ TEST_F(MainWindowTest, AStreamThatChangesItsSizeIsFollowed)
 
 TEST_F(MainWindowTest, AStreamWithoutPicturesDoesNotPassForLive)
 {
-    StartRecorder();
-    OpenWindow();
-    ASSERT_TRUE(AllIn(emDef_LiveState::Live));
+    GoLive();
     ASSERT_TRUE(vm_nvr.m_F_o_Streams().m_F_b_SetFault("*", "paused"));
     ASSERT_TRUE(AllIn(emDef_LiveState::Stalled, 5000));
     EXPECT_EQ(Cell(1).accessibleDescription(), "Stalled");
-    const QImage imgStalled = CellOf(1).grab().toImage();
+    const QImage imgStalled = Cell(1).grab().toImage();
     ASSERT_TRUE(vm_nvr.m_F_o_Streams().m_F_b_SetFault("*", "none"));
     ASSERT_TRUE(AllIn(emDef_LiveState::Live));
     const auto Brightness = [](const QImage& image) {
         return image.scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).pixelColor(0, 0).lightness();
     };
-    EXPECT_LT(Brightness(imgStalled) + 15, Brightness(CellOf(1).grab().toImage())) << "the old picture is dimmed";
+    EXPECT_LT(Brightness(imgStalled) + 15, Brightness(Cell(1).grab().toImage())) << "the old picture is dimmed";
 }
 
 TEST_F(MainWindowTest, DocumentsAreExchangedByKey)
@@ -271,16 +216,15 @@ TEST_F(MainWindowTest, DocumentsAreExchangedByKey)
     EXPECT_EQ(TableText(3, 1), "Fetch failed");
     EXPECT_EQ(Posts(), (Names{"UpdateEMail", "UpdateCamera", "UpdateSystem"}));
     EXPECT_TRUE(arResults[4].m_F_b_Ok());
-    EXPECT_TRUE(vm_pWindow->findChild<QLabel*>("DocumentSummary")->text().contains("1 of 6 failed"));
+    EXPECT_TRUE(Find<QLabel>("DocumentSummary").text().contains("1 of 6 failed"));
 }
 
 TEST_F(MainWindowTest, ShapesAndPagesGoByKeyAndOnlyThePageStreams)
 {
     StartRecorder(5);
-    Import("Lab", vm_nvr.m_F_n_HttpPort(), vm_nvr.m_F_n_RtspPort(), 5);
     OpenWindow();
     ASSERT_TRUE(AllIn(emDef_LiveState::Live));
-    const QString sPages = vm_pWindow->findChild<QLabel*>("Pages")->text();
+    const QString sPages = Find<QLabel>("Pages").text();
     EXPECT_EQ(sPages, "Page 1 of 2");
     Key(Qt::Key_PageDown);
     EXPECT_EQ(Grid().m_F_n_Page(), 1);
@@ -296,10 +240,10 @@ TEST_F(MainWindowTest, ShapesAndPagesGoByKeyAndOnlyThePageStreams)
     EXPECT_EQ(Cell(0).m_F_n_State(), emDef_LiveState::Live) << "it isn't connected anew";
     EXPECT_TRUE(WaitUntil([&] { return Code(4) && Code(4)->bSecond && Code(0) && Code(0)->bSecond; }, LiveMs));
     // Enlarged, it shows the main stream again.
-    CellOf(4).setFocus();
-    QTest::keyClick(&CellOf(4), Qt::Key_Return);
+    Cell(4).setFocus();
+    QTest::keyClick(&Cell(4), Qt::Key_Return);
     EXPECT_TRUE(Grid().m_F_b_Enlarged());
-    EXPECT_FALSE(CellOf(0).isVisible());
+    EXPECT_FALSE(Cell(0).isVisible());
     EXPECT_TRUE(WaitUntil([&] { return Code(4) && !Code(4)->bSecond; }, LiveMs));
     Key(Qt::Key_Escape);
     EXPECT_FALSE(Grid().m_F_b_Enlarged());
@@ -318,11 +262,11 @@ TEST_F(MainWindowTest, ChannelsArePlacedMovedAndEmptied)
         return arChannels;
     };
     EXPECT_EQ(Channels(), QList<int>({0, 1, 2, 3}));
-    CellOf(1).setFocus();
-    QTest::keyClick(&CellOf(1), Qt::Key_Delete);
+    Cell(1).setFocus();
+    QTest::keyClick(&Cell(1), Qt::Key_Delete);
     EXPECT_EQ(Channels(), QList<int>({0, -1, 2, 3}));
-    QTest::keyClick(&CellOf(1), Qt::Key_Down);
-    EXPECT_EQ(Grid().m_F_p_Current(), &CellOf(3));
+    QTest::keyClick(&Cell(1), Qt::Key_Down);
+    EXPECT_EQ(Grid().m_F_p_Current(), &Cell(3));
     // From the tree by Enter: channel 1 takes the place of 3, and the next goes to the next cell.
     CRecorderTree& tree = *vm_pWindow->m_F_p_Tree();
     tree.expandItem(tree.topLevelItem(0));
@@ -335,13 +279,15 @@ TEST_F(MainWindowTest, ChannelsArePlacedMovedAndEmptied)
     const auto Drop = [&](int nCell, const QList<stDef_ChannelKey>& arKeys) {
         const std::unique_ptr<QMimeData> pData(CChannelDrag::s_F_p_Make(arKeys));
         QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, pData.get(), Qt::LeftButton, {});
-        QApplication::sendEvent(&CellOf(nCell), &enter);
+        QApplication::sendEvent(&Cell(nCell), &enter);
         QDropEvent drop(QPointF(5, 5), Qt::CopyAction, pData.get(), Qt::LeftButton, {});
-        QApplication::sendEvent(&CellOf(nCell), &drop);
+        QApplication::sendEvent(&Cell(nCell), &drop);
         return drop.isAccepted() && enter.isAccepted();
     };
+    Cell(3).setFocus();
     EXPECT_TRUE(Drop(1, {{0, 0}, {0, 3}, {7, 0}, {0, 9}}));
     EXPECT_EQ(Channels(), QList<int>({2, 0, 3, 1})) << "what isn't there is left out";
+    EXPECT_EQ(Grid().m_F_p_Current(), &Cell(1)) << "the cell of the drop";
     EXPECT_FALSE(Drop(0, {}));
     QMimeData alien;
     alien.setData(CChannelDrag::MimeType, "0/1/2\nx/y\n-1/3\n0/64\n99999/0\n0/");
@@ -355,7 +301,6 @@ TEST_F(MainWindowTest, ChannelsArePlacedMovedAndEmptied)
 TEST_F(MainWindowTest, ADeadRecorderSlowsNeitherTheOthersNorTheWindow)
 {
     StartRecorder(3);
-    vm_env.m_F_p_GetMemSysXML()->m_F_b_SetValue("/root/NVR/N000", "Channels", 3);
     Import("Dead", 1, 1, 1);
     OpenWindow();
     ASSERT_TRUE(WaitUntil([&] { return Cell(3).m_F_n_State() == emDef_LiveState::NoAnswer; }, LiveMs));
@@ -373,10 +318,10 @@ TEST_F(MainWindowTest, ADeadRecorderSlowsNeitherTheOthersNorTheWindow)
     EXPECT_GE(Cell(3).m_F_p_Channel()->m_F_ar_History().size(), 4U) << "it was tried again meanwhile";
 }
 
-TEST_F(MainWindowTest, ARecorderRemovedWhileStreamingLeavesNothingBehind)
+TEST_F(MainWindowTest, AClosedWindowAndARemovedRecorderLeaveNothingBehind)
 {
     StartRecorder();
-    Import("Twin", vm_nvr.m_F_n_HttpPort(), vm_nvr.m_F_n_RtspPort(), 4); // the same one once more
+    ImportRecorder("Twin", 4); // the same one once more
     const auto AnyRingThere = [](int nChannel) {
         return std::ranges::any_of(std::array{0, 1}, [nChannel](int nNvr) {
             return CShmRingReader().m_F_b_Open(emDef_RingKind::Video, nNvr, nChannel, 1) || RingThere(nNvr, nChannel);
@@ -390,8 +335,12 @@ TEST_F(MainWindowTest, ARecorderRemovedWhileStreamingLeavesNothingBehind)
         ASSERT_TRUE(WaitUntil([&] { return Grid().m_F_o_Totals().nLive == 8; }, LiveMs));
         if (!bWarmUp)
             break;
+        Key(Qt::Key_Q, Qt::ControlModifier);
+        EXPECT_FALSE(vm_pWindow->isVisible());
         vm_pWindow.reset();
         ASSERT_TRUE(WaitUntil([&] { return Sessions() == 0; }));
+        for (int nChannel = 0; nChannel < 4; ++nChannel)
+            EXPECT_FALSE(AnyRingThere(nChannel));
         nThreads = Process::Status("Threads");
         nFiles = Process::Descriptors();
     }
@@ -440,20 +389,6 @@ TEST_F(MainWindowTest, APictureIsSavedInTheStreamsOwnSize)
     EXPECT_TRUE(WaitUntil([&] { return vm_pWindow->statusBar()->currentMessage().contains("can't be written"); }));
 }
 
-TEST_F(MainWindowTest, TheWindowClosesCleanlyWhileStreaming)
-{
-    StartRecorder();
-    OpenWindow();
-    ASSERT_TRUE(AllIn(emDef_LiveState::Live));
-    ASSERT_TRUE(RingThere(0, 0));
-    Key(Qt::Key_Q, Qt::ControlModifier);
-    EXPECT_FALSE(vm_pWindow->isVisible());
-    vm_pWindow.reset();
-    for (int nChannel = 0; nChannel < 4; ++nChannel)
-        EXPECT_FALSE(RingThere(0, nChannel));
-    EXPECT_TRUE(WaitUntil([&] { return vm_nvr.m_F_o_Streams().m_F_n_Sessions() == 0; }));
-}
-
 TEST_F(MainWindowTest, FullScreenShowsTheCellsAloneAndKeepsTheKeys)
 {
     OpenWindow();
@@ -466,7 +401,7 @@ TEST_F(MainWindowTest, FullScreenShowsTheCellsAloneAndKeepsTheKeys)
     EXPECT_FALSE(vm_pWindow->isFullScreen());
     EXPECT_TRUE(vm_pWindow->m_F_p_Tree()->isVisible());
     Key(Qt::Key_E, Qt::ControlModifier);
-    EXPECT_EQ(vm_pWindow->findChild<QLabel*>("DocumentSummary")->text(), "Pick a recorder first");
+    EXPECT_EQ(Find<QLabel>("DocumentSummary").text(), "Pick a recorder first");
 }
 
 } // namespace

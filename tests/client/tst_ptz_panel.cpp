@@ -4,69 +4,46 @@
 #include <QLabel>
 #include <QMenu>
 #include <QSlider>
-#include <QTemporaryDir>
 #include <QTimer>
-#include <QtTest/QTest>
-#include <gtest/gtest.h>
-#include <memory>
 
 #include "CFaultTable.h"
-#include "CLiveGrid.h"
 #include "CLoginPanel.h"
-#include "CMainWindow.h"
 #include "CPtzBoard.h"
 #include "CPtzPad.h"
 #include "CPtzPanel.h"
 #include "CRecorderTree.h"
 #include "CRequestLog.h"
-#include "CVirtualNvr.h"
-#include "RecorderCard.h"
+#include "WindowFixture.h"
 #include "support/Process.h"
-#include "support/Waiting.h"
 
 namespace {
 
 using Texts = std::vector<std::string>;
-constexpr int LiveMs = 15000;
 
-class PtzPanelTest : public testing::Test
+class PtzPanelTest : public WindowFixture
 {
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(vm_env.m_F_b_Init(vm_dir.path()));
-        CWinAES_CMS::s_S_SetKeyFolder(vm_dir.path());
-        std::string sError;
-        ASSERT_TRUE(vm_nvr.m_F_b_Start(WithChannels(2), sError)) << sError;
-        WriteCard(vm_dir.filePath("card.xml"), "Lab", vm_nvr.m_F_n_HttpPort(), vm_nvr.m_F_n_RtspPort(), 2);
-        ASSERT_EQ(vm_store.m_F_o_Import(vm_dir.filePath("card.xml")).sError, QString());
+        WindowFixture::SetUp();
+        StartRecorder(2);
     }
 
     // With the panel open, the first cell live and its presets known.
     void Open()
     {
-        vm_pWindow = std::make_unique<CMainWindow>(&vm_env, &vm_store);
-        vm_pWindow->resize(1280, 800);
-        vm_pWindow->show();
-        vm_pWindow->activateWindow();
+        OpenWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(vm_pWindow.get()));
         if (!Panel().isVisible())
-            QTest::keyClick(vm_pWindow.get(), Qt::Key_T, Qt::ControlModifier);
+            Key(Qt::Key_T, Qt::ControlModifier);
         Cell(0).setFocus();
         ASSERT_TRUE(WaitUntil([&] { return Find<QComboBox>("PtzPresets").count() == 6; }, LiveMs)) << Line();
-        ASSERT_TRUE(WaitUntil([&] { return Cell(1).m_F_n_State() == emDef_LiveState::Live; }, LiveMs));
+        ASSERT_TRUE(Comes(1, emDef_LiveState::Live));
         vm_nvr.m_F_o_Log().m_S_Clear();
-    }
-
-    template <class TWidget>
-    TWidget& Find(const char* pszName) const
-    {
-        return *vm_pWindow->findChild<TWidget*>(pszName);
     }
 
     CPtzPanel& Panel() const { return Find<CPtzPanel>("PtzPanel"); }
     CPtzPad& Pad() const { return Find<CPtzPad>("PtzPad"); }
-    CLiveCell& Cell(int i) const { return *vm_pWindow->m_F_p_Grid()->m_F_ar_Cells()[i]; }
     std::string Line() const { return Find<QLabel>("PtzLine").text().toStdString(); }
 
     QPoint OnPad(int nPan, int nTilt) const
@@ -109,12 +86,6 @@ protected:
     {
         ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set(pszUrl, stFault));
     }
-
-    QTemporaryDir vm_dir;
-    CEnvObj vm_env;
-    CRecorderStore vm_store{&vm_env};
-    mutable CVirtualNvr vm_nvr;
-    std::unique_ptr<CMainWindow> vm_pWindow;
 };
 
 const std::string g_sUp = "continuouspantiltmove=0:16384&camera=0&speed=0";
@@ -232,8 +203,8 @@ TEST_F(PtzPanelTest, WhateverEndsAHoldStopsTheCameraOnce)
          }},
         {"channel", PressUp, [&] { Cell(1).setFocus(); }},
         {"channel, by key", [&] { KeyUp(); }, [&] { QTest::keyClick(&Cell(0), Qt::Key_Right); }},
-        {"page", PressUp, [&] { QTest::keyClick(vm_pWindow.get(), Qt::Key_PageDown); }},
-        {"hiding", PressUp, [&] { QTest::keyClick(vm_pWindow.get(), Qt::Key_T, Qt::ControlModifier); }},
+        {"page", PressUp, [&] { Key(Qt::Key_PageDown); }},
+        {"hiding", PressUp, [&] { Key(Qt::Key_T, Qt::ControlModifier); }},
         {"held key and mouse",
          [&] {
              KeyUp();
@@ -245,7 +216,7 @@ TEST_F(PtzPanelTest, WhateverEndsAHoldStopsTheCameraOnce)
              QTest::mouseRelease(&Pad(), Qt::LeftButton, {}, OnPad(0, 1));
              QTest::keyRelease(&Cell(0), Qt::Key_W);
          }},
-        {"end of the stream", PressUp, [&] { QTest::keyClick(vm_pWindow.get(), Qt::Key_D, Qt::ControlModifier); }},
+        {"end of the stream", PressUp, [&] { Key(Qt::Key_D, Qt::ControlModifier); }},
     };
     FocusFirstCell();
     for (const stDef_Row& stRow : arRows) {
@@ -260,8 +231,8 @@ TEST_F(PtzPanelTest, WhateverEndsAHoldStopsTheCameraOnce)
         QTest::keyRelease(&Cell(0), Qt::Key_W);
         ExpectCommands({}, stRow.pszWhat);
         if (!Panel().isVisible())
-            QTest::keyClick(vm_pWindow.get(), Qt::Key_T, Qt::ControlModifier);
-        QTest::keyClick(vm_pWindow.get(), Qt::Key_PageUp);
+            Key(Qt::Key_T, Qt::ControlModifier);
+        Key(Qt::Key_PageUp);
         FocusFirstCell();
         const bool bEnded = Cell(0).m_F_n_State() == emDef_LiveState::Disconnected;
         EXPECT_TRUE(bEnded || WaitUntil([&] { return Pad().isEnabled(); }, LiveMs)) << stRow.pszWhat << Line();
@@ -278,8 +249,7 @@ TEST_F(PtzPanelTest, ClosingTheWindowStopsTheCamera)
     vm_pWindow.reset();
     ExpectCommands({g_sZoomIn, g_sZoomStop}, "closed");
     // The next window comes back with the panel.
-    vm_pWindow = std::make_unique<CMainWindow>(&vm_env, &vm_store);
-    vm_pWindow->show();
+    OpenWindow();
     EXPECT_TRUE(Panel().isVisible());
 }
 
@@ -324,22 +294,20 @@ TEST_F(PtzPanelTest, AStopWithoutAnswerGoesAgainThoughTheStreamHasEnded)
         Fault("move=0:0", {pszFault, 0, nTimes});
         QTest::keyPress(&Cell(0), Qt::Key_D);
         EXPECT_TRUE(WaitUntil(Moves));
-        QTest::keyClick(vm_pWindow.get(), Qt::Key_D, Qt::ControlModifier);
+        Key(Qt::Key_D, Qt::ControlModifier);
         EXPECT_FALSE(Pad().isEnabled());
         EXPECT_TRUE(WaitUntil([&] { return !Moves(); }));
         QTest::keyRelease(&Cell(0), Qt::Key_D);
-        QTest::keyClick(vm_pWindow.get(), Qt::Key_L, Qt::ControlModifier);
+        Key(Qt::Key_L, Qt::ControlModifier);
     }
 }
 
 TEST_F(PtzPanelTest, SaysInPlainWordsWhatIsTheMatter)
 {
     Fault("group=", {"status", 500});
-    vm_pWindow = std::make_unique<CMainWindow>(&vm_env, &vm_store);
-    vm_pWindow->show();
-    vm_pWindow->activateWindow();
+    OpenWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(vm_pWindow.get()));
-    QTest::keyClick(vm_pWindow.get(), Qt::Key_T, Qt::ControlModifier);
+    Key(Qt::Key_T, Qt::ControlModifier);
     const auto Says = [&](const char* pszText) {
         EXPECT_TRUE(WaitUntil([&] { return Line().find(pszText) != std::string::npos; }, LiveMs)) << pszText << Line();
     };
