@@ -284,7 +284,8 @@ TEST_F(MainWindowTest, ChannelsArePlacedMovedAndEmptied)
         QApplication::sendEvent(&Cell(nCell), &drop);
         return drop.isAccepted() && enter.isAccepted();
     };
-    Cell(3).setFocus();
+    QTest::keyClick(&Cell(1), Qt::Key_Down);
+    EXPECT_EQ(Grid().m_F_p_Current(), &Cell(3));
     EXPECT_TRUE(Drop(1, {{0, 0}, {0, 3}, {7, 0}, {0, 9}}));
     EXPECT_EQ(Channels(), QList<int>({2, 0, 3, 1})) << "what isn't there is left out";
     EXPECT_EQ(Grid().m_F_p_Current(), &Cell(1)) << "the cell of the drop";
