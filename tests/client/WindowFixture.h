@@ -25,7 +25,8 @@ protected:
         CWinAES_CMS::s_S_SetKeyFolder(vm_dir.path());
     }
 
-    void Import(const QString& sName, int nHttpPort, int nRtspPort, int nChannels, const char* pszPassword = "Fl33t!ink")
+    void Import(const QString& sName, int nHttpPort, int nRtspPort, int nChannels,
+                const char* pszPassword = "Fl33t!ink")
     {
         const QString sCard = vm_dir.filePath("card.xml");
         WriteCard(sCard, sName, nHttpPort, nRtspPort, nChannels, pszPassword);

@@ -18,9 +18,9 @@
 #include "CFaultTable.h"
 #include "CPictureCode.h"
 #include "CRecorderTree.h"
-#include "CRequestLog.h"
 #include "CStreamServer.h"
 #include "WindowFixture.h"
+#include "support/LogReading.h"
 #include "support/Process.h"
 
 namespace {
@@ -68,16 +68,7 @@ protected:
     }
 
     // The documents that were posted since the last call, in their order.
-    std::vector<std::string> Posts()
-    {
-        std::vector<std::string> arNames;
-        for (const stDef_LogEntry& stEntry : vm_nvr.m_F_o_Log().m_F_ar_Entries()) {
-            if (stEntry.sMethod == "POST" && stEntry.nStatus != 401)
-                arNames.push_back(stEntry.sTarget.substr(stEntry.sTarget.find("Update")));
-        }
-        vm_nvr.m_F_o_Log().m_S_Clear();
-        return arNames;
-    }
+    std::vector<std::string> Posts() { return TakeAnswered(vm_nvr.m_F_o_Log(), "Update"); }
 
     static bool RingThere(int nNvrID, int nChannel)
     {

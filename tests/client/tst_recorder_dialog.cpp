@@ -22,6 +22,7 @@
 #include "CStreamServer.h"
 #include "CVirtualNvr.h"
 #include "RecorderCard.h"
+#include "support/LanguageFile.h"
 #include "support/Waiting.h"
 
 namespace {
@@ -259,22 +260,12 @@ TEST_F(RecorderDialogTest, EachLanguageHasEachTextAndSwitchesOpenWindows)
     ASSERT_TRUE(objLanguage.m_F_b_Set(0));
     EXPECT_TRUE(WaitUntil([&] { return objDialog.windowTitle() == QString::fromUtf8("新增錄影主機"); }));
     for (const char* const pszFile : {"lang_HOST_eng.xml", "lang_HOST_cht.xml"}) {
-        CXmlObj objXml;
-        ASSERT_TRUE(objXml.m_F_b_LoadXMLFile(QString(LANG_FOLDER "/") + pszFile));
-        QHash<QString, QString> mapTexts;
-        CXmlNodeList objList = objXml.m_S_SelectNodesByKey("/root/Text");
-        for (CXmlNode objNode = objList.m_F_o_NextNode(); !objNode.m_F_b_IsNull(); objNode = objList.m_F_o_NextNode()) {
-            QString sKey, sValue;
-            CXmlObj::s_S_GetNodeVal(objNode, "Key", sKey, {});
-            CXmlObj::s_S_GetNodeVal(objNode, "Value", sValue, {});
-            EXPECT_FALSE(mapTexts.contains(sKey)) << sKey.toStdString();
-            mapTexts.insert(sKey, sValue);
-        }
+        QMap<QString, QString> mapTexts = ReadLanguageFile(pszFile);
         for (int i = 0; i < int(emDef_Text::Count); ++i) {
             const QString sKey = CHostText::s_F_s_Key(emDef_Text(i)),
                           sDefault = CHostText::s_F_s_English(emDef_Text(i));
             const QString sText = mapTexts.take(sKey);
-            EXPECT_FALSE(sText.isEmpty()) << pszFile << ' ' << sKey.toStdString();
+            EXPECT_FALSE(sText.isEmpty()) << pszFile << " lacks " << sKey.toStdString();
             for (const char* const pszSign : {"%1", "%2", "%3", "&"})
                 EXPECT_EQ(sText.count(pszSign), sDefault.count(pszSign)) << pszFile << ' ' << sKey.toStdString();
         }

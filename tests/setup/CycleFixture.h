@@ -11,6 +11,7 @@
 #include "CDocumentStore.h"
 #include "setup/CDlgSetupPageSystemSetting.h"
 #include "support/HostFixture.h"
+#include "support/LogReading.h"
 #include "support/PromptQueue.h"
 #include "toolkit/CWaits.h"
 
@@ -104,16 +105,7 @@ protected:
     }
 
     /// The documents that were posted since the last call, in their order.
-    std::vector<std::string> Posts()
-    {
-        std::vector<std::string> arNames;
-        for (const stDef_LogEntry& stEntry : vm_nvr.m_F_o_Log().m_F_ar_Entries()) {
-            if (stEntry.sMethod == "POST" && stEntry.nStatus != 401)
-                arNames.push_back(stEntry.sTarget.substr(stEntry.sTarget.find("Update")));
-        }
-        vm_nvr.m_F_o_Log().m_S_Clear();
-        return arNames;
-    }
+    std::vector<std::string> Posts() { return TakeAnswered(vm_nvr.m_F_o_Log(), "Update"); }
 
     /// Announces the message that stands before an upload.
     void ExpectWaiting()

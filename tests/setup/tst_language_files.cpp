@@ -1,10 +1,8 @@
 #include <QDirIterator>
 #include <QFile>
-#include <QMap>
 #include <QRegularExpression>
-#include <gtest/gtest.h>
 
-#include "host/Lib_Hostenv.h"
+#include "support/LanguageFile.h"
 
 namespace {
 
@@ -26,35 +24,19 @@ QMap<QString, QStringList> AskedFor()
     return mapTexts;
 }
 
-QMap<QString, QString> Given(const char* pFile)
-{
-    CXmlObj xml;
-    EXPECT_TRUE(xml.m_F_b_LoadXMLFile(QString(LANG_FOLDER "/") + pFile));
-    QMap<QString, QString> mapTexts;
-    CXmlNodeList list = xml.m_S_SelectNodesByKey("/root/Text");
-    for (CXmlNode node = list.m_F_o_NextNode(); !node.m_F_b_IsNull(); node = list.m_F_o_NextNode()) {
-        QString sKey, sValue;
-        CXmlObj::s_S_GetNodeVal(node, "Key", sKey, {});
-        CXmlObj::s_S_GetNodeVal(node, "Value", sValue, {});
-        EXPECT_FALSE(mapTexts.contains(sKey)) << pFile << " has it twice: " << sKey.toStdString();
-        EXPECT_FALSE(sValue.isEmpty()) << pFile << ": " << sKey.toStdString();
-        mapTexts[sKey] = sValue;
-    }
-    return mapTexts;
-}
-
 TEST(LanguageFiles, HaveEachKeyThatIsAskedForAndNoOther)
 {
     const auto mapAsked = AskedFor();
     ASSERT_GT(mapAsked.size(), 40);
     for (const char* pFile : {"lang_ENVR_eng.xml", "lang_ENVR_cht.xml"})
-        EXPECT_EQ(Given(pFile).keys().join('\n').toStdString(), mapAsked.keys().join('\n').toStdString()) << pFile;
+        EXPECT_EQ(ReadLanguageFile(pFile).keys().join('\n').toStdString(), mapAsked.keys().join('\n').toStdString())
+            << pFile;
 }
 
 TEST(LanguageFiles, TheEnglishOneHasTheDefaults)
 {
     const auto mapAsked = AskedFor();
-    const auto mapGiven = Given("lang_ENVR_eng.xml");
+    const auto mapGiven = ReadLanguageFile("lang_ENVR_eng.xml");
     for (auto i = mapGiven.begin(); i != mapGiven.end(); ++i)
         EXPECT_TRUE(mapAsked[i.key()].contains(i.value())) << i.key().toStdString() << ": " << i.value().toStdString();
 }

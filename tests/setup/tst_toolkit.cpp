@@ -58,38 +58,34 @@ TEST(NumberedNodes, MoveWithAllTheyHave)
     }
 }
 
+/// What an attribute is after it was loaded into a control and stored again.
+QString Stored(QWidget* pControl, emDef_FieldForm nForm, const char* pszValue)
+{
+    CFieldTable fields;
+    fields.m_S_Add({"/root/A", "v", pControl, nForm});
+    CXmlObj xml;
+    EXPECT_TRUE(xml.m_F_b_LoadXML(QString("<root><A v='%1'/></root>").arg(pszValue)));
+    fields.m_S_Load(xml);
+    fields.m_S_Store(xml);
+    QString sAfter;
+    xml.m_F_n_GetValue("/root/A", "v", sAfter, {});
+    return sAfter;
+}
+
 TEST(FieldTable, AListThatShowsNothingStoresWhatSaysSo)
 {
     QComboBox list;
     for (const int nData : {10, 20})
         list.addItem(QString::number(nData), nData);
-    CFieldTable fields;
-    fields.m_S_Add({"/root/A", "n", &list, emDef_FieldForm::PickData});
-    for (const auto& [pStored, pAfter] : {std::pair{"20", "20"}, {"15", "-1"}, {"10", "10"}}) {
-        CXmlObj xml;
-        ASSERT_TRUE(xml.m_F_b_LoadXML(QString("<root><A n='%1'/></root>").arg(pStored)));
-        fields.m_S_Load(xml);
-        fields.m_S_Store(xml);
-        QString sAfter;
-        xml.m_F_n_GetValue("/root/A", "n", sAfter, {});
-        EXPECT_EQ(sAfter, pAfter);
-    }
+    for (const auto& [pszBefore, pszAfter] : {std::pair{"20", "20"}, {"15", "-1"}, {"10", "10"}})
+        EXPECT_EQ(Stored(&list, emDef_FieldForm::PickData, pszBefore), pszAfter);
 }
 
 TEST(IPAddressEdit, StoresWhatNoEditTouched)
 {
     CIPAddressEdit edit;
-    CFieldTable fields;
-    fields.m_S_Add({"/root/A", "ip", &edit});
-    for (const char* pStored : {"10.1.2.3", "", "recorder-4.gate.example.com"}) {
-        CXmlObj xml;
-        ASSERT_TRUE(xml.m_F_b_LoadXML(QString("<root><A ip='%1'/></root>").arg(pStored)));
-        fields.m_S_Load(xml);
-        fields.m_S_Store(xml);
-        QString sAfter;
-        xml.m_F_n_GetValue("/root/A", "ip", sAfter, {});
-        EXPECT_EQ(sAfter, pStored);
-    }
+    for (const char* pszStored : {"10.1.2.3", "", "recorder-4.gate.example.com"})
+        EXPECT_EQ(Stored(&edit, emDef_FieldForm::Edit, pszStored), pszStored);
     edit.clear();
     QTest::keyClicks(&edit, "19216x8.400.7.");
     EXPECT_EQ(edit.text(), QString("192.168.40.7"));
