@@ -46,6 +46,22 @@ CLoginPanel::CLoginPanel(CEnvObj* pEnv, const CRecorderStore* pStore, CRecorderT
       vm_pTitle(new QLabel),
       vm_pForm(new QFormLayout)
 {
+    m_S_Build();
+    vm_objAskSoon.setSingleShot(true);
+    vm_objAskSoon.setInterval(AskDelayMs);
+    connect(&vm_objAskSoon, &QTimer::timeout, this, &CLoginPanel::m_S_Ask);
+    connect(pTree, &QTreeWidget::currentItemChanged, this, &CLoginPanel::m_S_Pick);
+    connect(pWatch, &CRecorderWatch::S_Changed, this, [this](int nNvrID) {
+        if (nNvrID == vm_nNvrID)
+            m_S_Refresh();
+    });
+    m_S_Refresh();
+}
+
+CLoginPanel::~CLoginPanel() = default;
+
+void CLoginPanel::m_S_Build()
+{
     auto* const pLayout = new QVBoxLayout(this);
     pLayout->setContentsMargins(12, 8, 12, 10);
     QFont objBold = vm_pTitle->font();
@@ -65,18 +81,7 @@ CLoginPanel::CLoginPanel(CEnvObj* pEnv, const CRecorderStore* pStore, CRecorderT
         vm_arValues.last()->setTextFormat(Qt::PlainText);
         vm_pForm->addRow(vm_arNames.last(), vm_arValues.last());
     }
-    vm_objAskSoon.setSingleShot(true);
-    vm_objAskSoon.setInterval(AskDelayMs);
-    connect(&vm_objAskSoon, &QTimer::timeout, this, &CLoginPanel::m_S_Ask);
-    connect(pTree, &QTreeWidget::currentItemChanged, this, &CLoginPanel::m_S_Pick);
-    connect(pWatch, &CRecorderWatch::S_Changed, this, [this](int nNvrID) {
-        if (nNvrID == vm_nNvrID)
-            m_S_Refresh();
-    });
-    m_S_Refresh();
 }
-
-CLoginPanel::~CLoginPanel() = default;
 
 void CLoginPanel::m_S_Pick()
 {

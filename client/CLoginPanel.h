@@ -35,6 +35,7 @@ protected:
     void changeEvent(QEvent* pEvent) override;
 
 private:
+    void m_S_Build();
     void m_S_Pick();
     void m_S_Ask();
     void m_S_Show();

@@ -191,14 +191,13 @@ QAbstractButton* CPtzPanel::m_F_p_Button(const char* pszAction)
 {
     auto* const pButton = new QToolButton;
     pButton->setObjectName(u"Ptz"_s + QString::fromLatin1(pszAction));
-    pButton->setProperty("action", QByteArray(pszAction));
     for (const stDef_Face& stFace : g_astFaces) {
         if (QByteArray(stFace.pszAction) == pszAction)
             pButton->setIcon(CHostIcon::s_F_o_Get(stFace.nIcon));
     }
     pButton->setMinimumSize(34, 28);
     pButton->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::Fixed);
-    vm_arButtons.append(pButton);
+    vm_arButtons.append({pButton, CPtzAction::s_F_p_Named(pszAction)});
     return pButton;
 }
 
@@ -237,18 +236,8 @@ void CPtzPanel::m_S_Connect()
             vm_objDriver.m_S_Hold(PadSource, *CPtzAction::s_F_p_OfDirection(nPan, nTilt));
     });
     connect(vm_pPad, &CPtzPad::S_Home, this, [this] { m_S_Do(*CPtzAction::s_F_p_OfDirection(0, 0), 0); });
-    for (int i = 0; i < vm_arButtons.size(); ++i) {
-        const stDef_PtzAction& stAction =
-            *CPtzAction::s_F_p_Named(vm_arButtons[i]->property("action").toByteArray().constData());
-        if (stAction.nKind == emDef_PtzKind::Hold) {
-            connect(vm_arButtons[i], &QAbstractButton::pressed, this,
-                    [this, i, &stAction] { vm_objDriver.m_S_Hold(ButtonSources + i, stAction); });
-            connect(vm_arButtons[i], &QAbstractButton::released, this,
-                    [this, i] { vm_objDriver.m_S_Let(ButtonSources + i); });
-        } else {
-            connect(vm_arButtons[i], &QAbstractButton::clicked, this, [this, &stAction] { m_S_Do(stAction, 0); });
-        }
-    }
+    for (int nButton = 0; nButton < vm_arButtons.size(); ++nButton)
+        m_S_ConnectButton(nButton);
     connect(vm_pSpeed, &QSlider::valueChanged, this, &CPtzPanel::m_S_SetSpeed);
     m_S_ConnectKeys();
     connect(&vm_objDriver, &CPtzDriver::S_Moved, this,
@@ -267,6 +256,19 @@ void CPtzPanel::m_S_Connect()
     });
     connect(vm_pGrid, &CLiveGrid::S_AddressFound, &vm_objDriver, &CPtzDriver::m_S_Renew);
     connect(vm_pWatch, &CRecorderWatch::S_Changed, this, &CPtzPanel::m_S_Follow);
+}
+
+void CPtzPanel::m_S_ConnectButton(int nButton)
+{
+    const auto [pButton, pAction] = vm_arButtons[nButton];
+    const int nSource = ButtonSources + nButton;
+    if (pAction->nKind == emDef_PtzKind::Hold) {
+        connect(pButton, &QAbstractButton::pressed, this,
+                [this, nSource, pAction = pAction] { vm_objDriver.m_S_Hold(nSource, *pAction); });
+        connect(pButton, &QAbstractButton::released, this, [this, nSource] { vm_objDriver.m_S_Let(nSource); });
+    } else {
+        connect(pButton, &QAbstractButton::clicked, this, [this, pAction = pAction] { m_S_Do(*pAction, 0); });
+    }
 }
 
 void CPtzPanel::m_S_ConnectKeys()
@@ -293,11 +295,9 @@ void CPtzPanel::m_S_Retranslate()
     objShow.setToolTip(u"%1 (%2)"_s.arg(Tr(emDef_Text::PtzPanelTip), objShow.shortcut().toString()));
     for (const auto& [pLabel, nText] : vm_arLabels)
         pLabel->setText(Tr(nText));
-    for (QAbstractButton* const pButton : vm_arButtons) {
-        const stDef_PtzAction& stAction =
-            *CPtzAction::s_F_p_Named(pButton->property("action").toByteArray().constData());
-        pButton->setToolTip(CPtzAction::s_F_s_Tip(stAction));
-        pButton->setAccessibleName(Tr(stAction.nText));
+    for (const auto& [pButton, pAction] : vm_arButtons) {
+        pButton->setToolTip(CPtzAction::s_F_s_Tip(*pAction));
+        pButton->setAccessibleName(Tr(pAction->nText));
         if (pButton->icon().isNull())
             pButton->setText(Tr(emDef_Text::PtzAuto));
     }
@@ -401,12 +401,10 @@ void CPtzPanel::m_S_ShowPlaces()
     FillPlaces(*vm_pTours, vm_arTours, emDef_Text::PtzTourNumber);
     vm_pPresets->setEnabled(!vm_arPresets.isEmpty());
     vm_pTours->setEnabled(!vm_arTours.isEmpty());
-    for (QAbstractButton* const pButton : vm_arButtons) {
-        const emDef_PtzKind nKind =
-            CPtzAction::s_F_p_Named(pButton->property("action").toByteArray().constData())->nKind;
-        if (nKind == emDef_PtzKind::Preset)
+    for (const auto& [pButton, pAction] : vm_arButtons) {
+        if (pAction->nKind == emDef_PtzKind::Preset)
             pButton->setEnabled(!vm_arPresets.isEmpty());
-        else if (nKind == emDef_PtzKind::Tour)
+        else if (pAction->nKind == emDef_PtzKind::Tour)
             pButton->setEnabled(!vm_arTours.isEmpty());
     }
 }

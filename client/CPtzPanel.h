@@ -44,6 +44,12 @@ protected:
     void showEvent(QShowEvent* pEvent) override;
 
 private:
+    struct stDef_Button
+    {
+        QAbstractButton* pButton;
+        const stDef_PtzAction* pAction;
+    };
+
     void m_S_Build();
     QWidget* m_F_p_Controls();
     QWidget* m_F_p_SpeedRow();
@@ -53,6 +59,7 @@ private:
     QAbstractButton* m_F_p_Button(const char* pszAction);
     QLabel* m_F_p_Label(emDef_Text nText);
     void m_S_Connect();
+    void m_S_ConnectButton(int nButton);
     void m_S_ConnectKeys();
     void m_S_Retranslate();
 
@@ -89,6 +96,6 @@ private:
     QComboBox* vm_pPresets = nullptr;
     QComboBox* vm_pTours = nullptr;
     std::unique_ptr<CPtzKeys> vm_pKeys;
-    QList<QAbstractButton*> vm_arButtons;
+    QList<stDef_Button> vm_arButtons;
     QList<std::pair<QLabel*, emDef_Text>> vm_arLabels;
 };
