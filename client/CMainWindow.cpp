@@ -121,7 +121,8 @@ CMainWindow::CMainWindow(CEnvObj* pEnv, CRecorderStore* pStore)
     m_S_MakeActions();
     m_S_MakeMenus();
     m_S_MakeToolBar();
-    m_S_Connect();
+    m_S_ConnectActions();
+    m_S_ConnectParts();
     m_S_Restore();
     m_S_Retranslate();
     const QString sDamaged = pEnv->m_F_s_DamagedSysXML();
@@ -259,7 +260,7 @@ void CMainWindow::m_S_MakeToolBar()
     vm_pToolBar->addAction(m_F_p_Action("FullScreen"));
 }
 
-void CMainWindow::m_S_Connect()
+void CMainWindow::m_S_ConnectActions()
 {
     const auto On = [this](const char* pszName, auto fnDo) {
         connect(m_F_p_Action(pszName), &QAction::triggered, this, fnDo);
@@ -282,7 +283,10 @@ void CMainWindow::m_S_Connect()
             [this](const QAction* pAction) { vm_pGrid->m_S_SetShape(pAction->data().toInt()); });
     connect(vm_pLanguages, &QActionGroup::triggered, this,
             [this](const QAction* pAction) { m_S_SetLanguage(pAction->data().toInt()); });
+}
 
+void CMainWindow::m_S_ConnectParts()
+{
     connect(vm_pTree, &CRecorderTree::S_PlaceChannel, vm_pGrid, &CLiveGrid::m_S_Place);
     connect(vm_pTree, &CRecorderTree::S_ShowRecorder, vm_pGrid, &CLiveGrid::m_S_ShowRecorder);
     connect(vm_pTree, &CRecorderTree::S_Add, this, &CMainWindow::m_S_AddRecorder);

@@ -61,7 +61,8 @@ private:
     void m_S_MakeActions();
     void m_S_MakeMenus();
     void m_S_MakeToolBar();
-    void m_S_Connect();
+    void m_S_ConnectActions();
+    void m_S_ConnectParts();
     void m_S_Retranslate();
     QAction* m_F_p_Action(const char* pszName) const;
     void m_S_Restore();
