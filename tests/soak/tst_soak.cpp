@@ -1,15 +1,13 @@
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QTemporaryDir>
-#include <csignal>
 #include <cstdio>
 #include <gtest/gtest.h>
 #include <random>
-#include <sys/prctl.h>
 #include <vector>
 
 #include "fleetlink/fleetlink.h"
 #include "support/Process.h"
+#include "support/ServerProcess.h"
 #include "support/Waiting.h"
 
 namespace {
@@ -26,16 +24,13 @@ constexpr int ConnectMs = 10000 * Process::Slowness;
 constexpr std::uint64_t SilenceMs = 10000;
 constexpr int TimeoutMs = 5000;
 
-/// A virtual recorder in a process of its own, so that its memory and threads are not ours.
+/// A recorder of its own process, in the host's list.
 class CRecorder
 {
 public:
-    CRecorder(CEnvObj& env, int nNvrID, bool bPC)
+    CRecorder(CEnvObj& env, int nNvrID, bool bPC) : vm_process({"--kind", bPC ? "pc" : "embedded"})
     {
-        vm_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        vm_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); }); // also where the test is killed
-        vm_process.start(QStringLiteral(RECORDER), {u"--kind"_s, bPC ? u"pc"_s : u"embedded"_s});
-        const int nHttpPort = ReadPort("http "), nRtspPort = ReadPort("rtsp ");
+        const int nHttpPort = vm_process.Printed("http"), nRtspPort = vm_process.Printed("rtsp");
         const QString sNode = QString::asprintf("/root/NVR/N%03d", nNvrID);
         const std::pair<const char*, QString> arValues[] = {
             {"Type", bPC ? u"0"_s : u"1"_s},
@@ -54,26 +49,12 @@ public:
         vm_stInit.nHttpPort = nHttpPort;
         vm_sUrl = bPC ? u"cgi-bin/CMS.cgi?action=CamXml"_s : u"cgi-bin/SyncSetting.cgi?action=CameraXML"_s;
     }
-    ~CRecorder()
-    {
-        vm_process.terminate();
-        vm_process.waitForFinished();
-    }
 
     stDef_NvrInit vm_stInit;
     QString vm_sUrl;
 
 private:
-    int ReadPort(const char* pName)
-    {
-        while (!vm_process.canReadLine())
-            if (!vm_process.waitForReadyRead(20000))
-                return 0;
-        const QByteArray sLine = vm_process.readLine();
-        return sLine.startsWith(pName) ? sLine.mid(5).trimmed().toInt() : 0;
-    }
-
-    QProcess vm_process;
+    ServerProcess vm_process;
 };
 
 /// One stream of a recorder, for which connection objects are made, used and released one after the other.

@@ -1,101 +1,19 @@
 #include "CProbe.h"
+#include "support/ServerProcess.h"
 
-#include <array>
 #include <atomic>
 #include <csignal>
-#include <cstdio>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <poll.h>
 #include <pugixml.hpp>
-#include <spawn.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 
 namespace {
 namespace fs = std::filesystem;
-constexpr int g_nStartLimitMs = 30000;
 constexpr char g_szPut[] = "/cgi-bin/SyncSetting.cgi?action=UpdateSchedule";
 constexpr char g_szGet[] = "/cgi-bin/SyncSetting.cgi?action=ScheduleXML";
-
-/// The shipped program as a process of its own.
-class CProcess
-{
-public:
-    explicit CProcess(std::vector<std::string> arArgs)
-    {
-        arArgs.insert(arArgs.begin(), VIRTUALNVR_PROGRAM);
-        std::vector<char*> arRaw;
-        for (std::string& s : arArgs)
-            arRaw.push_back(s.data());
-        arRaw.push_back(nullptr);
-        std::array<int, 2> arPipe{};
-        EXPECT_EQ(::pipe2(arPipe.data(), O_CLOEXEC), 0);
-        posix_spawn_file_actions_t stActions;
-        posix_spawn_file_actions_init(&stActions);
-        posix_spawn_file_actions_adddup2(&stActions, arPipe[1], 1);
-        posix_spawn_file_actions_adddup2(&stActions, arPipe[1], 2);
-        EXPECT_EQ(::posix_spawn(&vm_nPid, VIRTUALNVR_PROGRAM, &stActions, nullptr, arRaw.data(), environ), 0);
-        posix_spawn_file_actions_destroy(&stActions);
-        ::close(arPipe[1]);
-        vm_nOutput = arPipe[0];
-    }
-    ~CProcess()
-    {
-        if (vm_nPid > 0)
-            m_F_n_End(SIGKILL);
-        ::close(vm_nOutput);
-    }
-
-    /// Number behind "<word> " in what the program printed; waits for it. 0: the program ended, or the limit passed.
-    int m_F_n_Printed(const std::string& sWord)
-    {
-        std::size_t nLine = std::string::npos;
-        while ((nLine = vm_sPrinted.find(sWord + " ")) == std::string::npos ||
-               vm_sPrinted.find('\n', nLine) == std::string::npos)
-            if (!m_F_b_ReadMore())
-                return 0;
-        return std::atoi(vm_sPrinted.c_str() + nLine + sWord.size());
-    }
-
-    std::string m_F_s_AllPrinted()
-    {
-        while (m_F_b_ReadMore())
-            ;
-        return vm_sPrinted;
-    }
-
-    /// Exit code, or minus the signal that ended it. Signal 0 only waits.
-    int m_F_n_End(int nSignal)
-    {
-        if (nSignal)
-            ::kill(vm_nPid, nSignal);
-        int nStatus = 0;
-        ::waitpid(vm_nPid, &nStatus, 0);
-        vm_nPid = 0;
-        return WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : -WTERMSIG(nStatus);
-    }
-
-private:
-    bool m_F_b_ReadMore()
-    {
-        pollfd stPoll{vm_nOutput, POLLIN, 0};
-        std::array<char, 4096> arBytes;
-        if (::poll(&stPoll, 1, g_nStartLimitMs) != 1)
-            return false;
-        const ssize_t nRead = ::read(vm_nOutput, arBytes.data(), arBytes.size());
-        vm_sPrinted.append(arBytes.data(), nRead > 0 ? static_cast<std::size_t>(nRead) : 0);
-        return nRead > 0;
-    }
-
-    pid_t vm_nPid = 0;
-    int vm_nOutput = -1;
-    std::string vm_sPrinted;
-};
 
 class Program : public ::testing::Test
 {
@@ -136,9 +54,9 @@ TEST_F(Program, KeepsWholeDocumentsWhenItIsKilledDuringPosts)
 {
     int nAcknowledged = -1;
     for (int nRound = 0; nRound < 4; ++nRound) {
-        CProcess objProcess({"--state", vm_sFolder});
-        const int nPort = objProcess.m_F_n_Printed("http");
-        ASSERT_GT(nPort, 0) << objProcess.m_F_s_AllPrinted();
+        ServerProcess objProcess({"--state", vm_sFolder});
+        const int nPort = objProcess.Printed("http");
+        ASSERT_GT(nPort, 0) << objProcess.AllPrinted();
         if (nAcknowledged >= 0) {
             const std::string sDocument = Document(nPort);
             const bool bWhole = sDocument == Numbered(nAcknowledged) || sDocument == Numbered(nAcknowledged + 1);
@@ -159,7 +77,7 @@ TEST_F(Program, KeepsWholeDocumentsWhenItIsKilledDuringPosts)
         const auto objLimit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
         while (nPosted < nAcknowledged + 3 + nRound && !bEnded && std::chrono::steady_clock::now() < objLimit)
             std::this_thread::yield();
-        EXPECT_EQ(objProcess.m_F_n_End(SIGKILL), -SIGKILL);
+        EXPECT_EQ(objProcess.End(SIGKILL), -SIGKILL);
         objPoster.join();
         EXPECT_GT(nPosted, nAcknowledged);
         nAcknowledged = nPosted;
@@ -174,11 +92,11 @@ TEST_F(Program, DoesWhatItsOptionsSayAndLeavesNothingBehind)
     ASSERT_EQ(::chmod(m_F_s_Write("card.xml.new", "left by a killed run").c_str(), 0644), 0);
     fs::create_directory(vm_sFolder + "/tmp");
     ::setenv("TMPDIR", (vm_sFolder + "/tmp").c_str(), 1);
-    CProcess objProcess({"--card", sCard, "--accounts=" + sAccounts, "--channels", "9", "--fault",
-                         "logininfo=status:503x1", "--log", "--dips", "FL-9=192.0.2.9:81"});
+    ServerProcess objProcess({"--card", sCard, "--accounts=" + sAccounts, "--channels", "9", "--fault",
+                              "logininfo=status:503x1", "--log", "--dips", "FL-9=192.0.2.9:81"});
     ::unsetenv("TMPDIR");
-    const int nHttpPort = objProcess.m_F_n_Printed("http"), nRtspPort = objProcess.m_F_n_Printed("rtsp");
-    ASSERT_GT(nHttpPort, 0) << objProcess.m_F_s_AllPrinted();
+    const int nHttpPort = objProcess.Printed("http"), nRtspPort = objProcess.Printed("rtsp");
+    ASSERT_GT(nHttpPort, 0) << objProcess.AllPrinted();
     EXPECT_GT(nRtspPort, 0);
     EXPECT_FALSE(fs::is_empty(vm_sFolder + "/tmp"));
 
@@ -199,9 +117,9 @@ TEST_F(Program, DoesWhatItsOptionsSayAndLeavesNothingBehind)
     EXPECT_EQ(objProbe.m_F_o_Get("/cgi-bin/logininfo.cgi").nStatus, 200);
     EXPECT_EQ(CProbe(nHttpPort).m_F_o_Get(g_szGet).nStatus, 401) << "the default account is gone";
     EXPECT_NE(objProbe.m_F_o_Get("/dips/request.php?id=FL-9").sBody.find("http://192.0.2.9:81"), std::string::npos);
-    EXPECT_EQ(objProcess.m_F_n_End(SIGTERM), 0);
+    EXPECT_EQ(objProcess.End(SIGTERM), 0);
     EXPECT_TRUE(fs::is_empty(vm_sFolder + "/tmp"));
-    const std::string sPrinted = objProcess.m_F_s_AllPrinted();
+    const std::string sPrinted = objProcess.AllPrinted();
     EXPECT_NE(sPrinted.find("/cgi-bin/logininfo.cgi"), std::string::npos) << sPrinted;
     EXPECT_EQ(sPrinted.find("Basic "), std::string::npos) << "a login in the log";
 }
@@ -227,17 +145,17 @@ TEST_F(Program, TellsWrongOptions)
                                                            {"--stream-fault", "CH0=no-such-fault"},
                                                            {"--stream-fault", "CH0=jump:soon"}};
     for (const auto& arArgs : arCases) {
-        CProcess objProcess(arArgs);
-        const std::string sPrinted = objProcess.m_F_s_AllPrinted();
-        EXPECT_EQ(objProcess.m_F_n_End(0), 2) << arArgs[0];
+        ServerProcess objProcess(arArgs);
+        const std::string sPrinted = objProcess.AllPrinted();
+        EXPECT_EQ(objProcess.End(0), 2) << arArgs[0];
         EXPECT_NE(sPrinted.find(arArgs[0]), std::string::npos) << sPrinted;
     }
-    CProcess objHelp({"--help"});
-    const std::string sHelp = objHelp.m_F_s_AllPrinted();
-    EXPECT_EQ(objHelp.m_F_n_End(0), 0);
+    ServerProcess objHelp({"--help"});
+    const std::string sHelp = objHelp.AllPrinted();
+    EXPECT_EQ(objHelp.End(0), 0);
     for (const char* pszPart : {"--fault", "--card", "endless-headers", "entity-bomb", "paused"})
         EXPECT_NE(sHelp.find(pszPart), std::string::npos) << pszPart;
-    CProcess objFailed({"--data", vm_sFolder});
-    EXPECT_NE(objFailed.m_F_s_AllPrinted().find("System.xml"), std::string::npos);
-    EXPECT_EQ(objFailed.m_F_n_End(0), 1);
+    ServerProcess objFailed({"--data", vm_sFolder});
+    EXPECT_NE(objFailed.AllPrinted().find("System.xml"), std::string::npos);
+    EXPECT_EQ(objFailed.End(0), 1);
 }
