@@ -6,7 +6,8 @@
 #include <sys/prctl.h>
 #include <vector>
 
-/// The shipped recorder program as a process of its own, whose memory and threads are not ours. It ends with this object.
+/// The shipped recorder program as a process of its own, whose memory and threads are not ours. It ends with this
+/// object.
 class ServerProcess
 {
 public:

@@ -134,17 +134,6 @@ TEST_F(Cameras, FailInTheirWays)
     EXPECT_EQ(vm_pProbe->m_F_o_Get("/cgi-bin/param.cgi?action=detect").nStatus, 504);
 }
 
-TEST_F(Cameras, AreFoundBySearch)
-{
-    const auto objFound = Ask("SearchIPC.cgi");
-    EXPECT_TRUE(True(objFound, "count(/XML/root/IPC[@DeviceModel!='' and @DeviceName!='' and @MAC and @RtspPort])=12"));
-    EXPECT_TRUE(
-        True(objFound, "count(/XML/root/IPC[@IpType='1' and starts-with(@BonjouIP,'169.254.') and @IP=@BonjouIP])=3"));
-    EXPECT_TRUE(True(objFound, "count(/XML/root/IPC[@IpType='0' and @BonjouIP='0.0.0.0'])=9"));
-    for (const auto& stBrand : g_arBrands)
-        EXPECT_TRUE(True(objFound, "/XML/root/IPC/@Vendor=" + std::to_string(stBrand.nVendor))) << stBrand.nVendor;
-}
-
 TEST(RequestLog, ShowsNoPassword)
 {
     const std::pair<const char*, const char*> arRows[] = {

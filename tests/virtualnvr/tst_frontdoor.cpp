@@ -324,24 +324,4 @@ TEST_F(FrontDoor, TellsWhatKeepsItFromWorking)
     EXPECT_THAT(CRawClient(second.m_F_n_Port()).m_F_s_Get("/plain"), StartsWith("HTTP/1.1 502"));
 }
 
-TEST_F(FrontDoor, AddsLittleToARequest)
-{
-    const auto median = [](int nPort) {
-        CRawClient client(nPort);
-        std::vector<double> arMs;
-        for (int i = 0; i < 300; ++i) {
-            const auto nBegin = Clock::now();
-            client.m_F_s_Get("/plain");
-            arMs.push_back(MsSince(nBegin));
-        }
-        std::nth_element(arMs.begin(), arMs.begin() + 150, arMs.end());
-        return arMs[150];
-    };
-    const double dDirect = median(vm_nInnerPort), dThrough = median(vm_objDoor.m_F_n_Port());
-    RecordProperty("direct_us", static_cast<int>(dDirect * 1000));
-    RecordProperty("through_us", static_cast<int>(dThrough * 1000));
-    std::printf("median GET: %.3f ms direct, %.3f ms through the front door\n", dDirect, dThrough);
-    EXPECT_LT(dThrough - dDirect, 20.0) << "delayed packets cost 40 ms";
-}
-
 } // namespace

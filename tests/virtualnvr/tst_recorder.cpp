@@ -174,23 +174,6 @@ TEST(Recorder, TakesALoginForItsOwnTargetAndOnce)
     EXPECT_EQ(objProbe.m_F_o_Get(sInfo).nStatus, 401);
 }
 
-TEST(Recorder, KeepsOneLoginOnOneConnection)
-{
-    CRunning objRunning;
-    CProbe objProbe(objRunning.m_F_n_Port());
-    std::size_t nReplies = 0;
-    long nConnections = 0;
-    for (int i = 0; i < 40; ++i) {
-        const stDef_ProbeReply stReply =
-            i % 2 ? objProbe.m_F_o_Post(g_szPutEMail, "<root/>") : objProbe.m_F_o_Get(g_szSystemInfo);
-        EXPECT_EQ(stReply.nStatus, 200);
-        nReplies += stReply.arHeads.size();
-        nConnections += stReply.nNewConnections;
-    }
-    EXPECT_EQ(nReplies, 41U) << "one challenge for all";
-    EXPECT_EQ(nConnections, 1);
-}
-
 TEST(Recorder, RenewsAStaleLogin)
 {
     stDef_VirtualNvrConfig stConfig = HttpOnly();

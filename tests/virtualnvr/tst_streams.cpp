@@ -16,7 +16,6 @@
 
 namespace {
 
-constexpr int g_nRefused401 = -825242872; // AVERROR_HTTP_UNAUTHORIZED
 constexpr int g_nMissing404 = -875574520; // AVERROR_HTTP_NOT_FOUND
 constexpr int g_nStopped = -1414092869;   // AVERROR_EXIT
 constexpr int g_nQuietMs = 700;           // more than ten pictures' time
@@ -226,29 +225,6 @@ TEST_F(Streams, EveryMountPlaysOverEveryTransport)
     EXPECT_TRUE(WaitFor([this] { return vm_objServer.m_F_n_Sessions() == 0; }));
 }
 
-TEST_F(Streams, RefusesWrongAccountsAndUnknownMounts)
-{
-    const struct
-    {
-        const char* pszMount;
-        const char* pszAccount;
-        int nExpected;
-    } arRows[] = {
-        {"CH0", "admin:wrong", g_nRefused401},
-        {"CH0", "nobody:g", g_nRefused401},
-        {"CH0", "guest:", g_nRefused401},
-        {"CH4", "guest:g", g_nMissing404},
-        {"SCH4", "guest:g", g_nMissing404},
-        {"CH", "guest:g", g_nMissing404},
-        {"CH0", "guest:g", 0},
-    };
-    for (const auto& stRow : arRows) {
-        CStreamPlayer objPlayer;
-        EXPECT_EQ(objPlayer.m_F_n_Open(Url(stRow.pszMount, stRow.pszAccount), "tcp"), stRow.nExpected)
-            << stRow.pszMount << " " << stRow.pszAccount;
-    }
-}
-
 TEST_F(Streams, OffersBasicAndDigest)
 {
     const auto describe = [this](const std::string& sMore) {
@@ -294,58 +270,6 @@ TEST_F(Streams, SilentGarbageAndMissingBelongToTheirMount)
     }
 }
 
-TEST_F(Streams, KilledCutsOnlyWhatPlaysNow)
-{
-    CStreamPlayer objUdp;
-    ASSERT_EQ(objUdp.m_F_n_Open(Url("CH0"), "udp"), 0);
-    const auto pHit = Play("CH0");
-    const auto pOther = Play("SCH0");
-    ASSERT_TRUE(vm_objServer.m_F_b_SetFault("/CH0", "killed"));
-    while (pHit->m_F_o_Next()) {
-    }
-    EXPECT_FALSE(pHit->m_F_b_TimedOut());
-    EXPECT_TRUE(WaitFor([this] { return vm_objServer.m_F_n_Sessions() == 1; }));
-    EXPECT_TRUE(pOther->m_F_o_Next());
-    Play("CH0");
-}
-
-TEST_F(Streams, RefuseClosesThePortUntilNone)
-{
-    const int nPort = vm_objServer.m_F_n_Port();
-    const auto pBefore = Play("CH0");
-    ASSERT_TRUE(vm_objServer.m_F_b_SetFault("*", "refuse"));
-    CStreamPlayer objHit;
-    EXPECT_EQ(objHit.m_F_n_Open(Url("CH1"), "tcp"), -ECONNREFUSED);
-    EXPECT_TRUE(pBefore->m_F_o_Next());
-    ASSERT_TRUE(vm_objServer.m_F_b_SetFault("*", "none"));
-    EXPECT_EQ(vm_objServer.m_F_n_Port(), nPort);
-    Play("CH1");
-}
-
-TEST_F(Streams, PausedSendsNothingAndGoesOnWithAKeyFrame)
-{
-    const auto pPlaying = Play("CH1");
-    ASSERT_TRUE(vm_objServer.m_F_b_SetFault("CH1", "paused"));
-    CStreamPlayer objLate;
-    ASSERT_EQ(objLate.m_F_n_Open(Url("CH1"), "tcp"), 0) << "a paused stream can be set up";
-    CStreamPlayer objFresh;
-    ASSERT_EQ(objFresh.m_F_n_Open(Url("SCH1"), "tcp"), 0) << "also if nobody played it";
-    while (pPlaying->m_F_o_Next(g_nQuietMs)) {
-    }
-    EXPECT_TRUE(pPlaying->m_F_b_TimedOut());
-    EXPECT_FALSE(objFresh.m_F_o_Next(g_nQuietMs));
-    EXPECT_TRUE(objFresh.m_F_b_TimedOut());
-    EXPECT_EQ(objFresh.vm_nSounds, 0);
-    EXPECT_EQ(objFresh.vm_nSequences, 0);
-    EXPECT_EQ(vm_objServer.m_F_n_Sessions(), 3);
-    ASSERT_TRUE(vm_objServer.m_F_b_SetFault("CH1", "none"));
-    for (CStreamPlayer* pPlayer : {pPlaying.get(), &objLate, &objFresh}) {
-        const auto stPicture = pPlayer->m_F_o_Next();
-        ASSERT_TRUE(stPicture && stPicture->stCode);
-        EXPECT_EQ(stPicture->stCode->nFrame % stDef_EncodedClip::s_nGop, 0);
-    }
-}
-
 TEST_F(Streams, TimeStampsJumpOnceByWhatIsTold)
 {
     const auto pPlayer = Play("SCH2");
@@ -367,21 +291,6 @@ TEST_F(Streams, TimeStampsJumpOnceByWhatIsTold)
             stLast = stPicture;
         }
         EXPECT_EQ(nJumps, 1) << nJumpMs;
-    }
-}
-
-TEST_F(Streams, ParametersChangeInMidStreamAndBack)
-{
-    const auto pPlayer = Play("CH3");
-    for (const char* pszFault : {"params", "none"}) {
-        ASSERT_TRUE(vm_objServer.m_F_b_SetFault("/CH3", pszFault));
-        const int nWidth = std::string(pszFault) == "params" ? 320 : 640;
-        std::optional<CStreamPlayer::stDef_Picture> stPicture;
-        for (int n = 0; n < 30 && !(stPicture && stPicture->nWidth == nWidth); ++n)
-            stPicture = pPlayer->m_F_o_Next();
-        ASSERT_TRUE(stPicture && stPicture->stCode);
-        EXPECT_EQ(stPicture->nWidth, nWidth);
-        EXPECT_EQ(stPicture->stCode->bSecond, nWidth == 320);
     }
 }
 

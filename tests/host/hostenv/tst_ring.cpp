@@ -457,46 +457,4 @@ TEST(Ring, OutlivesKillsOfEitherSideAtRandomMoments)
     EXPECT_EQ(NamesLeft(), 0) << "one that lives its normal life takes its name along";
 }
 
-TEST(Ring, HostileMemoryIsRefused)
-{
-    CShmEncVideo_CMS ring(Nvr, 0, 1, true);
-    const std::vector<std::uint8_t> arData(2000, 1);
-    st_RingPacket stPacket;
-    stPacket.bKey = true;
-    ASSERT_TRUE(ring.m_F_b_SetParam({}));
-    for (std::uint32_t nSize = 100; nSize < 2000; nSize += 100, stPacket.bKey = false)
-        ASSERT_TRUE(ring.m_F_b_Write(stPacket, arData.data(), nSize));
-    RawRing raw("v.5.0.1");
-    // Every word of the header and of the records gets values that a broken or hostile writer could leave, before a
-    // reader opens the ring or while it reads.
-    std::mt19937_64 random(11);
-    const std::uint64_t arValues[] = {0, 1, 7, UINT64_MAX, UINT64_MAX / 2, raw.vm_nSize, 1ull << 40};
-    for (int nRound = 0; nRound < 4000; ++nRound) {
-        const std::size_t nAt = nRound % 2 == 0 ? random() % 120 * 8 : 4096 + random() % 2600 * 8;
-        std::uint64_t nBefore, nHostile = nRound % 3 ? arValues[random() % std::size(arValues)] : random();
-        CShmRingReader reader;
-        st_RingFrame stFrame;
-        st_RingParam stParam;
-        std::uint32_t nSerial = 0;
-        if (nRound % 4 < 2) {
-            ASSERT_TRUE(reader.m_F_b_Open(emDef_RingKind::Video, Nvr, 0, 1)) << "sound again";
-            ASSERT_EQ(reader.m_F_n_Read(stFrame), emDef_RingRead::Frame);
-        }
-        std::memcpy(&nBefore, raw.vm_pMemory + nAt, 8);
-        std::memcpy(raw.vm_pMemory + nAt, &nHostile, 8);
-        if (!reader.m_F_b_IsOpen())
-            reader.m_F_b_Open(emDef_RingKind::Video, Nvr, 0, 1);
-        int nReads = 0;
-        for (auto nRead = emDef_RingRead::Frame; nRead <= emDef_RingRead::Lost && nRead != emDef_RingRead::Empty;) {
-            nRead = reader.m_F_n_Read(stFrame);
-            ASSERT_LE(stFrame.arData.size(), raw.vm_nSize);
-            ASSERT_LT(++nReads, 40) << "it goes round in circles at byte " << nAt;
-        }
-        if (reader.m_F_b_GetParam(stParam, nSerial))
-            ASSERT_LE(stParam.nExtraSize, st_RingParam::MaxExtra);
-        reader.m_F_b_Wait(0);
-        std::memcpy(raw.vm_pMemory + nAt, &nBefore, 8);
-    }
-}
-
 } // namespace
