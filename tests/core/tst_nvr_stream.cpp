@@ -112,25 +112,6 @@ TEST_F(NvrStream, TakesWhatTheListTells)
     }
 }
 
-TEST_F(NvrStream, ReleasedWhileConnectedLeavesNothing)
-{
-    StartRecorder({});
-    {
-        ScopedNvr first(Create());
-        ScopedNvr second(Create());
-        first->m_S_Connect(NvrID, 0, 0);
-        second->m_S_Connect(NvrID, 0, 1);
-        ASSERT_TRUE(Reaches(*first.get(), nsCMS::ConnectStat_Connected));
-        ASSERT_TRUE(Reaches(*second.get(), nsCMS::ConnectStat_Connected));
-        EXPECT_TRUE(DeliversFrames(emDef_RingKind::Video, 0, 1));
-        EXPECT_TRUE(DeliversFrames(emDef_RingKind::Audio, 0, 0)) << "both streams share the audio ring of stream 0";
-    }
-    CShmRingReader reader;
-    EXPECT_FALSE(reader.m_F_b_Open(emDef_RingKind::Video, NvrID, 0, 0));
-    EXPECT_FALSE(reader.m_F_b_Open(emDef_RingKind::Audio, NvrID, 0, 0));
-    EXPECT_TRUE(WaitUntil([&] { return vm_nvr.m_F_o_Streams().m_F_n_Sessions() == 0; }));
-}
-
 struct stDef_FaultRow
 {
     const char* pFault;

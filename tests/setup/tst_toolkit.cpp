@@ -14,49 +14,12 @@
 #include "toolkit/CFieldTable.h"
 #include "toolkit/CForm.h"
 #include "toolkit/CIPAddressEdit.h"
-#include "toolkit/CItemList.h"
 #include "toolkit/CMnemonics.h"
-#include "toolkit/CNumberedNodes.h"
 #include "toolkit/CPasswordEdit.h"
 #include "toolkit/CPropertyPage.h"
 #include "toolkit/CPropertySheet.h"
 
 namespace {
-
-TEST(NumberedNodes, MoveWithAllTheyHave)
-{
-    const struct
-    {
-        const char* pWhat;
-        void (*change)(CNumberedNodes&);
-        QStringList arValues; ///< by number
-    } arRows[] = {
-        {"remove the first", [](CNumberedNodes& n) { n.m_S_Remove(0); }, {"b", "c", "d"}},
-        {"remove one between", [](CNumberedNodes& n) { n.m_S_Remove(1); }, {"a", "c", "d"}},
-        {"remove the last", [](CNumberedNodes& n) { n.m_S_Remove(3); }, {"a", "b", "c"}},
-        {"swap", [](CNumberedNodes& n) { n.m_S_Swap(0, 3); }, {"d", "b", "c", "a"}},
-        {"swap back", [](CNumberedNodes& n) { n.m_S_Swap(2, 1), n.m_S_Swap(1, 2); }, {"a", "b", "c", "d"}},
-        {"append", [](CNumberedNodes& n) { n.m_F_n_Append(); }, {"a", "b", "c", "d", ""}},
-        {"remove all", [](CNumberedNodes& n) { n.m_S_RemoveAll(); }, {}},
-    };
-    for (const auto& row : arRows) {
-        SCOPED_TRACE(row.pWhat);
-        CXmlObj xml;
-        ASSERT_TRUE(xml.m_F_b_LoadXML("<root><List count='4'><N000 v='a'><Kept/></N000><N001 v='b'><Kept/></N001>"
-                                      "<N002 v='c'><Kept/></N002><N003 v='d'><Kept/></N003></List></root>"));
-        CNumberedNodes nodes(&xml, "/root/List", "N");
-        row.change(nodes);
-        EXPECT_EQ(nodes.m_F_n_Count(), row.arValues.size());
-        for (int i = 0; i < row.arValues.size(); ++i) {
-            QString sValue;
-            xml.m_F_n_GetValue(nodes.m_F_s_Path(i), "v", sValue, {});
-            EXPECT_EQ(sValue, row.arValues[i]) << i;
-        }
-        const int nThere = int(row.arValues.size()) - int(row.arValues.contains(""));
-        EXPECT_EQ(xml.m_F_s_GetXML().count("<N0"), nThere) << "none is left over";
-        EXPECT_EQ(xml.m_F_s_GetXML().count("<Kept"), nThere);
-    }
-}
 
 /// What an attribute is after it was loaded into a control and stored again.
 QString Stored(QWidget* pControl, emDef_FieldForm nForm, const char* pszValue)
@@ -138,24 +101,6 @@ TEST(Mnemonics, LeadToTheirControlsAndToNoOther)
         QTest::keyClick(&page, nKey, Qt::AltModifier);
         EXPECT_TRUE(arControls[nControl]->hasFocus()) << nControl;
     }
-}
-
-TEST(ItemList, KeepsANumberBehindEachRow)
-{
-    CItemList list;
-    list.m_S_SetColumns({50, 50});
-    std::vector<int> arTold;
-    QObject::connect(&list, &CItemList::S_Selected, [&](int nRow) { arTold.push_back(nRow); });
-    list.m_S_Insert(0, {"a"}, 7);
-    list.m_S_Insert(0, {"b", "2"}, 9);
-    list.m_S_Select(1);
-    list.m_S_Select(1);
-    list.m_S_Select(5);
-    EXPECT_EQ(arTold, (std::vector{1, 1, -1}));
-    EXPECT_EQ(list.m_F_n_Data(0), 9);
-    EXPECT_EQ(list.m_F_n_Data(1), 7);
-    EXPECT_EQ(list.m_F_n_Data(2), -1);
-    EXPECT_EQ(list.m_F_ar_Texts(1), QStringList({"a", ""}));
 }
 
 /// A page with one edit, which bears the page's name.
