@@ -128,13 +128,16 @@ nsCMS::emDef_ConnectStat CWndNvrShared::m_F_n_GetConnectStat(std::uint64_t nStam
     if (!vm_pRtsp)
         return nsCMS::ConnectStat_None;
 
+    // In this order: a thread leaves its last word before it ends, and read the other way round a refusal would now and
+    // then pass for an end.
     CRtspClient& objClient = vm_pRtsp->vm_objClient;
+    const bool bRuns = objClient.m_F_b_ThreadRun();
     const int nState = vm_pRtsp->vm_objInfo.vm_nRtspState.load(std::memory_order_relaxed);
     nsCMS::emDef_ConnectStat nStat = nsCMS::ConnectStat_Disconnected;
     if (nStamp > vm_pRtsp->vm_objInfo.vm_nLastDataTime.load(std::memory_order_relaxed)) {
         nStat = nState == 0 ? nsCMS::ConnectStat_NoAnswer : nsCMS::ConnectStat_Disconnected;
         objClient.m_S_Disconnect(true);
-    } else if (objClient.m_F_b_ThreadRun()) {
+    } else if (bRuns) {
         nStat = nState == 1 ? nsCMS::ConnectStat_Connected : nsCMS::ConnectStat_Connecting;
     } else if (nState == 3) {
         nStat = nsCMS::ConnectStat_Refused;

@@ -112,6 +112,21 @@ TEST_F(NvrStream, TakesWhatTheListTells)
     }
 }
 
+// Polled without a pause, so that a poll meets the very end of the client's thread.
+TEST_F(NvrStream, ARefusalNeverShowsAsAnEnd)
+{
+    StartRecorder({});
+    SetNode("PWD", CWinAES_CMS::s_F_s_Encrypt("wrong"));
+    for (int nRound = 0; nRound < 1000; ++nRound) {
+        ScopedNvr nvr(Create());
+        nvr->m_S_Connect(NvrID, 0, 0);
+        auto nStat = nsCMS::ConnectStat_Connecting;
+        for (const QDeadlineTimer limit(5000); nStat == nsCMS::ConnectStat_Connecting && !limit.hasExpired();)
+            nStat = Poll(*nvr.get());
+        ASSERT_EQ(nStat, nsCMS::ConnectStat_Refused) << nRound;
+    }
+}
+
 struct stDef_FaultRow
 {
     const char* pFault;
