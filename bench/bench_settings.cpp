@@ -14,7 +14,7 @@
 #include "CVirtualNvr.h"
 #include "fleetlink/fleetlink.h"
 #include "setup/CDlgSetupPageSystemSetting.h"
-#include "toolkit/CPropertyPage.h"
+#include "toolkit/sheet/CPropertyPage.h"
 
 using namespace Qt::StringLiterals;
 

@@ -9,7 +9,7 @@
 #include "host/Export.h"
 #include "host/Lib_Bedrock.h"
 #include "host/Lib_Hostenv.h"
-#include "toolkit/CTextSource.h"
+#include "toolkit/form/CTextSource.h"
 
 /// Where the DIPS directory service stands.
 struct stDef_DipsTarget

@@ -6,10 +6,10 @@
 #include <QLineEdit>
 
 #include "drivers/BrandCatalogue.h"
-#include "toolkit/CForm.h"
-#include "toolkit/CIPAddressEdit.h"
-#include "toolkit/CPasswordEdit.h"
-#include "toolkit/CommonTexts.h"
+#include "toolkit/controls/CIPAddressEdit.h"
+#include "toolkit/controls/CPasswordEdit.h"
+#include "toolkit/form/CForm.h"
+#include "toolkit/form/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
 

@@ -2,7 +2,7 @@
 
 #include "setup/CCameraProbe.h"
 #include "setup/stDef_CameraValues.h"
-#include "toolkit/CNumberedNodes.h"
+#include "toolkit/form/CNumberedNodes.h"
 
 class CCamObj_Base;
 class CCameraTree;

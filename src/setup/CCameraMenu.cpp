@@ -2,7 +2,7 @@
 
 #include <QMenu>
 
-#include "toolkit/CTextSource.h"
+#include "toolkit/form/CTextSource.h"
 
 using namespace Qt::StringLiterals;
 

@@ -6,8 +6,8 @@
 #include <functional>
 #include <iterator>
 
-#include "toolkit/CTextTable.h"
-#include "toolkit/CommonTexts.h"
+#include "toolkit/form/CTextTable.h"
+#include "toolkit/form/CommonTexts.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "setup/stDef_SearchIPC.h"
-#include "toolkit/CItemList.h"
+#include "toolkit/controls/CItemList.h"
 
 class CTextTable;
 

@@ -12,7 +12,7 @@
 #include "setup/CPageToCome.h"
 #include "setup/CameraFollowers.h"
 #include "toolkit/CWaitCursor.h"
-#include "toolkit/CommonTexts.h"
+#include "toolkit/form/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
 

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "toolkit/CPropertySheet.h"
+#include "toolkit/sheet/CPropertySheet.h"
 
 class CCamObj_Base;
 class CEnvObj;

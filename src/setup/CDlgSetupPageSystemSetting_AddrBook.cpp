@@ -8,10 +8,10 @@
 #include <iterator>
 
 #include "core/CWndNvrEmbedded.h"
-#include "toolkit/CForm.h"
-#include "toolkit/CItemList.h"
 #include "toolkit/CPrompts.h"
-#include "toolkit/CommonTexts.h"
+#include "toolkit/controls/CItemList.h"
+#include "toolkit/form/CForm.h"
+#include "toolkit/form/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
 

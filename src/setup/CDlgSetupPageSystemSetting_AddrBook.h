@@ -2,9 +2,9 @@
 
 #include <QList>
 
-#include "toolkit/CNumberedNodes.h"
-#include "toolkit/CPropertyPage.h"
-#include "toolkit/CTextTable.h"
+#include "toolkit/form/CNumberedNodes.h"
+#include "toolkit/form/CTextTable.h"
+#include "toolkit/sheet/CPropertyPage.h"
 
 class CEnvObj;
 class CItemList;

@@ -17,10 +17,10 @@
 #include "setup/CDlgSetupPageSystemSetting_Camera_AutoSetting.h"
 #include "setup/CDlgSetupPageSystemSetting_Camera_Template.h"
 #include "setup/stDef_CameraTemplate.h"
-#include "toolkit/CForm.h"
 #include "toolkit/CPrompts.h"
 #include "toolkit/CWaitCursor.h"
-#include "toolkit/CommonTexts.h"
+#include "toolkit/form/CForm.h"
+#include "toolkit/form/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
 

@@ -6,8 +6,8 @@
 #include "setup/CCameraProbe.h"
 #include "setup/CCameraSearchList.h"
 #include "setup/stDef_TemplateLists.h"
-#include "toolkit/CPropertyPage.h"
-#include "toolkit/CTextTable.h"
+#include "toolkit/form/CTextTable.h"
+#include "toolkit/sheet/CPropertyPage.h"
 
 class CCameraForm;
 class CCameraList;

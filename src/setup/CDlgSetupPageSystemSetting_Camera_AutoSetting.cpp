@@ -5,7 +5,7 @@
 
 #include "core/CWndNvrEmbedded.h"
 #include "setup/stDef_SearchIPC.h"
-#include "toolkit/CIPAddressEdit.h"
+#include "toolkit/controls/CIPAddressEdit.h"
 
 using namespace Qt::StringLiterals;
 

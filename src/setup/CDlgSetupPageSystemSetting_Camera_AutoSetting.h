@@ -1,6 +1,6 @@
 #pragma once
 
-#include "toolkit/CFormDialog.h"
+#include "toolkit/sheet/CFormDialog.h"
 
 class CIPAddressEdit;
 class CWndNvrEmbedded;

@@ -4,8 +4,8 @@
 #include <QLineEdit>
 
 #include "core/CWndNvrEmbedded.h"
-#include "toolkit/CPasswordEdit.h"
-#include "toolkit/CommonTexts.h"
+#include "toolkit/controls/CPasswordEdit.h"
+#include "toolkit/form/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
 

@@ -2,7 +2,7 @@
 
 #include "setup/stDef_CameraTemplate.h"
 #include "setup/stDef_TemplateLists.h"
-#include "toolkit/CFormDialog.h"
+#include "toolkit/sheet/CFormDialog.h"
 
 class CPasswordEdit;
 class CWndNvrEmbedded;

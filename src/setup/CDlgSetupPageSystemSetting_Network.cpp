@@ -9,11 +9,11 @@
 #include <QVBoxLayout>
 
 #include "core/CWndNvrEmbedded.h"
-#include "toolkit/CIPAddressEdit.h"
-#include "toolkit/CPasswordEdit.h"
 #include "toolkit/CPrompts.h"
 #include "toolkit/CWaitCursor.h"
-#include "toolkit/CommonTexts.h"
+#include "toolkit/controls/CIPAddressEdit.h"
+#include "toolkit/controls/CPasswordEdit.h"
+#include "toolkit/form/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
 using enum emDef_FieldForm;

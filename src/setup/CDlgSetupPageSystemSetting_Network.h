@@ -1,10 +1,10 @@
 #pragma once
 
-#include "toolkit/CEnableTable.h"
-#include "toolkit/CFieldTable.h"
-#include "toolkit/CForm.h"
-#include "toolkit/CPropertyPage.h"
-#include "toolkit/CTextTable.h"
+#include "toolkit/form/CEnableTable.h"
+#include "toolkit/form/CFieldTable.h"
+#include "toolkit/form/CForm.h"
+#include "toolkit/form/CTextTable.h"
+#include "toolkit/sheet/CPropertyPage.h"
 
 class CEnvObj;
 class CWndNvrEmbedded;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "toolkit/CPropertyPage.h"
+#include "toolkit/sheet/CPropertyPage.h"
 
 class CWndNvrEmbedded;
 

@@ -5,7 +5,7 @@
 #include "toolkit/CPrompts.h"
 #include "toolkit/CWaitCursor.h"
 #include "toolkit/CWaits.h"
-#include "toolkit/CommonTexts.h"
+#include "toolkit/form/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
 

@@ -3,7 +3,7 @@
 #include <QComboBox>
 
 #include "setup/stDef_CameraTemplate.h"
-#include "toolkit/CForm.h"
+#include "toolkit/form/CForm.h"
 
 using namespace Qt::StringLiterals;
 

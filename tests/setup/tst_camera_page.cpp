@@ -13,8 +13,8 @@
 #include "drivers/CCamObj_Base.h"
 #include "setup/CCameraTree.h"
 #include "setup/CameraFollowers.h"
-#include "toolkit/CItemList.h"
-#include "toolkit/CPropertyPage.h"
+#include "toolkit/controls/CItemList.h"
+#include "toolkit/sheet/CPropertyPage.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include "CycleFixture.h"
 #include "core/CWndNvrEmbedded.h"
-#include "toolkit/CPropertyPage.h"
+#include "toolkit/sheet/CPropertyPage.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include "At.h"
 #include "CycleFixture.h"
 #include "core/CWndNvrEmbedded.h"
-#include "toolkit/CItemList.h"
-#include "toolkit/CPropertyPage.h"
+#include "toolkit/controls/CItemList.h"
+#include "toolkit/sheet/CPropertyPage.h"
 
 namespace {
 

@@ -11,13 +11,13 @@
 #include <gtest/gtest.h>
 
 #include "host/Lib_Bedrock.h"
-#include "toolkit/CFieldTable.h"
-#include "toolkit/CForm.h"
-#include "toolkit/CIPAddressEdit.h"
-#include "toolkit/CMnemonics.h"
-#include "toolkit/CPasswordEdit.h"
-#include "toolkit/CPropertyPage.h"
-#include "toolkit/CPropertySheet.h"
+#include "toolkit/controls/CIPAddressEdit.h"
+#include "toolkit/controls/CPasswordEdit.h"
+#include "toolkit/form/CFieldTable.h"
+#include "toolkit/form/CForm.h"
+#include "toolkit/form/CMnemonics.h"
+#include "toolkit/sheet/CPropertyPage.h"
+#include "toolkit/sheet/CPropertySheet.h"
 
 namespace {
 

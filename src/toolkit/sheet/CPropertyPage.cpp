@@ -1,7 +1,7 @@
-#include "toolkit/CPropertyPage.h"
+#include "toolkit/sheet/CPropertyPage.h"
 
-#include "toolkit/CMnemonics.h"
 #include "toolkit/CWaitCursor.h"
+#include "toolkit/form/CMnemonics.h"
 
 void CPropertyPage::m_S_Initialise()
 {

@@ -1,4 +1,4 @@
-#include "toolkit/CNumberedNodes.h"
+#include "toolkit/form/CNumberedNodes.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 #include <QDialog>
 
-#include "toolkit/CForm.h"
+#include "toolkit/form/CForm.h"
 
 /// A dialog of one group of rows over OK and Cancel, which follow the language and are named after their keys.
 class FLEETLINK_EXPORT CFormDialog : public QDialog

@@ -1,4 +1,4 @@
-#include "toolkit/CItemList.h"
+#include "toolkit/controls/CItemList.h"
 
 #include <QHeaderView>
 

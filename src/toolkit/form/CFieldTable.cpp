@@ -1,4 +1,4 @@
-#include "toolkit/CFieldTable.h"
+#include "toolkit/form/CFieldTable.h"
 
 #include <QCheckBox>
 #include <QComboBox>

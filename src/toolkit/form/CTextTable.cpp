@@ -1,4 +1,4 @@
-#include "toolkit/CTextTable.h"
+#include "toolkit/form/CTextTable.h"
 
 using namespace Qt::StringLiterals;
 

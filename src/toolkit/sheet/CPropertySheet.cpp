@@ -1,4 +1,4 @@
-#include "toolkit/CPropertySheet.h"
+#include "toolkit/sheet/CPropertySheet.h"
 
 #include <QDialogButtonBox>
 #include <QPushButton>
@@ -7,7 +7,7 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
-#include "toolkit/CPropertyPage.h"
+#include "toolkit/sheet/CPropertyPage.h"
 
 CPropertySheet::CPropertySheet(const QString& sCaption, QWidget* pParent, unsigned int nSelectPage)
     : QDialog(pParent),

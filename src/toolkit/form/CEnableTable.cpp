@@ -1,4 +1,4 @@
-#include "toolkit/CEnableTable.h"
+#include "toolkit/form/CEnableTable.h"
 
 #include <QCheckBox>
 

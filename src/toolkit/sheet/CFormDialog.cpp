@@ -1,12 +1,12 @@
-#include "toolkit/CFormDialog.h"
+#include "toolkit/sheet/CFormDialog.h"
 
 #include <QDialogButtonBox>
 #include <QGroupBox>
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "toolkit/CMnemonics.h"
-#include "toolkit/CommonTexts.h"
+#include "toolkit/form/CMnemonics.h"
+#include "toolkit/form/CommonTexts.h"
 
 CFormDialog::CFormDialog(const stDef_Text& stTitle, QWidget* pParent) : QDialog(pParent), vm_objForm(this, &vm_objTexts)
 {

@@ -3,7 +3,7 @@
 #include <QList>
 #include <QString>
 
-#include "toolkit/CTextTable.h"
+#include "toolkit/form/CTextTable.h"
 
 class CIPAddressEdit;
 class CPasswordEdit;

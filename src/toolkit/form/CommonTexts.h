@@ -1,6 +1,6 @@
 #pragma once
 
-#include "toolkit/CTextSource.h"
+#include "toolkit/form/CTextSource.h"
 
 /// Texts that more than one window has.
 namespace nsTexts {

@@ -1,4 +1,4 @@
-#include "toolkit/CForm.h"
+#include "toolkit/form/CForm.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -10,8 +10,8 @@
 #include <QPushButton>
 #include <algorithm>
 
-#include "toolkit/CIPAddressEdit.h"
-#include "toolkit/CPasswordEdit.h"
+#include "toolkit/controls/CIPAddressEdit.h"
+#include "toolkit/controls/CPasswordEdit.h"
 
 using namespace Qt::StringLiterals;
 

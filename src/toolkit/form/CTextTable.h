@@ -4,7 +4,7 @@
 #include <functional>
 #include <vector>
 
-#include "toolkit/CTextSource.h"
+#include "toolkit/form/CTextSource.h"
 
 /// How a text stands on its widget.
 enum class emDef_TextForm

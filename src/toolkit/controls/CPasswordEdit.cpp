@@ -1,4 +1,4 @@
-#include "toolkit/CPasswordEdit.h"
+#include "toolkit/controls/CPasswordEdit.h"
 
 #include <QCheckBox>
 

@@ -1,4 +1,4 @@
-#include "toolkit/CTextSource.h"
+#include "toolkit/form/CTextSource.h"
 
 QString CTextSource::m_F_s_Text(const stDef_Text& stText, const QString& sShown) const
 {

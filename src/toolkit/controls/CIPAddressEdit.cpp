@@ -1,4 +1,4 @@
-#include "toolkit/CIPAddressEdit.h"
+#include "toolkit/controls/CIPAddressEdit.h"
 
 #include <QRegularExpressionValidator>
 

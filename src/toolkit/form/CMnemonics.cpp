@@ -1,4 +1,4 @@
-#include "toolkit/CMnemonics.h"
+#include "toolkit/form/CMnemonics.h"
 
 #include <QAbstractButton>
 #include <QLabel>

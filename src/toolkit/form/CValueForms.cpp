@@ -1,0 +1,77 @@
+#include "toolkit/form/CValueForms.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+
+namespace {
+
+constexpr int NoEntry = -1; ///< the number of an entry that isn't there
+
+QString Flag(bool bSet)
+{
+    return QString::number(bSet ? 1 : 0);
+}
+
+} // namespace
+
+namespace nsForms {
+
+void AsText::s_S_Show(QLineEdit& objEdit, const QString& sValue)
+{
+    objEdit.setText(sValue);
+    objEdit.home(false); // of a long text its beginning shows
+}
+
+QString AsText::s_F_s_Stored(const QLineEdit& objEdit)
+{
+    return objEdit.text();
+}
+
+void AsCheck::s_S_Show(QCheckBox& objBox, const QString& sValue)
+{
+    objBox.setChecked(sValue.toInt() != 0);
+}
+
+QString AsCheck::s_F_s_Stored(const QCheckBox& objBox)
+{
+    return Flag(objBox.isChecked());
+}
+
+void AsUncheck::s_S_Show(QCheckBox& objBox, const QString& sValue)
+{
+    objBox.setChecked(sValue.toInt() == 0);
+}
+
+QString AsUncheck::s_F_s_Stored(const QCheckBox& objBox)
+{
+    return Flag(!objBox.isChecked());
+}
+
+void ByText::s_S_Show(QComboBox& objList, const QString& sValue)
+{
+    objList.setCurrentIndex(objList.findText(sValue, Qt::MatchExactly | Qt::MatchCaseSensitive));
+}
+
+QString ByText::s_F_s_Stored(const QComboBox& objList)
+{
+    return objList.currentText();
+}
+
+void ByData::s_S_Show(QComboBox& objList, const QString& sValue)
+{
+    objList.setCurrentIndex(objList.findData(sValue.toInt()));
+}
+
+QString ByData::s_F_s_Stored(const QComboBox& objList)
+{
+    const QVariant objData = objList.currentData();
+    return QString::number(objData.isValid() ? objData.toInt() : NoEntry);
+}
+
+void Shown::s_S_Show(QLineEdit& objEdit, const QString& sValue)
+{
+    AsText::s_S_Show(objEdit, sValue);
+}
+
+} // namespace nsForms

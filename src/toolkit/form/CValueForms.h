@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QString>
+#include <concepts>
+
+#include "host/Export.h"
+
+class QCheckBox;
+class QComboBox;
+class QLineEdit;
+
+/// How a value of a document stands in a control: for each form a get and a set, which exist for the controls that the
+/// form fits alone. A form that doesn't fit its control doesn't compile.
+namespace nsForms {
+
+/// The text of an edit.
+struct FLEETLINK_EXPORT AsText
+{
+    static void s_S_Show(QLineEdit& objEdit, const QString& sValue);
+    static QString s_F_s_Stored(const QLineEdit& objEdit);
+};
+
+/// A check box: 0 or 1.
+struct FLEETLINK_EXPORT AsCheck
+{
+    static void s_S_Show(QCheckBox& objBox, const QString& sValue);
+    static QString s_F_s_Stored(const QCheckBox& objBox);
+};
+
+/// A check box that is on while the value is 0.
+struct FLEETLINK_EXPORT AsUncheck
+{
+    static void s_S_Show(QCheckBox& objBox, const QString& sValue);
+    static QString s_F_s_Stored(const QCheckBox& objBox);
+};
+
+/// The entry of a list, by its text; none is chosen where no entry has the value, and then the value is empty.
+struct FLEETLINK_EXPORT ByText
+{
+    static void s_S_Show(QComboBox& objList, const QString& sValue);
+    static QString s_F_s_Stored(const QComboBox& objList);
+};
+
+/// The entry of a list, by the number behind it; none is chosen where no entry has the value, and then it is -1.
+struct FLEETLINK_EXPORT ByData
+{
+    static void s_S_Show(QComboBox& objList, const QString& sValue);
+    static QString s_F_s_Stored(const QComboBox& objList);
+};
+
+/// An edit that only shows: it has no way back.
+struct FLEETLINK_EXPORT Shown
+{
+    static void s_S_Show(QLineEdit& objEdit, const QString& sValue);
+};
+
+template <class Form, class Control>
+concept Shows = requires(Control& objControl, const QString& sValue) { Form::s_S_Show(objControl, sValue); };
+
+template <class Form, class Control>
+concept Stores = requires(const Control& objControl) {
+    { Form::s_F_s_Stored(objControl) } -> std::convertible_to<QString>;
+};
+
+} // namespace nsForms
