@@ -46,7 +46,6 @@ CCameraSearchList::CCameraSearchList(QWidget* pParent) : CItemList(pParent)
     horizontalHeader()->setSectionsClickable(true);
     connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &CCameraSearchList::m_S_Sort);
     connect(this, &CItemList::S_Selected, this, &CCameraSearchList::m_S_Choose);
-    connect(this, &QTableWidget::cellClicked, this, &CCameraSearchList::m_S_Choose);
 }
 
 void CCameraSearchList::m_S_AddTexts(CTextTable& objTexts)

@@ -235,6 +235,22 @@ TEST_F(AddressBook, EntriesAreAddedModifiedAndDeletedAtOnce)
     }));
 }
 
+TEST_F(AddressBook, AClickShowsTheRowAlsoTheSelectedOneAndBesideTheRowsNone)
+{
+    EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
+        const At at(OpenTab(sheet, AddressTab));
+        CItemList& list = List(at);
+        for (const int nRow : {0, 2, 2, -1, 1}) {
+            at.Type("Name", "typed");
+            const QPoint ptBeside(5, list.viewport()->height() - 5);
+            QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                              nRow < 0 ? ptBeside : list.visualItemRect(list.item(nRow, 1)).center());
+            EXPECT_EQ(Edits(at), nRow < 0 ? Row({"", "", "", ""}) : Book()[std::size_t(nRow)]) << nRow;
+            EXPECT_EQ(at.NotEnabled({"Delete", "Modify"}, nRow >= 0), QStringList());
+        }
+    }));
+}
+
 TEST_F(AddressBook, WhatCannotBeTakenIsToldAndChangesNothing)
 {
     const struct

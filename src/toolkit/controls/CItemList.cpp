@@ -1,6 +1,7 @@
 #include "toolkit/controls/CItemList.h"
 
 #include <QHeaderView>
+#include <QMouseEvent>
 
 CItemList::CItemList(QWidget* pParent) : QTableWidget(pParent)
 {
@@ -83,4 +84,14 @@ int CItemList::m_F_n_Selected() const
 {
     const QModelIndexList arRows = selectionModel()->selectedRows();
     return arRows.isEmpty() ? -1 : arRows.first().row();
+}
+
+// The view tells of changes of the selection alone, but a click on the selected row shows it anew, too.
+void CItemList::mousePressEvent(QMouseEvent* pEvent)
+{
+    const int nBefore = m_F_n_Selected();
+    QTableWidget::mousePressEvent(pEvent);
+    const int nRow = rowAt(pEvent->position().toPoint().y());
+    if (pEvent->button() == Qt::LeftButton && nRow >= 0 && nRow == nBefore && nRow == m_F_n_Selected())
+        Q_EMIT S_Selected(nRow);
 }

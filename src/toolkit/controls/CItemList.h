@@ -29,5 +29,9 @@ public:
     int m_F_n_Selected() const; ///< -1 if there is none
 
 Q_SIGNALS:
-    void S_Selected(int nRow); ///< by the user or by `m_S_Select`; -1 for none
+    /// By the user, also by a click on the row that was selected already, or by `m_S_Select`; -1 for none.
+    void S_Selected(int nRow);
+
+protected:
+    void mousePressEvent(QMouseEvent* pEvent) override;
 };

@@ -35,9 +35,8 @@ void CRules::m_S_Evaluate() const
 {
     QHash<QWidget*, bool> mapEnabled;
     for (const stDef_Rule& stRule : vm_arRules) {
-        const bool bHolds =
-            std::all_of(stRule.arWhile.begin(), stRule.arWhile.end(),
-                        [](const stDef_While& st) { return st.pButton->isChecked() == st.bChecked; });
+        const bool bHolds = std::all_of(stRule.arWhile.begin(), stRule.arWhile.end(),
+                                        [](const stDef_While& st) { return st.pButton->isChecked() == st.bChecked; });
         for (QWidget* const pWidget : stRule.arWidgets)
             mapEnabled[pWidget] = bHolds && mapEnabled.value(pWidget, true);
     }

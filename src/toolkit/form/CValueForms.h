@@ -55,11 +55,17 @@ struct FLEETLINK_EXPORT Shown
 };
 
 template <class Form, class Control>
-concept Shows = requires(Control& objControl, const QString& sValue) { Form::s_S_Show(objControl, sValue); };
+concept Shows = requires(Control& objControl, const QString& sValue)
+{
+    Form::s_S_Show(objControl, sValue);
+};
 
 template <class Form, class Control>
-concept Stores = requires(const Control& objControl) {
-    { Form::s_F_s_Stored(objControl) } -> std::convertible_to<QString>;
+concept Stores = requires(const Control& objControl)
+{
+    {
+        Form::s_F_s_Stored(objControl)
+        } -> std::convertible_to<QString>;
 };
 
 } // namespace nsForms

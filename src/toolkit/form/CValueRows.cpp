@@ -42,7 +42,9 @@ bool CValueRows::m_F_b_Store(const QString& sEntry, const Substitute& fnSubstitu
         CXmlObj* const pDocument = stRow.stValue.stNode.pDocument;
         return fnSubstitute ? fnSubstitute(pDocument) : pDocument;
     };
-    const auto IsClosed = [&Target](const stDef_Row& stRow) { return stRow.fnStored && !Target(stRow)->m_F_b_IsOpen(); };
+    const auto IsClosed = [&Target](const stDef_Row& stRow) {
+        return stRow.fnStored && !Target(stRow)->m_F_b_IsOpen();
+    };
     if (std::any_of(vm_arRows.begin(), vm_arRows.end(), IsClosed))
         return false;
     for (const stDef_Row& stRow : vm_arRows) {

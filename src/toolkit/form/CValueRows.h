@@ -54,7 +54,7 @@ public:
     void m_S_Add(const stDef_Value& stValue, Show fnShow, Stored fnStored);
 
     template <class Form, class Control>
-        requires nsForms::Shows<Form, Control>
+    requires nsForms::Shows<Form, Control>
     void m_S_Add(const stDef_Value& stValue, Control* pControl)
     {
         Stored fnStored;
