@@ -1,7 +1,8 @@
 #include "CCameraPark.h"
 
+#include "UrlText.h"
+
 #include <algorithm>
-#include <cctype>
 #include <cstdlib>
 #include <filesystem>
 #include <pugixml.hpp>
@@ -13,18 +14,6 @@ constexpr int g_nOnvif = 4;
 constexpr char g_szUnknownModel[] = "Any";
 constexpr std::string_view g_sLinkLocal = "169.254.", g_sShortLinkLocal = "ID@";
 
-std::string Decoded(std::string_view s)
-{
-    std::string sDecoded;
-    for (std::size_t n = 0; n < s.size(); ++n) {
-        const bool bCode = s[n] == '%' && n + 2 < s.size() && std::isxdigit(static_cast<unsigned char>(s[n + 1])) &&
-                           std::isxdigit(static_cast<unsigned char>(s[n + 2]));
-        sDecoded += bCode ? static_cast<char>(std::strtol(std::string(s.substr(n + 1, 2)).c_str(), nullptr, 16)) : s[n];
-        n += bCode ? 2 : 0;
-    }
-    return sDecoded;
-}
-
 /// From behind the first "<key>=" to the first of the next key, or to the end.
 std::string Between(std::string_view s, std::string_view sKey, std::string_view sNext)
 {
@@ -32,7 +21,7 @@ std::string Between(std::string_view s, std::string_view sKey, std::string_view 
     if (nKey == std::string_view::npos)
         return {};
     s.remove_prefix(nKey + sKey.size());
-    return Decoded(sNext.empty() ? s : s.substr(0, s.find(sNext)));
+    return nsUrlText::Decoded(sNext.empty() ? s : s.substr(0, s.find(sNext)));
 }
 
 std::string FullAddress(const std::string& sIP)

@@ -3,6 +3,7 @@
 #include "CCameraPark.h"
 #include "CDocumentStore.h"
 #include "CPtzBoard.h"
+#include "UrlText.h"
 #include "stDef_PtzPlaces.h"
 
 #include <algorithm>
@@ -75,19 +76,6 @@ int Number(const stDef_CgiRequest& stRequest, const char* pszKey)
     int n = -1;
     const auto [pEnd, eError] = std::from_chars(s.data(), s.data() + s.size(), n);
     return eError == std::errc() && pEnd == s.data() + s.size() ? n : -1;
-}
-
-std::string Decode(std::string_view s)
-{
-    std::string sDecoded;
-    for (std::size_t n = 0; n < s.size(); ++n) {
-        unsigned nByte = 0;
-        const bool bEscape = s[n] == '%' && n + 2 < s.size() &&
-                             std::from_chars(s.data() + n + 1, s.data() + n + 3, nByte, 16).ptr == s.data() + n + 3;
-        sDecoded += bEscape ? static_cast<char>(nByte) : s[n];
-        n += bEscape ? 2 : 0;
-    }
-    return sDecoded;
 }
 
 /// One part of the motion stream: a line a motion window. Each window's level swings with a period of its own, so that
@@ -205,7 +193,7 @@ void CRecorderCgi::s_S_Split(const std::string& sTarget, stDef_CgiRequest& stReq
     std::string_view s(sTarget);
     s.remove_prefix(std::min(s.find_first_not_of('/'), s.size()));
     const std::size_t nQuery = std::min(s.find('?'), s.size());
-    stRequest.sPath = Decode(s.substr(0, nQuery));
+    stRequest.sPath = nsUrlText::Decoded(s.substr(0, nQuery));
     s.remove_prefix(std::min(nQuery + 1, s.size()));
     stRequest.sQuery = s;
     while (!s.empty()) {
@@ -213,7 +201,7 @@ void CRecorderCgi::s_S_Split(const std::string& sTarget, stDef_CgiRequest& stReq
         const std::string_view sItem = s.substr(0, nEnd);
         const std::size_t nEquals = std::min(sItem.find('='), sItem.size());
         const std::size_t nValue = std::min(nEquals + 1, sItem.size());
-        stRequest.mapQuery[Decode(sItem.substr(0, nEquals))] = Decode(sItem.substr(nValue));
+        stRequest.mapQuery[nsUrlText::Decoded(sItem.substr(0, nEquals))] = nsUrlText::Decoded(sItem.substr(nValue));
         s.remove_prefix(std::min(nEnd + 1, s.size()));
     }
 }

@@ -141,6 +141,13 @@ TEST(RequestLog, ShowsNoPassword)
         {"/a?uid=u&pwd=cam&Era#1&vendorid=2&onvifauth=1", "/a?uid=u&pwd=***&vendorid=2&onvifauth=1"},
         {"/a?PassWord=x&y=z&", "/a?PassWord=***"},
         {"/pwd=1", "/pwd=1"},
+        {"/a?p%77d=x", "/a?p%77d=***"},
+        {"/a?%50%41SS=x&b=1", "/a?%50%41SS=***"},
+        {"http://h/a?pwd=x", "http://h/a?pwd=***"},
+        {"http://u:p@ss@h/a?pwd=x@y", "http://***@h/a?pwd=***"},
+        {"http://u:a/b?c@h/d", "http://***@h/d"},
+        {"rtsp://u:p@h", "rtsp://***@h"},
+        {"/a?mail=u@h", "/a?mail=u@h"},
     };
     for (const auto& [pszTarget, pszMasked] : arRows)
         EXPECT_EQ(CRequestLog::s_F_s_Masked(pszTarget), pszMasked);
