@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iomanip>
@@ -50,6 +51,14 @@ bool TakeKind(stDef_CommandLine& stLine, const std::string& s)
     return s == "pc" || s == "embedded";
 }
 
+bool OthersMayRead(const std::string& sFile)
+{
+    using std::filesystem::perms;
+    std::error_code objIgnored;
+    const perms ePerms = std::filesystem::status(sFile, objIgnored).permissions();
+    return !objIgnored && (ePerms & (perms::group_read | perms::others_read)) != perms::none;
+}
+
 /// A line "user:password" an account; empty lines and lines that begin with '#' don't count.
 bool TakeAccounts(stDef_CommandLine& stLine, const std::string& sFile)
 {
@@ -65,6 +74,8 @@ bool TakeAccounts(stDef_CommandLine& stLine, const std::string& sFile)
             return false;
         arAccounts.push_back({s.substr(0, nColon), s.substr(nColon + 1)});
     }
+    if (OthersMayRead(sFile))
+        stLine.arWarnings.push_back("--accounts: \"" + sFile + "\" can be read by other users of this machine");
     const bool bRead = objFile.eof() && !objFile.bad() && !arAccounts.empty();
     if (bRead)
         stLine.stRecorder.arAccounts = std::move(arAccounts);

@@ -18,6 +18,7 @@ struct stDef_CommandLine
         long nAfterS = 0; ///< seconds after the start
     };
     std::vector<stDef_StreamFault> arStreamFaults;
+    std::vector<std::string> arWarnings; ///< what is taken all the same
     std::string sCardFile;
     std::string sName = "Virtual recorder"; ///< in the card
     bool bLog = false;

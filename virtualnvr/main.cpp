@@ -95,6 +95,8 @@ int main(int nCount, char** ppszArgs)
     std::string sError;
     if (!CCommandLine::s_F_b_Parse(nCount, ppszArgs, stLine, sError))
         return Fail(g_nExitUsage, sError + " (--help lists all options)");
+    for (const std::string& sWarning : stLine.arWarnings)
+        std::cerr << "virtualnvr: " << sWarning << '\n';
     if (stLine.bHelp) {
         CCommandLine::s_S_PrintHelp(std::cout);
         return 0;

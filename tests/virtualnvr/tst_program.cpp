@@ -88,6 +88,7 @@ TEST_F(Program, DoesWhatItsOptionsSayAndLeavesNothingBehind)
 {
     const std::string sAccounts =
         m_F_s_Write("accounts", "# the first goes on the card\nkeeper:p<ss:w\"rd\r\nguest:\n");
+    ASSERT_EQ(::chmod(sAccounts.c_str(), 0644), 0);
     const std::string sCard = vm_sFolder + "/card.xml";
     ASSERT_EQ(::chmod(m_F_s_Write("card.xml.new", "left by a killed run").c_str(), 0644), 0);
     fs::create_directory(vm_sFolder + "/tmp");
@@ -122,6 +123,10 @@ TEST_F(Program, DoesWhatItsOptionsSayAndLeavesNothingBehind)
     const std::string sPrinted = objProcess.AllPrinted();
     EXPECT_NE(sPrinted.find("/cgi-bin/logininfo.cgi"), std::string::npos) << sPrinted;
     EXPECT_EQ(sPrinted.find("Basic "), std::string::npos) << "a login in the log";
+    const auto warns = [](const std::string& s) { return s.find("can be read by other users") != std::string::npos; };
+    EXPECT_TRUE(warns(sPrinted)) << sPrinted;
+    ASSERT_EQ(::chmod(sAccounts.c_str(), 0600), 0);
+    EXPECT_FALSE(warns(ServerProcess({"--help", "--accounts", sAccounts}).AllPrinted()));
 }
 
 TEST_F(Program, TellsWrongOptions)
