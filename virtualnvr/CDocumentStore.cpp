@@ -2,6 +2,7 @@
 
 #include "CAtomicFile.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <glib.h>
@@ -24,6 +25,14 @@ struct stDef_Limits : pugi::xml_tree_walker
         return pszBroken == nullptr;
     }
 };
+
+/// Each node and attribute takes some 64 bytes as it is parsed, so they are bounded before. What could begin one
+/// counts, also where it is text.
+bool TooManyNodes(const std::string& sText)
+{
+    const auto nMarks = std::count_if(sText.begin(), sText.end(), [](char c) { return c == '<' || c == '='; });
+    return static_cast<std::size_t>(nMarks) > CDocumentStore::MaxNodes;
+}
 
 /// The text without the envelope that replies carry around "<root>".
 std::string WithoutEnvelope(const std::string& sText)
@@ -140,6 +149,10 @@ bool CDocumentStore::s_F_b_Check(const std::string& sText, std::string& sError)
 {
     if (!g_utf8_validate(sText.data(), static_cast<gssize>(sText.size()), nullptr)) {
         sError = "not UTF-8";
+        return false;
+    }
+    if (TooManyNodes(sText)) {
+        sError = "more than " + std::to_string(MaxNodes) + " nodes and attributes";
         return false;
     }
     pugi::xml_document objDocument;

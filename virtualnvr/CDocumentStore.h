@@ -19,6 +19,8 @@ enum class emDef_Document
 class CDocumentStore
 {
 public:
+    static constexpr std::size_t MaxNodes = 500000; ///< of a document, attributes included
+
     CDocumentStore() = default;
     ~CDocumentStore(); ///< closes
     CDocumentStore(const CDocumentStore&) = delete;
@@ -46,7 +48,7 @@ public:
     static std::string_view s_F_s_Name(emDef_Document eDocument);
 
     /// True if the text is UTF-8 and well-formed XML, its root element is "root" (or an envelope "XML" around that), it
-    /// is nested no deeper than 256 and has no document type. sError tells what is wrong.
+    /// is nested no deeper than 256, has no document type and at most MaxNodes. sError tells what is wrong.
     static bool s_F_b_Check(const std::string& sText, std::string& sError);
 
 private:

@@ -370,6 +370,12 @@ TEST(Documents, RefuseWhatIsNoDocument)
     for (int i = 0; i < 300; ++i)
         sNested = "<root>" + sNested + "</root>";
     EXPECT_EQ(objProbe.m_F_o_Post(g_szPutEMail, sNested + "</root>").nStatus, 400);
+    for (const std::string& sPart : {std::string("<a/>"), std::string("<a b=''/>")}) { // few bytes, much memory
+        std::string sMany = "<root>";
+        for (std::size_t i = 0; i <= CDocumentStore::MaxNodes / (sPart.size() / 4); ++i)
+            sMany += sPart;
+        EXPECT_EQ(objProbe.m_F_o_Post(g_szPutEMail, sMany + "</root>").nStatus, 400) << sPart;
+    }
 }
 
 TEST(Documents, SurviveADamagedFile)
