@@ -10,6 +10,7 @@ namespace {
 constexpr int IdleMs = 100000; ///< a silent connection is closed; before the inner server closes its side
 constexpr std::size_t PieceSize = 64u << 10;
 constexpr std::size_t MaxCollected = 64u << 20;
+constexpr std::uint64_t MaxBody = 64u << 20; ///< also of one that nobody wants
 
 using enum stDef_FaultKind::emDef_When;
 
@@ -53,6 +54,34 @@ void CFrontConnection::m_S_Wake()
     vm_objInner.m_S_Wake();
 }
 
+long long CFrontConnection::m_F_n_KeptWaitingMs() const
+{
+    const std::lock_guard lock(vm_objMutex);
+    return vm_tmWaiting ? std::chrono::floor<std::chrono::milliseconds>(Clock::now() - *vm_tmWaiting).count() : -1;
+}
+
+bool CFrontConnection::m_F_b_EndWaiting(long long nLeastMs)
+{
+    if (m_F_n_KeptWaitingMs() < nLeastMs)
+        return false;
+    m_S_Wake();
+    return true;
+}
+
+void CFrontConnection::m_S_BeginWaiting()
+{
+    const std::lock_guard lock(vm_objMutex);
+    vm_tmWaiting = Clock::now();
+}
+
+/// False if the place went to somebody else.
+bool CFrontConnection::m_F_b_DoneWaiting()
+{
+    const std::lock_guard lock(vm_objMutex);
+    vm_tmWaiting.reset();
+    return !vm_bWoken;
+}
+
 void CFrontConnection::m_S_Run()
 {
     while (m_F_b_ServeOne()) {
@@ -65,11 +94,14 @@ void CFrontConnection::m_S_Run()
     vm_objInner.m_S_Close();
 }
 
-bool CFrontConnection::m_F_b_ReadHead(CSocket& objSocket, std::string& sBuffer, std::string& sHead)
+/// @param nHeadMs limit for the whole head, from its first byte on
+bool CFrontConnection::s_F_b_ReadHead(CSocket& objSocket, std::string& sBuffer, std::string& sHead, int nHeadMs)
 {
     char arPiece[8192];
     std::size_t nScanned = 0;
+    std::optional<Clock::time_point> tmLate;
     while (true) {
+        sBuffer.erase(0, sBuffer.find_first_not_of("\r\n")); // some clients end a body with a line end too many
         const auto nEnd = sBuffer.find("\r\n\r\n", nScanned);
         if (nEnd != std::string::npos) {
             sHead = sBuffer.substr(0, nEnd + 4);
@@ -79,7 +111,11 @@ bool CFrontConnection::m_F_b_ReadHead(CSocket& objSocket, std::string& sBuffer, 
         if (sBuffer.size() > CHttpHead::MaxSize)
             return false;
         nScanned = sBuffer.size() > 3 ? sBuffer.size() - 3 : 0;
-        const long nRead = objSocket.m_F_n_Read(arPiece, sizeof arPiece, IdleMs);
+        if (!sBuffer.empty() && !tmLate)
+            tmLate = Clock::now() + std::chrono::milliseconds(nHeadMs);
+        const auto nLeft =
+            tmLate ? std::chrono::ceil<std::chrono::milliseconds>(*tmLate - Clock::now()).count() : IdleMs;
+        const long nRead = objSocket.m_F_n_Read(arPiece, sizeof arPiece, static_cast<int>(std::max<long>(nLeft, 0)));
         if (nRead <= 0)
             return false;
         sBuffer.append(arPiece, static_cast<std::size_t>(nRead));
@@ -89,15 +125,17 @@ bool CFrontConnection::m_F_b_ReadHead(CSocket& objSocket, std::string& sBuffer, 
 /// The next head that makes sense. Others are answered for what they are.
 bool CFrontConnection::m_F_b_ReadRequest(std::string& sHead, CHttpHead& objHead)
 {
-    if (!m_F_b_ReadHead(vm_objClient, vm_sFromClient, sHead)) {
-        if (vm_sFromClient.size() > CHttpHead::MaxSize)
-            vm_objClient.m_F_b_Write("HTTP/1.1 431 Head Too Large\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
-        return false;
+    std::string_view sRefusal = "400 Bad Request";
+    if (s_F_b_ReadHead(vm_objClient, vm_sFromClient, sHead, vm_stParts.nHeadMs)) {
+        if (objHead.m_F_b_Parse(sHead))
+            return true;
+    } else if (vm_sFromClient.empty()) {
+        return false; // gone or idle
+    } else {
+        sRefusal = vm_sFromClient.size() > CHttpHead::MaxSize ? "431 Head Too Large" : "408 Request Timeout";
     }
-    sHead.erase(0, sHead.find_first_not_of("\r\n")); // some clients end a body with a line end too many
-    if (objHead.m_F_b_Parse(sHead))
-        return true;
-    vm_objClient.m_F_b_Write("HTTP/1.1 400 Bad Request\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+    vm_objClient.m_F_b_Write("HTTP/1.1 " + std::string(sRefusal) +
+                             "\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
     return false;
 }
 
@@ -105,6 +143,7 @@ bool CFrontConnection::m_F_b_ServeOne()
 {
     std::string sHead;
     CHttpHead objHead;
+    m_S_BeginWaiting(); // until the body has come, too
     if (!m_F_b_ReadRequest(sHead, objHead))
         return false;
     stDef_LogEntry stEntry;
@@ -168,19 +207,22 @@ bool CFrontConnection::m_F_b_TakeFault(std::optional<stDef_Fault>& fault)
 
 bool CFrontConnection::m_F_b_PlayAtOnce(const CHttpHead& objHead, const stDef_Fault& stFault)
 {
-    switch (m_F_n_PassBody(objHead, false)) {
-    case emDef_Body::Whole:
-        return CFaultPlayer(vm_objClient, vm_objReply).m_F_b_PlayAtOnce(stFault);
-    case emDef_Body::Bad:
-        return m_F_b_AnswerBadBody();
-    default:
-        return false;
-    }
+    return m_F_b_DropBody(objHead) && CFaultPlayer(vm_objClient, vm_objReply).m_F_b_PlayAtOnce(stFault);
 }
 
-bool CFrontConnection::m_F_b_AnswerBadBody()
+bool CFrontConnection::m_F_b_DropBody(const CHttpHead& objHead)
 {
-    vm_objReply.m_F_b_SendReply(400, "Bad Request", "Connection: close\r\n", "");
+    const emDef_Body eBody = m_F_n_PassBody(objHead, false);
+    return eBody == emDef_Body::Whole || m_F_b_RefuseBody(eBody);
+}
+
+/// Always false: the connection can't go on.
+bool CFrontConnection::m_F_b_RefuseBody(emDef_Body eBody)
+{
+    if (eBody == emDef_Body::Bad)
+        vm_objReply.m_F_b_SendReply(400, "Bad Request", "Connection: close\r\n", "");
+    else if (eBody == emDef_Body::TooLarge)
+        vm_objReply.m_F_b_SendReply(413, "Body Too Large", "Connection: close\r\n", "");
     return false;
 }
 
@@ -218,28 +260,39 @@ bool CFrontConnection::m_F_b_SendToInner(const std::string& sText)
 
 bool CFrontConnection::m_F_b_Forward(CHttpHead objHead, const std::optional<stDef_Fault>& fault, bool bUnlogged)
 {
-    objHead.m_S_Remove("Expect");
-    if (bUnlogged)
-        objHead.m_S_Remove("Authorization"); // so that the recorder gives a fresh challenge
-    for (auto& [sName, sValue] : objHead.vm_arLines)
-        sValue = PercentEscaped(sValue);
-    // The inner server drops what stands behind a '#' in the request line.
-    objHead.m_S_Set("X-Request-Target", PercentEscaped(vm_objReply.vm_stEntry.sTarget));
+    const bool bTakesBody = vm_objReply.vm_stEntry.sMethod == "POST";
+    if (!bTakesBody && !m_F_b_DropBody(objHead))
+        return false;
+    m_S_PrepareHead(objHead, bUnlogged, bTakesBody);
     if (!m_F_b_SendToInner(objHead.m_F_s_Text())) {
         vm_objReply.m_F_b_SendReply(502, "Bad Gateway", "Connection: close\r\n", "");
         return false;
     }
-    switch (m_F_n_PassBody(objHead, true)) {
-    case emDef_Body::Whole:
+    const emDef_Body eBody = bTakesBody ? m_F_n_PassBody(objHead, true) : emDef_Body::Whole;
+    if (eBody == emDef_Body::Whole)
         return m_F_b_Answer(fault, bUnlogged);
-    case emDef_Body::Refused:
+    if (eBody == emDef_Body::Refused)
         m_F_b_Answer(fault, bUnlogged);
-        return false;
-    case emDef_Body::Bad:
-        return m_F_b_AnswerBadBody();
-    default:
-        return false;
+    return m_F_b_RefuseBody(eBody);
+}
+
+/// Makes a head what the inner server understands as the client meant it.
+void CFrontConnection::m_S_PrepareHead(CHttpHead& objHead, bool bUnlogged, bool bTakesBody) const
+{
+    objHead.m_S_Remove("Expect");
+    if (bUnlogged)
+        objHead.m_S_Remove("Authorization"); // so that the recorder gives a fresh challenge
+    // It would take a multipart body apart by itself. No program asks what type a body has.
+    objHead.m_S_Remove("Content-Type");
+    // A body of other methods has been dropped: it would keep that whole, or take it for the next request.
+    if (!bTakesBody) {
+        objHead.m_S_Remove("Transfer-Encoding");
+        objHead.m_S_Set("Content-Length", "0");
     }
+    for (auto& [sName, sValue] : objHead.vm_arLines)
+        sValue = PercentEscaped(sValue);
+    // It drops what stands behind a '#' in the request line.
+    objHead.m_S_Set("X-Request-Target", PercentEscaped(vm_objReply.vm_stEntry.sTarget));
 }
 
 CFrontConnection::emDef_Body CFrontConnection::m_F_n_PassBody(const CHttpHead& objHead, bool bForward)
@@ -254,11 +307,13 @@ CFrontConnection::emDef_Body CFrontConnection::m_F_n_PassBody(const CHttpHead& o
         stEntry.sBody += sBody.substr(0, CRequestLog::MaxBody - std::min(CRequestLog::MaxBody, stEntry.sBody.size()));
         if (objFramer.m_F_b_Bad())
             return emDef_Body::Bad;
+        if (stEntry.nBytesIn > MaxBody)
+            return emDef_Body::TooLarge;
         if (bForward && !vm_objInner.m_F_b_Write(sBody))
             return emDef_Body::Refused;
         if (objFramer.m_F_b_Done()) {
             vm_sFromClient = sPiece.substr(nBody);
-            return emDef_Body::Whole;
+            return m_F_b_DoneWaiting() ? emDef_Body::Whole : emDef_Body::Lost;
         }
         sPiece.resize(PieceSize);
         const long nRead = vm_objClient.m_F_n_Read(sPiece.data(), sPiece.size(), IdleMs);
@@ -272,7 +327,7 @@ bool CFrontConnection::m_F_b_ReadReplyHead(CHttpHead& objReply)
 {
     std::string sHead;
     do {
-        if (!m_F_b_ReadHead(vm_objInner, vm_sFromInner, sHead) || !objReply.m_F_b_Parse(sHead))
+        if (!s_F_b_ReadHead(vm_objInner, vm_sFromInner, sHead, IdleMs) || !objReply.m_F_b_Parse(sHead))
             return false;
     } while (objReply.m_F_n_Status() >= 100 && objReply.m_F_n_Status() < 200);
     return true;
@@ -325,7 +380,8 @@ bool CFrontConnection::m_F_b_PassReply(const CHttpHead& objReply, CBodyFramer& o
         m_F_b_More(objFramer, sPiece);
     sPiece.insert(0, objReply.m_F_s_Text());
     do {
-        if (!vm_objReply.m_F_b_Send(sPiece))
+        m_S_BeginWaiting(); // a client that doesn't read
+        if (!vm_objReply.m_F_b_Send(sPiece) || !m_F_b_DoneWaiting())
             return false;
     } while (m_F_b_More(objFramer, sPiece));
     return objFramer.m_F_b_Done();

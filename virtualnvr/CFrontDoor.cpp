@@ -2,10 +2,13 @@
 
 #include "CFrontConnection.h"
 
+#include <algorithm>
 #include <list>
 #include <thread>
 
 namespace {
+
+constexpr int LongWaitMs = 500; // requests that are on their way keep their places
 
 struct stDef_Served
 {
@@ -31,6 +34,7 @@ struct CFrontDoor::stDef_Impl
     int nPort = 0;
 
     void Reap();
+    void MakeRoom();
     void Accept();
 };
 
@@ -46,6 +50,18 @@ void CFrontDoor::stDef_Impl::Reap()
     }
 }
 
+/// Heads and bodies that drip, or never come, don't keep others out.
+void CFrontDoor::stDef_Impl::MakeRoom()
+{
+    const auto it = std::max_element(arServed.begin(), arServed.end(), [](const auto& a, const auto& b) {
+        return a.objConnection.m_F_n_KeptWaitingMs() < b.objConnection.m_F_n_KeptWaitingMs();
+    });
+    if (it == arServed.end() || !it->objConnection.m_F_b_EndWaiting(LongWaitMs))
+        return;
+    it->objThread.join();
+    arServed.erase(it);
+}
+
 void CFrontDoor::stDef_Impl::Accept()
 {
     std::uint64_t nNumber = 0;
@@ -55,6 +71,8 @@ void CFrontDoor::stDef_Impl::Accept()
             continue; // woken
         const std::lock_guard lock(objMutex);
         Reap();
+        if (arServed.size() >= MaxConnections)
+            MakeRoom();
         if (bStop || arServed.size() >= MaxConnections) {
             CSocket closed(nSocket);
             continue;
@@ -109,6 +127,11 @@ void CFrontDoor::m_S_Stop()
 int CFrontDoor::m_F_n_Port() const
 {
     return vm_pImpl->nPort;
+}
+
+void CFrontDoor::m_S_SetHeadLimit(int nMs)
+{
+    vm_pImpl->stParts.nHeadMs = nMs;
 }
 
 void CFrontDoor::m_S_SetTunnelHandler(std::function<bool(int nSocket, const std::string& sInitial)> handler)

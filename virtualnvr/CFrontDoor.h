@@ -15,7 +15,9 @@ class CRequestLog;
 class CFrontDoor
 {
 public:
-    static constexpr int MaxConnections = 64; ///< more are closed at once
+    /// When all places are taken, the client that has kept its connection waiting longest gives its own to a new one;
+    /// where all are being served, the new one is closed.
+    static constexpr int MaxConnections = 64;
 
     CFrontDoor();
     ~CFrontDoor(); ///< stops
@@ -34,6 +36,9 @@ public:
     /// Who gets tunnel requests: the connected socket, which is the handler's from then on, and the bytes read so far.
     /// Set it before Start or after Stop. Without a handler they are answered with 404.
     void m_S_SetTunnelHandler(std::function<bool(int nSocket, const std::string& sInitial)> handler);
+
+    /// Milliseconds that a request's head may take from its first byte on. Set it before Start or after Stop.
+    void m_S_SetHeadLimit(int nMs);
 
 private:
     struct stDef_Impl;

@@ -77,10 +77,13 @@ void CHttpApp::stDef_Impl::SetUp()
     objServer.Get(pszAll, [this](const httplib::Request& objRequest, httplib::Response& objReply) {
         Answer(objRequest, objReply, nullptr);
     });
+    objServer.Options(pszAll, [this](const httplib::Request& objRequest, httplib::Response& objReply) {
+        Answer(objRequest, objReply, nullptr);
+    });
     // With a reader the body is ours to bound, whatever type the client declares for it.
-    objServer.Post(pszAll,
-                   [this](const httplib::Request& objRequest, httplib::Response& objReply,
-                          const httplib::ContentReader& objReader) { Answer(objRequest, objReply, &objReader); });
+    const auto answer = [this](const httplib::Request& objRequest, httplib::Response& objReply,
+                               const httplib::ContentReader& objReader) { Answer(objRequest, objReply, &objReader); };
+    objServer.Post(pszAll, answer).Put(pszAll, answer).Patch(pszAll, answer).Delete(pszAll, answer);
 }
 
 void CHttpApp::stDef_Impl::Answer(const httplib::Request& objRequest, httplib::Response& objReply,

@@ -40,6 +40,8 @@ bool CLoggedReply::m_F_b_Send(std::string_view sData)
 {
     if (vm_stEntry.nBytesOut == 0) {
         vm_stEntry.nStatus = StatusOf(sData);
+        if (vm_stEntry.nStatus == 401)
+            vm_stEntry.sBody = {}; // strangers fill no memory
         vm_objLog.m_S_Update(vm_stEntry);
     }
     if (!vm_objClient.m_F_b_Write(sData))

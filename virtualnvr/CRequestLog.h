@@ -14,11 +14,11 @@ struct stDef_LogEntry
     std::uint64_t nSequence = 0;   ///< from 1
     std::uint64_t nConnection = 0; ///< number of the TCP connection, from 1
     std::string sMethod;
-    std::string sTarget;         ///< as it stood in the request line
-    std::string sScheme;         ///< of the Authorization header; empty if none came
-    std::string sFault;          ///< name of the fault that was played; empty for none
-    std::string sBody;           ///< at most CRequestLog::MaxBody bytes of it; the oldest are dropped in time
-    int nStatus = 0;             ///< of the reply; 0 if there was none
+    std::string sTarget; ///< as it stood in the request line
+    std::string sScheme; ///< of the Authorization header; empty if none came
+    std::string sFault;  ///< name of the fault that was played; empty for none
+    std::string sBody;   ///< at most CRequestLog::MaxBody bytes of it; none if the reply is 401; the oldest go in time
+    int nStatus = 0;     ///< of the reply; 0 if there was none
     std::uint64_t nBytesIn = 0;  ///< of the request's body
     std::uint64_t nBytesOut = 0; ///< of the reply, head included; known at its end
     bool bDone = false;          ///< the reply has ended, or the connection
@@ -45,7 +45,8 @@ public:
     /// Also writes a line at the end of each request, with passwords in the target masked; null ends it.
     void m_S_SetEcho(std::ostream* pStream);
 
-    /// The target with the value of a password-like key replaced, up to what follows a camera's password or to the end.
+    /// The target with the value of a password-like key replaced, up to what follows a camera's password or to the end,
+    /// and with the account of a whole URL replaced.
     static std::string s_F_s_Masked(const std::string& sTarget);
 
 private:

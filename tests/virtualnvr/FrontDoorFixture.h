@@ -21,6 +21,7 @@ protected:
     {
         vm_objInner.set_tcp_nodelay(true);
         vm_objInner.set_keep_alive_max_count(100000);
+        vm_objInner.new_task_queue = [] { return new httplib::ThreadPool(CFrontDoor::MaxConnections); };
         vm_objInner.Get("/doc", [](const httplib::Request& objRequest, httplib::Response& objReply) {
             const bool bLogin = objRequest.has_header("Authorization");
             objReply.status = bLogin ? 200 : 401;

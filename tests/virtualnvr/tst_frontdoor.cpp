@@ -293,23 +293,51 @@ TEST_F(FrontDoor, StopEndsEveryWaitAtOnce)
     EXPECT_THAT(Client().m_F_s_Get("/plain"), EndsWith("<plain/>"));
 }
 
-TEST_F(FrontDoor, BoundsItsConnections)
+TEST_F(FrontDoor, GivesThePlacesOfThoseWhoKeepItWaiting)
 {
-    std::vector<std::unique_ptr<CRawClient>> arClients;
-    for (int i = 0; i < CFrontDoor::MaxConnections; ++i)
-        arClients.push_back(std::make_unique<CRawClient>(vm_objDoor.m_F_n_Port()));
-    CRawClient tooMany = Client();
-    tooMany.m_F_s_ReadToEnd();
-    EXPECT_TRUE(tooMany.m_F_b_Closed() || tooMany.m_F_b_WasReset());
-    arClients.clear();
-    const auto nBegin = Clock::now();
-    bool bServed = false;
-    while (!bServed && MsSince(nBegin) < 5000) { // the ends of the others may still be on their way
-        CRawClient client = Client();
-        client.m_F_b_Send("GET /plain HTTP/1.1\r\n\r\n");
-        bServed = client.m_F_s_ReadUntil("<plain/>").ends_with("<plain/>");
+    const struct
+    {
+        const char* pRequest;
+        bool bMakesRoom;
+    } arRows[] = {
+        {"", true},
+        {"GET / HTTP/1.1\r\n", true},
+        {"POST /echo HTTP/1.1\r\nContent-Length: 9\r\n\r\nx", true},
+        {"GET /stream HTTP/1.1\r\n\r\n", false},
+    };
+    for (const auto& row : arRows) {
+        SCOPED_TRACE(row.pRequest);
+        std::vector<std::unique_ptr<CRawClient>> arClients;
+        for (int i = 0; i < CFrontDoor::MaxConnections; ++i) {
+            arClients.push_back(std::make_unique<CRawClient>(vm_objDoor.m_F_n_Port()));
+            arClients.back()->m_F_b_Send(row.pRequest);
+        }
+        const auto nBegin = Clock::now();
+        bool bServed = false;
+        while (!bServed && MsSince(nBegin) < (row.bMakesRoom ? 10000 : 1000)) {
+            CRawClient client = Client();
+            client.m_F_b_Send("GET /plain HTTP/1.1\r\n\r\n");
+            bServed = client.m_F_s_ReadUntil("<plain/>").ends_with("<plain/>");
+        }
+        EXPECT_EQ(bServed, row.bMakesRoom);
+        vm_objDoor.m_S_Stop();
+        Start();
     }
-    EXPECT_TRUE(bServed);
+}
+
+TEST_F(FrontDoor, EndsAHeadThatDrips)
+{
+    vm_objDoor.m_S_Stop();
+    vm_objDoor.m_S_SetHeadLimit(300);
+    Start();
+    CRawClient idle = Client(), client = Client();
+    std::string sReply;
+    for (const auto nBegin = Clock::now(); sReply.empty() && MsSince(nBegin) < 5000;) {
+        client.m_F_b_Send("X");
+        sReply = client.m_F_s_ReadUntil("\r\n\r\n", 20);
+    }
+    EXPECT_THAT(sReply, StartsWith("HTTP/1.1 408"));
+    EXPECT_THAT(idle.m_F_s_Get("/plain"), EndsWith("<plain/>")) << "one that has begun no head isn't late";
 }
 
 TEST_F(FrontDoor, TellsWhatKeepsItFromWorking)

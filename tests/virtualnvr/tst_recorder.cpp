@@ -1,5 +1,7 @@
 #include "CDocumentStore.h"
 #include "CProbe.h"
+#include "CRawClient.h"
+#include "CRequestLog.h"
 #include "CVirtualNvr.h"
 
 #include <array>
@@ -80,6 +82,14 @@ std::string LoginByHand(const std::string& sChallenge, const std::string& sTarge
     return "Digest username=\"admin\", realm=\"Network Video Recorder\", nonce=\"" + sNonce + "\", uri=\"" + sUriText +
            "\", qop=auth, nc=" + szCount + ", cnonce=\"0a\", response=\"" +
            Md5(sUser + ":" + sNonce + ":" + szCount + ":0a:auth:" + sRequest) + "\"";
+}
+
+/// Memory of this process, the recorder's included.
+std::size_t ResidentBytes()
+{
+    std::size_t nAll = 0, nResident = 0;
+    std::ifstream("/proc/self/statm") >> nAll >> nResident;
+    return nResident * 4096;
 }
 
 std::string ReadFile(const std::string& sPath)
@@ -208,6 +218,35 @@ TEST(Recorder, RefusesABodyWithoutLoginAndStaysInStep)
     EXPECT_EQ(objRight.m_F_o_Post(g_szPutEMail, sLarge).nStatus, 200);
     EXPECT_EQ(objRight.m_F_o_Get(g_szGetEMail).sBody, InEnvelope(sLarge));
     EXPECT_EQ(objRight.m_F_o_Post(g_szPutEMail, "<root>" + std::string(70'000'000, 'x') + "</root>").nStatus, 413);
+}
+
+TEST(Recorder, KeepsNoBodyOfAStranger)
+{
+    constexpr std::size_t nBody = 60u << 20, nSent = 48u << 20, nAllowed = 16u << 20;
+    CRunning objRunning;
+    const std::string sTail = "/cgi-bin/SyncSetting.cgi?action=UpdateEMail HTTP/1.1\r\nHost: h\r\n"
+                              "Content-Type: multipart/form-data; boundary=b\r\nContent-Length: ";
+    const std::string sMebibyte(1u << 20, 'x');
+    for (const std::string sMethod : {"POST", "PUT", "PATCH", "DELETE", "GET", "OPTIONS"}) {
+        SCOPED_TRACE(sMethod);
+        CRawClient client(objRunning.m_F_n_Port());
+        const std::size_t nBefore = ResidentBytes();
+        client.m_F_b_Send(sMethod + ' ' + sTail + std::to_string(nBody) + "\r\n\r\n");
+        for (std::size_t n = 0; n < nSent; n += sMebibyte.size())
+            ASSERT_TRUE(client.m_F_b_Send(sMebibyte));
+        EXPECT_LT(ResidentBytes(), nBefore + nAllowed);
+        for (std::size_t n = nSent; n < nBody; n += sMebibyte.size())
+            ASSERT_TRUE(client.m_F_b_Send(sMebibyte));
+        EXPECT_EQ(client.m_F_s_ReadReply().substr(9, 3), "401");
+        EXPECT_EQ(client.m_F_s_Get("/dips/request.php?id=FL-000001").substr(9, 3), "200") << "out of step";
+    }
+    for (const stDef_LogEntry& stEntry : objRunning.vm_objRecorder.m_F_o_Log().m_F_ar_Entries())
+        EXPECT_TRUE(stEntry.sBody.empty()) << stEntry.sMethod;
+    CRawClient endless(objRunning.m_F_n_Port());
+    endless.m_F_b_Send("PUT / HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\n");
+    for (int n = 0; n < 70 && endless.m_F_b_Send("100000\r\n" + sMebibyte + "\r\n"); ++n)
+        ;
+    EXPECT_EQ(endless.m_F_s_ReadUntil("\r\n").substr(9, 3), "413");
 }
 
 TEST(Recorder, AnswersAsItsKind)
