@@ -6,9 +6,7 @@
 #include <QLineEdit>
 
 #include "drivers/BrandCatalogue.h"
-#include "toolkit/controls/CIPAddressEdit.h"
-#include "toolkit/controls/CPasswordEdit.h"
-#include "toolkit/form/CForm.h"
+#include "toolkit/form/CFormGroup.h"
 #include "toolkit/form/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
@@ -25,20 +23,20 @@ const stDef_CameraValues g_stNew = {
 
 QGroupBox* CCameraForm::m_F_p_Make(CForm& objForm)
 {
-    QGroupBox* const pGroup = objForm.m_F_p_Group(Text{"Setting", "Setting"}, "Setting");
-    vm_pVendor = objForm.m_F_p_List(Text{"Vendor", "Vendor"}, "Vendor");
-    vm_pModel = objForm.m_F_p_ReadOnly(Text{"ModelName", "Model Name"}, "Model");
-    vm_pName = objForm.m_F_p_Edit(Text{"CameraName", "Camera Name"}, "Name");
-    vm_pIP = objForm.m_F_p_Address(nsTexts::Address, "IP");
-    vm_pHttpPort = objForm.m_F_p_Edit(nsTexts::HttpPort, "HttpPort");
-    vm_pRtspPort = objForm.m_F_p_Edit(nsTexts::RtspPort, "RtspPort");
-    vm_pOnvifAuth = objForm.m_F_p_List(Text{"Authentication", "Authentication"}, "OnvifAuth");
-    vm_pUser = objForm.m_F_p_Edit(nsTexts::Account, "UserName");
-    vm_pPassword = objForm.m_F_p_ShownPassword(nsTexts::Password, "Password");
+    CFormGroup grp(objForm, Text{"Setting", "Setting"});
+    vm_pVendor = grp.m_F_p_List(Text{"Vendor", "Vendor"}, "Vendor", QStringList());
+    vm_pModel = grp.m_F_p_ReadOnly(Text{"ModelName", "Model Name"}, "Model");
+    vm_pName = grp.m_F_p_Edit(Text{"CameraName", "Camera Name"}, "Name");
+    vm_pIP = grp.m_F_p_Address(nsTexts::Address, "IP");
+    vm_pHttpPort = grp.m_F_p_Edit(nsTexts::HttpPort, "HttpPort");
+    vm_pRtspPort = grp.m_F_p_Edit(nsTexts::RtspPort, "RtspPort");
+    vm_pOnvifAuth = grp.m_F_p_List(Text{"Authentication", "Authentication"}, "OnvifAuth", QStringList());
+    vm_pUser = grp.m_F_p_Edit(nsTexts::Account, "UserName");
+    vm_pPassword = grp.m_F_p_ShownPassword(nsTexts::Password, "Password");
     m_S_Reset();
     m_S_FillLists();
     connect(vm_pVendor, &QComboBox::activated, this, &CCameraForm::m_S_OnVendorPicked);
-    return pGroup;
+    return grp.m_F_p_Box();
 }
 
 void CCameraForm::m_S_FillLists()

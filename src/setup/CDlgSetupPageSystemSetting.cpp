@@ -1,6 +1,5 @@
 #include "setup/CDlgSetupPageSystemSetting.h"
 
-#include <QPushButton>
 #include <algorithm>
 #include <array>
 
@@ -9,10 +8,9 @@
 #include "setup/CDlgSetupPageSystemSetting_AddrBook.h"
 #include "setup/CDlgSetupPageSystemSetting_Camera.h"
 #include "setup/CDlgSetupPageSystemSetting_Network.h"
+#include "setup/CDlgSetupPageSystemSetting_Nofity.h"
 #include "setup/CPageToCome.h"
 #include "setup/CameraFollowers.h"
-#include "toolkit/CWaitCursor.h"
-#include "toolkit/form/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -43,14 +41,14 @@ const std::array<stDef_TabRow, 8> g_arTabs = {{
     {Text{"User", "User"}, Make<CPageToCome>},
     {Text{"MotionDetection", "Motion Detection"}, Make<CPageToCome>},
     {Text{"AddressBook", "Address Book"}, Make<CDlgSetupPageSystemSetting_AddrBook>},
-    {Text{"Notification", "Notification"}, Make<CPageToCome>},
+    {Text{"Notification", "Notification"}, Make<CDlgSetupPageSystemSetting_Nofity>},
 }};
 
 } // namespace
 
 CDlgSetupPageSystemSetting::CDlgSetupPageSystemSetting(CWndNvrEmbedded* pNvr, const QString& sCaption,
                                                        unsigned int nSelectPage)
-    : CPropertySheet(sCaption, pNvr, nSelectPage), vm_pNvr(pNvr), vm_pEnv(pNvr->vm_pEnv)
+    : CSettingSheet(pNvr, sCaption, TitleText, pNvr, nSelectPage), vm_pNvr(pNvr), vm_pEnv(pNvr->vm_pEnv)
 {
     m_S_AddPages();
     m_arrCamObj.resize(static_cast<std::size_t>(std::clamp(m_F_n_MaxCam(), 0, MostSlots)));
@@ -69,7 +67,7 @@ CDlgSetupPageSystemSetting::~CDlgSetupPageSystemSetting()
 void CDlgSetupPageSystemSetting::m_S_AddPages()
 {
     for (const stDef_TabRow& stRow : g_arTabs)
-        m_S_AddPage(stRow.fnMake(vm_pNvr), QString::fromUtf8(stRow.stLabel.pszDefault));
+        m_S_AddTab(stRow.stLabel, stRow.fnMake(vm_pNvr));
 }
 
 int CDlgSetupPageSystemSetting::m_F_n_MaxCam() const
@@ -81,20 +79,6 @@ void CDlgSetupPageSystemSetting::m_S_SetFollowers(CScheduleFollower* pSchedule, 
 {
     vm_pSchedule = pSchedule;
     vm_pMotion = pMotion;
-}
-
-int CDlgSetupPageSystemSetting::OnInitDialog()
-{
-    const CWaitCursor objWait;
-    CPropertySheet::OnInitDialog();
-    setWindowTitle(vm_pNvr->m_F_s_Text(TitleText, windowTitle()));
-    m_F_p_OkButton()->setText(vm_pNvr->m_F_s_Text(nsTexts::Ok, m_F_p_OkButton()->text()));
-    m_F_p_CancelButton()->setText(vm_pNvr->m_F_s_Text(nsTexts::Cancel, m_F_p_CancelButton()->text()));
-    for (std::size_t i = 0; i < g_arTabs.size(); ++i) {
-        const Text& stLabel = g_arTabs[i].stLabel;
-        m_S_SetTabText(static_cast<int>(i), vm_pNvr->m_F_s_Text(stLabel, QString::fromUtf8(stLabel.pszDefault)));
-    }
-    return 1;
 }
 
 void CDlgSetupPageSystemSetting::m_S_RefreshMotion(int nIndex)

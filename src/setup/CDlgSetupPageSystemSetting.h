@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "toolkit/sheet/CPropertySheet.h"
+#include "toolkit/sheet/CSettingSheet.h"
 
 class CCamObj_Base;
 class CEnvObj;
@@ -13,7 +13,7 @@ class CWndNvrEmbedded;
 /// The sheet in which an operator edits all settings of one recorder. Its eight pages work on the documents of the
 /// connection object; the sheet itself holds none. It owns the table of camera objects, and tells the pages that keep
 /// something for each camera of every change of the camera list.
-class FLEETLINK_EXPORT CDlgSetupPageSystemSetting : public CPropertySheet
+class FLEETLINK_EXPORT CDlgSetupPageSystemSetting : public CSettingSheet
 {
     Q_OBJECT
 
@@ -21,8 +21,6 @@ public:
     /// The connection is borrowed; its documents are there already.
     CDlgSetupPageSystemSetting(CWndNvrEmbedded* pNvr, const QString& sCaption, unsigned int nSelectPage);
     ~CDlgSetupPageSystemSetting() override;
-
-    int OnInitDialog() override;
 
     // The camera operations: the Schedule page hears first, then the Motion page. Each has its fixed arguments.
     void m_S_AddCamera(int nIndex);

@@ -19,7 +19,7 @@
 #include "setup/stDef_CameraTemplate.h"
 #include "toolkit/CPrompts.h"
 #include "toolkit/CWaitCursor.h"
-#include "toolkit/form/CForm.h"
+#include "toolkit/form/CFormGroup.h"
 #include "toolkit/form/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
@@ -43,24 +43,19 @@ constexpr Text AddedText{"CamerasAdded", "Cameras added: %1"};
 
 } // namespace
 
-Page::CDlgSetupPageSystemSetting_Camera(CWndNvrEmbedded* pNvr)
-    : vm_pNvr(pNvr), vm_pEnv(pNvr->vm_pEnv), vm_objProbe(pNvr)
-{}
+Page::CDlgSetupPageSystemSetting_Camera(CWndNvrEmbedded* pNvr) : CNvrPage(pNvr), vm_objProbe(pNvr) {}
 
 Page::~CDlgSetupPageSystemSetting_Camera() = default;
 
-int Page::OnInitDialog()
+void Page::m_S_Opened()
 {
     vm_pSheet = qobject_cast<CDlgSetupPageSystemSetting*>(window());
-    m_S_MakeControls();
     vm_pCameras = std::make_unique<CCameraList>(vm_pNvr, vm_pSheet, vm_pTree);
     vm_pCameras->m_S_ListStored();
     m_S_ShowTemplate();
     if (vm_pNvr->vm_xmlSystemInfo.m_F_b_IsOpen())
         vm_pAdd->setEnabled(vm_pCameras->m_F_b_HasRoom());
     m_S_Connect();
-    vm_objTexts.m_S_Apply(*vm_pNvr);
-    return CPropertyPage::OnInitDialog();
 }
 
 bool Page::OnApply()
@@ -74,9 +69,8 @@ void Page::OnCancel()
     m_S_DropRows();
 }
 
-void Page::m_S_MakeControls()
+void Page::m_S_Make(CForm& objForm)
 {
-    CForm objForm(this, &vm_objTexts);
     auto* const pGrid = new QGridLayout(this);
     pGrid->addWidget(m_F_p_MakeList(objForm), 0, 0);
     pGrid->addLayout(m_F_p_MakeForm(objForm), 0, 1);
@@ -91,16 +85,17 @@ void Page::m_S_MakeControls()
 
 QWidget* Page::m_F_p_MakeList(CForm& objForm)
 {
-    QWidget* const pGroup = objForm.m_F_p_Group(Text{"Camera", "Camera"}, "CameraGroup");
+    CFormGroup grp(objForm, Text{"Camera", "Camera"});
     vm_pTree = new CCameraTree;
-    vm_objTexts.m_S_Add(Text{"Camera", "Camera"}, [this](const QString& s) { vm_pTree->setAccessibleName(s); });
-    objForm.m_S_Wide(vm_pTree, "Cameras");
-    const auto arButtons = objForm.m_F_ar_Buttons({{Text{"AutoSetting", "Auto Setting"}, "AutoSettingButton"},
-                                                   {Text{"QuickSetup", "Quick Setup"}, "QuickSetup"}});
+    objForm.m_F_o_Texts().m_S_Add(Text{"Camera", "Camera"},
+                                  [this](const QString& s) { vm_pTree->setAccessibleName(s); });
+    grp.m_S_AddWide(vm_pTree, "Cameras");
+    const auto arButtons = grp.m_F_ar_Buttons({{Text{"AutoSetting", "Auto Setting"}, "AutoSettingButton"},
+                                               {Text{"QuickSetup", "Quick Setup"}, "QuickSetup"}});
     vm_pAutoSetting = arButtons[0];
     connect(vm_pAutoSetting, &QPushButton::clicked, this, &Page::m_S_AutoSetting);
     connect(arButtons[1], &QPushButton::clicked, this, &Page::m_S_QuickSetup);
-    return pGroup;
+    return grp.m_F_p_Box();
 }
 
 QLayout* Page::m_F_p_MakeForm(CForm& objForm)
@@ -124,7 +119,7 @@ QLayout* Page::m_F_p_MakeForm(CForm& objForm)
     auto* const pButtons = new QVBoxLayout;
     QList<QPushButton*> arMade;
     for (const auto& stRow : arRows) {
-        QPushButton* const pButton = objForm.m_F_p_Loose(stRow.stText, stRow.pszName);
+        QPushButton* const pButton = objForm.m_F_p_Button(stRow.stText, QString::fromLatin1(stRow.pszName));
         pButtons->addWidget(pButton);
         connect(pButton, &QPushButton::clicked, this, stRow.fnClicked);
         arMade.append(pButton);
@@ -134,7 +129,6 @@ QLayout* Page::m_F_p_MakeForm(CForm& objForm)
     vm_pParameter = arMade[5];
     pButtons->addStretch();
     pGrid->addLayout(pButtons, 0, 1);
-    objForm.m_S_Align();
     pGrid->addWidget(m_F_p_MakeTemplate(objForm), 1, 1);
     pGrid->setColumnStretch(0, 1);
     m_S_EnableShown(false);
@@ -143,23 +137,24 @@ QLayout* Page::m_F_p_MakeForm(CForm& objForm)
 
 QWidget* Page::m_F_p_MakeTemplate(CForm& objForm)
 {
-    QWidget* const pGroup = objForm.m_F_p_Group(Text{"TemplateSetting", "Template Setting"}, "TemplateSetting");
-    vm_stTemplateLists = stDef_TemplateLists::s_F_o_Make(objForm);
-    QPushButton* const pAdvanced = objForm.m_F_p_Button(Text{"Advanced", "Advanced"}, "Advanced");
+    CFormGroup grp(objForm, Text{"TemplateSetting", "Template Setting"});
+    vm_stTemplateLists = stDef_TemplateLists::s_F_o_Make(grp);
+    QPushButton* const pAdvanced = grp.m_F_p_Button(Text{"Advanced", "Advanced"}, "Advanced");
     connect(pAdvanced, &QPushButton::clicked, this, &Page::m_S_EditTemplate);
-    return pGroup;
+    return grp.m_F_p_Box();
 }
 
 QWidget* Page::m_F_p_MakeSearch(CForm& objForm)
 {
-    QWidget* const pGroup = objForm.m_F_p_Group(Text{"Search", "Search"}, "SearchGroup");
+    CFormGroup grp(objForm, Text{"Search", "Search"});
     vm_pFound = new CCameraSearchList;
-    vm_pFound->m_S_AddTexts(vm_objTexts);
-    vm_objTexts.m_S_Add(Text{"Search", "Search"}, [this](const QString& s) { vm_pFound->setAccessibleName(s); });
-    objForm.m_S_Wide(vm_pFound, "Found");
-    QPushButton* const pSearch = objForm.m_F_p_Button(Text{"Search", "Search"}, "Search");
+    vm_pFound->m_S_AddTexts(objForm.m_F_o_Texts());
+    objForm.m_F_o_Texts().m_S_Add(Text{"Search", "Search"},
+                                  [this](const QString& s) { vm_pFound->setAccessibleName(s); });
+    grp.m_S_AddWide(vm_pFound, "Found");
+    QPushButton* const pSearch = grp.m_F_p_Button(Text{"Search", "Search"}, "Search");
     connect(pSearch, &QPushButton::clicked, this, &Page::m_S_SearchCameras);
-    return pGroup;
+    return grp.m_F_p_Box();
 }
 
 void Page::m_S_Connect()
@@ -200,11 +195,6 @@ void Page::m_S_Tell(const stDef_Text& stText, int nNumber)
 {
     vm_pNote->setText(
         vm_pNvr->m_F_s_Text(stText, QString::fromUtf8(stText.pszDefault)).replace(u"%1"_s, QString::number(nNumber)));
-}
-
-void Page::m_S_Message(const stDef_Text& stText, const stDef_Text& stCaption)
-{
-    CPrompts::s_S_Message(this, vm_pNvr->m_F_s_Text(stText), vm_pNvr->m_F_s_Text(stCaption));
 }
 
 void Page::m_S_ShowCamera(int nIndex)

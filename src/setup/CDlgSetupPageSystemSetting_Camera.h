@@ -3,11 +3,10 @@
 #include <QList>
 #include <memory>
 
+#include "core/CNvrPage.h"
 #include "setup/CCameraProbe.h"
 #include "setup/CCameraSearchList.h"
 #include "setup/stDef_TemplateLists.h"
-#include "toolkit/form/CTextTable.h"
-#include "toolkit/sheet/CPropertyPage.h"
 
 class CCameraForm;
 class CCameraList;
@@ -22,7 +21,7 @@ class QPushButton;
 
 /// Tab Camera: the cameras of the recorder, how they are found and set up. Each action writes into the Camera document
 /// (the template into the System document) at once.
-class CDlgSetupPageSystemSetting_Camera : public CPropertyPage
+class CDlgSetupPageSystemSetting_Camera : public CNvrPage
 {
     Q_OBJECT
 
@@ -30,13 +29,13 @@ public:
     explicit CDlgSetupPageSystemSetting_Camera(CWndNvrEmbedded* pNvr);
     ~CDlgSetupPageSystemSetting_Camera() override;
 
-    int OnInitDialog() override;
     bool OnApply() override;
     void OnCancel() override;
 
 private:
     // The window.
-    void m_S_MakeControls();
+    void m_S_Make(CForm& objForm) override;
+    void m_S_Opened() override;
     QWidget* m_F_p_MakeList(CForm& objForm);
     QLayout* m_F_p_MakeForm(CForm& objForm);
     QWidget* m_F_p_MakeTemplate(CForm& objForm);
@@ -71,13 +70,9 @@ private:
     void m_S_DropRows();
     void m_S_AutoSetting();
 
-    void m_S_Message(const stDef_Text& stText, const stDef_Text& stCaption);
     void m_S_Tell(const stDef_Text& stText, int nNumber = 0);
 
-    CWndNvrEmbedded* vm_pNvr;
-    CEnvObj* vm_pEnv;
     CDlgSetupPageSystemSetting* vm_pSheet = nullptr;
-    CTextTable vm_objTexts;
     CCameraProbe vm_objProbe;
     std::unique_ptr<CCameraList> vm_pCameras;
     CCameraTree* vm_pTree = nullptr;

@@ -27,17 +27,17 @@ QString Trimmed(const QString& sAddress)
 
 CDlgSetupPageSystemSetting_Camera_AutoSetting::CDlgSetupPageSystemSetting_Camera_AutoSetting(CWndNvrEmbedded* pNvr,
                                                                                              QWidget* pParent)
-    : CFormDialog(Text{"AutoSetting", "Auto Setting"}, pParent)
+    : CFormDialog(Text{"AutoSetting", "Auto Setting"}, {}, pParent)
 {
-    CForm& objForm = m_F_o_Form();
+    CFormGroup& grp = m_F_o_Group();
     auto* const pHint = new QLabel;
     pHint->setWordWrap(true);
-    m_F_o_Texts().m_S_AddText(pHint,
-                              Text{"AutoSettingText", "Please Input Search Parameter Or Empty To Search Camera"});
-    objForm.m_S_Wide(pHint, "AutoSettingText");
-    vm_pModel = objForm.m_F_p_Edit(Text{"ModelName", "Model"}, "Model");
-    vm_pIP = objForm.m_F_p_Address(Text{"IP", "IP"}, "IP");
-    vm_pMAC = objForm.m_F_p_Edit(Text{"MAC", "MAC"}, "MAC");
+    m_F_o_Form().m_F_o_Texts().m_S_AddText(
+        pHint, Text{"AutoSettingText", "Please Input Search Parameter Or Empty To Search Camera"});
+    grp.m_S_AddWide(pHint, "AutoSettingText");
+    vm_pModel = grp.m_F_p_Edit(Text{"ModelName", "Model"}, "Model");
+    vm_pIP = grp.m_F_p_Address(Text{"IP", "IP"}, "IP");
+    vm_pMAC = grp.m_F_p_Edit(Text{"MAC", "MAC"}, "MAC");
     m_S_Finish(*pNvr);
     setMinimumWidth(MinimumWidth * fontMetrics().averageCharWidth());
     vm_pModel->setFocus();

@@ -19,20 +19,20 @@ constexpr int EvbrRow = 1;
 
 CDlgSetupPageSystemSetting_Camera_Template::CDlgSetupPageSystemSetting_Camera_Template(CWndNvrEmbedded* pNvr,
                                                                                        QWidget* pParent)
-    : CFormDialog(Text{"TemplateSetting", "Template Setting"}, pParent), vm_pNvr(pNvr)
+    : CFormDialog(Text{"TemplateSetting", "Template Setting"}, {}, pParent), vm_pNvr(pNvr)
 {
-    m_S_Make(m_F_o_Form());
+    m_S_Make(m_F_o_Group());
     m_S_Fill(stDef_CameraTemplate::s_F_o_Read(vm_pNvr->vm_xmlSystem));
     m_S_Finish(*pNvr);
 }
 
-void CDlgSetupPageSystemSetting_Camera_Template::m_S_Make(CForm& objForm)
+void CDlgSetupPageSystemSetting_Camera_Template::m_S_Make(CFormGroup& grp)
 {
-    vm_stLists = stDef_TemplateLists::s_F_o_Make(objForm);
-    vm_pRateControl = objForm.m_F_p_List(Text{"RateControl", "Rate Control"}, "RateCtrl");
-    vm_pQuality = objForm.m_F_p_List(Text{"Quality", "Quality"}, "Quality");
-    vm_pAccount = objForm.m_F_p_Edit(nsTexts::Account, "Account");
-    vm_pPassword = objForm.m_F_p_ShownPassword(nsTexts::Password, "Password");
+    vm_stLists = stDef_TemplateLists::s_F_o_Make(grp);
+    vm_pRateControl = grp.m_F_p_List(Text{"RateControl", "Rate Control"}, "RateCtrl", {u"CBR"_s, u"EVBR"_s});
+    vm_pQuality = grp.m_F_p_List(Text{"Quality", "Quality"}, "Quality", QStringList());
+    vm_pAccount = grp.m_F_p_Edit(nsTexts::Account, "Account");
+    vm_pPassword = grp.m_F_p_ShownPassword(nsTexts::Password, "Password");
     connect(vm_pRateControl, &QComboBox::activated, this,
             [this](int nRow) { vm_pQuality->setEnabled(nRow != CbrRow); });
 }
@@ -40,7 +40,6 @@ void CDlgSetupPageSystemSetting_Camera_Template::m_S_Make(CForm& objForm)
 void CDlgSetupPageSystemSetting_Camera_Template::m_S_Fill(const stDef_CameraTemplate& stTemplate)
 {
     vm_stLists.m_S_Show(stTemplate);
-    vm_pRateControl->addItems({u"CBR"_s, u"EVBR"_s});
     vm_pRateControl->setCurrentIndex(stTemplate.nRateCtrl == 0 ? EvbrRow : stTemplate.nRateCtrl - 1);
     for (int nQuality = BestQuality; nQuality >= 1; --nQuality)
         vm_pQuality->addItem(QString::number(nQuality));

@@ -21,7 +21,7 @@ protected:
     void accept() override;
 
 private:
-    void m_S_Make(CForm& objForm);
+    void m_S_Make(CFormGroup& grp);
     void m_S_Fill(const stDef_CameraTemplate& stTemplate);
 
     CWndNvrEmbedded* vm_pNvr;

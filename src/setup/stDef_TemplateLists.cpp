@@ -3,7 +3,7 @@
 #include <QComboBox>
 
 #include "setup/stDef_CameraTemplate.h"
-#include "toolkit/form/CForm.h"
+#include "toolkit/form/CFormGroup.h"
 
 using namespace Qt::StringLiterals;
 
@@ -14,15 +14,15 @@ constexpr int HighestRate = 30;
 
 } // namespace
 
-stDef_TemplateLists stDef_TemplateLists::s_F_o_Make(CForm& objForm)
+stDef_TemplateLists stDef_TemplateLists::s_F_o_Make(CFormGroup& grp)
 {
-    stDef_TemplateLists st;
-    st.pResolution = objForm.m_F_p_List(Text{"Resolution", "Resolution"}, "Resolution");
-    st.pResolution->addItems({u"MAX"_s, u"5M"_s, u"3M"_s, u"2M"_s, u"1.3M"_s, u"VGA"_s});
-    st.pFps = objForm.m_F_p_List(Text{"FPS", "FPS"}, "FPS");
-    st.pFps->addItem(u"MAX"_s, 0);
+    QList<stDef_ListItem> arRates = {{u"MAX"_s, 0}};
     for (int nRate = RateStep; nRate <= HighestRate; nRate += RateStep)
-        st.pFps->addItem(QString::number(nRate), nRate);
+        arRates.append({QString::number(nRate), nRate});
+    stDef_TemplateLists st;
+    st.pResolution = grp.m_F_p_List(Text{"Resolution", "Resolution"}, "Resolution",
+                                    {u"MAX"_s, u"5M"_s, u"3M"_s, u"2M"_s, u"1.3M"_s, u"VGA"_s});
+    st.pFps = grp.m_F_p_List(Text{"FPS", "FPS"}, "FPS", arRates);
     return st;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-class CForm;
+class CFormGroup;
 class QComboBox;
 struct stDef_CameraTemplate;
 
@@ -10,8 +10,8 @@ struct stDef_TemplateLists
     QComboBox* pResolution = nullptr;
     QComboBox* pFps = nullptr; ///< item data is the frame rate
 
-    /// Two rows of a form.
-    static stDef_TemplateLists s_F_o_Make(CForm& objForm);
+    /// Two rows of a group.
+    static stDef_TemplateLists s_F_o_Make(CFormGroup& grp);
     /// A stored rate between two entries counts as the lower one.
     void m_S_Show(const stDef_CameraTemplate& stTemplate) const;
 };

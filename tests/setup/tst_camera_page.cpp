@@ -296,7 +296,7 @@ TEST_F(CameraPage, AddsACameraOfEachBrand)
             ClickFound(stRow.pszName);
             EXPECT_EQ(at.NotEnabled(g_arForShown, false), QStringList());
             const bool bLinkLocal = at.Shown("IP").startsWith("ID@");
-            const auto arLabels = at.Find("Setting")->findChildren<QLabel*>();
+            const auto arLabels = at.Find("SettingGroup")->findChildren<QLabel*>();
             EXPECT_EQ(std::count_if(arLabels.begin(), arLabels.end(),
                                     [](const QLabel* p) { return p->text().remove('&') == "IP Address* : "; }),
                       bLinkLocal);

@@ -11,54 +11,60 @@ namespace {
 
 constexpr int NetworkTab = 2;
 constexpr int AddressTab = 6;
+constexpr int NotificationTab = 7;
 
-class NetworkPage : public CycleFixture
+class DeferredPage : public CycleFixture
 {
 protected:
-    /// Works at the page, ends with OK, and compares what the recorder then has with what it had, but for these values.
-    void Check(const std::function<void(At)>& work, const std::vector<std::array<const char*, 3>>& arChanges)
+    /// Works at a page, ends with OK, and compares what the recorder then has with what it had, but for these values
+    /// below a node.
+    void Check(int nTab, const QString& sNode, const std::function<void(At)>& work,
+               const std::vector<std::array<const char*, 3>>& arChanges)
     {
         CXmlObj xmlExpected = Stored(emDef_Document::System);
         for (const auto& [pNode, pKey, pValue] : arChanges)
-            xmlExpected.m_F_b_SetValue(QString("/root/system/network/") + pNode, pKey, QString::fromUtf8(pValue));
+            xmlExpected.m_F_b_SetValue(sNode + pNode, pKey, QString::fromUtf8(pValue));
         ExpectWaiting();
         ASSERT_TRUE(RunCycle([&](CPropertySheet& sheet) {
-            work(At(OpenTab(sheet, NetworkTab)));
+            work(At(OpenTab(sheet, nTab)));
             Press(sheet, "OK");
         }));
         EXPECT_EQ(Stored(emDef_Document::System).m_F_s_GetXML(), xmlExpected.m_F_s_GetXML());
     }
 };
 
+using NetworkPage = DeferredPage;
+using NotificationPage = DeferredPage;
+
 TEST_F(NetworkPage, WritesWhatWasEditedAndNothingElse)
 {
-    Check(
-        [](At at) {
-            EXPECT_EQ(at.Shown("MAC"), "00:00:5E:00:53:01");
-            EXPECT_EQ(at.Shown("CurrentIP"), "Unknow");
-            EXPECT_TRUE(at.Shown("ExternalPort").startsWith("http://:"));
-            at.Type("IPAddress", "10.20.30.40");
-            at.Type("PPPOEUser", "new & <account>");
-            at.Click("isPPPOE");
-            at.Type("PPPOEPassword", "p\"ss");
-            at.Click("UPnP_Traversal.Enable");
-            at.Type("MinPort", "none");
-            at.Type("HTTPPort", "8080");
-            at.Click("RTSPOverHTTP");
-            at.Click("DDNS.Enable");
-            QTest::keyClick(at.Find("DDNS.Server"), Qt::Key_Down);
-            at.Type("DDNS.Host", QString(40, 'h'));
-        },
-        {{"network", "IPAddress", "10.20.30.40"},
-         {"pppoe", "isPPPOE", "1"},
-         {"pppoe", "PPPOEPassword", "p\"ss"},
-         {"UPnP_Traversal", "Enable", "1"},
-         {"UPnP_Traversal", "MinPort", "none"},
-         {"server", "HTTPPort", "8080"},
-         {"server", "RTSPOverHTTP", "0"},
-         {"DDNS", "Enable", "1"},
-         {"DDNS", "Server", "dyndns.org"},
-         {"DDNS", "Host", "hhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhh"}});
+    Check(NetworkTab, "/root/system/network/",
+          [](At at) {
+              EXPECT_EQ(at.Shown("Local.MAC"), "00:00:5E:00:53:01");
+              EXPECT_EQ(at.Shown("DDNS.CurrentIP"), "Unknow");
+              EXPECT_TRUE(at.Shown("Local.ExternalPort").startsWith("http://:"));
+              at.Type("network.IPAddress", "10.20.30.40");
+              at.Type("pppoe.PPPOEUser", "new & <account>");
+              at.Click("pppoe.isPPPOE");
+              at.Type("pppoe.PPPOEPassword", "p\"ss");
+              at.Click("UPnP_Traversal.Enable");
+              at.Type("UPnP_Traversal.MinPort", "none");
+              at.Type("server.HTTPPort", "8080");
+              at.Click("server.RTSPOverHTTP");
+              at.Click("DDNS.Enable");
+              QTest::keyClick(at.Find("DDNS.Server"), Qt::Key_Down);
+              at.Type("DDNS.Host", QString(40, 'h'));
+          },
+          {{"network", "IPAddress", "10.20.30.40"},
+           {"pppoe", "isPPPOE", "1"},
+           {"pppoe", "PPPOEPassword", "p\"ss"},
+           {"UPnP_Traversal", "Enable", "1"},
+           {"UPnP_Traversal", "MinPort", "none"},
+           {"server", "HTTPPort", "8080"},
+           {"server", "RTSPOverHTTP", "0"},
+           {"DDNS", "Enable", "1"},
+           {"DDNS", "Server", "dyndns.org"},
+           {"DDNS", "Host", "hhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhhh"}});
 }
 
 TEST_F(NetworkPage, BoxesEnableWhatBelongsToThem)
@@ -69,15 +75,22 @@ TEST_F(NetworkPage, BoxesEnableWhatBelongsToThem)
         QStringList arOn, arOff; ///< while it is checked; the first state is that of the document
         bool bFirst;
     } arRows[] = {
-        {"DHCPType", {"DHCPgetDNS"}, {"MAC", "IPAddress", "SubMask", "GateWay", "NetworkTest"}, false},
-        {"isPPPOE",
-         {"PPPOEUser", "PPPOEPassword", "PPPoE_IP", "PPPoE_SubMask", "PPPoE_Gateway", "PPPoE_Status"},
+        {"network.DHCPType",
+         {"network.DHCPgetDNS"},
+         {"Local.MAC", "network.IPAddress", "network.SubMask", "network.GateWay", "NetworkTest"},
+         false},
+        {"pppoe.isPPPOE",
+         {"pppoe.PPPOEUser", "pppoe.PPPOEPassword", "Local.PPPoE_IP", "Local.PPPoE_SubMask", "Local.PPPoE_Gateway",
+          "Local.PPPoE_Status"},
          {},
          false},
-        {"UPnP.Enable", {"FriendlyName"}, {}, true},
-        {"UPnP_Traversal.Enable", {"MinPort", "MaxPort", "ExternalPort"}, {}, false},
-        {"ServerRun", {"HTTPPort", "RTSPPort", "RTSPOverHTTP"}, {}, true},
-        {"DDNS.Enable", {"DDNS.Server", "DDNS.Host", "DDNS.UID", "DDNS.PWD", "CurrentIP", "DDNSTest"}, {}, false},
+        {"UPnP.Enable", {"Local.FriendlyName"}, {}, true},
+        {"UPnP_Traversal.Enable",
+         {"UPnP_Traversal.MinPort", "UPnP_Traversal.MaxPort", "Local.ExternalPort"},
+         {},
+         false},
+        {"server.ServerRun", {"server.HTTPPort", "server.RTSPPort", "server.RTSPOverHTTP"}, {}, true},
+        {"DDNS.Enable", {"DDNS.Server", "DDNS.Host", "DDNS.UID", "DDNS.PWD", "DDNS.CurrentIP", "DDNSTest"}, {}, false},
     };
     EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
         const At at(OpenTab(sheet, NetworkTab));
@@ -91,19 +104,27 @@ TEST_F(NetworkPage, BoxesEnableWhatBelongsToThem)
             at.Click(row.pBox);
         }
         // The name servers follow a box of their own, which goes with DHCP.
-        const QStringList arServers = {"PrimaryDNS", "SecondDNS"};
-        at.Click("DHCPType");
+        const QStringList arServers = {"network.PrimaryDNS", "network.SecondDNS"};
+        at.Click("network.DHCPType");
         EXPECT_EQ(at.NotEnabled(arServers, true), QStringList());
-        at.Click("DHCPgetDNS");
+        at.Click("network.DHCPgetDNS");
         EXPECT_EQ(at.NotEnabled(arServers, false), QStringList());
-        at.Click("DHCPType");
-        EXPECT_FALSE(static_cast<QCheckBox*>(at.Find("DHCPgetDNS"))->isChecked());
+        at.Click("network.DHCPType");
+        EXPECT_FALSE(static_cast<QCheckBox*>(at.Find("network.DHCPgetDNS"))->isChecked());
         EXPECT_EQ(at.NotEnabled(arServers, true), QStringList());
         // The friendly name goes and comes with its box.
         for (const char* pName : {"Recorder at the gate (VN-16E)", "", "Recorder at the gate (VN-16E)"}) {
-            EXPECT_EQ(at.Shown("FriendlyName").toStdString(), pName);
+            EXPECT_EQ(at.Shown("Local.FriendlyName").toStdString(), pName);
             at.Click("UPnP.Enable");
         }
+    }));
+}
+
+TEST_F(NotificationPage, SaysThatThereIsNoTest)
+{
+    EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
+        vm_objPrompts.Expect("No CGI", "Error");
+        At(OpenTab(sheet, NotificationTab)).Click("SendTest");
     }));
 }
 
@@ -122,7 +143,7 @@ TEST_F(NetworkPage, TestsAskTheRecorder)
         static_cast<QComboBox*>(at.Find("DDNS.Server"))->setCurrentIndex(1);
         vm_nvr.m_F_o_Log().m_S_Clear();
         at.Click("DDNSTest");
-        EXPECT_EQ(at.Shown("CurrentIP"), "203.0.113.24");
+        EXPECT_EQ(at.Shown("DDNS.CurrentIP"), "203.0.113.24");
         const auto arEntries = vm_nvr.m_F_o_Log().m_F_ar_Entries();
         ASSERT_FALSE(arEntries.empty());
         // As they stand; only what can't stand in a request line is escaped.
@@ -131,11 +152,11 @@ TEST_F(NetworkPage, TestsAskTheRecorder)
         for (const auto& reply : arReplies) {
             at.Type("DDNS.Host", reply.pHost);
             at.Click("DDNSTest");
-            EXPECT_EQ(at.Shown("CurrentIP"), reply.pShown) << reply.pHost;
+            EXPECT_EQ(at.Shown("DDNS.CurrentIP"), reply.pShown) << reply.pHost;
         }
         ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set("action=ddns", {"status", 500}));
         at.Click("DDNSTest");
-        EXPECT_EQ(at.Shown("CurrentIP"), "Unknow");
+        EXPECT_EQ(at.Shown("DDNS.CurrentIP"), "Unknow");
         EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
     }));
 }
@@ -289,6 +310,33 @@ TEST_F(AddressBook, WhatCannotBeTakenIsToldAndChangesNothing)
         for (const char* pButton : {"Add", "Modify", "Delete"})
             at.Click(pButton);
     }));
+}
+
+TEST_F(NotificationPage, WritesWhatStandsInItsControls)
+{
+    const QStringList arShown = {"smtp.example.com", "587", "/snapshots/gate3", "/alarm?src=gate3&level=2", "9100"};
+    // A box shows its value inverted, and no value is checked.
+    Check(NotificationTab, "/root/system/Notification/",
+          [&](At at) {
+              QStringList arFound;
+              for (const char* pName : {"SMTP.IP", "SMTP.Port", "FTP.Path", "HTTP.CGI", "TCP.Port"})
+                  arFound.append(at.Shown(pName));
+              EXPECT_EQ(arFound, arShown);
+              EXPECT_FALSE(static_cast<QCheckBox*>(at.Find("SMTP.Attach"))->isChecked());
+              EXPECT_EQ(static_cast<QComboBox*>(at.Find("SMTP.Interval"))->currentText(), "30");
+              at.Type("SMTP.Port", "none");
+              at.Click("SMTP.Attach");
+              at.Click("SMTP.SSL");
+              QTest::keyClick(at.Find("SMTP.Retry"), Qt::Key_Down);
+              at.Click("ShowFTP.PWD");
+              EXPECT_EQ(at.Shown("FTP.PWD"), "ftp:secret");
+              at.Type("TCP.IP", "a&b");
+          },
+          {{"SMTP", "Port", "none"},
+           {"SMTP", "Attach", "0"},
+           {"SMTP", "SSL", "0"},
+           {"SMTP", "Retry", "4"},
+           {"TCP", "IP", "a&b"}});
 }
 
 } // namespace

@@ -13,42 +13,79 @@
 #include "host/Lib_Bedrock.h"
 #include "toolkit/controls/CIPAddressEdit.h"
 #include "toolkit/controls/CPasswordEdit.h"
-#include "toolkit/form/CFieldTable.h"
-#include "toolkit/form/CForm.h"
+#include "toolkit/form/CFormGroup.h"
 #include "toolkit/form/CMnemonics.h"
 #include "toolkit/sheet/CPropertyPage.h"
 #include "toolkit/sheet/CPropertySheet.h"
 
 namespace {
 
-/// What an attribute is after it was loaded into a control and stored again.
-QString Stored(QWidget* pControl, emDef_FieldForm nForm, const char* pszValue)
+// A form that doesn't fit its control doesn't compile.
+template <class Form, class Control>
+concept IsRow = requires(CValueRows rows, Control* pControl)
 {
-    CFieldTable fields;
-    fields.m_S_Add({"/root/A", "v", pControl, nForm});
+    rows.m_S_Add<Form>({"v"}, pControl);
+};
+static_assert(IsRow<nsForms::AsText, QLineEdit> && IsRow<nsForms::AsText, CIPAddressEdit>);
+static_assert(!IsRow<nsForms::AsText, QCheckBox> && !IsRow<nsForms::AsCheck, QLineEdit>);
+static_assert(!IsRow<nsForms::ByData, QLineEdit> && !IsRow<nsForms::Shown, QComboBox>);
+
+/// What an attribute is after it was loaded into a control and stored again.
+template <class Form, class Control>
+QString Stored(Control* pControl, const char* pszValue)
+{
     CXmlObj xml;
     EXPECT_TRUE(xml.m_F_b_LoadXML(QString("<root><A v='%1'/></root>").arg(pszValue)));
-    fields.m_S_Load(xml);
-    fields.m_S_Store(xml);
+    CValueRows rows;
+    rows.m_S_Add<Form>({{&xml, "/root/A"}, "v"}, pControl);
+    rows.m_S_Load();
+    EXPECT_TRUE(rows.m_F_b_Store());
     QString sAfter;
     xml.m_F_n_GetValue("/root/A", "v", sAfter, {});
+    EXPECT_TRUE(xml.m_F_b_Close());
+    EXPECT_FALSE(rows.m_F_b_Store());
     return sAfter;
 }
 
-TEST(FieldTable, AListThatShowsNothingStoresWhatSaysSo)
+TEST(ValueRows, AListThatShowsNothingStoresWhatSaysSo)
 {
     QComboBox list;
     for (const int nData : {10, 20})
         list.addItem(QString::number(nData), nData);
     for (const auto& [pszBefore, pszAfter] : {std::pair{"20", "20"}, {"15", "-1"}, {"10", "10"}})
-        EXPECT_EQ(Stored(&list, emDef_FieldForm::PickData, pszBefore), pszAfter);
+        EXPECT_EQ(Stored<nsForms::ByData>(&list, pszBefore), pszAfter);
+    for (const auto& [pszBefore, pszAfter] : {std::pair{"20", "20"}, {"15", ""}})
+        EXPECT_EQ(Stored<nsForms::ByText>(&list, pszBefore), pszAfter);
+}
+
+TEST(Rules, HoldWhateverTheirOrder)
+{
+    QCheckBox boxA, boxB;
+    QLineEdit edit;
+    CRules rules;
+    rules.m_S_Enable({&edit}, {{&boxA}, {&boxB, false}});
+    rules.m_S_Also([&] { boxB.setChecked(boxB.isChecked() && boxA.isChecked()); });
+    rules.m_S_Enable({&boxB}, {{&boxA}});
+    rules.m_S_Run();
+    const struct
+    {
+        QCheckBox* pClicked;
+        bool bEdit, bBoxB, bCheckedB;
+    } arSteps[] = {{&boxA, true, true, false}, {&boxB, false, true, true}, {&boxA, false, false, false}};
+    EXPECT_FALSE(edit.isEnabled());
+    for (const auto& step : arSteps) {
+        step.pClicked->click();
+        EXPECT_EQ(edit.isEnabled(), step.bEdit);
+        EXPECT_EQ(boxB.isEnabled(), step.bBoxB);
+        EXPECT_EQ(boxB.isChecked(), step.bCheckedB);
+    }
 }
 
 TEST(IPAddressEdit, StoresWhatNoEditTouched)
 {
     CIPAddressEdit edit;
     for (const char* pszStored : {"10.1.2.3", "", "recorder-4.gate.example.com"})
-        EXPECT_EQ(Stored(&edit, emDef_FieldForm::Edit, pszStored), pszStored);
+        EXPECT_EQ(Stored<nsForms::AsText>(&edit, pszStored), pszStored);
     edit.clear();
     QTest::keyClicks(&edit, "19216x8.400.7.");
     EXPECT_EQ(edit.text(), QString("192.168.40.7"));
@@ -57,10 +94,10 @@ TEST(IPAddressEdit, StoresWhatNoEditTouched)
 TEST(PasswordEdit, ShowsWithoutTouchingTextOrCursor)
 {
     QWidget page;
-    CTextTable texts;
-    CForm form(&page, &texts);
-    (new QVBoxLayout(&page))->addWidget(form.m_F_p_Group({"G", "Group"}, "Group"));
-    CPasswordEdit* const pEdit = form.m_F_p_ShownPassword({"Password", "Password"}, "Mail.PWD");
+    CForm form(&page);
+    form.m_S_BeginColumn();
+    CPasswordEdit* const pEdit =
+        CFormGroup(form, {"G", "Group"}).m_F_p_ShownPassword({"Password", "Password"}, "Mail.PWD");
     auto* const pBox = page.findChild<QCheckBox*>("ShowMail.PWD");
     ASSERT_TRUE(pBox);
     EXPECT_EQ(pBox->text(), "Show Password");
@@ -82,13 +119,12 @@ TEST(PasswordEdit, ShowsWithoutTouchingTextOrCursor)
 TEST(Mnemonics, LeadToTheirControlsAndToNoOther)
 {
     QWidget page;
-    CTextTable texts;
-    CForm form(&page, &texts);
-    (new QVBoxLayout(&page))->addWidget(form.m_F_p_Group({"G", "Group"}, "Group"));
-    const QList<QWidget*> arControls = {
-        form.m_F_p_Edit({"a", "Name"}, "a"),        form.m_F_p_Edit({"b", "Number"}, "b"),
-        form.m_F_p_Check({"c", "Name Again"}, "c"), form.m_F_p_Edit({"d", "an"}, "d"),
-        form.m_F_p_Edit({"e", "名稱"}, "e"),        form.m_F_p_Edit({"f", "S&et"}, "f")};
+    CForm form(&page);
+    form.m_S_BeginColumn();
+    CFormGroup grp(form, {"G", "Group"});
+    const QList<QWidget*> arControls = {grp.m_F_p_Edit({"a", "Name"}, "a"),        grp.m_F_p_Edit({"b", "Number"}, "b"),
+                                        grp.m_F_p_Check({"c", "Name Again"}, "c"), grp.m_F_p_Edit({"d", "an"}, "d"),
+                                        grp.m_F_p_Edit({"e", "名稱"}, "e"),        grp.m_F_p_Edit({"f", "S&et"}, "f")};
     CMnemonics::s_S_Assign(&page);
     QStringList arTexts = {static_cast<QCheckBox*>(arControls[2])->text()};
     for (const int n : {0, 1, 3, 4, 5})

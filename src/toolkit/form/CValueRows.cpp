@@ -36,22 +36,22 @@ void CValueRows::m_S_Load(const QString& sEntry) const
     }
 }
 
-bool CValueRows::m_F_b_Store(const QString& sEntry, const Substitute& fnSubstitute) const
+bool CValueRows::m_F_b_CanStore() const
 {
-    const auto Target = [&fnSubstitute](const stDef_Row& stRow) {
-        CXmlObj* const pDocument = stRow.stValue.stNode.pDocument;
-        return fnSubstitute ? fnSubstitute(pDocument) : pDocument;
-    };
-    const auto IsClosed = [&Target](const stDef_Row& stRow) {
-        return stRow.fnStored && !Target(stRow)->m_F_b_IsOpen();
-    };
-    if (std::any_of(vm_arRows.begin(), vm_arRows.end(), IsClosed))
+    return std::all_of(vm_arRows.begin(), vm_arRows.end(), [](const stDef_Row& stRow) {
+        return !stRow.fnStored || stRow.stValue.stNode.pDocument->m_F_b_IsOpen();
+    });
+}
+
+bool CValueRows::m_F_b_Store(const QString& sEntry) const
+{
+    if (!m_F_b_CanStore())
         return false;
     for (const stDef_Row& stRow : vm_arRows) {
         const stDef_Value& st = stRow.stValue;
         const QString& sPath = st.sWrittenPath.isEmpty() ? PathOf(st.stNode.sPath, sEntry) : st.sWrittenPath;
         if (stRow.fnStored)
-            Target(stRow)->m_F_b_SetValue(sPath, QString::fromLatin1(st.pszKey), stRow.fnStored());
+            st.stNode.pDocument->m_F_b_SetValue(sPath, QString::fromLatin1(st.pszKey), stRow.fnStored());
     }
     return true;
 }

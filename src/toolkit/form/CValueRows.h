@@ -47,8 +47,6 @@ class FLEETLINK_EXPORT CValueRows
 public:
     using Show = std::function<void(const QString& sValue)>;
     using Stored = std::function<QString()>;
-    /// Which document stands in for one of the rows'.
-    using Substitute = std::function<CXmlObj*(CXmlObj*)>;
 
     /// A value in an odd form. Without `fnStored` it is only shown. A value without a document is no row.
     void m_S_Add(const stDef_Value& stValue, Show fnShow, Stored fnStored);
@@ -67,11 +65,11 @@ public:
     /// Whether every document that the rows read is open.
     bool m_F_b_CanLoad() const;
     void m_S_Load(const QString& sEntry = {}) const;
+    /// Whether every document that the rows would write is open.
+    bool m_F_b_CanStore() const;
     /// Writes every row that has a way back, those of disabled controls, too. False and no effect if one of the
     /// documents that would be written is closed.
-    bool m_F_b_Store(const QString& sEntry = {}) const { return m_F_b_Store(sEntry, {}); }
-    /// The same into copies of the documents.
-    bool m_F_b_Store(const QString& sEntry, const Substitute& fnSubstitute) const;
+    bool m_F_b_Store(const QString& sEntry = {}) const;
 
 private:
     struct stDef_Row

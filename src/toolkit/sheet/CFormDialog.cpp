@@ -8,10 +8,11 @@
 #include "toolkit/form/CMnemonics.h"
 #include "toolkit/form/CommonTexts.h"
 
-CFormDialog::CFormDialog(const stDef_Text& stTitle, QWidget* pParent) : QDialog(pParent), vm_objForm(this, &vm_objTexts)
+CFormDialog::CFormDialog(const stDef_Text& stTitle, const stDef_Node& stNode, QWidget* pParent)
+    : QDialog(pParent), vm_objForm(this), vm_objGroup(vm_objForm, stTitle, stNode, emDef_TextForm::Colon)
 {
-    vm_objTexts.m_S_Add(stTitle, [this](const QString& s) { setWindowTitle(s); });
-    (new QVBoxLayout(this))->addWidget(vm_objForm.m_F_p_Group(stTitle, stTitle.pszKey, emDef_TextForm::Colon));
+    vm_objForm.m_F_o_Texts().m_S_Add(stTitle, [this](const QString& s) { setWindowTitle(s); });
+    (new QVBoxLayout(this))->addWidget(vm_objGroup.m_F_p_Box());
 }
 
 void CFormDialog::m_S_AddButtons()
@@ -22,17 +23,16 @@ void CFormDialog::m_S_AddButtons()
     for (const auto& [nButton, stText] : arRows) {
         QPushButton* const pButton = pBox->addButton(nButton);
         pButton->setObjectName(QString::fromLatin1(stText.pszKey));
-        vm_objTexts.m_S_AddText(pButton, stText);
+        vm_objForm.m_F_o_Texts().m_S_AddText(pButton, stText);
     }
     connect(pBox, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(pBox, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout()->addWidget(pBox);
 }
 
-void CFormDialog::m_S_Finish(const CTextSource& objSource)
+void CFormDialog::m_S_Finish(const CTextSource& objTexts)
 {
     m_S_AddButtons();
-    vm_objTexts.m_S_Apply(objSource);
+    vm_objForm.m_S_Finish(objTexts);
     CMnemonics::s_S_Assign(this);
-    vm_objForm.m_S_Align();
 }

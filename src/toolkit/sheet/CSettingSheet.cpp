@@ -1,0 +1,30 @@
+#include "toolkit/sheet/CSettingSheet.h"
+
+#include <QPushButton>
+
+#include "toolkit/CWaitCursor.h"
+#include "toolkit/form/CommonTexts.h"
+
+CSettingSheet::CSettingSheet(const CTextSource* pTexts, const QString& sCaption, const stDef_Text& stTitle,
+                             QWidget* pParent, unsigned int nSelectPage)
+    : CPropertySheet(sCaption, pParent, nSelectPage), vm_pTexts(pTexts), vm_stTitle(stTitle)
+{}
+
+void CSettingSheet::m_S_AddTab(const stDef_Text& stLabel, CPropertyPage* pPage)
+{
+    m_S_AddPage(pPage, QString::fromUtf8(stLabel.pszDefault));
+    vm_arLabels.push_back(stLabel);
+}
+
+int CSettingSheet::OnInitDialog()
+{
+    const CWaitCursor objWait;
+    CPropertySheet::OnInitDialog();
+    setWindowTitle(vm_pTexts->m_F_s_Text(vm_stTitle, windowTitle()));
+    for (const auto& [pButton, stText] :
+         {std::pair(m_F_p_OkButton(), nsTexts::Ok), {m_F_p_CancelButton(), nsTexts::Cancel}})
+        pButton->setText(vm_pTexts->m_F_s_Text(stText, pButton->text()));
+    for (int nTab = 0; const stDef_Text& stLabel : vm_arLabels)
+        m_S_SetTabText(nTab++, vm_pTexts->m_F_s_Text(stLabel, QString::fromUtf8(stLabel.pszDefault)));
+    return 1;
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <vector>
+
+#include "toolkit/form/CTextSource.h"
+#include "toolkit/sheet/CPropertySheet.h"
+
+/// A sheet whose title, buttons and tabs follow the language: rows of labels and makers of pages.
+class FLEETLINK_EXPORT CSettingSheet : public CPropertySheet
+{
+    Q_OBJECT
+
+public:
+    /// `sCaption` stands in the title until the sheet opens, and then if the language has no word for `stTitle`. The
+    /// texts are borrowed and outlive the sheet. `nSelectPage` is the tab that is shown first.
+    CSettingSheet(const CTextSource* pTexts, const QString& sCaption, const stDef_Text& stTitle, QWidget* pParent,
+                  unsigned int nSelectPage = 0);
+
+    int OnInitDialog() override;
+
+protected:
+    /// Adds a tab behind the others; the page belongs to the sheet from now on.
+    void m_S_AddTab(const stDef_Text& stLabel, CPropertyPage* pPage);
+
+private:
+    const CTextSource* vm_pTexts;
+    stDef_Text vm_stTitle;
+    std::vector<stDef_Text> vm_arLabels;
+};
