@@ -1,11 +1,11 @@
 #include "CDocumentRunner.h"
 
 #include <QElapsedTimer>
-#include <QGuiApplication>
 #include <array>
 #include <iterator>
 
 #include "core/CWndNvrBase.h"
+#include "toolkit/user/CWaitCursor.h"
 
 namespace {
 
@@ -26,15 +26,6 @@ constexpr stDef_DocumentRow g_astDocuments[] = {
     {"Schedule", "cgi-bin/SyncSetting.cgi?action=ScheduleXML", 5000, "cgi-bin/SyncSetting.cgi?action=UpdateSchedule"},
     {"Camera", "cgi-bin/SyncSetting.cgi?action=CameraXML", 5000, "cgi-bin/SyncSetting.cgi?action=UpdateCamera"},
     {"EMail", "cgi-bin/SyncSetting.cgi?action=EMailXML", 5000, "cgi-bin/SyncSetting.cgi?action=UpdateEMail"},
-};
-
-class CWaitCursor
-{
-public:
-    CWaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~CWaitCursor() { QGuiApplication::restoreOverrideCursor(); }
-    CWaitCursor(const CWaitCursor&) = delete;
-    CWaitCursor& operator=(const CWaitCursor&) = delete;
 };
 
 void Fetch(CWndNvrBase& objNvr, const stDef_DocumentRow& stRow, CXmlObj& objXml, stDef_DocumentResult& stResult)

@@ -7,7 +7,6 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QRegularExpression>
 #include <QSplitter>
 #include <QStatusBar>
@@ -28,6 +27,8 @@
 #include "CRecorderTree.h"
 #include "CShortcutDialog.h"
 #include "CSnapshot.h"
+#include "toolkit/user/CPrompts.h"
+#include "toolkit/user/CUserSide.h"
 
 using namespace Qt::StringLiterals;
 
@@ -441,7 +442,7 @@ void CMainWindow::m_S_UpdateRecorders()
 void CMainWindow::m_S_AddRecorder()
 {
     CRecorderDialog objDialog(vm_pStore, -1, this);
-    if (objDialog.exec() != QDialog::Accepted)
+    if (CUserSide::s_F_o_Get().m_F_n_RunModal(objDialog) != QDialog::Accepted)
         return;
     m_S_UpdateRecorders();
     vm_pGrid->m_S_RecorderChanged(objDialog.m_F_n_NvrID());
@@ -450,7 +451,10 @@ void CMainWindow::m_S_AddRecorder()
 
 void CMainWindow::m_S_EditRecorder(int nNvrID)
 {
-    if (nNvrID < 0 || CRecorderDialog(vm_pStore, nNvrID, this).exec() != QDialog::Accepted)
+    if (nNvrID < 0)
+        return;
+    CRecorderDialog objDialog(vm_pStore, nNvrID, this);
+    if (CUserSide::s_F_o_Get().m_F_n_RunModal(objDialog) != QDialog::Accepted)
         return;
     m_S_UpdateRecorders();
     vm_pGrid->m_S_RecorderChanged(nNvrID);
@@ -461,12 +465,11 @@ void CMainWindow::m_S_RemoveRecorder(int nNvrID)
     if (nNvrID < 0)
         return;
     const QString sQuestion = Tr(emDef_Text::RemoveQuestion).arg(vm_pStore->m_F_o_Form(nNvrID).sName);
-    if (QMessageBox::question(this, Tr(emDef_Text::AppTitle), sQuestion, QMessageBox::Yes | QMessageBox::Cancel) !=
-        QMessageBox::Yes)
+    if (!CPrompts::s_F_b_AskToDestroy(this, sQuestion, Tr(emDef_Text::AppTitle)))
         return;
     const QString sError = vm_pStore->m_F_s_Remove(nNvrID);
     if (!sError.isEmpty()) {
-        QMessageBox::warning(this, Tr(emDef_Text::AppTitle), sError);
+        CPrompts::s_S_Message(this, sError, Tr(emDef_Text::AppTitle));
         return;
     }
     vm_pGrid->m_S_RecorderRemoved(nNvrID);
@@ -537,20 +540,21 @@ void CMainWindow::m_S_SaveSnapshot(const QImage& objImage, const QString& sTitle
         m_S_Tell(Tr(emDef_Text::SnapshotNone));
         return;
     }
-    const QString sFile = CSnapshot::s_F_s_Save(objImage, vm_sPictureFolder, sTitle, QDateTime::currentDateTime());
+    const QString sFile =
+        CSnapshot::s_F_s_Save(objImage, vm_sPictureFolder, sTitle, CUserSide::s_F_o_Get().m_F_o_Now());
     m_S_Tell(sFile.isEmpty() ? Tr(emDef_Text::SnapshotFailed).arg(vm_sPictureFolder)
                              : Tr(emDef_Text::SnapshotSaved).arg(sFile));
 }
 
 void CMainWindow::m_S_ShowShortcuts()
 {
-    CShortcutDialog(this).exec();
+    CShortcutDialog objDialog(this);
+    CUserSide::s_F_o_Get().m_F_n_RunModal(objDialog);
 }
 
 void CMainWindow::m_S_About()
 {
-    QMessageBox::about(this, Tr(emDef_Text::AppTitle),
-                       u"<b>%1</b><p>%2</p>"_s.arg(Tr(emDef_Text::AppTitle), Tr(emDef_Text::AboutBody)));
+    CPrompts::s_S_Notice(this, Tr(emDef_Text::AboutBody), Tr(emDef_Text::AppTitle));
 }
 
 // The states of what is on the page go into the tree; rows that left the page are quiet again.

@@ -7,7 +7,6 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QVBoxLayout>
@@ -15,6 +14,7 @@
 
 #include "CHostText.h"
 #include "CLiveState.h"
+#include "toolkit/user/CPrompts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -283,7 +283,7 @@ void CRecorderDialog::accept()
         sError = vm_pStore->m_F_s_Edit(nNvrID, m_F_o_Form());
     }
     if (!sError.isEmpty()) {
-        QMessageBox::warning(this, windowTitle(), sError);
+        CPrompts::s_S_Message(this, sError, windowTitle());
         return;
     }
     vm_nNvrID = nNvrID;

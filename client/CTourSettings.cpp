@@ -13,7 +13,7 @@
 #include <algorithm>
 #include <array>
 
-#include "toolkit/CWaits.h"
+#include "toolkit/user/CUserSide.h"
 
 using namespace Qt::StringLiterals;
 
@@ -30,18 +30,18 @@ constexpr char MessageName[] = "settings-message";
 constexpr char ProgressName[] = "settings-progress";
 
 /// The minute that a recorder gets for its restart, cut short: nobody uses the recorder of a tour meanwhile.
-class CShortWaits : public CWaits
+class CShortWaits : public CUserSide
 {
 public:
-    CShortWaits() { CWaits::s_S_Replace(this); }
-    ~CShortWaits() override { CWaits::s_S_Replace(nullptr); }
+    CShortWaits() { s_S_Replace(this); }
+    ~CShortWaits() override { s_S_Replace(nullptr); }
     CShortWaits(const CShortWaits&) = delete;
     CShortWaits& operator=(const CShortWaits&) = delete;
 
     void m_S_Wait(QWidget* pParent, const QString& sText, int nMs) override
     {
         constexpr int LongestMs = 2000;
-        CWaits::m_S_Wait(pParent, sText, std::min(nMs, LongestMs));
+        CUserSide::m_S_Wait(pParent, sText, std::min(nMs, LongestMs));
     }
 };
 

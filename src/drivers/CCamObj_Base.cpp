@@ -7,7 +7,7 @@
 #include "core/CWndNvrShared.h"
 #include "drivers/CTemplateMap.h"
 #include "drivers/stDef_DriverRow.h"
-#include "toolkit/CWaitCursor.h"
+#include "toolkit/user/CWaitCursor.h"
 
 using namespace Qt::StringLiterals;
 

@@ -13,3 +13,5 @@
 #include "host/Lib_Hostenv.h"
 #include "host/Lib_Livefeed.h"
 #include "host/Lib_Rewind.h"
+#include "toolkit/user/CPrompts.h"
+#include "toolkit/user/CUserSide.h"

@@ -17,10 +17,11 @@
 #include "setup/CDlgSetupPageSystemSetting_Camera_AutoSetting.h"
 #include "setup/CDlgSetupPageSystemSetting_Camera_Template.h"
 #include "setup/stDef_CameraTemplate.h"
-#include "toolkit/CPrompts.h"
-#include "toolkit/CWaitCursor.h"
 #include "toolkit/form/CFormGroup.h"
 #include "toolkit/form/CommonTexts.h"
+#include "toolkit/user/CPrompts.h"
+#include "toolkit/user/CUserSide.h"
+#include "toolkit/user/CWaitCursor.h"
 
 using namespace Qt::StringLiterals;
 
@@ -347,7 +348,8 @@ void Page::m_S_ShowParameter()
 
 void Page::m_S_EditTemplate()
 {
-    if (CDlgSetupPageSystemSetting_Camera_Template(vm_pNvr, this).exec() == QDialog::Accepted)
+    CDlgSetupPageSystemSetting_Camera_Template objDialog(vm_pNvr, this);
+    if (CUserSide::s_F_o_Get().m_F_n_RunModal(objDialog) == QDialog::Accepted)
         m_S_ShowTemplate();
 }
 
@@ -402,7 +404,7 @@ void Page::m_S_SearchCameras()
 {
     m_S_DropRows();
     CDlgSetupPageSystemSetting_Camera_AutoSetting objFilter(vm_pNvr, this);
-    if (m_bQuickAdd && objFilter.exec() != QDialog::Accepted) {
+    if (m_bQuickAdd && CUserSide::s_F_o_Get().m_F_n_RunModal(objFilter) != QDialog::Accepted) {
         m_bQuickAdd = false;
         return;
     }

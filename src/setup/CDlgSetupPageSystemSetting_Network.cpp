@@ -5,9 +5,9 @@
 #include <QPushButton>
 
 #include "core/CWndNvrEmbedded.h"
-#include "toolkit/CWaitCursor.h"
 #include "toolkit/form/CFormGroup.h"
 #include "toolkit/form/CommonTexts.h"
+#include "toolkit/user/CWaitCursor.h"
 
 using namespace Qt::StringLiterals;
 

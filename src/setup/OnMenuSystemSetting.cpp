@@ -2,10 +2,10 @@
 
 #include "core/CWndNvrEmbedded.h"
 #include "setup/CDlgSetupPageSystemSetting.h"
-#include "toolkit/CPrompts.h"
-#include "toolkit/CWaitCursor.h"
-#include "toolkit/CWaits.h"
 #include "toolkit/form/CommonTexts.h"
+#include "toolkit/user/CPrompts.h"
+#include "toolkit/user/CUserSide.h"
+#include "toolkit/user/CWaitCursor.h"
 
 using namespace Qt::StringLiterals;
 
@@ -78,5 +78,5 @@ void CWndNvrEmbedded::m_S_UploadSettings()
         if (pRow->pszUpload)
             m_F_b_PostRequest(QString::fromUtf16(pRow->pszUpload), &(this->*pRow->pMember), UploadTimeoutMs);
     }
-    CWaits::s_F_o_Get().m_S_Wait(vm_pParent, m_F_s_Text(WaitingText), TakeOverMs);
+    CUserSide::s_F_o_Get().m_S_Wait(vm_pParent, m_F_s_Text(WaitingText), TakeOverMs);
 }

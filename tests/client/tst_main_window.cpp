@@ -3,7 +3,6 @@
 #include <QDropEvent>
 #include <QLabel>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
 #include <QStatusBar>
@@ -22,6 +21,7 @@
 #include "WindowFixture.h"
 #include "support/LogReading.h"
 #include "support/Process.h"
+#include "support/PromptQueue.h"
 
 namespace {
 
@@ -336,14 +336,13 @@ TEST_F(MainWindowTest, AClosedWindowAndARemovedRecorderLeaveNothingBehind)
         nThreads = Process::Status("Threads");
         nFiles = Process::Descriptors();
     }
+    PromptQueue objPrompts;
     for (const int nLeft : {4, 0}) {
         CRecorderTree& tree = *vm_pWindow->m_F_p_Tree();
         tree.setCurrentItem(tree.topLevelItem(0));
-        QTimer::singleShot(50, [] {
-            auto* const pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            ASSERT_TRUE(pBox);
-            pBox->button(QMessageBox::Yes)->click();
-        });
+        objPrompts.ExpectToDestroy(QString("Remove %1 from the list? Its streams end, and its account is forgotten.")
+                                       .arg(nLeft ? "Lab" : "Twin"),
+                                   "Zentrix CMS");
         QTest::keyClick(&tree, Qt::Key_Delete);
         EXPECT_EQ(tree.topLevelItemCount(), nLeft / 4);
         for (int nChannel = 0; nChannel < 4; ++nChannel)

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <QApplication>
 #include <QPushButton>
 #include <QTabWidget>
-#include <QTimer>
 #include <QtTest/QTest>
 #include <string>
 #include <vector>
@@ -13,7 +11,6 @@
 #include "support/HostFixture.h"
 #include "support/LogReading.h"
 #include "support/PromptQueue.h"
-#include "toolkit/CWaits.h"
 
 /// A connected recorder, whose setting cycle runs with a test at the sheet in the user's place.
 class CycleFixture : public HostFixture
@@ -21,20 +18,12 @@ class CycleFixture : public HostFixture
 protected:
     using AtSheet = std::function<void(CPropertySheet&)>;
 
-    struct RecordedWaits : CWaits
-    {
-        void m_S_Wait(QWidget*, const QString&, int nMs) override { vm_arMs.push_back(nMs); }
-        std::vector<int> vm_arMs;
-    };
-
     void SetUp() override
     {
         HostFixture::SetUp();
         ASSERT_TRUE(vm_env.m_F_b_SetLangFolder(LANG_FOLDER));
-        CWaits::s_S_Replace(&vm_objWaits);
         SwitchOn();
     }
-    void TearDown() override { CWaits::s_S_Replace(nullptr); }
 
     /// Starts the recorder, also anew with what it had.
     void SwitchOn()
@@ -62,18 +51,10 @@ protected:
     bool RunCycle(const AtSheet& atSheet)
     {
         bool bCame = false;
-        QTimer timer;
-        timer.setInterval(5);
-        QObject::connect(&timer, &QTimer::timeout, [&] {
-            auto* const pSheet = qobject_cast<CPropertySheet*>(QApplication::activeModalWidget());
-            if (!pSheet || bCame)
-                return;
+        vm_objPrompts.ExpectDialog([&](QDialog& dialog) {
             bCame = true;
-            atSheet(*pSheet);
-            if (pSheet->isVisible())
-                pSheet->done(QDialog::Rejected);
+            atSheet(dynamic_cast<CPropertySheet&>(dialog));
         });
-        timer.start();
         Nvr().OnMenuSystemSetting();
         return bCame;
     }
@@ -107,14 +88,13 @@ protected:
     /// The documents that were posted since the last call, in their order.
     std::vector<std::string> Posts() { return TakeAnswered(vm_nvr.m_F_o_Log(), "Update"); }
 
-    /// Announces the message that stands before an upload.
+    /// Announces the message that comes when the sheet is left by OK.
     void ExpectWaiting()
     {
         vm_objPrompts.Expect("Upload Setting Now. Please Waiting About 60 Seconds.", "Information");
     }
 
     int vm_nChannels = 4;
-    RecordedWaits vm_objWaits;
     PromptQueue vm_objPrompts;
     std::unique_ptr<ScopedNvr> vm_pNvr;
 };

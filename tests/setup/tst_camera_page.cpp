@@ -285,7 +285,6 @@ TEST_F(CameraPage, AddsACameraOfEachBrand)
         {"Bicycle shed", "ip=192.168.1.31&port=80&uid=admin&pwd=cam&Era#1&vendorid=2&onvifauth=1", "", 2},
     };
     Store(0);
-    ExpectWaiting();
     Work([&](At at) {
         at.Click("Search");
         EXPECT_EQ(vm_pFound->rowCount(), 12);
@@ -314,6 +313,7 @@ TEST_F(CameraPage, AddsACameraOfEachBrand)
             EXPECT_EQ(at.NotEnabled(g_arForShown, true), QStringList());
             ++n;
         }
+        ExpectWaiting();
         Press(*vm_pSheet, "OK");
     });
     const QString sPosted = Document().m_F_s_GetXML();
@@ -511,12 +511,10 @@ TEST_F(CameraPage, FiltersAndSortsWhatIsFound)
         };
         for (const auto& stRow : arRows) {
             at.Find("AutoSettingButton")->setEnabled(true);
-            QTimer::singleShot(0, [&] {
-                auto* const pDialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-                ASSERT_TRUE(pDialog);
+            vm_objPrompts.ExpectDialog([&](QDialog& dialog) {
                 for (auto i = stRow.mapFilter.begin(); i != stRow.mapFilter.end(); ++i)
-                    At(pDialog).Type(i.key(), i.value());
-                At(pDialog).Click("OK");
+                    At(&dialog).Type(i.key(), i.value());
+                At(&dialog).Click("OK");
             });
             at.Click("AutoSettingButton");
             EXPECT_EQ(Found(1), stRow.arNames);
@@ -563,8 +561,8 @@ TEST_F(CameraPage, AutoSettingAddsUntilItIsStoppedOrOneFails)
                 if (pProgress->value() >= nStopAt)
                     QTest::mouseClick(pProgress->findChild<QPushButton*>(), Qt::LeftButton);
             });
-            QTimer::singleShot(0, [&] {
-                At(QApplication::activeModalWidget()).Click("OK");
+            vm_objPrompts.ExpectDialog([&](QDialog& dialog) {
+                At(&dialog).Click("OK");
                 timer.start(0);
             });
             at.Click("AutoSettingButton");
@@ -594,8 +592,8 @@ TEST_F(CameraPage, TheTemplateIsWrittenAtOnceAndByItsDialog)
         EXPECT_EQ(Template("FPS"), 10);
         for (const bool bOk : {false, true}) {
             Nvr().vm_xmlSystem.m_F_b_SetValue("/root/system/camera/template", "Quality", bOk ? 0 : 60);
-            QTimer::singleShot(0, [&] {
-                At dialog(QApplication::activeModalWidget());
+            vm_objPrompts.ExpectDialog([&](QDialog& shown) {
+                At dialog(&shown);
                 EXPECT_FALSE(dialog.Find("Quality")->isEnabled()); // CBR
                 QTest::keyClick(dialog.Find("RateCtrl"), Qt::Key_Down);
                 EXPECT_TRUE(dialog.Find("Quality")->isEnabled());

@@ -20,7 +20,7 @@ TEST_F(CycleFixture, OneFailedDownloadEndsTheCycleWithAMessage)
         vm_nvr.m_F_o_Faults().m_S_Clear();
         ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set(pUrl, {"status", 500}));
         vm_objPrompts.Expect(TryAgain, "Error");
-        EXPECT_FALSE(RunCycle([](CPropertySheet&) {}));
+        Nvr().OnMenuSystemSetting();
         // The others are asked for all the same.
         for (const char* pAsked : {"systeminfo", "SystemXML", "ScheduleXML", "CameraXML", "EMailXML"})
             EXPECT_TRUE(vm_nvr.m_F_o_Log().m_F_b_Wait(
@@ -40,7 +40,7 @@ TEST_F(CycleFixture, CancelPostsNothingAndTheNextCycleBeginsAnew)
         Press(sheet, "Cancel");
     }));
     EXPECT_EQ(Posts(), Names());
-    EXPECT_TRUE(vm_objWaits.vm_arMs.empty());
+    EXPECT_TRUE(vm_objPrompts.TakeWaits().empty());
     EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
         QString sTitle;
         Nvr().vm_xmlSystem.m_F_n_GetValue("/root/system", "DeviceTitle", sTitle, {});
@@ -57,24 +57,25 @@ TEST_F(CycleFixture, AnUneditedOkPostsWhatWasFetchedInOrder)
         std::vector<QString> arBefore;
         for (const emDef_Document nDocument : g_arDocuments)
             arBefore.push_back(Stored(nDocument).m_F_s_GetXML());
-        ExpectWaiting();
-        vm_objWaits.vm_arMs.clear();
         EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
             for (int nTab = 0; nTab < 8 && bAllTabs; ++nTab)
                 OpenTab(sheet, nTab);
+            ExpectWaiting();
             Press(sheet, "OK");
         }));
         EXPECT_EQ(Posts(), g_arUploads);
-        EXPECT_EQ(vm_objWaits.vm_arMs, std::vector<int>{60000});
+        EXPECT_EQ(vm_objPrompts.TakeWaits(), std::vector<int>{60000});
         for (std::size_t i = 0; i < arBefore.size(); ++i)
             EXPECT_EQ(Stored(g_arDocuments[i]).m_F_s_GetXML(), arBefore[i]) << "all tabs opened: " << bAllTabs;
     }
     // A failed upload is followed by the others, and waited for all the same.
     ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set("UpdateCamera", {"status", 500}));
-    ExpectWaiting();
-    EXPECT_TRUE(RunCycle([](CPropertySheet& sheet) { Press(sheet, "OK"); }));
+    EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
+        ExpectWaiting();
+        Press(sheet, "OK");
+    }));
     EXPECT_EQ(Posts(), g_arUploads);
-    EXPECT_EQ(vm_objWaits.vm_arMs, (std::vector<int>{60000, 60000}));
+    EXPECT_EQ(vm_objPrompts.TakeWaits(), std::vector<int>{60000});
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
@@ -100,7 +101,6 @@ TEST_F(CycleFixture, PagesFillThemselvesWhenTheyAreFirstShown)
 
 TEST_F(CycleFixture, APageThatRefusesKeepsTheSheetAndIsShown)
 {
-    ExpectWaiting();
     EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
         OpenTab(sheet, 2);
         OpenTab(sheet, 6);
@@ -110,6 +110,7 @@ TEST_F(CycleFixture, APageThatRefusesKeepsTheSheetAndIsShown)
         EXPECT_TRUE(sheet.isVisible());
         EXPECT_EQ(sheet.findChild<QTabWidget*>("Tabs")->currentIndex(), 2);
         Nvr().vm_xmlSystem.m_F_b_LoadXML(sSystem);
+        ExpectWaiting();
         Press(sheet, "OK");
         EXPECT_FALSE(sheet.isVisible());
     }));
@@ -139,9 +140,9 @@ TEST_F(CycleFixture, TextsFollowTheLanguageAndStandWithoutOne)
     // Without a language file labels keep their defaults, and messages and the title are empty.
     vm_env.vm_nLanguage = 7;
     MakeNvr();
-    vm_objPrompts.Expect("", "");
     EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
         See(sheet);
+        vm_objPrompts.Expect("", "");
         Press(sheet, "OK");
     }));
     EXPECT_EQ(arSeen.mid(2), arEnglish.mid(2));

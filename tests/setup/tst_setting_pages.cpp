@@ -24,9 +24,9 @@ protected:
         CXmlObj xmlExpected = Stored(emDef_Document::System);
         for (const auto& [pNode, pKey, pValue] : arChanges)
             xmlExpected.m_F_b_SetValue(sNode + pNode, pKey, QString::fromUtf8(pValue));
-        ExpectWaiting();
         ASSERT_TRUE(RunCycle([&](CPropertySheet& sheet) {
             work(At(OpenTab(sheet, nTab)));
+            ExpectWaiting();
             Press(sheet, "OK");
         }));
         EXPECT_EQ(Stored(emDef_Document::System).m_F_s_GetXML(), xmlExpected.m_F_s_GetXML());

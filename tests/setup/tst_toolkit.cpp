@@ -4,8 +4,10 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <QtTest/QTest>
 #include <gtest/gtest.h>
@@ -17,6 +19,7 @@
 #include "toolkit/form/CMnemonics.h"
 #include "toolkit/sheet/CPropertyPage.h"
 #include "toolkit/sheet/CPropertySheet.h"
+#include "toolkit/user/CUserSide.h"
 
 namespace {
 
@@ -171,6 +174,39 @@ TEST(PropertySheet, TheTabKeyReachesThePageBeforeTheButtons)
             arReached.append(sheet.focusWidget()->objectName());
         }
         EXPECT_EQ(arReached, QStringList({"OK", "Cancel", "qt_tabwidget_tabbar", nTab == 0 ? "EditA" : "EditB"}));
+    }
+}
+
+TEST(UserSide, AHastyKeyAnswersNoWhereSomethingWouldBeLost)
+{
+    using enum stDef_Prompt::emDef_Kind;
+    const struct
+    {
+        stDef_Prompt::emDef_Kind nKind;
+        int nKey; ///< 0: the parent goes meanwhile
+        bool bAnswer;
+    } arRows[] = {{Message, Qt::Key_Return, true},
+                  {Notice, Qt::Key_Escape, true},
+                  {Question, Qt::Key_Return, true},
+                  {Question, Qt::Key_Escape, false},
+                  {DestroyingChoice, Qt::Key_Return, false},
+                  {DestroyingChoice, Qt::Key_Escape, false},
+                  {Question, 0, false}};
+    for (const auto& row : arRows) {
+        auto* const pParent = new QWidget;
+        QTimer::singleShot(0, [&] {
+            auto* const pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            ASSERT_TRUE(pBox);
+            EXPECT_EQ(pBox->textFormat(), Qt::PlainText);
+            if (row.nKey)
+                QTest::keyClick(pBox, Qt::Key(row.nKey));
+            else
+                delete pParent;
+        });
+        EXPECT_EQ(CUserSide::s_F_o_Get().m_F_b_Prompt(pParent, {row.nKind, "<b>2 < 3</b>", "Caption"}), row.bAnswer)
+            << int(row.nKind) << ' ' << row.nKey;
+        if (row.nKey)
+            delete pParent;
     }
 }
 

@@ -1,51 +1,95 @@
 #pragma once
 
+#include <QDialog>
+#include <QTimer>
 #include <deque>
 #include <gtest/gtest.h>
+#include <utility>
+#include <vector>
 
-#include "toolkit/CPrompts.h"
+#include "toolkit/user/CUserSide.h"
 
-/// Answers the library's prompts in the user's place: each must come as it was announced, in its order. A prompt that
-/// nobody announced, and one that never came, fail the test.
-class PromptQueue
+/// Plays the user: each message, question and dialog must come as it was announced, in its order. One that nobody
+/// announced, and one that never came, fail the test. Waits are over at once, and time passes where a test says so.
+class PromptQueue : public CUserSide
 {
 public:
-    PromptQueue()
+    using AtDialog = std::function<void(QDialog&)>;
+
+    PromptQueue() { s_S_Replace(this); }
+    ~PromptQueue() override
     {
-        CPrompts::s_S_SetAnswerer([this](const stDef_Prompt& stPrompt) { return Answer(stPrompt); });
-    }
-    ~PromptQueue()
-    {
-        CPrompts::s_S_SetAnswerer({});
-        EXPECT_EQ(vm_arExpected.size(), 0u) << "prompts that never came, the first one: "
-                                            << (vm_arExpected.empty() ? "" : vm_arExpected.front().sText.toStdString());
+        s_S_Replace(nullptr);
+        EXPECT_EQ(Left(), 0u) << "what never came, the first one: "
+                              << (Left() ? vm_arExpected.front().sText.toStdString() : "");
     }
     PromptQueue(const PromptQueue&) = delete;
     PromptQueue& operator=(const PromptQueue&) = delete;
 
+    /// Announces a message or a question; "" answers no.
     void Expect(const QString& sText, const QString& sCaption, const QString& sAnswer = "yes")
     {
-        vm_arExpected.push_back({sText, sCaption, sAnswer});
+        vm_arExpected.push_back({sText, sCaption, sAnswer, {}});
     }
+    /// Announces a question that has No as its default.
+    void ExpectToDestroy(const QString& sText, const QString& sCaption, const QString& sAnswer = "yes")
+    {
+        vm_arExpected.push_back({"No: " + sText, sCaption, sAnswer, {}});
+    }
+    /// Announces a question for a file that begins with `sProposed`; "" takes none.
+    void ExpectFile(const QString& sProposed, const QString& sCaption, const QString& sAnswer)
+    {
+        vm_arExpected.push_back({"file: " + sProposed, sCaption, sAnswer, {}});
+    }
+    /// Announces a modal dialog, at which the function acts; one that it leaves open is rejected.
+    void ExpectDialog(AtDialog fnAct) { vm_arExpected.push_back({"dialog", {}, {}, std::move(fnAct)}); }
+
+    std::size_t Left() const { return vm_arExpected.size(); }
+    /// The waits since the last call, in ms.
+    std::vector<int> TakeWaits() { return std::exchange(vm_arWaits, {}); }
+
+    bool m_F_b_Prompt(QWidget*, const stDef_Prompt& stPrompt) override
+    {
+        const bool bDestroys = stPrompt.nKind == stDef_Prompt::emDef_Kind::DestroyingChoice;
+        return !Take((bDestroys ? "No: " : "") + stPrompt.sText, stPrompt.sCaption).sAnswer.isEmpty();
+    }
+    QString m_F_s_File(QWidget*, const stDef_FileQuestion& stQuestion) override
+    {
+        return Take("file: " + stQuestion.sProposed, stQuestion.sCaption).sAnswer;
+    }
+    int m_F_n_RunModal(QDialog& objDialog) override
+    {
+        const stDef_Expected stExpected = Take("dialog", {});
+        QTimer::singleShot(0, &objDialog, [&] {
+            if (stExpected.fnAct)
+                stExpected.fnAct(objDialog);
+            if (objDialog.isVisible())
+                objDialog.done(QDialog::Rejected);
+        });
+        return objDialog.exec();
+    }
+    void m_S_Wait(QWidget*, const QString&, int nMs) override { vm_arWaits.push_back(nMs); }
 
 private:
     struct stDef_Expected
     {
         QString sText, sCaption, sAnswer;
+        AtDialog fnAct;
     };
 
-    QString Answer(const stDef_Prompt& stPrompt)
+    stDef_Expected Take(const QString& sText, const QString& sCaption)
     {
         if (vm_arExpected.empty()) {
-            ADD_FAILURE() << "a prompt that nobody expects: " << stPrompt.sText.toStdString();
+            ADD_FAILURE() << "nobody expects this: " << sText.toStdString();
             return {};
         }
         const stDef_Expected stExpected = vm_arExpected.front();
         vm_arExpected.pop_front();
-        EXPECT_EQ(stPrompt.sText, stExpected.sText);
-        EXPECT_EQ(stPrompt.sCaption, stExpected.sCaption);
-        return stExpected.sAnswer;
+        EXPECT_EQ(sText, stExpected.sText);
+        EXPECT_EQ(sCaption, stExpected.sCaption);
+        return stExpected;
     }
 
     std::deque<stDef_Expected> vm_arExpected;
+    std::vector<int> vm_arWaits;
 };

@@ -1,7 +1,7 @@
 #include "toolkit/sheet/CPropertyPage.h"
 
-#include "toolkit/CWaitCursor.h"
 #include "toolkit/form/CMnemonics.h"
+#include "toolkit/user/CWaitCursor.h"
 
 void CPropertyPage::m_S_Initialise()
 {

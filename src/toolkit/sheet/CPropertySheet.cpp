@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "toolkit/sheet/CPropertyPage.h"
+#include "toolkit/user/CUserSide.h"
 
 CPropertySheet::CPropertySheet(const QString& sCaption, QWidget* pParent, unsigned int nSelectPage)
     : QDialog(pParent),
@@ -67,7 +68,7 @@ int CPropertySheet::OnInitDialog()
 int CPropertySheet::DoModal()
 {
     OnInitDialog();
-    return exec();
+    return CUserSide::s_F_o_Get().m_F_n_RunModal(*this);
 }
 
 void CPropertySheet::m_S_SetTabText(int nTab, const QString& sText)

@@ -1,6 +1,6 @@
 #include "toolkit/sheet/CSettingPage.h"
 
-#include "toolkit/CPrompts.h"
+#include "toolkit/user/CPrompts.h"
 
 CSettingPage::CSettingPage(const CTextSource* pTexts) : vm_pTexts(pTexts), vm_objForm(this) {}
 

@@ -2,8 +2,8 @@
 
 #include <QPushButton>
 
-#include "toolkit/CWaitCursor.h"
 #include "toolkit/form/CommonTexts.h"
+#include "toolkit/user/CWaitCursor.h"
 
 CSettingSheet::CSettingSheet(const CTextSource* pTexts, const QString& sCaption, const stDef_Text& stTitle,
                              QWidget* pParent, unsigned int nSelectPage)
