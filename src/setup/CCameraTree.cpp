@@ -3,6 +3,8 @@
 #include <QContextMenuEvent>
 #include <QSignalBlocker>
 
+#include "toolkit/controls/PlainTip.h"
+
 namespace {
 
 constexpr int CameraRole = Qt::UserRole;
@@ -21,10 +23,7 @@ CCameraTree::CCameraTree(QWidget* pParent) : QTreeWidget(pParent)
     setUniformRowHeights(true);
     connect(this, &QTreeWidget::itemClicked, this,
             [this](QTreeWidgetItem* pItem) { Q_EMIT S_Chosen(indexOfTopLevelItem(pItem)); });
-    connect(this, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* pItem) {
-        if (pItem)
-            Q_EMIT S_Chosen(indexOfTopLevelItem(pItem));
-    });
+    connect(this, &QTreeWidget::itemSelectionChanged, this, [this] { Q_EMIT S_Chosen(m_F_n_Selected()); });
     connect(this, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* pItem) {
         Q_EMIT S_EnableChanged(indexOfTopLevelItem(pItem), pItem->checkState(0) == Qt::Checked);
     });
@@ -34,7 +33,7 @@ void CCameraTree::m_S_Append(const QString& sName, bool bEnabled, CCamObj_Base* 
 {
     const QSignalBlocker objQuiet(this);
     auto* const pItem = new QTreeWidgetItem({sName});
-    pItem->setToolTip(0, sName);
+    pItem->setToolTip(0, PlainTip(sName));
     pItem->setSizeHint(0, QSize(0, fontMetrics().height() * 3 / 2)); // room around the check boxes
     pItem->setCheckState(0, CheckOf(bEnabled));
     pItem->setData(0, CameraRole, QVariant::fromValue(static_cast<void*>(pCamera)));
@@ -58,7 +57,7 @@ void CCameraTree::m_S_SetName(int nIndex, const QString& sName)
 {
     const QSignalBlocker objQuiet(this);
     topLevelItem(nIndex)->setText(0, sName);
-    topLevelItem(nIndex)->setToolTip(0, sName);
+    topLevelItem(nIndex)->setToolTip(0, PlainTip(sName));
 }
 
 void CCameraTree::m_S_SetEnabled(int nIndex, bool bEnabled)
@@ -100,5 +99,22 @@ void CCameraTree::contextMenuEvent(QContextMenuEvent* pEvent)
     if (!pItem)
         return;
     setCurrentItem(pItem);
+    Q_EMIT S_Chosen(indexOfTopLevelItem(pItem)); // also if it was selected, for the form may stand alone
     Q_EMIT S_MenuWanted(bKeyboard ? viewport()->mapToGlobal(visualItemRect(pItem).center()) : pEvent->globalPos());
+}
+
+// The base class makes the first item the current one then, without selecting it.
+void CCameraTree::focusInEvent(QFocusEvent* pEvent)
+{
+    QTreeWidget::focusInEvent(pEvent);
+    if (m_F_n_Selected() < 0)
+        setCurrentItem(nullptr);
+}
+
+QItemSelectionModel::SelectionFlags CCameraTree::selectionCommand(const QModelIndex& objIndex,
+                                                                  const QEvent* pEvent) const
+{
+    if (objIndex.isValid())
+        return QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows;
+    return pEvent ? QItemSelectionModel::NoUpdate : QItemSelectionModel::Clear; // the program may select none
 }

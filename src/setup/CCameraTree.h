@@ -7,7 +7,8 @@
 class CCamObj_Base;
 
 /// The cameras of the recorder in the order of their indices, each with its check box and its camera object. What the
-/// user does is told; what the program does is not.
+/// user does is told; what the program does is not. The selected camera is the one that the user is at: neither a click
+/// beside the items nor Ctrl or the first focus ever part the two.
 class FLEETLINK_EXPORT CCameraTree : public QTreeWidget
 {
     Q_OBJECT
@@ -30,10 +31,13 @@ public:
     void m_S_Select(int nIndex);
 
 Q_SIGNALS:
-    void S_Chosen(int nIndex); ///< clicked, or reached by a key
+    void S_Chosen(int nIndex); ///< clicked, with either button, or reached by a key
     void S_EnableChanged(int nIndex, bool bEnabled);
     void S_MenuWanted(const QPoint& ptGlobal); ///< for the selected camera
 
 protected:
     void contextMenuEvent(QContextMenuEvent* pEvent) override;
+    void focusInEvent(QFocusEvent* pEvent) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& objIndex,
+                                                         const QEvent* pEvent = nullptr) const override;
 };

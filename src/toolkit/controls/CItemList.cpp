@@ -3,6 +3,8 @@
 #include <QHeaderView>
 #include <QMouseEvent>
 
+#include "toolkit/controls/PlainTip.h"
+
 CItemList::CItemList(QWidget* pParent) : QTableWidget(pParent)
 {
     setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -43,7 +45,7 @@ void CItemList::m_S_SetTexts(int nRow, const QStringList& arTexts)
 {
     for (int nColumn = 0; nColumn < columnCount(); ++nColumn) {
         item(nRow, nColumn)->setText(arTexts.value(nColumn));
-        item(nRow, nColumn)->setToolTip(arTexts.value(nColumn));
+        item(nRow, nColumn)->setToolTip(PlainTip(arTexts.value(nColumn)));
     }
 }
 
