@@ -35,7 +35,7 @@ QGroupBox* CCameraForm::m_F_p_Make(CForm& objForm)
     vm_pPassword = grp.m_F_p_ShownPassword(nsTexts::Password, "Password");
     m_S_Reset();
     m_S_FillLists();
-    connect(vm_pVendor, &QComboBox::activated, this, &CCameraForm::m_S_OnVendorPicked);
+    connect(vm_pVendor, &QComboBox::currentIndexChanged, this, &CCameraForm::m_S_OnVendorChanged);
     return grp.m_F_p_Box();
 }
 
@@ -54,14 +54,14 @@ void CCameraForm::m_S_FillLists()
 void CCameraForm::m_S_Reset()
 {
     m_S_Show(g_stNew);
-    vm_pVendor->setCurrentIndex(0);
+    m_S_SetVendorRow(0);
     vm_pOnvifAuth->setCurrentIndex(0);
     vm_pPassword->m_S_SetShown(false);
 }
 
 void CCameraForm::m_S_Show(const stDef_CameraValues& stValues)
 {
-    vm_pVendor->setCurrentIndex(m_F_n_VendorRow(stValues.nVendorID));
+    m_S_SetVendorRow(m_F_n_VendorRow(stValues.nVendorID));
     vm_pModel->setText(stValues.sModel);
     vm_pName->setText(stValues.sName);
     vm_pIP->setText(stValues.sIP);
@@ -82,7 +82,13 @@ void CCameraForm::m_S_ShowOnvif(bool bOnvif)
     CForm::s_S_ShowRow(vm_pOnvifAuth, bOnvif);
 }
 
-void CCameraForm::m_S_OnVendorPicked()
+void CCameraForm::m_S_SetVendorRow(int nRow)
+{
+    const QSignalBlocker objQuiet(vm_pVendor); // it is no choice of the user's, which would reset what hangs on it
+    vm_pVendor->setCurrentIndex(nRow);
+}
+
+void CCameraForm::m_S_OnVendorChanged()
 {
     const bool bOnvif = vm_pVendor->currentData() == g_nOnvifVendor;
     m_S_ShowOnvif(bOnvif);

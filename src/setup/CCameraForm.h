@@ -44,7 +44,8 @@ public:
 private:
     void m_S_FillLists();
     void m_S_ShowOnvif(bool bOnvif);
-    void m_S_OnVendorPicked();
+    void m_S_SetVendorRow(int nRow);
+    void m_S_OnVendorChanged();
     QLineEdit* m_F_p_Problem() const;
 
     QComboBox* vm_pVendor = nullptr;
