@@ -24,8 +24,8 @@ void CCameraList::m_S_ListStored()
         CCamObj_Base* const pCamera = m_F_p_Make(stCamera.nVendorID, nIndex);
         if (pCamera)
             pCamera->m_F_b_SetConnect(stConnect);
-        vm_pTree->m_S_Append(CSFunc::s_F_s_Utf8ToUnicode(stConnect.strName),
-                             m_F_s_Value(nIndex, u"Enable"_s).toInt() != 0, pCamera);
+        vm_pTree->m_S_Append(CSFunc::s_F_s_Utf8ToUnicode(stConnect.strName), m_F_n_Value(nIndex, u"Enable"_s, 0) != 0,
+                             pCamera);
         vm_pSheet->m_arrCamObj[static_cast<std::size_t>(nIndex)] = pCamera;
     }
 }
@@ -48,6 +48,11 @@ QString CCameraList::m_F_s_Value(int nIndex, const QString& sKey) const
     return sValue;
 }
 
+int CCameraList::m_F_n_Value(int nIndex, const QString& sKey, int nDefault) const
+{
+    return vm_pNvr->vm_xmlCamera.m_F_n_GetValueInt(vm_objNodes.m_F_s_Path(nIndex), sKey, nDefault);
+}
+
 void CCameraList::m_S_SetValue(int nIndex, const QString& sKey, const QString& sValue)
 {
     vm_pNvr->vm_xmlCamera.m_F_b_SetValue(vm_objNodes.m_F_s_Path(nIndex), sKey, sValue);
@@ -60,7 +65,7 @@ QString CCameraList::m_F_s_Name(int nIndex) const
 
 int CCameraList::m_F_n_Vendor(int nIndex) const
 {
-    return m_F_s_Value(nIndex, u"VendorID"_s).toInt();
+    return m_F_n_Value(nIndex, u"VendorID"_s, 0);
 }
 
 stDef_CameraValues CCameraList::m_F_o_Shown(int nIndex) const
@@ -99,7 +104,7 @@ void CCameraList::m_S_Complete(int nIndex, stDef_CameraValues& stCamera)
     m_S_SetValue(nIndex, u"Name"_s, stCamera.sName);
     const int nRtspPort = stCamera.sRtspPort.toInt();
     if (nRtspPort < 1)
-        stCamera.sRtspPort = m_F_s_Value(nIndex, u"RtspPort"_s);
+        stCamera.sRtspPort = QString::number(m_F_n_Value(nIndex, u"RtspPort"_s, 0));
     else
         m_S_SetValue(nIndex, u"RtspPort"_s, QString::number(nRtspPort));
 }
@@ -134,7 +139,7 @@ bool CCameraList::m_F_b_AddFound(stDef_CameraValues stCamera, stDef_CameraReplie
         return false;
     stCamera.sModel = m_F_s_Value(nIndex, u"Model"_s);
     stCamera.sName = m_F_s_Name(nIndex);
-    vm_pNvr->vm_xmlCamera.m_F_n_GetValue(vm_objNodes.m_F_s_Path(nIndex), u"RtspPort"_s, stCamera.sRtspPort, u"554"_s);
+    stCamera.sRtspPort = QString::number(m_F_n_Value(nIndex, u"RtspPort"_s, 554));
     stCamera.nOnvifAuth = stReplies.xmlDetect.m_F_n_GetValueInt(u"/root/Camera/Cam000"_s, u"OnvifAuth"_s, 1);
     pCamera->m_F_b_SetConnect(stCamera.m_F_o_Connect());
     m_S_Append(stCamera.sName, pCamera);
@@ -177,17 +182,8 @@ void CCameraList::m_S_ReleaseSlot(int nIndex)
         pSlot->m_S_Release(&pSlot);
 }
 
-// Switching two cameras leaves their objects in their slots, and only the tree knows the new pairs. Before an object is
-// released or moved the slots follow the tree, or the one of the other camera would go.
-void CCameraList::m_S_SettleSlots()
-{
-    for (int nIndex = 0; nIndex < vm_pTree->m_F_n_Count(); ++nIndex)
-        vm_pSheet->m_arrCamObj[static_cast<std::size_t>(nIndex)] = vm_pTree->m_F_p_Camera(nIndex);
-}
-
 void CCameraList::m_S_SetObject(int nIndex, CCamObj_Base* pCamera)
 {
-    m_S_SettleSlots();
     m_S_ReleaseSlot(nIndex);
     vm_pSheet->m_arrCamObj[static_cast<std::size_t>(nIndex)] = pCamera;
     vm_pTree->m_S_SetCamera(nIndex, pCamera);
@@ -197,14 +193,13 @@ void CCameraList::m_S_SetObject(int nIndex, CCamObj_Base* pCamera)
 void CCameraList::m_S_ShowItem(int nIndex)
 {
     vm_pTree->m_S_SetName(nIndex, m_F_s_Name(nIndex));
-    vm_pTree->m_S_SetEnabled(nIndex, m_F_s_Value(nIndex, u"Enable"_s).toInt() != 0);
+    vm_pTree->m_S_SetEnabled(nIndex, m_F_n_Value(nIndex, u"Enable"_s, 0) != 0);
 }
 
 void CCameraList::m_S_Delete(int nIndex)
 {
     if (!vm_pNvr->vm_xmlCamera.m_F_b_IsOpen() || !vm_pNvr->vm_xmlSystemInfo.m_F_b_IsOpen())
         return;
-    m_S_SettleSlots();
     m_S_ReleaseSlot(nIndex);
     vm_pTree->m_S_Remove(nIndex);
     vm_objNodes.m_S_Remove(nIndex);
@@ -234,8 +229,7 @@ void CCameraList::m_S_Copy(int nFrom, int nTo)
     if (!pSource || nFrom == nTo || nTo >= vm_pTree->m_F_n_Count())
         return;
     pSource->m_F_b_CopyToIndex(nTo);
-    CCamObj_Base* const pCopy =
-        m_F_p_Make(vm_pNvr->vm_xmlCamera.m_F_n_GetValueInt(vm_objNodes.m_F_s_Path(nFrom), u"VendorID"_s, -1), nTo);
+    CCamObj_Base* const pCopy = m_F_p_Make(m_F_n_Value(nFrom, u"VendorID"_s, -1), nTo);
     if (pCopy)
         pCopy->m_stConnect = pSource->m_stConnect;
     m_S_SetObject(nTo, pCopy);
@@ -260,6 +254,8 @@ void CCameraList::m_S_Switch(int nFirst, int nSecond)
         pFirst->m_nCamIndex = nSecond;
     if (pSecond)
         pSecond->m_nCamIndex = nFirst;
+    auto& arSlots = vm_pSheet->m_arrCamObj; // a motion window takes its camera from here
+    std::swap(arSlots[static_cast<std::size_t>(nFirst)], arSlots[static_cast<std::size_t>(nSecond)]);
     vm_pTree->m_S_SetCamera(nFirst, pSecond);
     vm_pTree->m_S_SetCamera(nSecond, pFirst);
     m_S_ShowItem(nFirst);

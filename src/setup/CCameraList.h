@@ -54,9 +54,9 @@ private:
     void m_S_Append(const QString& sName, CCamObj_Base* pCamera);
     void m_S_SetObject(int nIndex, CCamObj_Base* pCamera);
     void m_S_ReleaseSlot(int nIndex);
-    void m_S_SettleSlots();
     void m_S_ShowItem(int nIndex);
     QString m_F_s_Value(int nIndex, const QString& sKey) const;
+    int m_F_n_Value(int nIndex, const QString& sKey, int nDefault) const;
     void m_S_SetValue(int nIndex, const QString& sKey, const QString& sValue);
 
     CWndNvrEmbedded* vm_pNvr;

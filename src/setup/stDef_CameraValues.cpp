@@ -9,15 +9,19 @@ stDef_CameraValues stDef_CameraValues::s_F_o_Read(const CXmlObj& xmlCamera, cons
                                                   const stDef_Defaults& stDefaults)
 {
     stDef_CameraValues st;
-    const auto Read = [&](const QString& sKey, QString& sOut, const char16_t* pszDefault = u"") {
-        xmlCamera.m_F_n_GetValue(sNode, sKey, sOut, QString::fromUtf16(pszDefault));
+    const auto Read = [&](const QString& sKey, QString& sOut) { xmlCamera.m_F_n_GetValue(sNode, sKey, sOut, {}); };
+    const auto ReadPort = [&](const QString& sKey, QString& sOut, std::optional<int> nDefault) {
+        if (nDefault)
+            sOut = QString::number(xmlCamera.m_F_n_GetValueInt(sNode, sKey, *nDefault));
+        else
+            Read(sKey, sOut);
     };
     st.nVendorID = xmlCamera.m_F_n_GetValueInt(sNode, u"VendorID"_s, stDefaults.nVendorID);
     Read(u"Model"_s, st.sModel);
     Read(u"Name"_s, st.sName);
     Read(u"IP"_s, st.sIP);
-    Read(u"HttpPort"_s, st.sHttpPort, stDefaults.pszHttpPort);
-    Read(u"RtspPort"_s, st.sRtspPort, stDefaults.pszRtspPort);
+    ReadPort(u"HttpPort"_s, st.sHttpPort, stDefaults.nHttpPort);
+    ReadPort(u"RtspPort"_s, st.sRtspPort, stDefaults.nRtspPort);
     st.nOnvifAuth = xmlCamera.m_F_n_GetValueInt(sNode, u"OnvifAuth"_s, 1);
     Read(u"UserName"_s, st.sUser);
     Read(u"Password"_s, st.sPassword);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 
 class CXmlObj;
 struct stDef_CamConnect;
@@ -20,15 +21,15 @@ struct stDef_CameraValues
     QString sUser;
     QString sPassword;
 
-    /// What counts for a key that a node lacks.
+    /// What counts for a key that a node lacks. A port without a default is taken as the text that stands there.
     struct stDef_Defaults
     {
         int nVendorID;
-        const char16_t* pszHttpPort;
-        const char16_t* pszRtspPort;
+        std::optional<int> nHttpPort;
+        std::optional<int> nRtspPort;
     };
-    static constexpr stDef_Defaults s_stStored{-1, u"80", u"554"}; ///< for a camera object
-    static constexpr stDef_Defaults s_stShown{0, u"", u""};        ///< for the form
+    static constexpr stDef_Defaults s_stStored{-1, 80, 554}; ///< for a camera object
+    static constexpr stDef_Defaults s_stShown{0, {}, {}};    ///< for the form
 
     static stDef_CameraValues s_F_o_Read(const CXmlObj& xmlCamera, const QString& sNode,
                                          const stDef_Defaults& stDefaults);
