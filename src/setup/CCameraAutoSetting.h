@@ -1,11 +1,24 @@
 #pragma once
 
+#include <QStringList>
+
 #include "setup/CCameraProbe.h"
 #include "setup/CCameraSearchList.h"
 
 class CCameraList;
 class CWndNvrEmbedded;
+class QProgressDialog;
 class QWidget;
+struct stDef_Text;
+
+/// What came of the cameras that were to be added.
+struct stDef_AutoSettingResult
+{
+    int nAdded = 0;
+    bool bFull = false;      ///< there was no room for more
+    QStringList arRefused;   ///< added, but for no model: the camera did not take the account
+    QStringList arUnreached; ///< added by its abilities alone, as the recorder did not get through to it
+};
 
 /// Adds the cameras that a search found, one after the other, under the template. A window tells which one it is at and
 /// how many there are, and can be stopped between two cameras; what was added so far stays.
@@ -16,10 +29,13 @@ public:
     CCameraAutoSetting(CWndNvrEmbedded* pNvr, CCameraList* pCameras, QWidget* pParent);
 
     /// Ends early when a camera answers neither request, when the list is full, or when the user says so. A camera of a
-    /// vendor without a driver is passed over. Returns how many were added.
-    int m_F_n_Run(const CCameraSearchList::Rows& arFound);
+    /// vendor without a driver is passed over.
+    stDef_AutoSettingResult m_F_o_Run(const CCameraSearchList::Rows& arFound);
 
 private:
+    QString m_F_s_Word(const stDef_Text& stText) const;
+    std::unique_ptr<QProgressDialog> m_F_p_Progress(int nSteps) const;
+
     CWndNvrEmbedded* vm_pNvr;
     CCameraList* vm_pCameras;
     QWidget* vm_pParent;

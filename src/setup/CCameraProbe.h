@@ -10,6 +10,9 @@ struct stDef_CameraReplies
 {
     CXmlObj xmlDetect;
     CXmlObj xmlSupport;
+
+    /// Whether a detect reply names a model: a camera that refused the account has none.
+    static bool s_F_b_Recognized(const CXmlObj& xmlDetect);
 };
 
 /// Asks the recorder for a camera: only the recorder ever talks to one. Each request takes up to a minute; accounts go

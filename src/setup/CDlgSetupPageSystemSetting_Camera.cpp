@@ -41,6 +41,9 @@ constexpr Text NobodyText{"NoCameraReached", "The recorder reached no camera wit
 constexpr Text FoundText{"CamerasFound", "Cameras found: %1"};
 constexpr Text NoSearchText{"NoSearchReply", "The recorder did not answer the search."};
 constexpr Text AddedText{"CamerasAdded", "Cameras added: %1"};
+constexpr Text NoRoomText{"CamerasNoRoom", "The camera list is full, so no more were added."};
+constexpr Text RefusedText{"CamerasRefused", "Added, but refused the account: %1"};
+constexpr Text UnreachedText{"CamerasUnreached", "Added without being reached: %1"};
 
 } // namespace
 
@@ -78,6 +81,8 @@ void Page::m_S_Make(CForm& objForm)
     pGrid->addWidget(m_F_p_MakeSearch(objForm), 1, 0, 1, 2);
     vm_pNote = new QLabel;
     vm_pNote->setObjectName(u"Note"_s);
+    vm_pNote->setTextFormat(Qt::PlainText);
+    vm_pNote->setWordWrap(true);
     pGrid->addWidget(vm_pNote, 2, 0, 1, 2);
     pGrid->setColumnStretch(0, 2);
     pGrid->setColumnStretch(1, 5);
@@ -158,8 +163,22 @@ QWidget* Page::m_F_p_MakeSearch(CForm& objForm)
     return grp.m_F_p_Box();
 }
 
+// A note goes with the next action. The release of a button comes just before its click, which may leave a new note; at
+// the press already, the buttons below would move away from under the pointer.
+void Page::m_S_ConnectNote()
+{
+    for (const QAbstractButton* const pButton : findChildren<QAbstractButton*>())
+        connect(pButton, &QAbstractButton::released, vm_pNote, &QLabel::clear);
+    for (const QComboBox* const pList : findChildren<QComboBox*>())
+        connect(pList, &QComboBox::activated, vm_pNote, &QLabel::clear);
+    connect(vm_pTree, &CCameraTree::S_Chosen, vm_pNote, &QLabel::clear);
+    connect(vm_pTree, &CCameraTree::S_EnableChanged, vm_pNote, &QLabel::clear);
+    connect(vm_pFound, &CCameraSearchList::S_RowChosen, vm_pNote, &QLabel::clear);
+}
+
 void Page::m_S_Connect()
 {
+    m_S_ConnectNote();
     connect(vm_pTree, &CCameraTree::S_Chosen, this, &Page::m_S_ShowCamera);
     connect(vm_pTree, &CCameraTree::S_EnableChanged, this,
             [this](int nIndex, bool bEnabled) { vm_pCameras->m_S_SetEnabled(nIndex, bEnabled); });
@@ -191,11 +210,9 @@ void Page::m_S_EnableShown(bool bShown)
     vm_pParameter->setEnabled(bShown && vm_pTree->m_F_p_Camera(vm_pTree->m_F_n_Selected()));
 }
 
-// What no message tells; it stands until the next action.
-void Page::m_S_Tell(const stDef_Text& stText, int nNumber)
+QString Page::m_F_s_Line(const stDef_Text& stText, const QString& sValue) const
 {
-    vm_pNote->setText(
-        vm_pNvr->m_F_s_Text(stText, QString::fromUtf8(stText.pszDefault)).replace(u"%1"_s, QString::number(nNumber)));
+    return vm_pNvr->m_F_s_Text(stText, QString::fromUtf8(stText.pszDefault)).replace(u"%1"_s, sValue);
 }
 
 void Page::m_S_ShowCamera(int nIndex)
@@ -236,7 +253,6 @@ void Page::m_S_ResetForm()
 
 bool Page::m_F_b_CheckInput(bool bVendorKnown)
 {
-    vm_pNote->clear();
     if (!vm_pForm->m_F_b_HasVendor() && !bVendorKnown)
         return false;
     const stDef_CameraValues st = vm_pForm->m_F_o_Values();
@@ -267,7 +283,7 @@ void Page::m_S_Add()
     stDef_CameraValues stCamera = vm_pForm->m_F_o_Values();
     stDef_CameraReplies stReplies;
     if (!vm_objProbe.m_F_b_DetectAndSupport(stCamera, stReplies)) {
-        m_S_Tell(NobodyText);
+        vm_pNote->setText(m_F_s_Line(NobodyText));
         return;
     }
     if (!vm_pCameras->m_F_b_AddDescribed(stCamera, stReplies))
@@ -306,7 +322,7 @@ void Page::m_S_Update()
     }
     stDef_CameraReplies stReplies;
     if (!vm_objProbe.m_F_b_DetectAndSupport(stCamera, stReplies)) {
-        m_S_Tell(NobodyText);
+        vm_pNote->setText(m_F_s_Line(NobodyText));
         return;
     }
     if (!vm_pCameras->m_F_b_Replace(nIndex, stCamera, stReplies))
@@ -318,7 +334,6 @@ void Page::m_S_Update()
 
 void Page::m_S_Detect()
 {
-    vm_pNote->clear();
     CXmlObj xmlReply;
     bool bReply = false;
     {
@@ -329,15 +344,14 @@ void Page::m_S_Detect()
         m_S_Message(NoReplyText, DetectText);
         return;
     }
-    const auto Value = [&](const QString& sKey, const QString& sDefault) {
+    const auto Value = [&](const QString& sKey) {
         QString sValue;
-        xmlReply.m_F_n_GetValue(u"/root/Camera/Cam000"_s, sKey, sValue, sDefault);
+        xmlReply.m_F_n_GetValue(u"/root/Camera/Cam000"_s, sKey, sValue, {});
         return sValue;
     };
-    const bool bNobody = Value(u"Model"_s, u"Any"_s) == "Any"_L1;
-    m_S_Message(bNobody ? NotDetectedText : DetectedText, DetectText);
-    vm_pForm->m_S_SetModel(Value(u"Model"_s, {}));
-    vm_pForm->m_S_SetRtspPort(Value(u"RtspPort"_s, {}));
+    m_S_Message(stDef_CameraReplies::s_F_b_Recognized(xmlReply) ? DetectedText : NotDetectedText, DetectText);
+    vm_pForm->m_S_SetModel(Value(u"Model"_s));
+    vm_pForm->m_S_SetRtspPort(Value(u"RtspPort"_s));
 }
 
 void Page::m_S_ShowParameter()
@@ -402,19 +416,19 @@ void Page::m_S_DropRows()
 
 void Page::m_S_SearchCameras()
 {
-    m_S_DropRows();
     CDlgSetupPageSystemSetting_Camera_AutoSetting objFilter(vm_pNvr, this);
     if (m_bQuickAdd && CUserSide::s_F_o_Get().m_F_n_RunModal(objFilter) != QDialog::Accepted) {
         m_bQuickAdd = false;
-        return;
+        return; // what was found before stays
     }
+    m_S_DropRows();
     const CWaitCursor objWait;
     CXmlObj xmlReply;
     if (vm_objProbe.m_F_b_Search(xmlReply)) {
         m_S_ReadRows(xmlReply, [&](const stDef_SearchIPC& st) { return !m_bQuickAdd || objFilter.m_F_b_Passes(st); });
-        m_S_Tell(FoundText, static_cast<int>(m_listSearch.size()));
+        vm_pNote->setText(m_F_s_Line(FoundText, QString::number(m_listSearch.size())));
     } else {
-        m_S_Tell(NoSearchText);
+        vm_pNote->setText(m_F_s_Line(NoSearchText));
     }
     m_bQuickAdd = m_bQuickAdd && !m_listSearch.empty();
 }
@@ -441,14 +455,26 @@ void Page::m_S_AutoSetting()
     if (!m_bQuickAdd)
         return;
     const CWaitCursor objWait;
-    const int nAdded = CCameraAutoSetting(vm_pNvr, vm_pCameras.get(), this).m_F_n_Run(m_listSearch);
-    if (nAdded > 0)
+    const auto stResult = CCameraAutoSetting(vm_pNvr, vm_pCameras.get(), this).m_F_o_Run(m_listSearch);
+    if (stResult.nAdded > 0)
         nShown = vm_pTree->m_F_n_Count() - 1;
     vm_pForm->m_S_MarkAddress(false);
     vm_pTree->m_S_Select(nShown);
     m_S_ShowCamera(nShown);
     m_S_EnableAdding();
-    m_S_Tell(AddedText, nAdded);
+    m_S_TellResult(stResult);
     vm_pTree->setFocus();
     m_bQuickAdd = false;
+}
+
+void Page::m_S_TellResult(const stDef_AutoSettingResult& stResult)
+{
+    QStringList arLines = {m_F_s_Line(AddedText, QString::number(stResult.nAdded))};
+    if (stResult.bFull)
+        arLines << m_F_s_Line(NoRoomText);
+    if (!stResult.arRefused.isEmpty())
+        arLines << m_F_s_Line(RefusedText, stResult.arRefused.join(u", "_s));
+    if (!stResult.arUnreached.isEmpty())
+        arLines << m_F_s_Line(UnreachedText, stResult.arUnreached.join(u", "_s));
+    vm_pNote->setText(arLines.join(u'\n'));
 }

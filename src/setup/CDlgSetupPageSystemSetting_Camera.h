@@ -18,6 +18,7 @@ class CWndNvrEmbedded;
 class QLabel;
 class QLayout;
 class QPushButton;
+struct stDef_AutoSettingResult;
 
 /// Tab Camera: the cameras of the recorder, how they are found and set up. Each action writes into the Camera document
 /// (the template into the System document) at once.
@@ -41,6 +42,7 @@ private:
     QWidget* m_F_p_MakeTemplate(CForm& objForm);
     QWidget* m_F_p_MakeSearch(CForm& objForm);
     void m_S_Connect();
+    void m_S_ConnectNote();
     void m_S_ShowTemplate();
     void m_S_EnableAdding();
     void m_S_EnableShown(bool bShown);
@@ -69,8 +71,9 @@ private:
     void m_S_ReadRows(const CXmlObj& xmlReply, const std::function<bool(const stDef_SearchIPC&)>& fnPasses);
     void m_S_DropRows();
     void m_S_AutoSetting();
+    void m_S_TellResult(const stDef_AutoSettingResult& stResult);
 
-    void m_S_Tell(const stDef_Text& stText, int nNumber = 0);
+    QString m_F_s_Line(const stDef_Text& stText, const QString& sValue = {}) const;
 
     CDlgSetupPageSystemSetting* vm_pSheet = nullptr;
     CCameraProbe vm_objProbe;
