@@ -153,9 +153,9 @@ void CCameraForm::m_S_SetRtspPort(const QString& sPort)
 }
 
 // The RTSP port counts also while it is hidden.
-QLineEdit* CCameraForm::m_F_p_Problem() const
+QWidget* CCameraForm::m_F_p_Problem() const
 {
-    if (vm_pIP->text().isEmpty() || vm_pIP->text() == "0.0.0.0"_L1)
+    if (vm_pIP->m_F_b_IsNone())
         return vm_pIP;
     for (QLineEdit* const pPort : {vm_pHttpPort, vm_pRtspPort}) {
         if (pPort->text().toInt() <= 0)
@@ -166,8 +166,8 @@ QLineEdit* CCameraForm::m_F_p_Problem() const
 
 void CCameraForm::m_S_FocusProblem()
 {
-    if (QLineEdit* const pEdit = m_F_p_Problem()) {
+    if (QWidget* const pEdit = m_F_p_Problem()) {
         pEdit->setFocus();
-        pEdit->selectAll();
+        QMetaObject::invokeMethod(pEdit, "selectAll"); // which edits and the address have
     }
 }

@@ -10,6 +10,7 @@ class CPasswordEdit;
 class QComboBox;
 class QGroupBox;
 class QLineEdit;
+class QWidget;
 
 /// The form of the Camera page: the values of the camera that is shown, or of one about to be added.
 class CCameraForm : public QObject
@@ -46,7 +47,7 @@ private:
     void m_S_ShowOnvif(bool bOnvif);
     void m_S_SetVendorRow(int nRow);
     void m_S_OnVendorChanged();
-    QLineEdit* m_F_p_Problem() const;
+    QWidget* m_F_p_Problem() const;
 
     QComboBox* vm_pVendor = nullptr;
     QLineEdit* vm_pModel = nullptr;

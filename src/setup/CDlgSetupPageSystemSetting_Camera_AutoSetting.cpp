@@ -53,6 +53,7 @@ void CDlgSetupPageSystemSetting_Camera_AutoSetting::accept()
 
 bool CDlgSetupPageSystemSetting_Camera_AutoSetting::m_F_b_Passes(const stDef_SearchIPC& stRow) const
 {
-    const bool bAddress = vm_sIP == QString::fromUtf16(NoAddress) || stRow.IP.toLower().contains(vm_sIP);
+    const bool bAddress =
+        vm_sIP == QString::fromUtf16(NoAddress) || CIPAddressEdit::s_F_s_Plain(stRow.IP).toLower().contains(vm_sIP);
     return bAddress && stRow.DeviceModel.toLower().contains(vm_sModel) && stRow.MAC.toLower().contains(vm_sMAC);
 }

@@ -18,18 +18,23 @@ public:
     }
     void Type(const QString& sName, const QString& sText) const
     {
-        auto* const pEdit = static_cast<QLineEdit*>(Find(sName));
-        pEdit->setFocus();
-        pEdit->selectAll();
-        QTest::keyClick(pEdit, Qt::Key_Delete);
-        QTest::keyClicks(pEdit, sText);
+        QWidget* const pControl = Find(sName);
+        const auto Target = [pControl] { // a key may lead to another part; what is disabled takes none
+            QWidget* const pFocus = pControl->window()->focusWidget();
+            return pControl->isAncestorOf(pFocus) ? pFocus : pControl;
+        };
+        pControl->setFocus();
+        QTest::keyClick(Target(), Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(Target(), Qt::Key_Delete);
+        for (const QChar c : sText)
+            QTest::keyClicks(Target(), QString(c));
     }
     void Click(const QString& sName) const
     {
         QWidget* const pWidget = Find(sName);
         QTest::mouseClick(pWidget, Qt::LeftButton, {}, QPoint(8, pWidget->height() / 2));
     }
-    QString Shown(const QString& sName) const { return static_cast<QLineEdit*>(Find(sName))->text(); }
+    QString Shown(const QString& sName) const { return Find(sName)->property("text").toString(); }
     /// Names of those that don't have this state.
     QStringList NotEnabled(const QStringList& arNames, bool bEnabled) const
     {

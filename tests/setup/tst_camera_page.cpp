@@ -486,7 +486,7 @@ TEST_F(CameraPage, FiltersAndSortsWhatIsFound)
         const char* pszButton = "OK";
     } arRows[] = {
         {{{"Model", "wn-300"}}, {"Lift & lobby", "Cellar"}},
-        {{{"IP", "192.168.1.0"}, {"Model", "AM"}}, {"Car park east", "Car park west", "Bicycle shed"}},
+        {{{"IP", "192.168.001.000"}, {"Model", "AM"}}, {"Car park east", "Car park west", "Bicycle shed"}},
         {{{"IP", "169.254.0.0"}}, {"Corridor 3 倉庫", "Lift & lobby", "Outbuilding"}},
         {{{"MAC", "00:2c"}}, {"Outbuilding"}},
         {{{"IP", "10.0.0.0"}}, {}},

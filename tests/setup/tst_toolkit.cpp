@@ -1,11 +1,16 @@
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QGroupBox>
+#include <QHash>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTabWidget>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -84,14 +89,113 @@ TEST(Rules, HoldWhateverTheirOrder)
     }
 }
 
-TEST(IPAddressEdit, StoresWhatNoEditTouched)
+/// Types at what has the focus: "<" and ">" are arrows, "~" is Backspace, "D" is Delete, "V" pastes.
+void TypeKeys(QWidget& window, const char* pszKeys)
+{
+    static const QHash<char, QKeyCombination> s_mapKeys = {{'<', Qt::Key_Left},
+                                                           {'>', Qt::Key_Right},
+                                                           {'~', Qt::Key_Backspace},
+                                                           {'D', Qt::Key_Delete},
+                                                           {'V', Qt::ControlModifier | Qt::Key_V}};
+    for (const char c : QByteArray(pszKeys)) {
+        const auto objKey = s_mapKeys.value(c);
+        if (s_mapKeys.contains(c))
+            QTest::keyClick(window.focusWidget(), objKey.key(), objKey.keyboardModifiers());
+        else
+            QTest::keyClick(window.focusWidget(), c);
+    }
+}
+
+TEST(IPAddressEdit, HasFourPartsAndKeepsWhatNoEditTouched)
+{
+    const struct
+    {
+        const char *pszCame, *pszKeys, *pszText;
+        const char* pszPasted = "";
+    } arRows[] = {
+        {"10.1.2.3", "", "10.1.2.3"},
+        {"", "", ""},
+        {"recorder-4.gate.example.com", "", "recorder-4.gate.example.com"},
+        {"300.1.2.3", "", "300.1.2.3"},
+        {"010.001.002.003", "", "010.001.002.003"}, // goes back as it came
+        {"010.001.002.003", ">.>.>.>.>1", "10.1.2.31"},
+        {"", "0", "0.0.0.0"},
+        {"0.0.0", ".", "0.0.0"},
+        {"0.0.0", ".4", "0.4.0.0"},
+        {"", "192.168.010.000", "192.168.10.0"}, // the dots behind three digits lead nowhere
+        {"", "192168010007", "192.168.10.7"},
+        {"", "1.x2..3.4.5", "1.2.3.45"},
+        {"", "300.1.2", "255.1.2.0"},
+        {"10.1.2.3", "D", "0.1.2.3"},
+        {"10.1.2.3", "D>D>D>D", ""},
+        {"", "12.3<<~~4", "4.3.0.0"}, // back over the dot, then a "2" and a "1"
+        {"recorder-4", "x", "recorder-4"},
+        {"recorder-4", "7.8", "7.8.0.0"},
+        {"recorder-4", "~", ""},
+        {"recorder-4", "V", "recorder-4", "recorder-5"},
+        {"recorder-4", "V", "10.20.30.40", "10.20.30.40"},
+        {"1.2.3.4", ".V", "10.20.30.40", " 010.20.30.40\n"},
+        {"1.2.3.4", "..V", "1.2.168.7", "168.7"},
+        {"1.2.3.4", "...V", "1.2.3.4", "168.7"},
+        {"1.2.3.4", ".V", "1.77.3.4", "77"},
+        {"1.2.3.4", ".V", "1.2.3.4", "192.168.0.1:80"},
+    };
+    for (const auto& row : arRows) {
+        SCOPED_TRACE(std::string(row.pszCame) + " " + row.pszKeys + " " + row.pszPasted);
+        QWidget window;
+        auto* const pEdit = new CIPAddressEdit(&window);
+        EXPECT_EQ(Stored<nsForms::AsText>(pEdit, row.pszCame), row.pszCame);
+        QGuiApplication::clipboard()->setText(row.pszPasted);
+        window.show();
+        pEdit->setFocus();
+        pEdit->selectAll();
+        TypeKeys(window, row.pszKeys);
+        EXPECT_EQ(pEdit->text().toStdString(), row.pszText);
+        EXPECT_EQ(pEdit->m_F_b_IsNone(), CIPAddressEdit::s_F_s_Plain(row.pszText) == "0.0.0.0" || !*row.pszText);
+    }
+}
+
+TEST(IPAddressEdit, IsOneControlForTheTabKeyAndReadsOutItsParts)
+{
+    QWidget window;
+    QList<QWidget*> arEdits = {new QLineEdit, new CIPAddressEdit, new QLineEdit};
+    auto* const pLayout = new QVBoxLayout(&window);
+    for (QWidget* const pEdit : arEdits)
+        pLayout->addWidget(pEdit);
+    arEdits[1]->setAccessibleName("Gateway");
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const auto arParts = arEdits[1]->findChildren<QLineEdit*>(QRegularExpression("^Part"));
+    for (int nPart = 0; nPart < 4; ++nPart) {
+        EXPECT_EQ(arParts[nPart]->accessibleName(), QString("Gateway %1").arg(nPart + 1));
+        for (const auto& [nKey, pTo] : {std::pair{Qt::Key_Tab, arEdits[2]}, {Qt::Key_Backtab, arEdits[0]}}) {
+            QTest::mouseClick(arParts[nPart], Qt::LeftButton);
+            EXPECT_TRUE(arParts[nPart]->hasFocus());
+            QTest::keyClick(arParts[nPart], nKey);
+            EXPECT_TRUE(pTo->hasFocus()) << nPart;
+        }
+    }
+}
+
+TEST(IPAddressEdit, TakesAWholeAddressFromItsMenu)
 {
     CIPAddressEdit edit;
-    for (const char* pszStored : {"10.1.2.3", "", "recorder-4.gate.example.com"})
-        EXPECT_EQ(Stored<nsForms::AsText>(&edit, pszStored), pszStored);
-    edit.clear();
-    QTest::keyClicks(&edit, "19216x8.400.7.");
-    EXPECT_EQ(edit.text(), QString("192.168.40.7"));
+    edit.show();
+    QGuiApplication::clipboard()->setText("10.20.30.40");
+    QTimer::singleShot(0, [] {
+        QWidget* const pMenu = QApplication::activePopupWidget();
+        ASSERT_TRUE(pMenu);
+        for (QAction* const pAction : pMenu->actions()) {
+            if (pAction->text().startsWith("&Paste"))
+                pAction->trigger();
+        }
+        pMenu->close();
+    });
+    auto* const pPart = edit.findChild<QLineEdit*>("Part2");
+    QContextMenuEvent event(QContextMenuEvent::Mouse, {}, pPart->mapToGlobal(QPoint()));
+    QApplication::sendEvent(pPart, &event);
+    EXPECT_EQ(edit.text(), "10.20.30.40");
 }
 
 TEST(PasswordEdit, ShowsWithoutTouchingTextOrCursor)

@@ -4,6 +4,8 @@
 #include <QComboBox>
 #include <QLineEdit>
 
+#include "toolkit/controls/CIPAddressEdit.h"
+
 namespace {
 
 constexpr int NoEntry = -1; ///< the number of an entry that isn't there
@@ -24,6 +26,16 @@ void AsText::s_S_Show(QLineEdit& objEdit, const QString& sValue)
 }
 
 QString AsText::s_F_s_Stored(const QLineEdit& objEdit)
+{
+    return objEdit.text();
+}
+
+void AsText::s_S_Show(CIPAddressEdit& objEdit, const QString& sValue)
+{
+    objEdit.setText(sValue);
+}
+
+QString AsText::s_F_s_Stored(const CIPAddressEdit& objEdit)
 {
     return objEdit.text();
 }

@@ -5,6 +5,7 @@
 
 #include "host/Export.h"
 
+class CIPAddressEdit;
 class QCheckBox;
 class QComboBox;
 class QLineEdit;
@@ -18,6 +19,8 @@ struct FLEETLINK_EXPORT AsText
 {
     static void s_S_Show(QLineEdit& objEdit, const QString& sValue);
     static QString s_F_s_Stored(const QLineEdit& objEdit);
+    static void s_S_Show(CIPAddressEdit& objEdit, const QString& sValue);
+    static QString s_F_s_Stored(const CIPAddressEdit& objEdit);
 };
 
 /// A check box: 0 or 1.
