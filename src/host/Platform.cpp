@@ -1,5 +1,6 @@
 #include "host/Platform.h"
 
+#include <QFile>
 #include <algorithm>
 #include <chrono>
 #include <thread>
@@ -8,7 +9,9 @@
 #include <cerrno>
 #include <climits>
 #include <ctime>
+#include <fcntl.h>
 #include <linux/futex.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 #endif
@@ -65,6 +68,23 @@ void Platform::s_S_WakeWord([[maybe_unused]] std::atomic<std::uint32_t>* pWord)
 {
 #ifndef _WIN32
     syscall(SYS_futex, pWord, FUTEX_WAKE, INT_MAX, nullptr, nullptr, 0);
+#endif
+}
+
+bool Platform::s_F_b_OpenPlain(QFile& objFile)
+{
+#ifdef _WIN32
+    return objFile.open(QIODevice::ReadOnly);
+#else
+    const int nFile = open(QFile::encodeName(objFile.fileName()).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    struct stat st
+    {};
+    if (nFile >= 0 && fstat(nFile, &st) == 0 && S_ISREG(st.st_mode) &&
+        objFile.open(nFile, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+        return true;
+    if (nFile >= 0)
+        close(nFile);
+    return false;
 #endif
 }
 

@@ -94,6 +94,8 @@ struct stDef_Rect
     bool operator==(const stDef_Rect&) const = default;
 };
 
+class QFile;
+
 /// Services of the operating system that several libraries need.
 namespace Platform {
 
@@ -103,6 +105,10 @@ LIB_BEDROCK_EXPORT bool s_F_b_WaitWord(const std::atomic<std::uint32_t>* pWord, 
                                        int nTimeoutMs);
 /// Wakes all that wait on the word, in any process; call it after the word was changed. Any thread; never blocks.
 LIB_BEDROCK_EXPORT void s_S_WakeWord(std::atomic<std::uint32_t>* pWord);
+
+/// Opens the file for reading if it is a plain one, by links, too. A pipe of that name would keep the caller waiting
+/// for somebody to write: it is refused at once.
+LIB_BEDROCK_EXPORT bool s_F_b_OpenPlain(QFile& objFile);
 
 /// The machine's steady clock: the same in all processes, never set back.
 LIB_BEDROCK_EXPORT std::uint64_t s_F_n_SteadyMs();

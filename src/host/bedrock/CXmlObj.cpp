@@ -1,4 +1,5 @@
 #include "host/bedrock/CXmlObj.h"
+#include "host/Platform.h"
 
 #include <QFile>
 #include <QSaveFile>
@@ -405,7 +406,7 @@ bool CXmlObj::m_F_b_LoadXMLFile(const QString& sPath)
 {
     m_F_b_Close();
     QFile objFile(sPath);
-    if (!objFile.open(QIODevice::ReadOnly))
+    if (!Platform::s_F_b_OpenPlain(objFile))
         return false;
     // Piece by piece: a read sets aside all that it is allowed, whatever there is. UTF-32 takes four bytes a character.
     QByteArray sBytes;
