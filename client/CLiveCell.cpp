@@ -139,7 +139,8 @@ void CLiveCell::m_S_StartDecoder()
     const stDef_LiveSource& stSource = vm_pChannel->m_F_o_Source();
     m_S_TellSize();
     vm_objDecoder.m_S_SkipOld();
-    vm_objDecoder.m_S_Start(stSource.nNvrID, stSource.nChannel, stSource.nStream);
+    vm_objDecoder.m_S_Start(stSource.nNvrID, stSource.nChannel, stSource.nStream,
+                            vm_pEnv->m_F_s_Instance().toStdString());
 }
 
 void CLiveCell::m_S_RetryNow()

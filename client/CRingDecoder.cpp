@@ -29,6 +29,7 @@ struct CRingDecoder::st_Impl
     int nNvrID = -1;
     int nChannel = 0;
     int nStream = 0;
+    std::string sInstance;
     std::atomic<std::uint64_t> nCell{0};   // width in the upper half, height in the lower: one word, never half changed
     std::atomic<std::int64_t> nSinceUs{0}; // packets that arrived earlier are not for us
     std::thread objThread;
@@ -71,13 +72,14 @@ CRingDecoder::~CRingDecoder()
     m_S_Stop();
 }
 
-void CRingDecoder::m_S_Start(int nNvrID, int nChannel, int nStream)
+void CRingDecoder::m_S_Start(int nNvrID, int nChannel, int nStream, const std::string& sInstance)
 {
     m_S_Stop();
     st_Impl& d = *vm_pImpl;
     d.nNvrID = nNvrID;
     d.nChannel = nChannel;
     d.nStream = nStream;
+    d.sInstance = sInstance;
     d.bStop = false;
     d.stNewest.nSerial = 0;
     d.stSnapshot.nSerial = 0;
@@ -162,7 +164,7 @@ bool CRingDecoder::st_Impl::Stopped()
 
 bool CRingDecoder::st_Impl::OpenRing()
 {
-    if (objReader.m_F_b_IsOpen() || objReader.m_F_b_Open(emDef_RingKind::Video, nNvrID, nChannel, nStream))
+    if (objReader.m_F_b_IsOpen() || objReader.m_F_b_Open(emDef_RingKind::Video, nNvrID, nChannel, nStream, sInstance))
         return true;
     std::unique_lock objGuard(objLock);
     objWake.wait_for(objGuard, OpenPause, [this] { return bStop; });

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "CPictureDecoder.h"
 
@@ -20,8 +21,8 @@ public:
     CRingDecoder(const CRingDecoder&) = delete;
     CRingDecoder& operator=(const CRingDecoder&) = delete;
 
-    /// Begins with the video ring of that recorder, channel and stream.
-    void m_S_Start(int nNvrID, int nChannel, int nStream);
+    /// Begins with the video ring of that recorder, channel and stream, of the environment of that instance.
+    void m_S_Start(int nNvrID, int nChannel, int nStream, const std::string& sInstance);
     /// Tells the thread to end and returns at once.
     void m_S_RequestStop();
     void m_S_Stop();

@@ -81,9 +81,10 @@ CWndNvrShared::stDef_StreamTarget CWndNvrShared::m_F_o_ReadTarget(int nNvrID) co
 void CWndNvrShared::m_S_StartRtsp(const stDef_StreamTarget& stTarget, int nNvrID, int nChannel, int nStream)
 {
     vm_pRtsp = std::make_unique<stDef_RtspStream>();
-    vm_pRtsp->vm_objShmVideo.m_S_Init(nNvrID, nChannel, nStream, true);
+    const std::string sInstance = vm_pEnv->m_F_s_Instance().toStdString();
+    vm_pRtsp->vm_objShmVideo.m_S_Init(nNvrID, nChannel, nStream, true, sInstance);
     // Both streams of a channel carry the same sound, so they share one audio ring.
-    vm_pRtsp->vm_objShmAudio.m_S_Init(nNvrID, nChannel, 0, true);
+    vm_pRtsp->vm_objShmAudio.m_S_Init(nNvrID, nChannel, 0, true, sInstance);
 
     stDef_RtspParam stParam;
     stParam.sUrl = u"rtsp://"_s + stTarget.sUID + u':' + CWinAES_CMS::s_F_s_Decrypt(stTarget.sPWD) + u'@' +
@@ -94,14 +95,45 @@ void CWndNvrShared::m_S_StartRtsp(const stDef_StreamTarget& stTarget, int nNvrID
     stParam.pVideo = &vm_pRtsp->vm_objShmVideo;
     stParam.pAudio = &vm_pRtsp->vm_objShmAudio;
     vm_pRtsp->vm_objInfo.m_S_SetParam(&stParam);
-    vm_pRtsp->vm_objClient.m_S_Connect(&vm_pRtsp->vm_objInfo);
+    m_S_StartClient();
+}
+
+void CWndNvrShared::m_S_StartClient()
+{
+    if (m_F_b_HasRing())
+        vm_pRtsp->vm_objClient.m_S_Connect(&vm_pRtsp->vm_objInfo);
+}
+
+bool CWndNvrShared::m_F_b_HasRing()
+{
+    const std::string sVideo = vm_pRtsp->vm_objShmVideo.m_F_s_WhyNot();
+    const std::string sAudio = vm_pRtsp->vm_objShmAudio.m_F_s_WhyNot();
+    for (const std::string& sWhy : {sVideo, sAudio}) {
+        if (!sWhy.empty() && vm_sToldRings.find(sWhy) == std::string::npos)
+            CSFunc::s_S_Debug("no ring to write to, %s", sWhy.c_str());
+    }
+    vm_sToldRings = sVideo + '\n' + sAudio;
+    return sVideo.empty();
+}
+
+void CWndNvrShared::m_S_AttachAgain()
+{
+    stDef_RtspStream& stStream = *vm_pRtsp;
+    if (stStream.vm_objShmVideo.m_F_b_IsAttached() && stStream.vm_objShmAudio.m_F_b_IsAttached())
+        return;
+    stStream.vm_objClient.m_S_Disconnect(false); // its thread may be about to see that it can't write
+    stStream.vm_objShmVideo.m_F_b_AttachAgain();
+    stStream.vm_objShmAudio.m_F_b_AttachAgain();
+    stStream.vm_objInfo.vm_pVideoInfo = stStream.vm_objShmVideo.m_F_p_GetData();
+    stStream.vm_objInfo.vm_pAudioInfo = stStream.vm_objShmAudio.m_F_p_GetData();
 }
 
 void CWndNvrShared::m_S_Connect(int nNvrID, int nChannel, int nStream)
 {
-    if (vm_pRtsp)
-        vm_pRtsp->vm_objClient.m_S_Connect(nullptr);
-    else if (vm_pEnv)
+    if (vm_pRtsp) {
+        m_S_AttachAgain();
+        m_S_StartClient();
+    } else if (vm_pEnv)
         m_S_CreateNewRtsp(nNvrID, nChannel, nStream);
 }
 
@@ -127,6 +159,11 @@ nsCMS::emDef_ConnectStat CWndNvrShared::m_F_n_GetConnectStat(std::uint64_t nStam
 {
     if (!vm_pRtsp)
         return nsCMS::ConnectStat_None;
+    if (!m_F_b_HasRing()) {
+        vm_pRtsp->vm_objClient.m_S_Disconnect(true);
+        m_S_StoreConnectStat(nsCMS::ConnectStat_Disconnected);
+        return nsCMS::ConnectStat_Disconnected;
+    }
 
     // In this order: a thread leaves its last word before it ends, and read the other way round a refusal would now and
     // then pass for an end.

@@ -4,6 +4,7 @@
 #include <initializer_list>
 
 #include <memory>
+#include <string>
 
 #include "core/CWndNvrBase.h"
 
@@ -88,5 +89,13 @@ private:
     void m_S_SaveCache(CXmlObj* pXml, const QString& sFile);
     void m_S_LoadCache(CXmlObj* pXml, const QString& sFile);
     int m_F_n_Get(const QString& sUrl, CMemManage* pMem, int nTimeoutMs);
+    /// Tries again to own a ring that isn't ours, or no more.
+    void m_S_AttachAgain();
+    /// Connects, unless there is no ring to write to.
+    void m_S_StartClient();
+    /// False while the video ring can't be written; the log is told each reason once.
+    bool m_F_b_HasRing();
     void m_S_StoreConnectStat(nsCMS::emDef_ConnectStat nStat);
+
+    std::string vm_sToldRings; ///< what the log was told last of rings that can't be written
 };

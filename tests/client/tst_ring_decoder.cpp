@@ -83,7 +83,7 @@ protected:
 TEST_F(RingDecoderTest, PicturesComeInTheirOwnShapeAndColours)
 {
     vm_decoder.m_S_SetCellSize(300, 300);
-    vm_decoder.m_S_Start(NvrID, 0, 0); // before there is a ring
+    vm_decoder.m_S_Start(NvrID, 0, 0, {}); // before there is a ring
     OpenRing(640, 360);
     ASSERT_TRUE(Shows(Jpeg(640, 360, qRgb(200, 40, 30)), qRgb(200, 40, 30)));
     EXPECT_EQ(vm_picture.nWidth, 300);
@@ -103,7 +103,7 @@ TEST_F(RingDecoderTest, OnlyTheNewestPictureWaits)
 {
     OpenRing(64, 64);
     vm_decoder.m_S_SetCellSize(64, 64);
-    vm_decoder.m_S_Start(NvrID, 0, 0);
+    vm_decoder.m_S_Start(NvrID, 0, 0, {});
     ASSERT_TRUE(Shows(Jpeg(64, 64, qRgb(10, 10, 10)), qRgb(10, 10, 10)));
     for (int i = 0; i < 50; ++i)
         Write(Jpeg(64, 64, qRgb(10, 10, 10)));
@@ -125,7 +125,7 @@ TEST_F(RingDecoderTest, WhatCantBeDecodedIsSkipped)
 {
     OpenRing(64, 64);
     vm_decoder.m_S_SetCellSize(64, 64);
-    vm_decoder.m_S_Start(NvrID, 0, 0);
+    vm_decoder.m_S_Start(NvrID, 0, 0, {});
     const auto arGood = Jpeg(64, 64, qRgb(90, 90, 200));
     const std::vector<std::uint8_t> arCut(arGood.begin(), arGood.begin() + 20);
     std::vector<std::uint8_t> arNoise(3000);
@@ -145,14 +145,14 @@ TEST_F(RingDecoderTest, PicturesOfTheConnectionBeforeAreNotShown)
     OpenRing(64, 64);
     Write(Jpeg(64, 64, qRgb(10, 10, 10)));
     vm_decoder.m_S_SetCellSize(64, 64);
-    vm_decoder.m_S_Start(NvrID, 0, 0);
+    vm_decoder.m_S_Start(NvrID, 0, 0, {});
     const auto tmEnd = std::chrono::steady_clock::now() + std::chrono::seconds(5);
     while (vm_nCalls == 0 && std::chrono::steady_clock::now() < tmEnd)
         std::this_thread::yield();
     vm_decoder.m_S_SkipOld();
     EXPECT_FALSE(vm_decoder.m_F_b_TakePicture(vm_picture)) << "decoded before the call";
     vm_decoder.m_S_Stop();
-    vm_decoder.m_S_Start(NvrID, 0, 0);
+    vm_decoder.m_S_Start(NvrID, 0, 0, {});
     ASSERT_TRUE(Shows(Jpeg(64, 64, qRgb(250, 250, 250)), qRgb(250, 250, 250)));
     EXPECT_EQ(vm_picture.nSerial, 1U) << "the dark picture was the first";
 }
@@ -161,7 +161,7 @@ TEST_F(RingDecoderTest, ARingThatGoesIsFoundAgain)
 {
     OpenRing(64, 64);
     vm_decoder.m_S_SetCellSize(64, 64);
-    vm_decoder.m_S_Start(NvrID, 0, 0);
+    vm_decoder.m_S_Start(NvrID, 0, 0, {});
     ASSERT_TRUE(Shows(Jpeg(64, 64, qRgb(10, 10, 10)), qRgb(10, 10, 10)));
     vm_ring.m_S_ReleaseWriter(this);
     vm_ring.m_S_Detach();
@@ -175,7 +175,7 @@ TEST_F(RingDecoderTest, TheThreadEndsPromptlyWithAndWithoutARing)
     for (const bool bRing : {false, true}) {
         if (bRing)
             OpenRing(64, 64);
-        vm_decoder.m_S_Start(NvrID, 0, 0);
+        vm_decoder.m_S_Start(NvrID, 0, 0, {});
         const std::int64_t nBefore = NowUs();
         vm_decoder.m_S_Stop();
         EXPECT_LT(NowUs() - nBefore, 500'000) << "ring: " << bRing;

@@ -1,10 +1,31 @@
 #include <QElapsedTimer>
+#include <cerrno>
+#include <fcntl.h>
+#include <functional>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "support/HostFixture.h"
 #include "support/Process.h"
 #include "support/Waiting.h"
 
 namespace {
+
+std::atomic<off_t> g_nRoom{INT64_MAX}; // bytes that shared memory still has for one name
+
+} // namespace
+
+/// Stands before the system's own, as if shared memory were full.
+extern "C" __attribute__((visibility("default"))) int posix_fallocate(int nFile, off_t nAt, off_t nSize)
+{
+    return nSize > g_nRoom ? ENOSPC : fallocate(nFile, 0, nAt, nSize) == 0 ? 0 : errno;
+}
+
+namespace {
+
+const bool g_bLog = qputenv("FLEETLINK_DEBUG", "1");
 
 using namespace std::string_view_literals;
 
@@ -42,14 +63,14 @@ protected:
         return reader.m_F_b_Open(emDef_RingKind::Video, NvrID, nChannel, nStream) ? reader.m_F_n_ConnectStat() : -1;
     }
 
-    static bool DeliversFrames(emDef_RingKind nKind, int nChannel, int nStream)
+    static bool DeliversFrames(emDef_RingKind nKind, int nChannel, int nStream, const std::string& sInstance = {})
     {
         CShmRingReader reader;
         st_RingFrame stFrame;
         int nFrames = 0;
         return WaitUntil([&] {
             if (!reader.m_F_b_IsOpen())
-                reader.m_F_b_Open(nKind, NvrID, nChannel, nStream);
+                reader.m_F_b_Open(nKind, NvrID, nChannel, nStream, sInstance);
             while (reader.m_F_n_Read(stFrame) == emDef_RingRead::Frame)
                 ++nFrames;
             return nFrames >= 5;
@@ -109,6 +130,75 @@ TEST_F(NvrStream, TakesWhatTheListTells)
         nvr->m_S_Connect(NvrID, row.nChannel, row.nStream);
         EXPECT_TRUE(Reaches(*nvr.get(), row.nStat)) << row.pKey << ' ' << row.pValue << " is " << Poll(*nvr.get());
         EXPECT_EQ(StoredStat(row.nChannel, row.nStream), row.nStat);
+    }
+}
+
+TEST_F(NvrStream, HostsOfOtherFoldersHaveRingsOfTheirOwn)
+{
+    StartRecorder({});
+    const QByteArray sGiven = CEnvObj::s_F_s_Instance();
+    CEnvObj::s_S_SetInstance({});
+    ASSERT_TRUE(vm_env.m_F_b_SaveSysXML());
+    QTemporaryDir dirOther;
+    CEnvObj envOther;
+    ASSERT_TRUE(QFile::copy(vm_dirConfig.filePath("System.xml"), dirOther.filePath("System.xml")));
+    ASSERT_TRUE(envOther.m_F_b_Init(dirOther.path()));
+    const ScopedNvr nvr(Create()), other(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, nullptr, &envOther));
+    for (CWndNvrBase* pNvr : {nvr.get(), other.get()})
+        pNvr->m_S_Connect(NvrID, 0, 0);
+    for (CWndNvrBase* pNvr : {nvr.get(), other.get()}) {
+        EXPECT_TRUE(Reaches(*pNvr, nsCMS::ConnectStat_Connected));
+        EXPECT_TRUE(DeliversFrames(emDef_RingKind::Video, 0, 0, pNvr->vm_pEnv->m_F_s_Instance().toStdString()));
+    }
+    CEnvObj::s_S_SetInstance(sGiven);
+}
+
+TEST_F(NvrStream, WithoutARingItIsDisconnectedAndTheLogSaysWhy)
+{
+    StartRecorder({});
+    const std::string sRing =
+        "/fleetlink." + std::to_string(geteuid()) + "." + CEnvObj::s_F_s_Instance().toStdString() + ".v.7.0.0";
+    const auto file = [&] { return shm_open(sRing.c_str(), O_RDWR | O_CREAT, 0600); };
+    const struct
+    {
+        const char* pWhat;
+        bool bPlaying;
+        std::function<void()> fnSpoil;
+        const char* pLog;
+    } arRows[] = {
+        {"full", false, [] { g_nRoom = 0; }, "no room"},
+        {"tiny", false, [] { g_nRoom = 4096; }, "no room"}, // enough for a header
+        {"another's name", false, [&] { mkfifo(("/dev/shm" + sRing).c_str(), 0600); }, "no memory of this user"},
+        {"another process", false, [&] { flock(file(), LOCK_EX); }, "another process"},
+        {"cut", true, [&] { EXPECT_EQ(ftruncate(file(), 0), 0); }, "cut it short"},
+        {"removed", true, [&] { shm_unlink(sRing.c_str()); }, "removed it"},
+    };
+    for (const auto& row : arRows) {
+        SCOPED_TRACE(row.pWhat);
+        const ScopedNvr nvr(Create());
+        testing::internal::CaptureStderr();
+        if (row.bPlaying) {
+            nvr->m_S_Connect(NvrID, 0, 0);
+            EXPECT_TRUE(Reaches(*nvr.get(), nsCMS::ConnectStat_Connected));
+        }
+        row.fnSpoil();
+        if (!row.bPlaying)
+            nvr->m_S_Connect(NvrID, 0, 0);
+        EXPECT_TRUE(WaitUntil([&] {
+            const auto nStat = Poll(*nvr.get());
+            EXPECT_TRUE(row.bPlaying || nStat != nsCMS::ConnectStat_Connected) << "no frame is in the ring";
+            return nStat == nsCMS::ConnectStat_Disconnected;
+        }));
+        EXPECT_EQ(nvr->m_F_n_GetConnectStat(UINT64_MAX), nsCMS::ConnectStat_Disconnected) << "however long it lasts";
+        const std::string sLog = testing::internal::GetCapturedStderr();
+        EXPECT_NE(sLog.find(row.pLog), std::string::npos) << sLog;
+        EXPECT_EQ(sLog.find(sRing), sLog.rfind(sRing)) << "said once: " << sLog;
+
+        g_nRoom = INT64_MAX;
+        shm_unlink(sRing.c_str());
+        nvr->m_S_Connect(NvrID, 0, 0);
+        EXPECT_TRUE(Reaches(*nvr.get(), nsCMS::ConnectStat_Connected));
+        EXPECT_TRUE(DeliversFrames(emDef_RingKind::Video, 0, 0));
     }
 }
 

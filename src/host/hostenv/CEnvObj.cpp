@@ -1,9 +1,11 @@
 #include "host/hostenv/CEnvObj.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <cstring>
 
+#include "host/Platform.h"
 #include "host/hostenv/CLangXMLObj.h"
 #include "host/hostenv/CShmSegment.h"
 
@@ -16,16 +18,19 @@ constexpr int MaxDamaged = 99;
 constexpr auto EmptySysXml = "<root><NVR/></root>"_L1;
 constexpr auto OwnerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 constexpr int MaxInstance = 64;
+constexpr auto DefaultInstance = "cms"; // the beginning of those that are made of a folder, too
+constexpr int FolderMark = 16;          // hexadecimal digits
 
 QByteArray Cleaned(const QByteArray& sInstance)
 {
     QByteArray sClean;
     for (const char c : sInstance.left(MaxInstance))
         sClean += (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-' ? c : '_';
-    return sClean.isEmpty() ? "cms"_ba : sClean;
+    return sClean;
 }
 
-QByteArray& Instance()
+/// The instance that was given; empty if none was.
+QByteArray& GivenInstance()
 {
     static QByteArray s_sInstance = Cleaned(qgetenv("FLEETLINK_INSTANCE"));
     return s_sInstance;
@@ -47,7 +52,8 @@ bool LoadSysXML(const QDir& dir, CXmlObj& xmlSys, QString& sDamaged)
 {
     const QString sFile = dir.absoluteFilePath(SysXmlFile);
     if (QFile::exists(sFile)) {
-        if (!QFile(sFile).open(QIODevice::ReadOnly))
+        QFile objFile(sFile);
+        if (!Platform::s_F_b_OpenPlain(objFile))
             return false; // not damaged: it may be readable again tomorrow
         if (xmlSys.m_F_b_LoadXMLFile(sFile))
             return true;
@@ -66,6 +72,7 @@ struct CEnvObj::st_Impl
     CLangXMLObj xmlLang;
     QString sFolder;
     QString sDamaged;
+    QByteArray sInstance = DefaultInstance; ///< unless one is given
     CShmSegment objSegment;
     nsCMS::stDef_SYS_INFO stOwn{}; ///< stands in where there is no shared memory
 
@@ -86,9 +93,9 @@ nsCMS::stDef_SYS_INFO* CEnvObj::m_F_p_GetShmSystem(bool bCreate)
     constexpr std::size_t Size = sizeof(nsCMS::stDef_SYS_INFO);
     CShmSegment& objSegment = vm_pImpl->objSegment;
     if (!objSegment.m_F_p_Data()) {
-        const std::string sName = CShmSegment::s_F_s_Prefix() + "sys";
+        const std::string sName = CShmSegment::s_F_s_Prefix(m_F_s_Instance().toStdString()) + "sys";
         const bool bOwned = bCreate && objSegment.m_F_n_Own(sName, Size, true) != CShmSegment::emDef_Open::Failed;
-        if (bOwned ? objSegment.m_F_b_Commit(Size) : objSegment.m_F_b_OpenShared(sName, Size)) {
+        if (bOwned ? objSegment.m_F_b_Commit(Size) : objSegment.m_F_b_OpenCopy(sName, Size)) {
             if (bOwned) // what a killed host left may be the folder of another installation
                 std::memcpy(objSegment.m_F_p_Data(), &vm_pImpl->stOwn, Size);
         } else {
@@ -123,6 +130,7 @@ bool CEnvObj::m_F_b_Init(const QString& sConfigFolder)
     vm_pImpl->xmlSys = std::move(xmlSys);
     vm_pImpl->sDamaged = sDamaged;
     vm_pImpl->sFolder = QDir::toNativeSeparators(dir.absolutePath()) + QDir::separator();
+    m_S_MoveTo(s_F_s_InstanceOf(sConfigFolder));
     return true;
 }
 
@@ -169,19 +177,44 @@ bool CEnvObj::m_F_b_LoadHostLanguage(const QString& sFile)
     return vm_pImpl->xmlLang.m_F_b_LoadXMLFile(sFile);
 }
 
+/// The record of another instance is another one; what was set in the former goes along.
+void CEnvObj::m_S_MoveTo(const QByteArray& sInstance)
+{
+    const QByteArray sBefore = m_F_s_Instance();
+    vm_pImpl->sInstance = sInstance;
+    if (!vm_pImpl->objSegment.m_F_p_Data() || m_F_s_Instance() == sBefore)
+        return;
+    std::memcpy(&vm_pImpl->stOwn, vm_pImpl->objSegment.m_F_p_Data(), sizeof vm_pImpl->stOwn);
+    vm_pImpl->objSegment.m_S_Close();
+}
+
+QByteArray CEnvObj::m_F_s_Instance() const
+{
+    return GivenInstance().isEmpty() ? vm_pImpl->sInstance : GivenInstance();
+}
+
 void CEnvObj::s_S_SetInstance(const QByteArray& sInstance)
 {
-    Instance() = Cleaned(sInstance);
+    GivenInstance() = Cleaned(sInstance);
 }
 
 QByteArray CEnvObj::s_F_s_Instance()
 {
-    return Instance();
+    return CAppEnv::s_objEnv.m_F_s_Instance();
+}
+
+QByteArray CEnvObj::s_F_s_InstanceOf(const QString& sConfigFolder)
+{
+    const QByteArray sPath = QFileInfo(sConfigFolder).canonicalFilePath().toUtf8();
+    return DefaultInstance + "-"_ba +
+           QCryptographicHash::hash(sPath, QCryptographicHash::Sha256).toHex().left(FolderMark);
 }
 
 int CEnvObj::s_F_n_RemoveStaleShm()
 {
-    return CShmSegment::s_F_n_RemoveStale(CShmSegment::s_F_s_Prefix());
+    const QByteArray& sGiven = GivenInstance();
+    return CShmSegment::s_F_n_RemoveStale(sGiven.isEmpty() ? CShmSegment::s_F_s_UserPrefix() + DefaultInstance
+                                                           : CShmSegment::s_F_s_Prefix(sGiven.toStdString()));
 }
 
 CEnvObj CAppEnv::s_objEnv;

@@ -20,8 +20,9 @@ public:
 
     /// The host's in-memory system document with the recorder list `/root/NVR/N%03d`. Never null; owned by this object.
     CXmlObj* m_F_p_GetMemSysXML();
-    /// The shared system record; never null. `bCreate` false only looks for the record of a running host and falls back
-    /// to this process's own.
+    /// The shared system record; never null, and good until the next `m_F_b_Init`. The first who asks with `bCreate`
+    /// owns it; everybody else (`bCreate` false only looks) sees it, but what he writes stays his own. Without one it
+    /// is this object's own.
     nsCMS::stDef_SYS_INFO* m_F_p_GetShmSystem(bool bCreate);
     /// The user's configuration folder, ending with a path separator.
     QString m_F_s_GetConfigFolder() const;
@@ -44,17 +45,26 @@ public:
     bool m_F_b_SetLangFolder(const QString& sFolder);
     /// The folder of the language files as the system record has it.
     QString m_F_s_GetLangFolder();
+    /// Name that keeps the shared memory of hosts apart: the one that was given, else made of the configuration folder,
+    /// however its path is written; "cms" while there is no folder.
+    QByteArray m_F_s_Instance() const;
     /// Loads the host's own language file for `m_F_n_LoadString`.
     bool m_F_b_LoadHostLanguage(const QString& sFile);
 
-    /// Name that keeps the shared memory of hosts apart: letters, digits, '-' and '_', at most 64. Default: the
-    /// environment variable FLEETLINK_INSTANCE, else "cms". Set it before the first ring or record is made.
+    /// Gives all environments of this process one instance: letters, digits, '-' and '_', at most 64; empty takes it
+    /// back. Default: the environment variable FLEETLINK_INSTANCE. Set it before the first ring or record is made.
     static void s_S_SetInstance(const QByteArray& sInstance);
+    /// Instance of the process-wide environment.
     static QByteArray s_F_s_Instance();
-    /// Removes what killed processes of this user and instance left in shared memory; returns how many names.
+    /// Instance of hosts on that configuration folder, which has to exist, if none is given.
+    static QByteArray s_F_s_InstanceOf(const QString& sConfigFolder);
+    /// Removes what killed processes of this user left in shared memory: of the instance that was given, else of all
+    /// configuration folders. Returns how many names.
     static int s_F_n_RemoveStaleShm();
 
 private:
+    void m_S_MoveTo(const QByteArray& sInstance);
+
     struct st_Impl;
     std::unique_ptr<st_Impl> vm_pImpl;
 };

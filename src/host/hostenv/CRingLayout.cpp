@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "host/hostenv/CEnvObj.h"
 #include "host/hostenv/CShmSegment.h"
 
 namespace {
@@ -35,10 +36,11 @@ static_assert(std::atomic_ref<std::uint64_t>::is_always_lock_free);
 } // namespace
 
 std::string RingLayout::s_F_s_RingName(emDef_RingKind nKind, std::int32_t nNvrID, std::int32_t nChannel,
-                                       std::int32_t nStream)
+                                       std::int32_t nStream, const std::string& sInstance)
 {
-    return CShmSegment::s_F_s_Prefix() + (nKind == emDef_RingKind::Video ? "v." : "a.") + std::to_string(nNvrID) + "." +
-           std::to_string(nChannel) + "." + std::to_string(nStream);
+    return CShmSegment::s_F_s_Prefix(sInstance.empty() ? CEnvObj::s_F_s_Instance().toStdString() : sInstance) +
+           (nKind == emDef_RingKind::Video ? "v." : "a.") + std::to_string(nNvrID) + "." + std::to_string(nChannel) +
+           "." + std::to_string(nStream);
 }
 
 void RingLayout::CopyIn(unsigned char* pLog, std::uint64_t nCapacity, std::uint64_t nPosition, const void* pFrom,

@@ -93,8 +93,9 @@ constexpr std::uint64_t RecordSize(std::uint64_t nPayload)
     return HeadSize + Padded(nPayload) + Word;
 }
 
-/// Name of a ring in shared memory, of this user and instance.
-std::string s_F_s_RingName(emDef_RingKind nKind, std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream);
+/// Name of a ring in shared memory, of this user. An empty instance stands for that of the process-wide environment.
+std::string s_F_s_RingName(emDef_RingKind nKind, std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream,
+                           const std::string& sInstance = {});
 
 /// Copies whole words between private memory and the log, wrapping at its end. Each word moves by a relaxed atomic
 /// access: writer and reader may meet, and the reader finds out afterwards.

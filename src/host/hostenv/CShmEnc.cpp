@@ -14,12 +14,12 @@ namespace {
 
 /// Number -1 stands for no recorder, so that there is no ring to attach.
 void Attach(CShmRing& ring, emDef_RingKind nKind, std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream,
-            bool bCreate)
+            bool bCreate, const std::string& sInstance)
 {
     if (nNvrID < 0 && !bCreate)
         ring.m_S_Detach();
     else
-        ring.m_F_b_Attach(nKind, nNvrID, nChannel, nStream, bCreate);
+        ring.m_F_b_Attach(nKind, nNvrID, nChannel, nStream, bCreate, sInstance);
 }
 
 } // namespace
@@ -29,9 +29,10 @@ CShmEncVideo_CMS::CShmEncVideo_CMS(std::int32_t nNvrID, std::int32_t nChannel, s
     m_S_Init(nNvrID, nChannel, nStream, bCreate);
 }
 
-void CShmEncVideo_CMS::m_S_Init(std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream, bool bCreate)
+void CShmEncVideo_CMS::m_S_Init(std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream, bool bCreate,
+                                const std::string& sInstance)
 {
-    Attach(*this, emDef_RingKind::Video, nNvrID, nChannel, nStream, bCreate);
+    Attach(*this, emDef_RingKind::Video, nNvrID, nChannel, nStream, bCreate, sInstance);
 }
 
 CShmEncAudio_CMS::CShmEncAudio_CMS(std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream, bool bCreate)
@@ -39,7 +40,8 @@ CShmEncAudio_CMS::CShmEncAudio_CMS(std::int32_t nNvrID, std::int32_t nChannel, s
     m_S_Init(nNvrID, nChannel, nStream, bCreate);
 }
 
-void CShmEncAudio_CMS::m_S_Init(std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream, bool bCreate)
+void CShmEncAudio_CMS::m_S_Init(std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream, bool bCreate,
+                                const std::string& sInstance)
 {
-    Attach(*this, emDef_RingKind::Audio, nNvrID, nChannel, nStream, bCreate);
+    Attach(*this, emDef_RingKind::Audio, nNvrID, nChannel, nStream, bCreate, sInstance);
 }

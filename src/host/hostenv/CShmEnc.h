@@ -42,7 +42,8 @@ class LIB_HOSTENV_EXPORT CShmEncVideo_CMS : public CShmEncVideo
 {
 public:
     CShmEncVideo_CMS(std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream, bool bCreate);
-    void m_S_Init(std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream, bool bCreate);
+    void m_S_Init(std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream, bool bCreate,
+                  const std::string& sInstance = {});
 };
 
 /// The audio ring of one stream by name. (-1, -1, 0, false) makes an unattached object.
@@ -50,5 +51,6 @@ class LIB_HOSTENV_EXPORT CShmEncAudio_CMS : public CShmEncAudio
 {
 public:
     CShmEncAudio_CMS(std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream, bool bCreate);
-    void m_S_Init(std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream, bool bCreate);
+    void m_S_Init(std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream, bool bCreate,
+                  const std::string& sInstance = {});
 };

@@ -14,12 +14,31 @@ using namespace RingLayout;
 
 namespace {
 
+/// What became of a ring after it was opened.
+enum class emDef_Trouble
+{
+    None,
+    NoRoom, ///< the first packet found shared memory full
+    Lost    ///< removed or cut short: the name can be owned anew
+};
+
+constexpr const char* Reasons[] = {"", "there is no room in shared memory", "somebody removed it or cut it short"};
+
 /// A ring that this process owns; all objects of its name share it.
 class CRingWriter
 {
 public:
     bool m_F_b_Open(const std::string& sName, std::uint64_t nCapacity, bool bCreate);
+    const std::string& m_F_s_Why() const { return vm_objSegment.m_F_s_Why(); }
     ~CRingWriter();
+
+    emDef_Trouble m_F_n_Trouble() const { return vm_nTrouble.load(std::memory_order_acquire); }
+    /// The next packet asks for the memory again.
+    void m_S_TryAgain()
+    {
+        auto nTrouble = emDef_Trouble::NoRoom;
+        vm_nTrouble.compare_exchange_strong(nTrouble, emDef_Trouble::None);
+    }
 
     st_Header& m_F_o_Header() { return *reinterpret_cast<st_Header*>(vm_objSegment.m_F_p_Data()); }
     bool m_F_b_SetParam(const st_RingParam& stParam);
@@ -31,6 +50,7 @@ private:
     bool m_F_b_Sound();
     void m_S_Begin();
     bool m_F_b_Commit();
+    bool m_F_b_Holds(bool bLook);
     unsigned char* m_F_p_Log() { return vm_objSegment.m_F_p_Data() + HeaderSize; }
 
     CShmSegment vm_objSegment;
@@ -39,7 +59,7 @@ private:
     st_RingParam vm_stParam;
     bool vm_bParam = false;
     bool vm_bCommitted = false;
-    unsigned vm_nCommitAsked = 0;
+    std::atomic<emDef_Trouble> vm_nTrouble{emDef_Trouble::None};
 };
 
 bool CRingWriter::m_F_b_Open(const std::string& sName, std::uint64_t nCapacity, bool bCreate)
@@ -98,11 +118,23 @@ void CRingWriter::m_S_Begin()
 
 bool CRingWriter::m_F_b_Commit()
 {
-    // To be refused megabytes takes the system milliseconds, so it is not asked at each packet.
-    constexpr unsigned AskEvery = 64;
-    if (!vm_bCommitted && vm_nCommitAsked++ % AskEvery == 0)
-        vm_bCommitted = vm_objSegment.m_F_b_Commit(HeaderSize + vm_nCapacity);
+    // To be refused megabytes takes the system milliseconds, so it is not asked at each packet but at each attach.
+    if (!vm_bCommitted && !(vm_bCommitted = vm_objSegment.m_F_b_Commit(HeaderSize + vm_nCapacity)))
+        vm_nTrouble.store(emDef_Trouble::NoRoom, std::memory_order_release);
     return vm_bCommitted;
+}
+
+/// False once nobody could read what is written. A ring that was cut has lost its header; with `bLook` the system is
+/// asked whether the name still leads to it.
+bool CRingWriter::m_F_b_Holds(bool bLook)
+{
+    if (m_F_n_Trouble() != emDef_Trouble::None)
+        return false;
+    if (m_F_o_Header().nMagic.load(std::memory_order_relaxed) == Magic && (!bLook || vm_objSegment.m_F_b_IsWhole()))
+        return true;
+    vm_objSegment.m_S_Forsake();
+    vm_nTrouble.store(emDef_Trouble::Lost, std::memory_order_release);
+    return false;
 }
 
 bool CRingWriter::m_F_b_SetParam(const st_RingParam& stParam)
@@ -122,6 +154,8 @@ bool CRingWriter::m_F_b_SetParam(const st_RingParam& stParam)
 
 bool CRingWriter::m_F_b_Write(const st_RingPacket& stPacket, const void* pData, std::uint32_t nSize)
 {
+    if (!m_F_b_Holds(stPacket.bKey))
+        return false;
     st_Header& stHeader = m_F_o_Header();
     const std::uint64_t nTotal = RecordSize(nSize);
     if (nSize == 0 || nTotal > vm_nCapacity / 2 || !m_F_b_Commit()) {
@@ -163,15 +197,23 @@ public:
         return *s_pInstance;
     }
 
-    std::shared_ptr<CRingWriter> m_F_p_Get(const std::string& sName, std::uint64_t nCapacity, bool bCreate)
+    std::shared_ptr<CRingWriter> m_F_p_Get(const std::string& sName, std::uint64_t nCapacity, bool bCreate,
+                                           std::string& sWhy)
     {
         const std::lock_guard lock(vm_objMutex);
-        if (const auto it = vm_mapRings.find(sName); it != vm_mapRings.end())
-            return it->second.lock();
+        if (const auto it = vm_mapRings.find(sName); it != vm_mapRings.end()) {
+            auto pRing = it->second.lock();
+            if (pRing)
+                pRing->m_S_TryAgain();
+            if (pRing && pRing->m_F_n_Trouble() != emDef_Trouble::Lost)
+                return pRing;
+        }
         auto pRing = std::make_shared<CRingWriter>();
-        if (!pRing->m_F_b_Open(sName, nCapacity, bCreate))
+        if (!pRing->m_F_b_Open(sName, nCapacity, bCreate)) {
+            sWhy = pRing->m_F_s_Why();
             return nullptr;
-        vm_mapRings.emplace(sName, pRing);
+        }
+        vm_mapRings.insert_or_assign(sName, pRing);
         return pRing;
     }
 
@@ -192,6 +234,9 @@ private:
 struct CShmRing::st_Impl
 {
     std::shared_ptr<CRingWriter> pRing;
+    std::string sName; ///< of the last attach
+    std::uint64_t nCapacity = 0;
+    std::string sWhy;                                                ///< it came to nothing
     std::atomic<const void*> pClaimedFor{nullptr};                   ///< whose claim goes with this object
     alignas(std::uint64_t) unsigned char arPrivate[HeaderSize] = {}; ///< header of an unattached object
 };
@@ -204,12 +249,32 @@ CShmRing::~CShmRing()
 }
 
 bool CShmRing::m_F_b_Attach(emDef_RingKind nKind, std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream,
-                            bool bCreate)
+                            bool bCreate, const std::string& sInstance)
 {
     m_S_Detach();
     try {
-        vm_pImpl->pRing = CRingRegistry::s_F_o_Instance().m_F_p_Get(s_F_s_RingName(nKind, nNvrID, nChannel, nStream),
-                                                                    Capacity(nKind, nStream), bCreate);
+        vm_pImpl->sName = s_F_s_RingName(nKind, nNvrID, nChannel, nStream, sInstance);
+        vm_pImpl->nCapacity = Capacity(nKind, nStream);
+        m_S_Attach(bCreate);
+    } catch (const std::bad_alloc&) {
+    }
+    return m_F_b_IsAttached();
+}
+
+void CShmRing::m_S_Attach(bool bCreate)
+{
+    st_Impl& d = *vm_pImpl;
+    d.sWhy.clear();
+    d.pRing = CRingRegistry::s_F_o_Instance().m_F_p_Get(d.sName, d.nCapacity, bCreate, d.sWhy);
+}
+
+bool CShmRing::m_F_b_AttachAgain()
+{
+    if (m_F_b_IsAttached() || vm_pImpl->sName.empty())
+        return m_F_b_IsAttached();
+    m_S_Detach();
+    try {
+        m_S_Attach(true);
     } catch (const std::bad_alloc&) {
     }
     return m_F_b_IsAttached();
@@ -226,7 +291,15 @@ void CShmRing::m_S_Detach()
 
 bool CShmRing::m_F_b_IsAttached() const
 {
-    return vm_pImpl->pRing != nullptr;
+    return vm_pImpl->pRing && vm_pImpl->pRing->m_F_n_Trouble() == emDef_Trouble::None;
+}
+
+std::string CShmRing::m_F_s_WhyNot() const
+{
+    if (vm_pImpl->sName.empty() || m_F_b_IsAttached())
+        return {};
+    return vm_pImpl->sName + ": " +
+           (vm_pImpl->pRing ? Reasons[static_cast<int>(vm_pImpl->pRing->m_F_n_Trouble())] : vm_pImpl->sWhy);
 }
 
 void* CShmRing::m_F_p_Header() const
@@ -238,7 +311,7 @@ void* CShmRing::m_F_p_Header() const
 
 bool CShmRing::m_F_b_ClaimWriter(const void* pOwner)
 {
-    if (!vm_pImpl->pRing)
+    if (!m_F_b_IsAttached())
         return false;
     const void* pHolder = nullptr;
     if (!vm_pImpl->pRing->vm_pClaimant.compare_exchange_strong(pHolder, pOwner, std::memory_order_acquire))

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "host/Export.h"
 
@@ -61,7 +62,7 @@ struct st_RingPacket
 /// One writer, many readers in any process. A writer never waits for a reader: old packets are overwritten, and
 /// `CShmRingReader` notices. Rings of the same name in one process share one mapping, which the last of them removes;
 /// one that a killed process left is taken over by the next writer. Names carry the user and the instance
-/// (`CEnvObj::s_F_s_Instance`), so that hosts beside each other don't meet.
+/// (`CEnvObj::m_F_s_Instance`), so that hosts beside each other don't meet.
 ///
 /// `m_F_b_Write` and `m_F_b_SetParam` belong to whichever thread holds the writer's claim; the rest to the owner.
 class LIB_HOSTENV_EXPORT CShmRing
@@ -72,12 +73,19 @@ public:
     CShmRing(const CShmRing&) = delete;
     CShmRing& operator=(const CShmRing&) = delete;
 
-    /// Attaches the ring of that recorder (-1 for none), channel and stream. With `bCreate` it is made if needed.
+    /// Attaches the ring of that recorder (-1 for none), channel and stream. With `bCreate` it is made if needed. An
+    /// empty instance stands for that of the process-wide environment.
     /// On failure (no memory, held by another process) the object is unattached and its header private memory.
     bool m_F_b_Attach(emDef_RingKind nKind, std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream,
-                      bool bCreate);
+                      bool bCreate, const std::string& sInstance = {});
+    /// Tries once more to own the ring of the last attach, if this object doesn't. No thread may be using it meanwhile.
+    bool m_F_b_AttachAgain();
     void m_S_Detach();
+    /// True while packets can get into the ring: false as well when shared memory proved full at the first packet, or
+    /// somebody has removed the ring or cut it short. Any thread that uses the ring.
     bool m_F_b_IsAttached() const;
+    /// Name of the ring and why it isn't attached, for a log; empty while it is, and for a ring never asked for.
+    std::string m_F_s_WhyNot() const;
 
     /// The header (4096 bytes), valid as long as the object and until the next attach; never null.
     void* m_F_p_Header() const;
@@ -91,10 +99,12 @@ public:
     bool m_F_b_SetParam(const st_RingParam& stParam);
 
     /// Writes one whole packet. False if unattached, empty, or larger than half the ring (counted as dropped).
-    /// Never blocks and never allocates.
+    /// Never blocks; the first one asks the system for all of the ring's memory.
     bool m_F_b_Write(const st_RingPacket& stPacket, const void* pData, std::uint32_t nSize);
 
 private:
+    void m_S_Attach(bool bCreate);
+
     struct st_Impl;
     std::unique_ptr<st_Impl> vm_pImpl;
 };

@@ -115,12 +115,13 @@ emDef_RingRead CShmRingReader::st_Impl::ReadAt(std::uint64_t nPublished, st_Ring
 CShmRingReader::CShmRingReader() = default;
 CShmRingReader::~CShmRingReader() = default;
 
-bool CShmRingReader::m_F_b_Open(emDef_RingKind nKind, std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream)
+bool CShmRingReader::m_F_b_Open(emDef_RingKind nKind, std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream,
+                                const std::string& sInstance)
 {
     vm_pImpl = std::make_unique<st_Impl>();
     vm_pImpl->nKind = nKind;
     CShmSegment& objSegment = vm_pImpl->objSegment;
-    if (objSegment.m_F_b_OpenReadOnly(s_F_s_RingName(nKind, nNvrID, nChannel, nStream)) &&
+    if (objSegment.m_F_b_OpenReadOnly(s_F_s_RingName(nKind, nNvrID, nChannel, nStream, sInstance)) &&
         objSegment.m_F_n_Size() == HeaderSize + Capacity(nKind, nStream)) {
         vm_pImpl->nCapacity = objSegment.m_F_n_Size() - HeaderSize;
         if (vm_pImpl->Sound() && vm_pImpl->Header().nClosed.load(std::memory_order_acquire) == 0) {

@@ -36,9 +36,11 @@ public:
     CShmRingReader(const CShmRingReader&) = delete;
     CShmRingReader& operator=(const CShmRingReader&) = delete;
 
-    /// Opens an existing ring and stands at its latest key frame (video) or latest packet (audio). False if there is
-    /// none.
-    bool m_F_b_Open(emDef_RingKind nKind, std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream);
+    /// Opens an existing ring and stands at its latest key frame (video) or latest packet (audio). The instance is that
+    /// of the environment of who writes it (`CEnvObj::m_F_s_Instance`); empty stands for the process-wide one. False if
+    /// there is no such ring.
+    bool m_F_b_Open(emDef_RingKind nKind, std::int32_t nNvrID, std::int32_t nChannel, std::int32_t nStream,
+                    const std::string& sInstance = {});
     void m_S_Close();
     bool m_F_b_IsOpen() const;
 

@@ -26,27 +26,43 @@ public:
     emDef_Open m_F_n_Own(const std::string& sName, std::size_t nSize, bool bCreate);
     /// Maps existing memory of this user for reading only.
     bool m_F_b_OpenReadOnly(const std::string& sName);
-    /// Maps existing memory of this user, at least that large, for reading and writing, without owning it.
-    bool m_F_b_OpenShared(const std::string& sName, std::size_t nSize);
+    /// Maps existing memory of this user, at least that large: what is written to it stays this process's own.
+    bool m_F_b_OpenCopy(const std::string& sName, std::size_t nSize);
     /// Makes sure that so many bytes really are there. Without it a full machine shows as a crash at some later write.
     bool m_F_b_Commit(std::size_t nSize);
     void m_S_Close();
+    /// Gives name and lock away, so that the name can be owned anew; the mapping stays until the end.
+    void m_S_Forsake();
 
     /// True if the memory has lost its name: nobody will write it again.
     bool m_F_b_IsRemoved() const;
+    /// True while the memory has its name and its size, and nobody has cut it short since.
+    bool m_F_b_IsWhole() const;
+    /// Why the last `m_F_n_Own` failed, for a log.
+    const std::string& m_F_s_Why() const { return vm_sWhy; }
     unsigned char* m_F_p_Data() const { return vm_pData; } ///< null while closed
     std::size_t m_F_n_Size() const { return vm_nSize; }
 
     /// Removes the names with that prefix that nobody owns; returns how many.
     static int s_F_n_RemoveStale(const std::string& sPrefix);
-    /// Prefix of all names of this user and instance.
-    static std::string s_F_s_Prefix();
+    /// Prefix of the names of this user, of one instance.
+    static std::string s_F_s_Prefix(const std::string& sInstance);
+    /// What the names of this user begin with, whatever the instance.
+    static std::string s_F_s_UserPrefix();
 
 private:
-    bool m_F_b_Map(std::size_t nSize, bool bWrite);
-    bool m_F_b_OpenExisting(const std::string& sName, std::size_t nLeast, bool bWrite);
+    enum class emDef_Access
+    {
+        Read,
+        Copy, ///< what is written stays in this mapping
+        Write
+    };
+
+    bool m_F_b_Map(std::size_t nSize, emDef_Access nAccess);
+    bool m_F_b_OpenExisting(const std::string& sName, std::size_t nLeast, emDef_Access nAccess);
 
     std::string vm_sName; ///< of an owned segment
+    std::string vm_sWhy;
     unsigned char* vm_pData = nullptr;
     std::size_t vm_nSize = 0;
 #ifdef _WIN32

@@ -66,6 +66,7 @@ void CPacketSink::m_S_WriteWhole(const st_RingPacket& stRing, const std::uint8_t
         return;
     // A picture that the ring refuses takes those that build on it with it.
     vm_bNeedKey = !vm_pRing->m_F_b_Write(stRing, pData, static_cast<std::uint32_t>(nSize));
+    vm_bWrote = vm_bWrote || !vm_bNeedKey;
 }
 
 bool CPacketSink::m_F_b_HoldsRing(std::int64_t nNowUs)

@@ -26,6 +26,9 @@ public:
     /// The ring is not owned and must outlive this object.
     void m_S_Open(CShmRing* pRing, const AVStream& stStream);
     bool m_F_b_IsOpen() const { return vm_pRing != nullptr; }
+    bool m_F_b_HasRing() const { return vm_pRing && vm_pRing->m_F_b_IsAttached(); }
+    /// True once a packet of this connection stands in the ring.
+    bool m_F_b_Wrote() const { return vm_bWrote; }
 
     /// Takes one packet, a whole one or a piece of a picture, that came at `nArrivalUs` of the steady clock.
     void m_S_Write(const AVPacket& stPacket, std::int64_t nArrivalUs);
@@ -44,6 +47,7 @@ private:
     bool vm_bVideo = false;
     bool vm_bPieces = false; ///< packets are pieces of pictures
     bool vm_bClaimed = false;
+    bool vm_bWrote = false;
     bool vm_bNeedKey = true;    ///< what comes before the next key frame can't be decoded
     bool vm_bSizeKnown = false; ///< of the extra bytes in force
     std::int64_t vm_nNextClaimUs = 0;

@@ -26,7 +26,7 @@ public:
     std::int32_t vm_nHttpPort = 0;              ///< port of transport 2, else 0
     std::int32_t vm_nConnectTimeout = 5000;     ///< ms
     std::int32_t vm_nDataTimeout = 10000;       ///< ms without data after which the connection is given up
-    std::atomic<std::int32_t> vm_nRtspState{0}; ///< 0 no answer yet, 1 streaming, 3 refused
+    std::atomic<std::int32_t> vm_nRtspState{0}; ///< 0 nothing in the ring yet, 1 streaming, 3 refused
 
 protected:
     ~CRtspInfo() = default; // never deleted through this class

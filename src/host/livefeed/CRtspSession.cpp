@@ -163,7 +163,8 @@ void CRtspSession::m_S_Receive()
 {
     const std::unique_ptr<AVPacket, stDef_PacketFree> pPacket(av_packet_alloc());
     const std::int64_t nLongestGapUs = vm_stTarget.nDataTimeoutMs * UsPerMs;
-    bool bFirst = true;
+    const CPacketSink& objLead = vm_objVideo.m_F_b_IsOpen() ? vm_objVideo : vm_objAudio;
+    bool bStreaming = false;
     vm_nDeadlineUs = NowUs() + nLongestGapUs;
     while (pPacket && !m_F_b_GiveUp()) {
         const int nError = av_read_frame(vm_pFormat, pPacket.get());
@@ -174,12 +175,16 @@ void CRtspSession::m_S_Receive()
         const std::int64_t nNowUs = NowUs();
         vm_nDeadlineUs = nNowUs + nLongestGapUs;
         vm_stTarget.pLastDataTime->store(static_cast<std::uint64_t>(nNowUs / UsPerMs), std::memory_order_relaxed);
-        if (std::exchange(bFirst, false))
-            vm_fnStreaming();
         if (pPacket->stream_index == vm_nVideoStream)
             vm_objVideo.m_S_Write(*pPacket, nNowUs);
         else if (pPacket->stream_index == vm_nAudioStream)
             vm_objAudio.m_S_Write(*pPacket, nNowUs);
         av_packet_unref(pPacket.get());
+        if (!objLead.m_F_b_HasRing())
+            return;
+        if (!bStreaming && objLead.m_F_b_Wrote()) {
+            bStreaming = true;
+            vm_fnStreaming();
+        }
     }
 }

@@ -26,7 +26,7 @@ struct stDef_SessionTarget
 /// How a connection ended.
 enum class emDef_SessionEnd
 {
-    Over,   ///< told to stop, lost, silent, or never answered
+    Over,   ///< told to stop, lost, silent, never answered, or without a ring to write to
     Refused ///< the recorder refused the stream, or it has nothing that a ring could carry
 };
 
@@ -34,8 +34,8 @@ enum class emDef_SessionEnd
 class CRtspSession
 {
 public:
-    /// `fnStop` is asked at least every 100 ms, `fnStreaming` is called at the first packet, both on the thread of
-    /// `m_F_n_Run`.
+    /// `fnStop` is asked at least every 100 ms; `fnStreaming` is called when the first packet (of video, if there is
+    /// any) stands in its ring, so that who is told so finds pictures there. Both on the thread of `m_F_n_Run`.
     CRtspSession(const stDef_SessionTarget& stTarget, std::function<bool()> fnStop, std::function<void()> fnStreaming);
     ~CRtspSession(); ///< says goodbye to the recorder, in at most 150 ms
     CRtspSession(const CRtspSession&) = delete;

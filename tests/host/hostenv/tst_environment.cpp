@@ -83,6 +83,9 @@ TEST_F(Environment, BadFoldersAreRefused)
     ASSERT_TRUE(QDir(vm_dir.path()).mkpath("unreadable/System.xml"));
     EXPECT_FALSE(vm_env.m_F_b_Init(Path("unreadable")));
     EXPECT_FALSE(QFile::exists(Path("unreadable/System.damaged.xml"))) << "what can't be read isn't damaged";
+    ASSERT_TRUE(QDir(vm_dir.path()).mkpath("pipe"));
+    ASSERT_EQ(mkfifo(QFile::encodeName(Path("pipe/System.xml")), 0600), 0);
+    EXPECT_FALSE(vm_env.m_F_b_Init(Path("pipe")));
     EXPECT_FALSE(vm_env.m_F_b_SaveSysXML()) << "there is no folder yet";
     EXPECT_NE(vm_env.m_F_p_GetMemSysXML(), nullptr);
 }
@@ -109,17 +112,43 @@ TEST_F(Environment, LanguageFolderStandsInTheSystemRecord)
     EXPECT_EQ(other.m_F_p_GetShmSystem(false)->arTimeZone[171], 0x5A);
 }
 
-TEST_F(Environment, SystemRecordIsSeenByOtherProcesses)
+TEST_F(Environment, OtherProcessesSeeTheSystemRecordAndCannotChangeIt)
 {
     vm_env.m_F_p_GetShmSystem(true)->hMainWnd = 0x1122334455667788;
+    ASSERT_TRUE(vm_env.m_F_b_SetLangFolder("/opt/first"));
     const pid_t nPid = fork();
     if (nPid == 0) {
         CEnvObj other;
-        _exit(other.m_F_p_GetShmSystem(false)->hMainWnd == 0x1122334455667788 ? 0 : 1);
+        const bool bSeen = other.m_F_p_GetShmSystem(false)->hMainWnd == 0x1122334455667788 &&
+                           other.m_F_s_GetLangFolder() == "/opt/first/";
+        _exit(bSeen && other.m_F_b_SetLangFolder("/opt/second") && other.m_F_s_GetLangFolder() == "/opt/second/" ? 0
+                                                                                                                 : 1);
     }
     int nStatus = -1;
     waitpid(nPid, &nStatus, 0);
     EXPECT_EQ(nStatus, 0);
+    EXPECT_EQ(vm_env.m_F_s_GetLangFolder(), "/opt/first/");
+}
+
+TEST_F(Environment, EachConfigurationFolderHasAnInstance)
+{
+    const QByteArray sGiven = vm_env.m_F_s_Instance();
+    ASSERT_TRUE(QDir(vm_dir.path()).mkpath("a") && QDir(vm_dir.path()).mkpath("b"));
+    ASSERT_TRUE(QFile::link("a", Path("link")));
+    CEnvObj envLink, envOther;
+    CEnvObj::s_S_SetInstance({});
+    EXPECT_EQ(vm_env.m_F_s_Instance(), "cms");
+    ASSERT_TRUE(vm_env.m_F_b_SetLangFolder("/opt/early"));
+    ASSERT_TRUE(vm_env.m_F_b_Init(Path("a")) && envLink.m_F_b_Init(Path("b/../link/")) &&
+                envOther.m_F_b_Init(Path("b")));
+    EXPECT_EQ(vm_env.m_F_s_GetLangFolder(), "/opt/early/") << "what was set before goes along";
+    EXPECT_EQ(envLink.m_F_s_Instance(), vm_env.m_F_s_Instance()) << "the same folder by another path";
+    EXPECT_EQ(CEnvObj::s_F_s_InstanceOf(Path("link")), vm_env.m_F_s_Instance());
+    EXPECT_NE(envOther.m_F_s_Instance(), vm_env.m_F_s_Instance());
+    EXPECT_EQ(envLink.m_F_s_GetLangFolder(), "/opt/early/");
+    EXPECT_EQ(envOther.m_F_s_GetLangFolder(), "");
+    CEnvObj::s_S_SetInstance(sGiven);
+    EXPECT_EQ(envOther.m_F_s_Instance(), sGiven);
 }
 
 TEST_F(Environment, LanguageFileAnswersKeys)
@@ -147,6 +176,8 @@ TEST_F(Environment, LanguageFileAnswersKeys)
     EXPECT_EQ(lang.m_F_n_GetLangStr("Two", sOut, {}), 1);
     EXPECT_EQ(sOut, "one\ntwo");
     ASSERT_TRUE(lang.m_F_b_LoadXMLFile(Path("lang.xml")));
+    ASSERT_EQ(mkfifo(QFile::encodeName(Path("pipe.xml")), 0600), 0);
+    EXPECT_FALSE(lang.m_F_b_LoadXMLFile(Path("pipe.xml"))) << "nobody waits for who may write to it";
     EXPECT_FALSE(lang.m_F_b_LoadXMLFile(Path("missing.xml")));
     EXPECT_EQ(lang.m_F_n_GetLangStr("Add", sOut, "default"), 0) << "the former texts are gone";
 }

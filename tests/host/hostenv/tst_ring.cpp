@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <functional>
 #include <random>
 #include <sstream>
 #include <string>
@@ -27,7 +28,10 @@ using RingContent::Check;
 using RingContent::Write;
 
 constexpr int Nvr = 5;
+constexpr off_t HeaderAndLog = RingLayout::HeaderSize + RingLayout::CapacityVideoMain;
 const bool g_bOwnNames = RingContent::UseOwnNames("tst_ring-");
+constexpr int HostsExit = 7;
+const auto g_pBefore = signal(SIGBUS, [](int) { _exit(HostsExit); }); // as a host has one before its first ring
 
 /// Name of a ring in shared memory, as the system knows it.
 std::string NameOf(const std::string& sRing)
@@ -385,20 +389,103 @@ TEST(Ring, WithoutMemoryItIsUnattached)
     EXPECT_EQ(NamesLeft(), 0);
 }
 
-TEST(Ring, ANameOfAnotherUserIsNoRing)
+TEST(Ring, WhatOthersPlantedUnderItsNameIsNoRing)
 {
-    if (geteuid() != 0)
-        GTEST_SKIP() << "only root can give a file away";
-    LeaveRing(1);
+    const std::string sName = NameOf("v.5.0.0"), sPath = "/dev/shm" + sName, sOther = "/dev/shm" + NameOf("other");
+    const auto copy = [](const std::string& sTo) { // of a sound ring
+        LeaveRing(1);
+        std::filesystem::rename("/dev/shm" + NameOf("v.5.0.0"), sTo);
+    };
+    const std::pair<const char*, std::function<void()>> arRows[] = {
+        {"a pipe", [&] { ASSERT_EQ(mkfifo(sPath.c_str(), 0600), 0); }},
+        {"a folder", [&] { std::filesystem::create_directory(sPath); }},
+        {"a link", [&] { copy(sOther), std::filesystem::create_symlink(sOther, sPath); }},
+        {"a hard link", [&] { copy(sOther), std::filesystem::create_hard_link(sOther, sPath); }},
+        {"another user's file",
+         [&] {
+             LeaveRing(1);
+             if (chown(sPath.c_str(), 12345, 12345) != 0) // only root can give a file away
+                 ASSERT_TRUE(std::filesystem::remove(sPath) && mkfifo(sPath.c_str(), 0600) == 0);
+         }},
+    };
+    for (const auto& [pWhat, fnPlant] : arRows) {
+        SCOPED_TRACE(pWhat);
+        fnPlant();
+        CShmRingReader reader;
+        EXPECT_FALSE(reader.m_F_b_Open(emDef_RingKind::Video, Nvr, 0, 0));
+        const CShmEncVideo_CMS ring(Nvr, 0, 0, true);
+        EXPECT_FALSE(ring.m_F_b_IsAttached());
+        EXPECT_NE(ring.m_F_s_WhyNot().find(sName + ": "), std::string::npos) << ring.m_F_s_WhyNot();
+        EXPECT_TRUE(std::filesystem::symlink_status(sPath).type() != std::filesystem::file_type::not_found);
+        std::filesystem::remove(sOther);
+        std::filesystem::remove(sPath);
+    }
+}
+
+TEST(Ring, OutlivesWhoCutsOrRemovesIt)
+{
     const std::string sName = NameOf("v.5.0.0");
-    const int nFile = shm_open(sName.c_str(), O_RDWR, 0);
-    ASSERT_EQ(fchown(nFile, 12345, 12345), 0);
-    CShmRingReader reader;
-    EXPECT_FALSE(reader.m_F_b_Open(emDef_RingKind::Video, Nvr, 0, 0));
-    EXPECT_FALSE(CShmEncVideo_CMS(Nvr, 0, 0, true).m_F_b_IsAttached());
-    EXPECT_EQ(CEnvObj::s_F_n_RemoveStaleShm(), 0);
-    close(nFile);
-    shm_unlink(sName.c_str());
+    const struct
+    {
+        const char* pWhat;
+        off_t nCut, nRegrown; ///< -1: removed
+        bool bWriterSeesIt;
+    } arRows[] = {
+        {"nothing left", 0, 0, true},       {"only the header left", 4096, 4096, true},
+        {"emptied", 0, HeaderAndLog, true}, {"log emptied", 4096, HeaderAndLog, false},
+        {"removed", -1, -1, true},
+    };
+    for (const auto& row : arRows) {
+        SCOPED_TRACE(row.pWhat);
+        CShmEncVideo_CMS ring(Nvr, 0, 0, true);
+        CShmRingReader readers[2];
+        st_RingFrame stFrame;
+        std::vector<std::uint8_t> arData;
+        std::uint32_t nNumber = 0, nSerial = 0;
+        st_RingParam stParam;
+        ASSERT_TRUE(ring.m_F_b_SetParam({}) && Write(ring, arData, 0) && Write(ring, arData, 1));
+        for (CShmRingReader& reader : readers)
+            ASSERT_TRUE(reader.m_F_b_Open(emDef_RingKind::Video, Nvr, 0, 0));
+        ASSERT_TRUE(ReadNext(readers[0], stFrame, nNumber));
+
+        const int nFile = shm_open(sName.c_str(), O_RDWR, 0);
+        EXPECT_EQ(
+            row.nCut < 0 ? shm_unlink(sName.c_str()) : ftruncate(nFile, row.nCut) | ftruncate(nFile, row.nRegrown), 0);
+        close(nFile);
+        readers[1].m_F_b_Wait(0);
+        readers[1].m_F_b_GetParam(stParam, nSerial);
+        readers[1].m_F_n_ConnectStat();
+        for (int i = 0; i < 2; ++i) {
+            const emDef_RingRead nRead = readers[0].m_F_n_Read(stFrame);
+            EXPECT_TRUE(nRead != emDef_RingRead::Frame || Check(stFrame, nNumber));
+        }
+        ring.m_F_p_GetData()->vm_nConnectStat = 2;
+        EXPECT_NE(Write(ring, arData, 10), row.bWriterSeesIt);
+        EXPECT_NE(ring.m_F_b_IsAttached(), row.bWriterSeesIt);
+        EXPECT_EQ(ring.m_F_s_WhyNot().empty(), !row.bWriterSeesIt);
+
+        EXPECT_TRUE(ring.m_F_b_AttachAgain());
+        EXPECT_TRUE(Write(ring, arData, 20));
+        CShmRingReader again;
+        ASSERT_TRUE(again.m_F_b_Open(emDef_RingKind::Video, Nvr, 0, 0));
+        ASSERT_TRUE(ReadNext(again, stFrame, nNumber));
+        EXPECT_EQ(nNumber, 20u);
+    }
+    EXPECT_EQ(NamesLeft(), 0);
+}
+
+TEST(Ring, AFaultElsewhereIsStillTheHosts)
+{
+    const pid_t nPid = fork();
+    if (nPid == 0) {
+        CShmEncVideo_CMS ring(Nvr, 0, 0, true);
+        void* const pHole = mmap(nullptr, 4096, PROT_READ, MAP_SHARED, fileno(std::tmpfile()), 0);
+        _exit(*static_cast<volatile char*>(pHole));
+    }
+    int nStatus = 0;
+    waitpid(nPid, &nStatus, 0);
+    EXPECT_EQ(WEXITSTATUS(nStatus), HostsExit) << nStatus;
+    CEnvObj::s_F_n_RemoveStaleShm();
 }
 
 /// Reads for so long; false at the first packet that is not whole.
