@@ -3,12 +3,15 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QFileInfo>
 #include <QStandardPaths>
 #include <cstdio>
+#include <optional>
 
 #include "CHostText.h"
 #include "CMainWindow.h"
 #include "CRecorderStore.h"
+#include "CSingleHost.h"
 #include "CTour.h"
 
 using namespace Qt::StringLiterals;
@@ -82,9 +85,49 @@ bool SetUp(const stDef_HostOptions& stOptions, CRecorderStore& objStore, QString
         sError = stResult.sError;
         if (!sError.isEmpty())
             return false;
-        Print(stdout, Tr(emDef_Text::Imported).arg(stResult.nAdded).arg(stResult.nUpdated) + u'\n');
+        Print(stdout, stResult.m_F_s_Text() + u'\n');
     }
     return true;
+}
+
+// Leaves to the host that has the folder what this one was started for. Empty if the folder is ours.
+std::optional<int> HandOver(CSingleHost& objSingle, const stDef_HostOptions& stOptions)
+{
+    stDef_HostWish stWish{{}, !stOptions.bImportOnly};
+    for (const QString& sFile : stOptions.arImports)
+        stWish.arImports.append(QFileInfo(sFile).absoluteFilePath());
+    stDef_HostAnswer stAnswer;
+    const bool bTour = !stOptions.sTourFolder.isEmpty(); // it needs a window of its own
+    const auto nPlace =
+        bTour ? (objSingle.m_F_b_Take() ? CSingleHost::emDef_Place::First : CSingleHost::emDef_Place::NoAnswer)
+              : objSingle.m_F_n_Enter(stWish, stAnswer);
+    if (nPlace == CSingleHost::emDef_Place::First)
+        return {};
+    if (nPlace == CSingleHost::emDef_Place::NoAnswer)
+        return Complain(u"another host uses the folder %1"_s.arg(stOptions.sConfigFolder));
+    Print(stdout, stAnswer.sOut);
+    return stAnswer.sError.isEmpty() ? CHostApp::ExitOk : Complain(stAnswer.sError);
+}
+
+// Does what a host wishes that was started later on the same folder.
+stDef_HostAnswer Serve(const stDef_HostWish& stWish, CRecorderStore& objStore, CMainWindow& objWindow)
+{
+    stDef_HostAnswer stAnswer;
+    for (const QString& sFile : stWish.arImports) {
+        const stDef_ImportResult stResult = objStore.m_F_o_Import(sFile);
+        objWindow.m_S_ShowImported(stResult);
+        stAnswer.sError = stResult.sError;
+        if (!stAnswer.sError.isEmpty())
+            break;
+        stAnswer.sOut += stResult.m_F_s_Text() + u'\n';
+    }
+    if (!stWish.bShow)
+        return stAnswer;
+    objWindow.setWindowState(objWindow.windowState() & ~Qt::WindowMinimized);
+    objWindow.show();
+    objWindow.raise();
+    objWindow.activateWindow();
+    return stAnswer;
 }
 
 int RunTour(CMainWindow& objWindow, CRecorderStore& objStore, const QString& sFolder)
@@ -106,6 +149,9 @@ int CHostApp::s_F_n_Run(const QStringList& arArguments)
     int nExit = ExitOk;
     if (!ParseOptions(arArguments, stOptions, nExit))
         return nExit;
+    CSingleHost objSingle(stOptions.sConfigFolder);
+    if (const std::optional<int> nElsewhere = HandOver(objSingle, stOptions))
+        return *nElsewhere;
     CEnvObj::s_F_n_RemoveStaleShm();
     CRecorderStore objStore(&CAppEnv::s_objEnv);
     QString sError;
@@ -116,6 +162,7 @@ int CHostApp::s_F_n_Run(const QStringList& arArguments)
 
     CMainWindow objWindow(&CAppEnv::s_objEnv, &objStore);
     CAppEnv::s_objEnv.m_F_p_GetShmSystem(true)->hMainWnd = static_cast<std::uint64_t>(objWindow.winId());
+    objSingle.m_S_Serve([&](const stDef_HostWish& stWish) { return Serve(stWish, objStore, objWindow); });
     if (!stOptions.sTourFolder.isEmpty())
         return RunTour(objWindow, objStore, stOptions.sTourFolder);
     objWindow.show();

@@ -460,6 +460,16 @@ void CMainWindow::m_S_EditRecorder(int nNvrID)
     vm_pGrid->m_S_RecorderChanged(nNvrID);
 }
 
+void CMainWindow::m_S_ShowImported(const stDef_ImportResult& stResult)
+{
+    m_S_UpdateRecorders();
+    for (const int nNvrID : stResult.arUpdated + stResult.arAdded)
+        vm_pGrid->m_S_RecorderChanged(nNvrID);
+    for (const int nNvrID : stResult.arAdded)
+        vm_pGrid->m_S_ShowRecorder(nNvrID);
+    m_S_Tell(stResult.m_F_s_Text());
+}
+
 void CMainWindow::m_S_RemoveRecorder(int nNvrID)
 {
     if (nNvrID < 0)

@@ -36,6 +36,8 @@ public:
 
     /// Runs the exchange with the picked recorder. Blocks under a wait cursor.
     void m_S_Exchange();
+    /// Shows what an import from elsewhere brought, or why it failed.
+    void m_S_ShowImported(const stDef_ImportResult& stResult);
     /// 0 Traditional Chinese, 1 English.
     void m_S_SetLanguage(int nLanguage);
     /// Saves the next pictures there.

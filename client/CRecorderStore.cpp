@@ -116,6 +116,11 @@ QString ReadCard(const CXmlNode& objNode, stDef_RecorderForm& stForm)
 
 } // namespace
 
+QString stDef_ImportResult::m_F_s_Text() const
+{
+    return sError.isEmpty() ? Tr(emDef_Text::Imported).arg(arAdded.size()).arg(arUpdated.size()) : sError;
+}
+
 CRecorderStore::CRecorderStore(CEnvObj* pEnv) : vm_pEnv(pEnv) {}
 
 int CRecorderStore::m_F_n_Count() const
@@ -253,7 +258,7 @@ stDef_ImportResult CRecorderStore::m_F_o_Import(const QString& sFile)
     }
     stResult.sError = arForms.isEmpty() ? u"no recorder in it"_s : m_F_s_Apply(arForms, stResult);
     if (!stResult.sError.isEmpty())
-        stResult = {0, 0, u"%1: %2"_s.arg(sFile, stResult.sError)};
+        stResult = {{}, {}, u"%1: %2"_s.arg(sFile, stResult.sError)};
     return stResult;
 }
 
@@ -265,10 +270,11 @@ QString CRecorderStore::m_F_s_Apply(const QList<stDef_RecorderForm>& arForms, st
             const auto pKnown = std::find_if(arKnown.begin(), arKnown.end(),
                                              [&stForm](const stDef_Recorder& st) { return st.sName == stForm.sName; });
             const bool bNew = pKnown == arKnown.end();
-            const QString sError = m_F_s_Write(bNew ? m_F_n_FreeNumber() : pKnown->nNvrID, stForm);
+            const int nNvrID = bNew ? m_F_n_FreeNumber() : pKnown->nNvrID;
+            const QString sError = m_F_s_Write(nNvrID, stForm);
             if (!sError.isEmpty())
                 return sError;
-            ++(bNew ? stResult.nAdded : stResult.nUpdated);
+            (bNew ? stResult.arAdded : stResult.arUpdated).append(nNvrID);
         }
         return QString();
     });

@@ -24,9 +24,11 @@ struct stDef_Recorder
 /// What an import brought.
 struct stDef_ImportResult
 {
-    int nAdded = 0;
-    int nUpdated = 0;
+    QList<int> arAdded; ///< numbers of recorders
+    QList<int> arUpdated;
     QString sError; ///< empty: all went well; else nothing was changed
+
+    QString m_F_s_Text() const; ///< how many, or the error
 };
 
 /// What adding a recorder brought.

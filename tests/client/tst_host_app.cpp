@@ -1,13 +1,20 @@
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QProcess>
+#include <QScopeGuard>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <gtest/gtest.h>
 
 #include "CHostApp.h"
+#include "CLiveGrid.h"
+#include "CMainWindow.h"
 #include "CVirtualNvr.h"
 #include "RecorderCard.h"
 #include "host/Lib_Hostenv.h"
+#include "support/Waiting.h"
 
 namespace {
 
@@ -61,6 +68,68 @@ TEST_F(HostAppTest, UnusableOptionsEndWithTwo)
     EXPECT_NE(vm_sOut.find("added: 1"), std::string::npos);
     EXPECT_EQ(Run({"--help"}), CHostApp::ExitOk);
     EXPECT_NE(vm_sOut.find("--tour"), std::string::npos);
+}
+
+TEST_F(HostAppTest, ALaterHostOnTheSameFolderLeavesItToTheFirst)
+{
+    const auto Start = [this](QProcess& objHost, const QStringList& arArguments) {
+        objHost.start(PROGRAM, QStringList{"--config", Path("config/../config")} + arArguments);
+        return objHost.waitForStarted();
+    };
+    const auto Ends = [](QProcess& objHost) {
+        return WaitUntil([&] { return objHost.state() == QProcess::NotRunning; }, 15000) ? objHost.exitCode() : -1;
+    };
+    ASSERT_TRUE(QDir(vm_dir.path()).mkpath("config"));
+    QProcess objDead; // what a killed one leaves keeps nobody out
+    ASSERT_TRUE(Start(objDead, {}));
+    ASSERT_TRUE(WaitUntil([this] { return QFile::exists(Path("config/host.socket")); }, 15000));
+    objDead.kill();
+    ASSERT_TRUE(objDead.waitForFinished());
+    ASSERT_TRUE(QFile::exists(Path("config/host.lock")));
+
+    WriteCard(Path("card.xml"), "Lab", 80, 554, 4);
+    const QDir dirBefore = QDir::current();
+    ASSERT_TRUE(QDir::setCurrent(vm_dir.path()));
+    QTimer::singleShot(0, [&] {
+        const auto objQuit = qScopeGuard([] { QApplication::quit(); });
+        CMainWindow* pWindow = nullptr;
+        for (QWidget* const pTop : QApplication::topLevelWidgets())
+            pWindow = pWindow ? pWindow : qobject_cast<CMainWindow*>(pTop);
+        ASSERT_NE(pWindow, nullptr);
+        const struct
+        {
+            QStringList arArguments;
+            int nExit;
+            const char* pszTold;
+            bool bShown;
+        } arCases[] = {
+            {{"--import", "none.xml"}, CHostApp::ExitSetup, "no such file", true},
+            {{"--import", "card.xml", "--import-only"}, CHostApp::ExitOk, "added: 1", false},
+            {{"--import", "card.xml"}, CHostApp::ExitOk, "updated: 1", true},
+            {{"--tour", "tour"}, CHostApp::ExitSetup, "another host uses", false},
+            {{}, CHostApp::ExitOk, "", true},
+        };
+        for (const auto& stCase : arCases) {
+            SCOPED_TRACE(stCase.arArguments.join(' ').toStdString());
+            pWindow->showMinimized();
+            QProcess objSecond;
+            objSecond.setProcessChannelMode(QProcess::MergedChannels);
+            ASSERT_TRUE(Start(objSecond, stCase.arArguments));
+            EXPECT_EQ(Ends(objSecond), stCase.nExit);
+            const QByteArray sTold = objSecond.readAll();
+            EXPECT_TRUE(sTold.contains(stCase.pszTold)) << sTold.toStdString();
+            EXPECT_EQ(pWindow->isMinimized(), !stCase.bShown);
+        }
+        EXPECT_EQ(pWindow->m_F_p_Grid()->m_F_ar_Cells()[0]->m_F_o_Key().nNvrID, 0) << "the new recorder is shown";
+        QProcess objBeside;
+        objBeside.start(PROGRAM, {"--config", Path("other"), "--import", "card.xml", "--import-only"});
+        EXPECT_EQ(Ends(objBeside), CHostApp::ExitOk) << "another folder is another host's";
+    });
+    EXPECT_EQ(Run({"--config", Path("config")}), CHostApp::ExitOk);
+    QDir::setCurrent(dirBefore.path());
+    QFile file(Path("config/System.xml"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll().count("Name=\"Lab\""), 1);
 }
 
 TEST_F(HostAppTest, TheTourTellsWhatItSaw)

@@ -58,7 +58,7 @@ TEST_F(RecorderStoreTest, CardsAreTakenIntoTheListOnDisk)
 {
     const stDef_ImportResult stResult = vm_store.m_F_o_Import(Fixture("two.xml"));
     ASSERT_EQ(stResult.sError, QString());
-    EXPECT_EQ(stResult.nAdded, 2);
+    EXPECT_EQ(stResult.arAdded.size(), 2);
 
     CEnvObj envAgain;
     ASSERT_TRUE(envAgain.m_F_b_Init(vm_dir.path()));
@@ -97,12 +97,12 @@ TEST_F(RecorderStoreTest, ACardOfAKnownNameUpdatesAndKeepsThePasswordThatItLacks
     ASSERT_EQ(vm_store.m_F_o_Import(Fixture("two.xml")).sError, QString());
     const QString sStored = Attribute("N000", "PWD");
     const stDef_ImportResult stResult = vm_store.m_F_o_Import(Fixture("update.xml"));
-    EXPECT_EQ(stResult.nAdded, 0);
-    EXPECT_EQ(stResult.nUpdated, 1);
+    EXPECT_EQ(stResult.arAdded.size(), 0);
+    EXPECT_EQ(stResult.arUpdated.size(), 1);
     EXPECT_EQ(Attribute("N000", "IP"), "192.0.2.99");
     EXPECT_EQ(Attribute("N000", "Channels"), "8");
     EXPECT_EQ(Attribute("N000", "PWD"), sStored);
-    EXPECT_EQ(vm_store.m_F_o_Import(Fixture("nameless.xml")).nAdded, 1);
+    EXPECT_EQ(vm_store.m_F_o_Import(Fixture("nameless.xml")).arAdded.size(), 1);
     EXPECT_EQ(Attribute("N002", "Name"), "192.0.2.7");
     EXPECT_EQ(vm_store.m_F_o_InitRecord(2).sPWD, "") << "an account without a password";
 }
@@ -132,7 +132,7 @@ TEST_F(RecorderStoreTest, ABadCardIsToldAndChangesNothing)
         const stDef_ImportResult stResult = vm_store.m_F_o_Import(Fixture(stCase.pszFile));
         EXPECT_TRUE(stResult.sError.contains(stCase.pszTold))
             << stCase.pszFile << ": " << stResult.sError.toStdString();
-        EXPECT_EQ(stResult.nAdded + stResult.nUpdated, 0) << stCase.pszFile;
+        EXPECT_EQ(stResult.arAdded.size() + stResult.arUpdated.size(), 0) << stCase.pszFile;
     }
     EXPECT_EQ(Disk(), sBefore);
     EXPECT_EQ(vm_env.m_F_p_GetMemSysXML()->m_F_s_GetXML(), sXmlBefore);
@@ -149,7 +149,7 @@ TEST_F(RecorderStoreTest, ADamagedListIsReadAsFarAsItGoes)
     EXPECT_EQ(arRecorders[0].nChannels, 1);
     EXPECT_EQ(arRecorders[1].nNvrID, 1000);
     EXPECT_EQ(arRecorders[1].sName, "192.0.2.2");
-    EXPECT_EQ(vm_store.m_F_o_Import(Fixture("nameless.xml")).nAdded, 1);
+    EXPECT_EQ(vm_store.m_F_o_Import(Fixture("nameless.xml")).arAdded.size(), 1);
     EXPECT_EQ(Attribute("N000", "IP"), "192.0.2.7") << "a gap is filled";
     EXPECT_EQ(objXml.m_F_n_GetValueInt("/root/NVR", "count", 0), 1001);
 

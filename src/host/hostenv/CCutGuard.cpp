@@ -11,7 +11,8 @@
 
 namespace {
 
-/// The handler may take no lock, so the mappings stand in a table of a fixed size. A place is free while its begin is 0.
+/// The handler may take no lock, so the mappings stand in a table of a fixed size. A place is free while its begin is
+/// 0.
 struct st_Range
 {
     std::atomic<std::uintptr_t> nBegin{0};
