@@ -7,7 +7,7 @@
 
 #include "BenchTable.h"
 #include "Benches.h"
-#include "CCameraPark.h"
+#include "cgi/CCameraPark.h"
 #include "drivers/CCamObj_Base.h"
 #include "fleetlink/fleetlink.h"
 

@@ -8,11 +8,11 @@
 
 #include "BenchTable.h"
 #include "Benches.h"
-#include "CDocumentStore.h"
-#include "CFaultTable.h"
 #include "CPlainCurl.h"
 #include "CVirtualNvr.h"
+#include "cgi/CDocumentStore.h"
 #include "fleetlink/fleetlink.h"
+#include "http/CFaultTable.h"
 #include "setup/CDlgSetupPageSystemSetting.h"
 #include "toolkit/sheet/CPropertyPage.h"
 

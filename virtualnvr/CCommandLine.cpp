@@ -1,7 +1,7 @@
 #include "CCommandLine.h"
 
-#include "CFaultTable.h"
-#include "CStreamServer.h"
+#include "http/CFaultTable.h"
+#include "rtsp/CStreamServer.h"
 
 #include <algorithm>
 #include <charconv>

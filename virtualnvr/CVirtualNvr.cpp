@@ -1,15 +1,15 @@
 #include "CVirtualNvr.h"
 
-#include "CCameraPark.h"
-#include "CDigestAuth.h"
-#include "CDocumentStore.h"
-#include "CFaultTable.h"
-#include "CFrontDoor.h"
-#include "CHttpApp.h"
-#include "CPtzBoard.h"
-#include "CRecorderCgi.h"
-#include "CRequestLog.h"
-#include "CStreamServer.h"
+#include "cgi/CCameraPark.h"
+#include "cgi/CDocumentStore.h"
+#include "cgi/CHttpApp.h"
+#include "cgi/CRecorderCgi.h"
+#include "http/CDigestAuth.h"
+#include "http/CFaultTable.h"
+#include "http/CFrontDoor.h"
+#include "http/CRequestLog.h"
+#include "rtsp/CStreamServer.h"
+#include "scene/CPtzBoard.h"
 
 #include <cerrno>
 #include <cstdlib>

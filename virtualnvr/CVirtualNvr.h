@@ -1,6 +1,6 @@
 #pragma once
 
-#include "stDef_Account.h"
+#include "http/stDef_Account.h"
 
 #include <memory>
 #include <string>

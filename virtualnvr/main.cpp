@@ -1,9 +1,9 @@
 #include "CAtomicFile.h"
 #include "CCommandLine.h"
-#include "CFaultTable.h"
-#include "CRequestLog.h"
-#include "CStreamServer.h"
 #include "CVirtualNvr.h"
+#include "http/CFaultTable.h"
+#include "http/CRequestLog.h"
+#include "rtsp/CStreamServer.h"
 
 #include <algorithm>
 #include <chrono>

@@ -7,8 +7,8 @@
 #include "CRecorderFilter.h"
 #include "CRecorderTree.h"
 #include "CSnapshot.h"
-#include "CStreamServer.h"
 #include "WindowFixture.h"
+#include "rtsp/CStreamServer.h"
 
 namespace {
 

@@ -13,12 +13,12 @@
 #include <optional>
 
 #include "CChannelDrag.h"
-#include "CDocumentStore.h"
-#include "CFaultTable.h"
-#include "CPictureCode.h"
 #include "CRecorderTree.h"
-#include "CStreamServer.h"
 #include "WindowFixture.h"
+#include "cgi/CDocumentStore.h"
+#include "http/CFaultTable.h"
+#include "rtsp/CStreamServer.h"
+#include "scene/CPictureCode.h"
 #include "support/LogReading.h"
 #include "support/Process.h"
 #include "support/PromptQueue.h"

@@ -6,14 +6,14 @@
 #include <QSlider>
 #include <QTimer>
 
-#include "CFaultTable.h"
 #include "CLoginPanel.h"
-#include "CPtzBoard.h"
 #include "CPtzPad.h"
 #include "CPtzPanel.h"
 #include "CRecorderTree.h"
-#include "CRequestLog.h"
 #include "WindowFixture.h"
+#include "http/CFaultTable.h"
+#include "http/CRequestLog.h"
+#include "scene/CPtzBoard.h"
 #include "support/Process.h"
 
 namespace {

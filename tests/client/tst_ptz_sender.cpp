@@ -6,8 +6,8 @@
 #include <random>
 
 #include "CNvrQuery.h"
-#include "CPtzBoard.h"
 #include "CPtzSender.h"
+#include "scene/CPtzBoard.h"
 #include "support/HostFixture.h"
 #include "support/LogReading.h"
 #include "support/Waiting.h"

@@ -12,16 +12,16 @@
 #include <gtest/gtest.h>
 
 #include "CChannelDrag.h"
-#include "CFaultTable.h"
 #include "CHostLanguage.h"
 #include "CHostText.h"
 #include "CRecorderDialog.h"
 #include "CRecorderFilter.h"
 #include "CRecorderTree.h"
 #include "CRecorderWatch.h"
-#include "CStreamServer.h"
 #include "CVirtualNvr.h"
 #include "RecorderCard.h"
+#include "http/CFaultTable.h"
+#include "rtsp/CStreamServer.h"
 #include "support/LanguageFile.h"
 #include "support/Waiting.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "CDocumentStore.h"
+#include "cgi/CDocumentStore.h"
 #include "setup/CDlgSetupPageSystemSetting.h"
 #include "support/HostFixture.h"
 #include "support/LogReading.h"

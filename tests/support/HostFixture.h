@@ -3,11 +3,11 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include "CFaultTable.h"
-#include "CRequestLog.h"
-#include "CStreamServer.h"
 #include "CVirtualNvr.h"
 #include "fleetlink/fleetlink.h"
+#include "http/CFaultTable.h"
+#include "http/CRequestLog.h"
+#include "rtsp/CStreamServer.h"
 
 /// A host with a configuration folder of its own and a virtual recorder, whose node in the recorder list is N007.
 class HostFixture : public testing::Test

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "CRequestLog.h"
+#include "http/CRequestLog.h"
 
 /// Targets of the requests that were answered since the last call, logins aside, each from where `sFrom` begins in it;
 /// those without it are left out.

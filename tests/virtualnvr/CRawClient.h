@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CHttpHead.h"
-#include "CSocket.h"
+#include "http/CHttpHead.h"
+#include "http/CSocket.h"
 
 #include <cerrno>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CPictureCode.h"
+#include "scene/CPictureCode.h"
 
 #include <chrono>
 #include <cstdint>

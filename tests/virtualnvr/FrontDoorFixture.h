@@ -1,9 +1,9 @@
 #pragma once
 
-#include "CFaultTable.h"
-#include "CFrontDoor.h"
 #include "CRawClient.h"
-#include "CRequestLog.h"
+#include "http/CFaultTable.h"
+#include "http/CFrontDoor.h"
+#include "http/CRequestLog.h"
 
 #include <condition_variable>
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
-#include "CCameraPark.h"
 #include "CProbe.h"
-#include "CRequestLog.h"
 #include "CVirtualNvr.h"
+#include "cgi/CCameraPark.h"
+#include "http/CRequestLog.h"
 
 #include <gtest/gtest.h>
 #include <pugixml.hpp>

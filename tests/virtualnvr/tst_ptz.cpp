@@ -1,7 +1,7 @@
 #include "CProbe.h"
-#include "CPtzCamera.h"
 #include "CVirtualNvr.h"
-#include "stDef_PtzPlaces.h"
+#include "scene/CPtzCamera.h"
+#include "scene/stDef_PtzPlaces.h"
 
 #include <gtest/gtest.h>
 #include <pugixml.hpp>

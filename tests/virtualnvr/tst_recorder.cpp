@@ -1,8 +1,8 @@
-#include "CDocumentStore.h"
 #include "CProbe.h"
 #include "CRawClient.h"
-#include "CRequestLog.h"
 #include "CVirtualNvr.h"
+#include "cgi/CDocumentStore.h"
+#include "http/CRequestLog.h"
 
 #include <array>
 #include <chrono>

@@ -1,9 +1,9 @@
-#include "CGstPlugins.h"
-#include "CLiveView.h"
-#include "CSocket.h"
 #include "CStreamPlayer.h"
-#include "CStreamServer.h"
-#include "stDef_EncodedClip.h"
+#include "http/CSocket.h"
+#include "rtsp/CGstPlugins.h"
+#include "rtsp/CStreamServer.h"
+#include "scene/CLiveView.h"
+#include "scene/stDef_EncodedClip.h"
 
 #include <cmath>
 #include <filesystem>

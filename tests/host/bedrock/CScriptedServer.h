@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-#include "CSocket.h"
+#include "http/CSocket.h"
 
 /// A server that plays its script on each connection, on a thread of its own, for what no recorder can be told to do.
 class CScriptedServer

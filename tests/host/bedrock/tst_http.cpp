@@ -11,11 +11,11 @@
 #include <future>
 #include <thread>
 
-#include "CRequestLog.h"
 #include "CScriptedServer.h"
 #include "CVirtualNvr.h"
 #include "host/bedrock/CHTTP.h"
 #include "host/bedrock/CMemManage.h"
+#include "http/CRequestLog.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include <iostream>
 #include <sstream>
 
-#include "CStreamServer.h"
 #include "CVirtualNvr.h"
+#include "rtsp/CStreamServer.h"
 
 CRecorderProcess::~CRecorderProcess()
 {

@@ -5,8 +5,8 @@
 #include <optional>
 #include <thread>
 
-#include "CPictureCode.h"
 #include "host/Lib_Hostenv.h"
+#include "scene/CPictureCode.h"
 
 /// Waits until the condition holds; false if it doesn't within the limit.
 template <typename Condition>
