@@ -6,7 +6,7 @@
 #include "cgi/CRecorderCgi.h"
 #include "http/CDigestAuth.h"
 #include "http/CFaultTable.h"
-#include "http/CFrontDoor.h"
+#include "http/CHttpProxy.h"
 #include "http/CRequestLog.h"
 #include "rtsp/CStreamServer.h"
 #include "scene/CPtzBoard.h"
@@ -58,7 +58,7 @@ struct CVirtualNvr::stDef_Impl
     std::unique_ptr<CRecorderCgi> pCgi;
     std::unique_ptr<CDigestAuth> pAuth;
     CHttpApp objApp;
-    CFrontDoor objDoor;
+    CHttpProxy objProxy;
     std::string sTemporaryFolder;
     bool bRunning = false;
 
@@ -71,7 +71,7 @@ bool CVirtualNvr::stDef_Impl::StartStreams(const stDef_VirtualNvrConfig& stConfi
 {
     if (!stConfig.bStreams)
         return true;
-    objDoor.m_S_SetTunnelHandler([this](int nSocket, const std::string& sInitial) {
+    objProxy.m_S_SetTunnelHandler([this](int nSocket, const std::string& sInitial) {
         const auto [sPeer, nPeerPort] = PeerOf(nSocket);
         return objStreams.m_F_b_TransferConnection(nSocket, sPeer, nPeerPort, sInitial); // owns the socket from here on
     });
@@ -92,18 +92,18 @@ bool CVirtualNvr::stDef_Impl::Start(const stDef_VirtualNvrConfig& stConfig, std:
     pAuth = std::make_unique<CDigestAuth>(stConfig.arAccounts, stConfig.nNonceLifetimeMs);
     if (!objDocuments.m_F_b_Open(sState, sData, stConfig.nChannels, sError) || !objPark.m_F_b_Load(sData, sError) ||
         !StartStreams(stConfig, sError) || !objApp.m_F_b_Start(*pCgi, *pAuth, sError) ||
-        !objDoor.m_F_b_Start(stConfig.sBind, stConfig.nHttpPort, objApp.m_F_n_Port(), objFaults, objLog, sError))
+        !objProxy.m_F_b_Start(stConfig.sBind, stConfig.nHttpPort, objApp.m_F_n_Port(), objFaults, objLog, sError))
         return false;
-    pCgi->m_S_SetPorts(objDoor.m_F_n_Port(), stConfig.bStreams ? objStreams.m_F_n_Port() : 0);
+    pCgi->m_S_SetPorts(objProxy.m_F_n_Port(), stConfig.bStreams ? objStreams.m_F_n_Port() : 0);
     return true;
 }
 
 void CVirtualNvr::stDef_Impl::Stop()
 {
-    objDoor.m_S_Stop(); // first: it closes the connections that the servers behind it would wait for
+    objProxy.m_S_Stop(); // first: it closes the connections that the servers behind it would wait for
     objApp.m_S_Stop();
     objStreams.m_S_Stop();
-    objDoor.m_S_SetTunnelHandler({});
+    objProxy.m_S_SetTunnelHandler({});
     objDocuments.m_S_Close();
     if (!sTemporaryFolder.empty()) {
         std::error_code objIgnored;
@@ -143,7 +143,7 @@ void CVirtualNvr::m_S_Stop()
 
 int CVirtualNvr::m_F_n_HttpPort() const
 {
-    return vm_pImpl->bRunning ? vm_pImpl->objDoor.m_F_n_Port() : 0;
+    return vm_pImpl->bRunning ? vm_pImpl->objProxy.m_F_n_Port() : 0;
 }
 
 int CVirtualNvr::m_F_n_RtspPort() const

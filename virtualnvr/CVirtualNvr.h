@@ -31,7 +31,7 @@ struct stDef_VirtualNvrConfig
     int nNonceLifetimeMs = 300000; ///< a login older than this is answered with stale=true
 };
 
-/// A whole recorder in one object: documents, HTTP application behind its front door, and live streams, on real
+/// A whole recorder in one object: documents, HTTP application behind its proxy, and live streams, on real
 /// sockets. Several may run in one process. Start and Stop belong to one thread; what the accessors give is
 /// thread-safe and lives as long as this object.
 class CVirtualNvr

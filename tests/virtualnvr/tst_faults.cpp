@@ -1,4 +1,4 @@
-#include "FrontDoorFixture.h"
+#include "HttpProxyFixture.h"
 
 #include <chrono>
 #include <set>
@@ -72,7 +72,7 @@ std::string Times(const std::string& sText, int nTimes)
     return nTimes ? sText + Times(sText, nTimes - 1) : "";
 }
 
-TEST_F(FrontDoor, PlaysEachFault)
+TEST_F(HttpProxy, PlaysEachFault)
 {
     struct Row
     {
@@ -156,7 +156,7 @@ TEST_F(FrontDoor, PlaysEachFault)
         EXPECT_EQ(arSeen.count(stKind.sName), 1u) << stKind.sName << " stands in no row";
 }
 
-TEST_F(FrontDoor, ChangesWhatItAsksForFromConnectionToConnection)
+TEST_F(HttpProxy, ChangesWhatItAsksForFromConnectionToConnection)
 {
     ASSERT_TRUE(vm_objFaults.m_F_b_Parse("/doc=changing-challenge"));
     ASSERT_TRUE(vm_objFaults.m_F_b_Parse("/echo=redirect"));
@@ -166,7 +166,7 @@ TEST_F(FrontDoor, ChangesWhatItAsksForFromConnectionToConnection)
         EXPECT_THAT(Client().m_F_s_Get("/echo"), HasSubstr(std::string("Location: ") + pTo + "\r\n"));
 }
 
-TEST_F(FrontDoor, CallsALoginStaleOnceAConnection)
+TEST_F(HttpProxy, CallsALoginStaleOnceAConnection)
 {
     ASSERT_TRUE(vm_objFaults.m_F_b_Parse("*=stale-nonce"));
     for (int i = 0; i < 2; ++i) {
@@ -176,7 +176,7 @@ TEST_F(FrontDoor, CallsALoginStaleOnceAConnection)
     }
 }
 
-TEST_F(FrontDoor, KeepsItsTimes)
+TEST_F(HttpProxy, KeepsItsTimes)
 {
     const auto timed = [&](const char* pFault) {
         vm_objFaults.m_S_Clear();
@@ -190,27 +190,27 @@ TEST_F(FrontDoor, KeepsItsTimes)
     EXPECT_GE(timed("*=slow:500"), 200); // some 130 bytes
 }
 
-TEST_F(FrontDoor, PlaysOnStreamsWhatNeedsNoEnd)
+TEST_F(HttpProxy, PlaysOnStreamsWhatNeedsNoEnd)
 {
     ASSERT_TRUE(vm_objFaults.m_F_b_Parse("*=cut-body:12"));
     CRawClient client = Client();
-    LetPieceGo(2);
+    SendPiece(2);
     client.m_F_b_Send("GET /stream HTTP/1.1\r\n\r\n");
     EXPECT_THAT(client.m_F_s_ReadToEnd(), EndsWith("\r\n\r\n5\r\npiece\r\n5\r"));
     EXPECT_TRUE(client.m_F_b_Closed());
 }
 
-TEST_F(FrontDoor, LeavesStreamsAloneThatHaveNoLengthToLieAbout)
+TEST_F(HttpProxy, LeavesStreamsAloneThatHaveNoLengthToLieAbout)
 {
     ASSERT_TRUE(vm_objFaults.m_F_b_Parse("*=short-lengthx1"));
     CRawClient client = Client();
-    LetPieceGo();
+    SendPiece();
     client.m_F_b_Send("GET /stream HTTP/1.1\r\n\r\n");
     EXPECT_THAT(client.m_F_s_ReadUntil("piece\r\n"), EndsWith("5\r\npiece\r\n"));
     EXPECT_TRUE(vm_objFaults.m_F_o_Find("/doc")) << "it was not counted";
 }
 
-TEST_F(FrontDoor, CountsAFaultExactlyAmongManyClients)
+TEST_F(HttpProxy, CountsAFaultExactlyAmongManyClients)
 {
     ASSERT_TRUE(vm_objFaults.m_F_b_Parse("/plain=status:503x7"));
     std::atomic<int> nPlayed{0};

@@ -338,7 +338,7 @@ TEST_F(Streams, TakesConnectionsOfAnotherPort)
     CSocket objListener;
     std::string sError;
     ASSERT_TRUE(objListener.m_F_b_Listen("127.0.0.1", 0, sError)) << sError;
-    std::thread objDoor([&] {
+    std::thread objAcceptor([&] {
         for (int nSocket = objListener.m_F_n_Accept(); nSocket >= 0; nSocket = objListener.m_F_n_Accept()) {
             CSocket objSocket(nSocket);
             std::string sHead;
@@ -363,7 +363,7 @@ TEST_F(Streams, TakesConnectionsOfAnotherPort)
         EXPECT_FALSE(objPlayer.m_F_b_TimedOut());
     }
     objListener.m_S_Wake();
-    objDoor.join();
+    objAcceptor.join();
 }
 
 TEST(StreamServer, RefusesBadConfigurations)

@@ -2,7 +2,7 @@
 
 #include "cgi/CRecorderCgi.h"
 #include "http/CDigestAuth.h"
-#include "http/CFrontDoor.h"
+#include "http/CHttpProxy.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -13,7 +13,7 @@
 
 namespace {
 constexpr std::size_t g_nMaxBody = std::size_t(64) << 20;
-constexpr std::size_t g_nThreads = CFrontDoor::MaxConnections; // each kept connection and each stream holds one
+constexpr std::size_t g_nThreads = CHttpProxy::MaxConnections; // each kept connection and each stream holds one
 constexpr int g_nIdleSeconds = 120;
 constexpr char g_szBoundary[] = "recorder-part-boundary";
 

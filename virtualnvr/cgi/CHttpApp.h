@@ -7,7 +7,7 @@ class CDigestAuth;
 class CRecorderCgi;
 
 /// The HTTP server of the recorder, on a loopback port of its own: logs clients in, reads bodies (64 MiB at most) and
-/// hands requests to the programs. The front door stands before it and tells the request target as it was sent in the
+/// hands requests to the programs. The proxy stands before it and tells the request target as it was sent in the
 /// header "X-Request-Target", since the server library drops what follows a '#'.
 class CHttpApp
 {

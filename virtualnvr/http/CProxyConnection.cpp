@@ -1,4 +1,4 @@
-#include "http/CFrontConnection.h"
+#include "http/CProxyConnection.h"
 
 #include "http/CFaultPlayer.h"
 #include "http/CFaultTable.h"
@@ -42,11 +42,11 @@ bool IsTunnel(const CHttpHead& objHead)
 
 } // namespace
 
-CFrontConnection::CFrontConnection(int nSocket, std::uint64_t nNumber, const stDef_FrontDoorParts& stParts)
+CProxyConnection::CProxyConnection(int nSocket, std::uint64_t nNumber, const stDef_ProxyParts& stParts)
     : vm_stParts(stParts), vm_objClient(nSocket), vm_objReply(vm_objClient, *stParts.pLog), vm_nNumber(nNumber)
 {}
 
-void CFrontConnection::m_S_Wake()
+void CProxyConnection::m_S_Wake()
 {
     const std::lock_guard lock(vm_objMutex);
     vm_bWoken = true;
@@ -54,13 +54,13 @@ void CFrontConnection::m_S_Wake()
     vm_objInner.m_S_Wake();
 }
 
-long long CFrontConnection::m_F_n_KeptWaitingMs() const
+long long CProxyConnection::m_F_n_KeptWaitingMs() const
 {
     const std::lock_guard lock(vm_objMutex);
     return vm_tmWaiting ? std::chrono::floor<std::chrono::milliseconds>(Clock::now() - *vm_tmWaiting).count() : -1;
 }
 
-bool CFrontConnection::m_F_b_EndWaiting(long long nLeastMs)
+bool CProxyConnection::m_F_b_EndWaiting(long long nLeastMs)
 {
     if (m_F_n_KeptWaitingMs() < nLeastMs)
         return false;
@@ -68,21 +68,21 @@ bool CFrontConnection::m_F_b_EndWaiting(long long nLeastMs)
     return true;
 }
 
-void CFrontConnection::m_S_BeginWaiting()
+void CProxyConnection::m_S_BeginWaiting()
 {
     const std::lock_guard lock(vm_objMutex);
     vm_tmWaiting = Clock::now();
 }
 
 /// False if the place went to somebody else.
-bool CFrontConnection::m_F_b_DoneWaiting()
+bool CProxyConnection::m_F_b_DoneWaiting()
 {
     const std::lock_guard lock(vm_objMutex);
     vm_tmWaiting.reset();
     return !vm_bWoken;
 }
 
-void CFrontConnection::m_S_Run()
+void CProxyConnection::m_S_Run()
 {
     while (m_F_b_ServeOne()) {
     }
@@ -95,7 +95,7 @@ void CFrontConnection::m_S_Run()
 }
 
 /// @param nHeadMs limit for the whole head, from its first byte on
-bool CFrontConnection::s_F_b_ReadHead(CSocket& objSocket, std::string& sBuffer, std::string& sHead, int nHeadMs)
+bool CProxyConnection::s_F_b_ReadHead(CSocket& objSocket, std::string& sBuffer, std::string& sHead, int nHeadMs)
 {
     char arPiece[8192];
     std::size_t nScanned = 0;
@@ -123,7 +123,7 @@ bool CFrontConnection::s_F_b_ReadHead(CSocket& objSocket, std::string& sBuffer, 
 }
 
 /// The next head that makes sense. Others are answered for what they are.
-bool CFrontConnection::m_F_b_ReadRequest(std::string& sHead, CHttpHead& objHead)
+bool CProxyConnection::m_F_b_ReadRequest(std::string& sHead, CHttpHead& objHead)
 {
     std::string_view sRefusal = "400 Bad Request";
     if (s_F_b_ReadHead(vm_objClient, vm_sFromClient, sHead, vm_stParts.nHeadMs)) {
@@ -139,7 +139,7 @@ bool CFrontConnection::m_F_b_ReadRequest(std::string& sHead, CHttpHead& objHead)
     return false;
 }
 
-bool CFrontConnection::m_F_b_ServeOne()
+bool CProxyConnection::m_F_b_ServeOne()
 {
     std::string sHead;
     CHttpHead objHead;
@@ -158,7 +158,7 @@ bool CFrontConnection::m_F_b_ServeOne()
 }
 
 /// Decides what becomes of a request whose head is read.
-bool CFrontConnection::m_F_b_Serve(const CHttpHead& objHead, const std::string& sHead)
+bool CProxyConnection::m_F_b_Serve(const CHttpHead& objHead, const std::string& sHead)
 {
     if (IsTunnel(objHead))
         return m_F_b_HandToTunnel(sHead);
@@ -178,7 +178,7 @@ bool CFrontConnection::m_F_b_Serve(const CHttpHead& objHead, const std::string& 
     return m_F_b_Forward(objHead, bOnReply ? fault : std::nullopt, false);
 }
 
-bool CFrontConnection::m_F_b_HandToTunnel(const std::string& sHead)
+bool CProxyConnection::m_F_b_HandToTunnel(const std::string& sHead)
 {
     if (!vm_stParts.tunnel) {
         vm_objReply.m_F_b_SendReply(404, "Not Found", "Connection: close\r\n", "");
@@ -197,7 +197,7 @@ bool CFrontConnection::m_F_b_HandToTunnel(const std::string& sHead)
 }
 
 /// Counts the fault as played; false if somebody else has just played it for the last time.
-bool CFrontConnection::m_F_b_TakeFault(std::optional<stDef_Fault>& fault)
+bool CProxyConnection::m_F_b_TakeFault(std::optional<stDef_Fault>& fault)
 {
     fault = vm_stParts.pFaults->m_F_o_Take(vm_objReply.vm_stEntry.sTarget, std::string(fault->sName));
     if (fault)
@@ -205,19 +205,19 @@ bool CFrontConnection::m_F_b_TakeFault(std::optional<stDef_Fault>& fault)
     return fault.has_value();
 }
 
-bool CFrontConnection::m_F_b_PlayAtOnce(const CHttpHead& objHead, const stDef_Fault& stFault)
+bool CProxyConnection::m_F_b_PlayAtOnce(const CHttpHead& objHead, const stDef_Fault& stFault)
 {
     return m_F_b_DropBody(objHead) && CFaultPlayer(vm_objClient, vm_objReply).m_F_b_PlayAtOnce(stFault);
 }
 
-bool CFrontConnection::m_F_b_DropBody(const CHttpHead& objHead)
+bool CProxyConnection::m_F_b_DropBody(const CHttpHead& objHead)
 {
     const emDef_Body eBody = m_F_n_PassBody(objHead, false);
     return eBody == emDef_Body::Whole || m_F_b_RefuseBody(eBody);
 }
 
 /// Always false: the connection can't go on.
-bool CFrontConnection::m_F_b_RefuseBody(emDef_Body eBody)
+bool CProxyConnection::m_F_b_RefuseBody(emDef_Body eBody)
 {
     if (eBody == emDef_Body::Bad)
         vm_objReply.m_F_b_SendReply(400, "Bad Request", "Connection: close\r\n", "");
@@ -226,14 +226,14 @@ bool CFrontConnection::m_F_b_RefuseBody(emDef_Body eBody)
     return false;
 }
 
-void CFrontConnection::m_S_CloseInner()
+void CProxyConnection::m_S_CloseInner()
 {
     const std::lock_guard lock(vm_objMutex);
     vm_objInner.m_S_Close();
     vm_sFromInner.clear();
 }
 
-void CFrontConnection::m_S_OpenInner()
+void CProxyConnection::m_S_OpenInner()
 {
     m_S_CloseInner();
     {
@@ -249,7 +249,7 @@ void CFrontConnection::m_S_OpenInner()
 }
 
 /// A kept inner connection may have ended meanwhile: that shows before a reply, and a fresh one is taken for it.
-bool CFrontConnection::m_F_b_SendToInner(const std::string& sText)
+bool CProxyConnection::m_F_b_SendToInner(const std::string& sText)
 {
     const bool bKept = vm_objInner.m_F_b_IsOpen() && !vm_objInner.m_F_b_WaitReadable(0);
     if (bKept && vm_objInner.m_F_b_Write(sText))
@@ -258,7 +258,7 @@ bool CFrontConnection::m_F_b_SendToInner(const std::string& sText)
     return vm_objInner.m_F_b_IsOpen() && vm_objInner.m_F_b_Write(sText);
 }
 
-bool CFrontConnection::m_F_b_Forward(CHttpHead objHead, const std::optional<stDef_Fault>& fault, bool bUnlogged)
+bool CProxyConnection::m_F_b_Forward(CHttpHead objHead, const std::optional<stDef_Fault>& fault, bool bUnlogged)
 {
     const bool bTakesBody = vm_objReply.vm_stEntry.sMethod == "POST";
     if (!bTakesBody && !m_F_b_DropBody(objHead))
@@ -277,7 +277,7 @@ bool CFrontConnection::m_F_b_Forward(CHttpHead objHead, const std::optional<stDe
 }
 
 /// Makes a head what the inner server understands as the client meant it.
-void CFrontConnection::m_S_PrepareHead(CHttpHead& objHead, bool bUnlogged, bool bTakesBody) const
+void CProxyConnection::m_S_PrepareHead(CHttpHead& objHead, bool bUnlogged, bool bTakesBody) const
 {
     objHead.m_S_Remove("Expect");
     if (bUnlogged)
@@ -295,7 +295,7 @@ void CFrontConnection::m_S_PrepareHead(CHttpHead& objHead, bool bUnlogged, bool 
     objHead.m_S_Set("X-Request-Target", PercentEscaped(vm_objReply.vm_stEntry.sTarget));
 }
 
-CFrontConnection::emDef_Body CFrontConnection::m_F_n_PassBody(const CHttpHead& objHead, bool bForward)
+CProxyConnection::emDef_Body CProxyConnection::m_F_n_PassBody(const CHttpHead& objHead, bool bForward)
 {
     stDef_LogEntry& stEntry = vm_objReply.vm_stEntry;
     CBodyFramer objFramer(objHead, "");
@@ -323,7 +323,7 @@ CFrontConnection::emDef_Body CFrontConnection::m_F_n_PassBody(const CHttpHead& o
     }
 }
 
-bool CFrontConnection::m_F_b_ReadReplyHead(CHttpHead& objReply)
+bool CProxyConnection::m_F_b_ReadReplyHead(CHttpHead& objReply)
 {
     std::string sHead;
     do {
@@ -333,7 +333,7 @@ bool CFrontConnection::m_F_b_ReadReplyHead(CHttpHead& objReply)
     return true;
 }
 
-bool CFrontConnection::m_F_b_Answer(std::optional<stDef_Fault> fault, bool bStale)
+bool CProxyConnection::m_F_b_Answer(std::optional<stDef_Fault> fault, bool bStale)
 {
     CHttpHead objReply;
     if (!m_F_b_ReadReplyHead(objReply)) {
@@ -356,7 +356,7 @@ bool CFrontConnection::m_F_b_Answer(std::optional<stDef_Fault> fault, bool bStal
 }
 
 /// The next bytes of a reply's body.
-bool CFrontConnection::m_F_b_More(CBodyFramer& objFramer, std::string& sPiece)
+bool CProxyConnection::m_F_b_More(CBodyFramer& objFramer, std::string& sPiece)
 {
     if (objFramer.m_F_b_Done())
         return false;
@@ -373,7 +373,7 @@ bool CFrontConnection::m_F_b_More(CBodyFramer& objFramer, std::string& sPiece)
     return nBody > 0;
 }
 
-bool CFrontConnection::m_F_b_PassReply(const CHttpHead& objReply, CBodyFramer& objFramer)
+bool CProxyConnection::m_F_b_PassReply(const CHttpHead& objReply, CBodyFramer& objFramer)
 {
     std::string sPiece;
     if (!vm_sFromInner.empty()) // the start of the body came with the head: both leave in one packet
@@ -387,7 +387,7 @@ bool CFrontConnection::m_F_b_PassReply(const CHttpHead& objReply, CBodyFramer& o
     return objFramer.m_F_b_Done();
 }
 
-bool CFrontConnection::m_F_b_PlayOnReply(const stDef_Fault& stFault, const CHttpHead& objReply, CBodyFramer& objFramer)
+bool CProxyConnection::m_F_b_PlayOnReply(const stDef_Fault& stFault, const CHttpHead& objReply, CBodyFramer& objFramer)
 {
     CFaultPlayer objPlayer(vm_objClient, vm_objReply);
     if (CFaultTable::s_F_p_Kind(stFault.sName)->nWhen == OnBytes)

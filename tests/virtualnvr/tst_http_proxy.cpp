@@ -1,4 +1,4 @@
-#include "FrontDoorFixture.h"
+#include "HttpProxyFixture.h"
 
 #include <algorithm>
 #include <chrono>
@@ -26,7 +26,7 @@ std::string Echoed(const std::string& sReply)
     return sBody.substr(std::min(sBody.find(' ') + 1, sBody.size()));
 }
 
-TEST_F(FrontDoor, PassesRequestsAndRepliesOnUnchanged)
+TEST_F(HttpProxy, PassesRequestsAndRepliesOnUnchanged)
 {
     struct Row
     {
@@ -61,7 +61,7 @@ TEST_F(FrontDoor, PassesRequestsAndRepliesOnUnchanged)
     EXPECT_EQ(Client().m_F_s_Get("/doc"), CRawClient(vm_nInnerPort).m_F_s_Get("/doc"));
 }
 
-TEST_F(FrontDoor, AnswersPipelinedRequestsInOrderOverOneInnerConnection)
+TEST_F(HttpProxy, AnswersPipelinedRequestsInOrderOverOneInnerConnection)
 {
     CRawClient client = Client();
     client.m_F_b_Send(
@@ -81,17 +81,17 @@ TEST_F(FrontDoor, AnswersPipelinedRequestsInOrderOverOneInnerConnection)
     EXPECT_EQ(arInner.size(), 1u);
 }
 
-TEST_F(FrontDoor, LetsStreamsFlow)
+TEST_F(HttpProxy, PassesStreamsOnAsTheyCome)
 {
     CRawClient client = Client();
     client.m_F_b_Send("GET /stream HTTP/1.1\r\n\r\n");
     for (int i = 0; i < 5; ++i) {
-        LetPieceGo(); // no sooner than the one before has arrived
+        SendPiece(); // no sooner than the one before has arrived
         EXPECT_THAT(client.m_F_s_ReadUntil("piece\r\n", 3000), HasSubstr("piece")) << i;
     }
 }
 
-TEST_F(FrontDoor, ClosesWhenEitherSideAsksForIt)
+TEST_F(HttpProxy, ClosesWhenEitherSideAsksForIt)
 {
     struct Row
     {
@@ -116,7 +116,7 @@ TEST_F(FrontDoor, ClosesWhenEitherSideAsksForIt)
     EXPECT_EQ(Echoed(waiting.m_F_s_ReadReply()), "POST /echo  ok;");
 }
 
-TEST_F(FrontDoor, EndsBadRequestsAndServesOn)
+TEST_F(HttpProxy, EndsBadRequestsAndServesOn)
 {
     struct Row
     {
@@ -177,16 +177,16 @@ TEST(BodyFramer, FindsTheEnd)
     }
 }
 
-TEST_F(FrontDoor, HandsTunnelsOverWithSocketAndBytes)
+TEST_F(HttpProxy, HandsTunnelsOverWithSocketAndBytes)
 {
     const std::string sHead = "GET /stream/CH0 HTTP/1.1\r\n";
     for (const char* pLine : {"x-sessioncookie: 77\r\n", "Accept: application/x-rtsp-tunnelled\r\n",
                               "Content-Type: application/x-rtsp-tunnelled\r\n"}) {
         SCOPED_TRACE(pLine);
         EXPECT_THAT(Client().m_F_s_Get("/stream/CH0", pLine), StartsWith("HTTP/1.1 404")) << "no handler";
-        vm_objDoor.m_S_Stop();
+        vm_objProxy.m_S_Stop();
         std::promise<std::pair<int, std::string>> handed;
-        vm_objDoor.m_S_SetTunnelHandler([&](int nSocket, const std::string& sInitial) {
+        vm_objProxy.m_S_SetTunnelHandler([&](int nSocket, const std::string& sInitial) {
             handed.set_value({nSocket, sInitial});
             return true;
         });
@@ -198,16 +198,16 @@ TEST_F(FrontDoor, HandsTunnelsOverWithSocketAndBytes)
         const auto [nSocket, sInitial] = future.get();
         EXPECT_THAT(sInitial, StartsWith(sHead + pLine + "\r\n"));
         EXPECT_TRUE(vm_objLog.m_F_b_Wait([](const auto& st) { return st.sTarget == "/stream/CH0" && st.bDone; }, 5000));
-        vm_objDoor.m_S_Stop();
+        vm_objProxy.m_S_Stop();
         CSocket mine(nSocket);
         EXPECT_TRUE(mine.m_F_b_Write("still open"));
         EXPECT_EQ(client.m_F_s_ReadUntil("open"), "still open");
-        vm_objDoor.m_S_SetTunnelHandler({});
+        vm_objProxy.m_S_SetTunnelHandler({});
         Start();
     }
 }
 
-TEST_F(FrontDoor, LogsRequestsBeforeTheirRepliesAndNoSecret)
+TEST_F(HttpProxy, LogsRequestsBeforeTheirRepliesAndNoSecret)
 {
     std::ostringstream echo;
     vm_objLog.m_S_SetEcho(&echo);
@@ -267,23 +267,23 @@ TEST(RequestLog, StaysWithinItsBounds)
     EXPECT_FALSE(log.m_F_b_Wait([](const auto&) { return true; }, 10));
 }
 
-TEST_F(FrontDoor, StopEndsEveryWaitAtOnce)
+TEST_F(HttpProxy, StopEndsEveryWaitAtOnce)
 {
     for (const char* pFault : {"silence", "endless-chunks", "slow", "delay:60000", "huge"})
         ASSERT_TRUE(vm_objFaults.m_F_b_Parse(std::string("/") + pFault + "=" + pFault));
     ASSERT_TRUE(vm_objFaults.m_F_b_Parse("/doc?=slow"));
     std::vector<std::unique_ptr<CRawClient>> arClients;
     for (const char* pTarget : {"/silence", "/endless-chunks", "/doc?", "/stream", "/huge"}) {
-        arClients.push_back(std::make_unique<CRawClient>(vm_objDoor.m_F_n_Port()));
+        arClients.push_back(std::make_unique<CRawClient>(vm_objProxy.m_F_n_Port()));
         arClients.back()->m_F_b_Send(std::string("GET ") + pTarget + " HTTP/1.1\r\n" + g_sLogin + "\r\n");
         EXPECT_TRUE(vm_objLog.m_F_b_Wait([&](const auto& st) { return st.sTarget == pTarget; }, 5000));
     }
-    arClients.push_back(std::make_unique<CRawClient>(vm_objDoor.m_F_n_Port())); // idle
-    arClients.push_back(std::make_unique<CRawClient>(vm_objDoor.m_F_n_Port()));
+    arClients.push_back(std::make_unique<CRawClient>(vm_objProxy.m_F_n_Port())); // idle
+    arClients.push_back(std::make_unique<CRawClient>(vm_objProxy.m_F_n_Port()));
     arClients.back()->m_F_b_Send("POST /echo HTTP/1.1\r\nContent-Length: 100\r\n\r\nhalf");
     EXPECT_TRUE(vm_objLog.m_F_b_Wait([&](const auto& st) { return st.sTarget == "/echo"; }, 5000));
     const auto nBegin = Clock::now();
-    vm_objDoor.m_S_Stop();
+    vm_objProxy.m_S_Stop();
     EXPECT_LT(MsSince(nBegin), 1000);
     for (const auto& pClient : arClients)
         EXPECT_LT(pClient->m_F_s_ReadToEnd().size(), 100u << 20);
@@ -293,7 +293,7 @@ TEST_F(FrontDoor, StopEndsEveryWaitAtOnce)
     EXPECT_THAT(Client().m_F_s_Get("/plain"), EndsWith("<plain/>"));
 }
 
-TEST_F(FrontDoor, GivesThePlacesOfThoseWhoKeepItWaiting)
+TEST_F(HttpProxy, GivesThePlacesOfThoseWhoKeepItWaiting)
 {
     const struct
     {
@@ -308,8 +308,8 @@ TEST_F(FrontDoor, GivesThePlacesOfThoseWhoKeepItWaiting)
     for (const auto& row : arRows) {
         SCOPED_TRACE(row.pRequest);
         std::vector<std::unique_ptr<CRawClient>> arClients;
-        for (int i = 0; i < CFrontDoor::MaxConnections; ++i) {
-            arClients.push_back(std::make_unique<CRawClient>(vm_objDoor.m_F_n_Port()));
+        for (int i = 0; i < CHttpProxy::MaxConnections; ++i) {
+            arClients.push_back(std::make_unique<CRawClient>(vm_objProxy.m_F_n_Port()));
             arClients.back()->m_F_b_Send(row.pRequest);
         }
         const auto nBegin = Clock::now();
@@ -320,15 +320,15 @@ TEST_F(FrontDoor, GivesThePlacesOfThoseWhoKeepItWaiting)
             bServed = client.m_F_s_ReadUntil("<plain/>").ends_with("<plain/>");
         }
         EXPECT_EQ(bServed, row.bMakesRoom);
-        vm_objDoor.m_S_Stop();
+        vm_objProxy.m_S_Stop();
         Start();
     }
 }
 
-TEST_F(FrontDoor, EndsAHeadThatDrips)
+TEST_F(HttpProxy, EndsAHeadThatDrips)
 {
-    vm_objDoor.m_S_Stop();
-    vm_objDoor.m_S_SetHeadLimit(300);
+    vm_objProxy.m_S_Stop();
+    vm_objProxy.m_S_SetHeadLimit(300);
     Start();
     CRawClient idle = Client(), client = Client();
     std::string sReply;
@@ -340,12 +340,12 @@ TEST_F(FrontDoor, EndsAHeadThatDrips)
     EXPECT_THAT(idle.m_F_s_Get("/plain"), EndsWith("<plain/>")) << "one that has begun no head isn't late";
 }
 
-TEST_F(FrontDoor, TellsWhatKeepsItFromWorking)
+TEST_F(HttpProxy, TellsWhatKeepsItFromWorking)
 {
-    CFrontDoor second;
+    CHttpProxy second;
     std::string sError;
-    EXPECT_FALSE(second.m_F_b_Start("127.0.0.1", vm_objDoor.m_F_n_Port(), 1, vm_objFaults, vm_objLog, sError));
-    EXPECT_THAT(sError, HasSubstr(std::to_string(vm_objDoor.m_F_n_Port())));
+    EXPECT_FALSE(second.m_F_b_Start("127.0.0.1", vm_objProxy.m_F_n_Port(), 1, vm_objFaults, vm_objLog, sError));
+    EXPECT_THAT(sError, HasSubstr(std::to_string(vm_objProxy.m_F_n_Port())));
     EXPECT_FALSE(second.m_F_b_Start("nowhere", 0, 1, vm_objFaults, vm_objLog, sError));
     EXPECT_THAT(sError, HasSubstr("nowhere"));
     ASSERT_TRUE(second.m_F_b_Start("127.0.0.1", 0, 1, vm_objFaults, vm_objLog, sError)); // nobody listens on port 1

@@ -10,8 +10,8 @@
 #include <mutex>
 #include <optional>
 
-/// What all connections of a front door share.
-struct stDef_FrontDoorParts
+/// What all connections of a proxy share.
+struct stDef_ProxyParts
 {
     int nInnerPort = 0;
     int nHeadMs = 10000; ///< that a request's head may take
@@ -20,11 +20,11 @@ struct stDef_FrontDoorParts
     std::function<bool(int, const std::string&)> tunnel;
 };
 
-/// One client's connection to the front door, with the inner connection that serves it.
-class CFrontConnection
+/// One client's connection to the proxy, with the inner connection that serves it.
+class CProxyConnection
 {
 public:
-    CFrontConnection(int nSocket, std::uint64_t nNumber, const stDef_FrontDoorParts& stParts);
+    CProxyConnection(int nSocket, std::uint64_t nNumber, const stDef_ProxyParts& stParts);
 
     void m_S_Run();  ///< serves until either side ends; on a thread of its own
     void m_S_Wake(); ///< from any thread: ends it
@@ -71,7 +71,7 @@ private:
     bool m_F_b_PassReply(const CHttpHead& objReply, CBodyFramer& objFramer);
     bool m_F_b_PlayOnReply(const stDef_Fault& stFault, const CHttpHead& objReply, CBodyFramer& objFramer);
 
-    stDef_FrontDoorParts vm_stParts;
+    stDef_ProxyParts vm_stParts;
     CSocket vm_objClient;
     CSocket vm_objInner;
     CLoggedReply vm_objReply;

@@ -2,7 +2,7 @@
 
 #include "CRawClient.h"
 #include "http/CFaultTable.h"
-#include "http/CFrontDoor.h"
+#include "http/CHttpProxy.h"
 #include "http/CRequestLog.h"
 
 #include <condition_variable>
@@ -13,15 +13,15 @@
 inline const std::string g_sDocument = "<XML><root><Name Text=\"T\xC3\xBCr\"/><Port Value=\"80\"/></root></XML>";
 inline const std::string g_sLogin = "Authorization: Basic c2VjcmV0\r\n";
 
-/// A small server in the place of the recorder's, with a front door before it.
-class FrontDoor : public testing::Test
+/// A small server in the place of the recorder's, with the proxy before it.
+class HttpProxy : public testing::Test
 {
 protected:
     void SetUp() override
     {
         vm_objInner.set_tcp_nodelay(true);
         vm_objInner.set_keep_alive_max_count(100000);
-        vm_objInner.new_task_queue = [] { return new httplib::ThreadPool(CFrontDoor::MaxConnections); };
+        vm_objInner.new_task_queue = [] { return new httplib::ThreadPool(CHttpProxy::MaxConnections); };
         vm_objInner.Get("/doc", [](const httplib::Request& objRequest, httplib::Response& objReply) {
             const bool bLogin = objRequest.has_header("Authorization");
             objReply.status = bLogin ? 200 : 401;
@@ -54,8 +54,8 @@ protected:
     }
     void TearDown() override
     {
-        vm_objDoor.m_S_Stop();
-        LetPieceGo(-1);
+        vm_objProxy.m_S_Stop();
+        SendPiece(-1);
         vm_objInner.stop();
         vm_objThread.join();
     }
@@ -63,11 +63,11 @@ protected:
     void Start()
     {
         std::string sError;
-        ASSERT_TRUE(vm_objDoor.m_F_b_Start("127.0.0.1", 0, vm_nInnerPort, vm_objFaults, vm_objLog, sError)) << sError;
+        ASSERT_TRUE(vm_objProxy.m_F_b_Start("127.0.0.1", 0, vm_nInnerPort, vm_objFaults, vm_objLog, sError)) << sError;
     }
-    CRawClient Client() const { return CRawClient(vm_objDoor.m_F_n_Port()); }
-    /// Lets the stream send one more piece; negative: ends it.
-    void LetPieceGo(int nPieces = 1)
+    CRawClient Client() const { return CRawClient(vm_objProxy.m_F_n_Port()); }
+    /// The stream sends one more piece; negative: ends it.
+    void SendPiece(int nPieces = 1)
     {
         const std::lock_guard lock(vm_objMutex);
         vm_nPieces = nPieces < 0 ? nPieces : vm_nPieces + nPieces;
@@ -76,7 +76,7 @@ protected:
 
     CFaultTable vm_objFaults;
     CRequestLog vm_objLog;
-    CFrontDoor vm_objDoor;
+    CHttpProxy vm_objProxy;
     httplib::Server vm_objInner;
     int vm_nInnerPort = 0;
 

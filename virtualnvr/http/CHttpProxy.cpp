@@ -1,6 +1,6 @@
-#include "http/CFrontDoor.h"
+#include "http/CHttpProxy.h"
 
-#include "http/CFrontConnection.h"
+#include "http/CProxyConnection.h"
 
 #include <algorithm>
 #include <list>
@@ -12,20 +12,20 @@ constexpr int LongWaitMs = 500; // requests that are on their way keep their pla
 
 struct stDef_Served
 {
-    CFrontConnection objConnection;
+    CProxyConnection objConnection;
     std::atomic<bool> bDone{false};
     std::thread objThread;
 
-    stDef_Served(int nSocket, std::uint64_t nNumber, const stDef_FrontDoorParts& stParts)
+    stDef_Served(int nSocket, std::uint64_t nNumber, const stDef_ProxyParts& stParts)
         : objConnection(nSocket, nNumber, stParts)
     {}
 };
 
 } // namespace
 
-struct CFrontDoor::stDef_Impl
+struct CHttpProxy::stDef_Impl
 {
-    stDef_FrontDoorParts stParts;
+    stDef_ProxyParts stParts;
     CSocket objListener;
     std::thread objAcceptor;
     std::mutex objMutex;
@@ -38,7 +38,7 @@ struct CFrontDoor::stDef_Impl
     void Accept();
 };
 
-void CFrontDoor::stDef_Impl::Reap()
+void CHttpProxy::stDef_Impl::Reap()
 {
     for (auto it = arServed.begin(); it != arServed.end();) {
         if (!it->bDone) {
@@ -51,7 +51,7 @@ void CFrontDoor::stDef_Impl::Reap()
 }
 
 /// Heads and bodies that drip, or never come, don't keep others out.
-void CFrontDoor::stDef_Impl::MakeRoom()
+void CHttpProxy::stDef_Impl::MakeRoom()
 {
     const auto it = std::max_element(arServed.begin(), arServed.end(), [](const auto& a, const auto& b) {
         return a.objConnection.m_F_n_KeptWaitingMs() < b.objConnection.m_F_n_KeptWaitingMs();
@@ -62,7 +62,7 @@ void CFrontDoor::stDef_Impl::MakeRoom()
     arServed.erase(it);
 }
 
-void CFrontDoor::stDef_Impl::Accept()
+void CHttpProxy::stDef_Impl::Accept()
 {
     std::uint64_t nNumber = 0;
     while (!bStop) {
@@ -85,14 +85,14 @@ void CFrontDoor::stDef_Impl::Accept()
     }
 }
 
-CFrontDoor::CFrontDoor() : vm_pImpl(std::make_unique<stDef_Impl>()) {}
+CHttpProxy::CHttpProxy() : vm_pImpl(std::make_unique<stDef_Impl>()) {}
 
-CFrontDoor::~CFrontDoor()
+CHttpProxy::~CHttpProxy()
 {
     m_S_Stop();
 }
 
-bool CFrontDoor::m_F_b_Start(const std::string& sBind, int nPort, int nInnerPort, CFaultTable& objFaults,
+bool CHttpProxy::m_F_b_Start(const std::string& sBind, int nPort, int nInnerPort, CFaultTable& objFaults,
                              CRequestLog& objLog, std::string& sError)
 {
     m_S_Stop();
@@ -107,7 +107,7 @@ bool CFrontDoor::m_F_b_Start(const std::string& sBind, int nPort, int nInnerPort
     return true;
 }
 
-void CFrontDoor::m_S_Stop()
+void CHttpProxy::m_S_Stop()
 {
     if (!vm_pImpl->objAcceptor.joinable())
         return;
@@ -124,17 +124,17 @@ void CFrontDoor::m_S_Stop()
     vm_pImpl->arServed.clear();
 }
 
-int CFrontDoor::m_F_n_Port() const
+int CHttpProxy::m_F_n_Port() const
 {
     return vm_pImpl->nPort;
 }
 
-void CFrontDoor::m_S_SetHeadLimit(int nMs)
+void CHttpProxy::m_S_SetHeadLimit(int nMs)
 {
     vm_pImpl->stParts.nHeadMs = nMs;
 }
 
-void CFrontDoor::m_S_SetTunnelHandler(std::function<bool(int nSocket, const std::string& sInitial)> handler)
+void CHttpProxy::m_S_SetTunnelHandler(std::function<bool(int nSocket, const std::string& sInitial)> handler)
 {
     vm_pImpl->stParts.tunnel = std::move(handler);
 }

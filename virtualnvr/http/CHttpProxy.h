@@ -7,22 +7,22 @@
 class CFaultTable;
 class CRequestLog;
 
-/// The recorder's HTTP port. Takes requests off the wire, logs them, plays the faults that are due, and passes
-/// everything else on to the inner server and back, byte for byte and as it comes, so that multipart streams flow. A
-/// request that opens an RTSP tunnel is handed on with its socket.
+/// The recorder's HTTP port, as a reverse proxy. Takes requests off the wire, logs them, plays the faults that are due,
+/// and passes everything else on to the inner server and back, byte for byte and as it comes, so that multipart streams
+/// flow. A request that opens an RTSP tunnel is handed on with its socket.
 ///
 /// One thread a connection. Start and Stop belong to one thread.
-class CFrontDoor
+class CHttpProxy
 {
 public:
     /// When all places are taken, the client that has kept its connection waiting longest gives its own to a new one;
     /// where all are being served, the new one is closed.
     static constexpr int MaxConnections = 64;
 
-    CFrontDoor();
-    ~CFrontDoor(); ///< stops
-    CFrontDoor(const CFrontDoor&) = delete;
-    CFrontDoor& operator=(const CFrontDoor&) = delete;
+    CHttpProxy();
+    ~CHttpProxy(); ///< stops
+    CHttpProxy(const CHttpProxy&) = delete;
+    CHttpProxy& operator=(const CHttpProxy&) = delete;
 
     /// @param nPort 0 for any free one
     /// @param nInnerPort of the server on the loopback address
