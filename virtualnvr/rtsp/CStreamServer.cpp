@@ -3,8 +3,8 @@
 #include "rtsp/CFeedClock.h"
 #include "rtsp/CGstPlugins.h"
 #include "rtsp/CLoopThread.h"
+#include "rtsp/CRtspListener.h"
 #include "rtsp/CStreamFeed.h"
-#include "rtsp/CStreamGate.h"
 #include "rtsp/stDef_StreamMount.h"
 #include "scene/CClipLibrary.h"
 
@@ -150,8 +150,8 @@ struct CStreamServer::stDef_Impl
     mutable std::mutex objLock; ///< Start and Stop against everything else; never taken by the server's own threads
     stDef_StreamConfig stConfig;
     std::shared_ptr<CFeedClock> pClock;
-    std::unique_ptr<CLoopThread> pLoop; ///< null while stopped
-    std::unique_ptr<CStreamGate> pGate; ///< for the loop's thread
+    std::unique_ptr<CLoopThread> pLoop;       ///< null while stopped
+    std::unique_ptr<CRtspListener> pListener; ///< for the loop's thread
     GstRTSPServer* pServer = nullptr;
     GSource* pCleanUp = nullptr;
     std::vector<stDef_Mounted> arMounts; ///< unchanged while running
@@ -163,8 +163,8 @@ struct CStreamServer::stDef_Impl
     void m_S_AddMounts();
     void m_S_ShowMount(const stDef_Mounted& stMounted) const;
     void m_S_AddCleanUp();
-    emDef_Gate m_F_n_Judge(const std::string& sPath) const;
-    void m_S_Pass(CStreamGate::stDef_Arrival& stArrival) const;
+    emDef_Admission m_F_e_Admission(const std::string& sPath) const;
+    void m_S_Serve(CRtspListener::stDef_Arrival& stArrival) const;
     bool m_F_b_AfterFault(std::string_view sName, const std::vector<const stDef_Mounted*>& arMatched);
 };
 
@@ -226,18 +226,20 @@ void CStreamServer::stDef_Impl::m_S_AddCleanUp()
     g_source_attach(pCleanUp, pLoop->m_F_p_Context());
 }
 
-emDef_Gate CStreamServer::stDef_Impl::m_F_n_Judge(const std::string& sPath) const
+emDef_Admission CStreamServer::stDef_Impl::m_F_e_Admission(const std::string& sPath) const
 {
     for (const auto& stMounted : arMounts) {
         const stDef_StreamMount& stMount = *stMounted.pMount;
         if (sPath != stMount.sPath && !sPath.starts_with(stMount.sPath + "/"))
             continue;
-        return stMount.bSilent ? emDef_Gate::Silent : stMount.bGarbage ? emDef_Gate::Garbage : emDef_Gate::Pass;
+        return stMount.bSilent    ? emDef_Admission::Silent
+               : stMount.bGarbage ? emDef_Admission::Garbage
+                                  : emDef_Admission::HandOver;
     }
-    return emDef_Gate::Pass;
+    return emDef_Admission::HandOver;
 }
 
-void CStreamServer::stDef_Impl::m_S_Pass(CStreamGate::stDef_Arrival& stArrival) const
+void CStreamServer::stDef_Impl::m_S_Serve(CRtspListener::stDef_Arrival& stArrival) const
 {
     const char* pszInitial = stArrival.sInitial.empty() ? nullptr : stArrival.sInitial.c_str();
     gst_rtsp_server_transfer_connection(pServer, stArrival.pSocket, stArrival.sPeer.c_str(), stArrival.nPeerPort,
@@ -253,16 +255,16 @@ bool CStreamServer::stDef_Impl::m_F_b_Start(std::string& sError)
     m_S_AddAccounts();
     m_S_AddMounts();
     pLoop = std::make_unique<CLoopThread>();
-    pGate = std::make_unique<CStreamGate>(
-        pLoop->m_F_p_Context(), [this](const std::string& sPath) { return m_F_n_Judge(sPath); },
-        [this](CStreamGate::stDef_Arrival& stArrival) { m_S_Pass(stArrival); });
+    pListener = std::make_unique<CRtspListener>(
+        pLoop->m_F_p_Context(), [this](const std::string& sPath) { return m_F_e_Admission(sPath); },
+        [this](CRtspListener::stDef_Arrival& stArrival) { m_S_Serve(stArrival); });
     bool bListens = false;
-    pLoop->m_S_Call([&] { bListens = pGate->m_F_b_Listen(stConfig.sBind, stConfig.nPort, sError); });
+    pLoop->m_S_Call([&] { bListens = pListener->m_F_b_Listen(stConfig.sBind, stConfig.nPort, sError); });
     m_S_AddCleanUp();
     if (!bListens)
         m_S_Stop();
     else
-        nPort = pGate->m_F_n_Port();
+        nPort = pListener->m_F_n_Port();
     return bListens;
 }
 
@@ -272,7 +274,7 @@ void CStreamServer::stDef_Impl::m_S_Stop()
     if (!pLoop)
         return;
     nPort = 0;
-    pLoop->m_S_Call([this] { pGate.reset(); });
+    pLoop->m_S_Call([this] { pListener.reset(); });
     const auto tLimit = std::chrono::steady_clock::now() + g_nStopLimit;
     while (HasClients(pServer) && std::chrono::steady_clock::now() < tLimit)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -297,7 +299,7 @@ bool CStreamServer::stDef_Impl::m_F_b_AfterFault(std::string_view sName,
         m_S_ShowMount(*pMounted);
     if (sName == "killed") {
         pLoop->m_S_Call([&] {
-            pGate->m_S_Cut([&](const std::string& sPath) {
+            pListener->m_S_Cut([&](const std::string& sPath) {
                 return std::any_of(arMatched.begin(), arMatched.end(), [&](const stDef_Mounted* pMounted) {
                     return sPath == pMounted->pMount->sPath || sPath.starts_with(pMounted->pMount->sPath + "/");
                 });
@@ -307,7 +309,7 @@ bool CStreamServer::stDef_Impl::m_F_b_AfterFault(std::string_view sName,
     bool bDone = true;
     if (sName == "refuse" || sName == "none") {
         std::string sIgnored;
-        pLoop->m_S_Call([&] { bDone = pGate->m_F_b_SetRefused(sName == "refuse", sIgnored); });
+        pLoop->m_S_Call([&] { bDone = pListener->m_F_b_SetRefused(sName == "refuse", sIgnored); });
     }
     return bDone;
 }
@@ -355,7 +357,7 @@ bool CStreamServer::m_F_b_TransferConnection(int nSocket, const std::string& sPe
         return false;
     }
     g_socket_set_blocking(pSocket, FALSE);
-    vm_pImpl->pLoop->m_S_Call([&] { vm_pImpl->pGate->m_S_Enter({pSocket, sPeer, nPeerPort, sInitial}); });
+    vm_pImpl->pLoop->m_S_Call([&] { vm_pImpl->pListener->m_S_Adopt({pSocket, sPeer, nPeerPort, sInitial}); });
     return true;
 }
 

@@ -10,17 +10,17 @@ typedef struct _GSocket GSocket;
 typedef struct _GSource GSource;
 
 /// What becomes of a new connection.
-enum class emDef_Gate
+enum class emDef_Admission
 {
-    Pass,
+    HandOver,
     Silent, ///< it is kept and read, and never answered
     Garbage ///< it is answered with bytes that mean nothing
 };
 
-/// The door of the RTSP port. It accepts, looks at the first request without taking it, and passes the connection on or
-/// plays dead. It keeps track of what it passed, so that connections can be cut. Everything happens on the thread of
-/// the main context that it was made for; before that thread runs, another one may set it up.
-class CStreamGate
+/// The RTSP port. It accepts, looks at the first request without taking it, and hands the connection over to the server
+/// or plays dead. It keeps track of what it handed over, so that connections can be cut. Everything happens on the
+/// thread of the main context that it was made for; before that thread runs, another one may set it up.
+class CRtspListener
 {
 public:
     struct stDef_Arrival
@@ -30,13 +30,13 @@ public:
         int nPeerPort = 0;
         std::string sInitial; ///< what was read from it already
     };
-    using Judge = std::function<emDef_Gate(const std::string& sPath)>;
-    using Passage = std::function<void(stDef_Arrival& stArrival)>; ///< takes over the reference
+    using Policy = std::function<emDef_Admission(const std::string& sPath)>;
+    using Receiver = std::function<void(stDef_Arrival& stArrival)>; ///< takes over the reference
 
-    CStreamGate(GMainContext* pContext, Judge judge, Passage pass);
-    ~CStreamGate(); ///< closes everything
-    CStreamGate(const CStreamGate&) = delete;
-    CStreamGate& operator=(const CStreamGate&) = delete;
+    CRtspListener(GMainContext* pContext, Policy policy, Receiver receiver);
+    ~CRtspListener(); ///< closes everything
+    CRtspListener(const CRtspListener&) = delete;
+    CRtspListener& operator=(const CRtspListener&) = delete;
 
     /// @param nPort 0: any free one
     bool m_F_b_Listen(const std::string& sBind, int nPort, std::string& sError);
@@ -45,8 +45,8 @@ public:
     /// While refused, nobody listens; the port stays reserved.
     bool m_F_b_SetRefused(bool bRefused, std::string& sError);
 
-    /// Takes a connection that was accepted elsewhere through the same door; sInitial must hold its first line.
-    void m_S_Enter(stDef_Arrival stArrival);
+    /// Takes a connection that was accepted elsewhere as if it had come here; sInitial must hold its first line.
+    void m_S_Adopt(stDef_Arrival stArrival);
 
     /// Cuts the connections whose path matches.
     void m_S_Cut(const std::function<bool(const std::string& sPath)>& matches);
@@ -58,7 +58,7 @@ public:
 private:
     struct stDef_Connection;
     bool m_F_b_Bind(bool bListen, std::string& sError);
-    void m_S_CloseListener();
+    void m_S_ClosePort();
     void m_S_Accept();
     void m_S_Decide(stDef_Connection& stConnection);
     bool m_F_b_OnReadable(stDef_Connection& stConnection);
@@ -66,8 +66,8 @@ private:
     void m_S_Forget(const stDef_Connection& stConnection);
 
     GMainContext* vm_pContext;
-    Judge vm_judge;
-    Passage vm_pass;
+    Policy vm_policy;
+    Receiver vm_receiver;
     std::string vm_sBind;
     int vm_nPort = 0;
     bool vm_bRefused = false;

@@ -1,4 +1,4 @@
-#include "rtsp/CStreamGate.h"
+#include "rtsp/CRtspListener.h"
 
 #include <algorithm>
 #include <gio/gio.h>
@@ -41,45 +41,45 @@ std::string Peek(GSocket* pSocket)
 
 } // namespace
 
-struct CStreamGate::stDef_Connection
+struct CRtspListener::stDef_Connection
 {
-    CStreamGate* pGate = nullptr;
-    stDef_Arrival stArrival; ///< its socket is null once passed on
+    CRtspListener* pListener = nullptr;
+    stDef_Arrival stArrival; ///< its socket is null once handed over
     std::string sPath;
     GSource* pSource = nullptr;
     bool bSilent = false;
-    GWeakRef stPassed; ///< the socket as long as its new owner keeps it
+    GWeakRef stHandedOver; ///< the socket as long as its new owner keeps it
 
-    explicit stDef_Connection(CStreamGate* pOwner) : pGate(pOwner) { g_weak_ref_init(&stPassed, nullptr); }
+    explicit stDef_Connection(CRtspListener* pOwner) : pListener(pOwner) { g_weak_ref_init(&stHandedOver, nullptr); }
     ~stDef_Connection()
     {
         DropSource(pSource);
         g_clear_object(&stArrival.pSocket);
-        g_weak_ref_clear(&stPassed);
+        g_weak_ref_clear(&stHandedOver);
     }
     stDef_Connection(const stDef_Connection&) = delete;
     stDef_Connection& operator=(const stDef_Connection&) = delete;
 
     bool m_F_b_IsGone()
     {
-        auto* pSocket = static_cast<GSocket*>(g_weak_ref_get(&stPassed));
+        auto* pSocket = static_cast<GSocket*>(g_weak_ref_get(&stHandedOver));
         const bool bGone = stArrival.pSocket == nullptr && (pSocket == nullptr || g_socket_is_closed(pSocket));
         g_clear_object(&pSocket);
         return bGone;
     }
 };
 
-CStreamGate::CStreamGate(GMainContext* pContext, Judge judge, Passage pass)
-    : vm_pContext(pContext), vm_judge(std::move(judge)), vm_pass(std::move(pass))
+CRtspListener::CRtspListener(GMainContext* pContext, Policy policy, Receiver receiver)
+    : vm_pContext(pContext), vm_policy(std::move(policy)), vm_receiver(std::move(receiver))
 {}
 
-CStreamGate::~CStreamGate()
+CRtspListener::~CRtspListener()
 {
-    m_S_CloseListener();
+    m_S_ClosePort();
     m_S_Cut([](const std::string&) { return true; });
 }
 
-std::string CStreamGate::s_F_s_Path(const std::string& sRequest)
+std::string CRtspListener::s_F_s_Path(const std::string& sRequest)
 {
     const std::size_t nBegin = sRequest.find(' ');
     const std::size_t nEnd = sRequest.find_first_of(" \r\n", nBegin + 1);
@@ -91,7 +91,7 @@ std::string CStreamGate::s_F_s_Path(const std::string& sRequest)
     return sTarget.substr(0, sTarget.find('?'));
 }
 
-void CStreamGate::m_S_CloseListener()
+void CRtspListener::m_S_ClosePort()
 {
     DropSource(vm_pAccepting);
     if (vm_pListener != nullptr)
@@ -99,9 +99,9 @@ void CStreamGate::m_S_CloseListener()
     g_clear_object(&vm_pListener);
 }
 
-bool CStreamGate::m_F_b_Bind(bool bListen, std::string& sError)
+bool CRtspListener::m_F_b_Bind(bool bListen, std::string& sError)
 {
-    m_S_CloseListener();
+    m_S_ClosePort();
     GError* pError = nullptr;
     GSocketAddress* pAddress = g_inet_socket_address_new_from_string(vm_sBind.c_str(), static_cast<guint>(vm_nPort));
     if (pAddress == nullptr) {
@@ -119,12 +119,12 @@ bool CStreamGate::m_F_b_Bind(bool bListen, std::string& sError)
     }
     if (!bDone) {
         sError = "RTSP port " + std::to_string(vm_nPort) + " of " + vm_sBind + " can't be used: " + Take(pError);
-        m_S_CloseListener();
+        m_S_ClosePort();
     }
     return bDone;
 }
 
-bool CStreamGate::m_F_b_Listen(const std::string& sBind, int nPort, std::string& sError)
+bool CRtspListener::m_F_b_Listen(const std::string& sBind, int nPort, std::string& sError)
 {
     vm_sBind = sBind;
     vm_nPort = nPort;
@@ -139,7 +139,7 @@ bool CStreamGate::m_F_b_Listen(const std::string& sBind, int nPort, std::string&
     g_object_unref(pAddress);
     vm_pAccepting = g_socket_create_source(vm_pListener, G_IO_IN, nullptr);
     g_source_set_callback(vm_pAccepting, G_SOURCE_FUNC(+[](GSocket*, GIOCondition, gpointer pSelf) -> gboolean {
-                              static_cast<CStreamGate*>(pSelf)->m_S_Accept();
+                              static_cast<CRtspListener*>(pSelf)->m_S_Accept();
                               return G_SOURCE_CONTINUE;
                           }),
                           this, nullptr);
@@ -147,7 +147,7 @@ bool CStreamGate::m_F_b_Listen(const std::string& sBind, int nPort, std::string&
     return true;
 }
 
-bool CStreamGate::m_F_b_SetRefused(bool bRefused, std::string& sError)
+bool CRtspListener::m_F_b_SetRefused(bool bRefused, std::string& sError)
 {
     if (bRefused == vm_bRefused)
         return true;
@@ -157,7 +157,7 @@ bool CStreamGate::m_F_b_SetRefused(bool bRefused, std::string& sError)
     return bDone;
 }
 
-void CStreamGate::m_S_Accept()
+void CRtspListener::m_S_Accept()
 {
     std::erase_if(vm_arConnections, [](const auto& pConnection) { return pConnection->m_F_b_IsGone(); });
     GSocket* pSocket = g_socket_accept(vm_pListener, nullptr, nullptr);
@@ -183,7 +183,7 @@ void CStreamGate::m_S_Accept()
     m_S_Watch(*pConnection);
 }
 
-void CStreamGate::m_S_Enter(stDef_Arrival stArrival)
+void CRtspListener::m_S_Adopt(stDef_Arrival stArrival)
 {
     std::erase_if(vm_arConnections, [](const auto& pKnown) { return pKnown->m_F_b_IsGone(); });
     auto& pConnection = vm_arConnections.emplace_back(std::make_unique<stDef_Connection>(this));
@@ -192,25 +192,25 @@ void CStreamGate::m_S_Enter(stDef_Arrival stArrival)
     m_S_Decide(*pConnection);
 }
 
-void CStreamGate::m_S_Watch(stDef_Connection& stConnection)
+void CRtspListener::m_S_Watch(stDef_Connection& stConnection)
 {
     stConnection.pSource = g_socket_create_source(stConnection.stArrival.pSocket, G_IO_IN, nullptr);
     g_source_set_callback(stConnection.pSource, G_SOURCE_FUNC(+[](GSocket*, GIOCondition, gpointer pGiven) -> gboolean {
                               auto* pConnection = static_cast<stDef_Connection*>(pGiven);
-                              return pConnection->pGate->m_F_b_OnReadable(*pConnection) ? G_SOURCE_CONTINUE
-                                                                                        : G_SOURCE_REMOVE;
+                              return pConnection->pListener->m_F_b_OnReadable(*pConnection) ? G_SOURCE_CONTINUE
+                                                                                            : G_SOURCE_REMOVE;
                           }),
                           &stConnection, nullptr);
     g_source_attach(stConnection.pSource, vm_pContext);
 }
 
-void CStreamGate::m_S_Forget(const stDef_Connection& stConnection)
+void CRtspListener::m_S_Forget(const stDef_Connection& stConnection)
 {
     std::erase_if(vm_arConnections, [&](const auto& pKnown) { return pKnown.get() == &stConnection; });
 }
 
 // False once the connection isn't watched any more; it may be gone then.
-bool CStreamGate::m_F_b_OnReadable(stDef_Connection& stConnection)
+bool CRtspListener::m_F_b_OnReadable(stDef_Connection& stConnection)
 {
     if (stConnection.bSilent) {
         char acSwallowed[4096];
@@ -233,19 +233,19 @@ bool CStreamGate::m_F_b_OnReadable(stDef_Connection& stConnection)
     return false;
 }
 
-void CStreamGate::m_S_Decide(stDef_Connection& stConnection)
+void CRtspListener::m_S_Decide(stDef_Connection& stConnection)
 {
-    switch (vm_judge(stConnection.sPath)) {
-    case emDef_Gate::Pass:
-        g_weak_ref_set(&stConnection.stPassed, stConnection.stArrival.pSocket);
-        vm_pass(stConnection.stArrival);
+    switch (vm_policy(stConnection.sPath)) {
+    case emDef_Admission::HandOver:
+        g_weak_ref_set(&stConnection.stHandedOver, stConnection.stArrival.pSocket);
+        vm_receiver(stConnection.stArrival);
         stConnection.stArrival.pSocket = nullptr;
         break;
-    case emDef_Gate::Silent:
+    case emDef_Admission::Silent:
         stConnection.bSilent = true;
         m_S_Watch(stConnection);
         break;
-    case emDef_Gate::Garbage:
+    case emDef_Admission::Garbage:
         // What the client still sends is swallowed: closing at once could reset the connection before it has read.
         g_socket_send(stConnection.stArrival.pSocket, g_acGarbage, sizeof(g_acGarbage) - 1, nullptr, nullptr);
         g_socket_shutdown(stConnection.stArrival.pSocket, FALSE, TRUE, nullptr);
@@ -255,13 +255,13 @@ void CStreamGate::m_S_Decide(stDef_Connection& stConnection)
     }
 }
 
-void CStreamGate::m_S_Cut(const std::function<bool(const std::string& sPath)>& matches)
+void CRtspListener::m_S_Cut(const std::function<bool(const std::string& sPath)>& matches)
 {
     std::erase_if(vm_arConnections, [&](const auto& pConnection) {
         if (!matches(pConnection->sPath))
             return false;
         // Its owner, on a thread of its own, finds the end of the connection and closes it.
-        if (auto* pSocket = static_cast<GSocket*>(g_weak_ref_get(&pConnection->stPassed))) {
+        if (auto* pSocket = static_cast<GSocket*>(g_weak_ref_get(&pConnection->stHandedOver))) {
             g_socket_shutdown(pSocket, TRUE, TRUE, nullptr);
             g_object_unref(pSocket);
         }
