@@ -7,7 +7,7 @@
 
 #include "BenchTable.h"
 #include "Benches.h"
-#include "cgi/CCameraPark.h"
+#include "cgi/CCameraRegistry.h"
 #include "drivers/CCamObj_Base.h"
 #include "fleetlink/fleetlink.h"
 
@@ -122,16 +122,16 @@ private:
 
 void BenchDrivers()
 {
-    CCameraPark objPark;
+    CCameraRegistry objRegistry;
     std::string sError;
     CWndNvrEmbedded objNvr(nullptr, nullptr);
     objNvr.vm_xmlSystem.m_F_b_LoadXML(u"<root><system><camera><template Resolution=\"4\" FPS=\"15\" Quality=\"50\" "
                                       "RateCtrl=\"1\"/></camera></system></root>"_s);
-    objPark.m_F_b_Load(CAMERA_FOLDER, sError);
+    objRegistry.m_F_b_Load(CAMERA_FOLDER, sError);
     for (const auto& stCamera : g_astCameras) {
-        const CCameraPark::stDef_Wanted stWanted{stCamera.pszIP, stCamera.nPort, "admin", "cam&Era#1",
-                                                 stCamera.nVendorID};
-        const std::string sDetect = objPark.m_F_s_Detect(stWanted), sSupport = objPark.m_F_s_Support(stWanted);
+        const CCameraRegistry::stDef_Wanted stWanted{stCamera.pszIP, stCamera.nPort, "admin", "cam&Era#1",
+                                                     stCamera.nVendorID};
+        const std::string sDetect = objRegistry.m_F_s_Detect(stWanted), sSupport = objRegistry.m_F_s_Support(stWanted);
         if (sDetect.empty() || sSupport.empty()) {
             std::fprintf(stderr, "drivers: %s doesn't answer %s\n", stCamera.pszBrand, sError.c_str());
             continue;

@@ -1,6 +1,6 @@
 #include "CVirtualNvr.h"
 
-#include "cgi/CCameraPark.h"
+#include "cgi/CCameraRegistry.h"
 #include "cgi/CDocumentStore.h"
 #include "cgi/CHttpApp.h"
 #include "cgi/CRecorderCgi.h"
@@ -53,7 +53,7 @@ struct CVirtualNvr::stDef_Impl
     CRequestLog objLog;
     CDocumentStore objDocuments;
     const std::shared_ptr<CPtzBoard> pPtz = std::make_shared<CPtzBoard>();
-    CCameraPark objPark;
+    CCameraRegistry objCameras;
     CStreamServer objStreams;
     std::unique_ptr<CRecorderCgi> pCgi;
     std::unique_ptr<CDigestAuth> pAuth;
@@ -88,9 +88,9 @@ bool CVirtualNvr::stDef_Impl::Start(const stDef_VirtualNvrConfig& stConfig, std:
         return false;
     const std::string sData = stConfig.sDataFolder.empty() ? VIRTUALNVR_DATA_FOLDER : stConfig.sDataFolder;
     pPtz->m_S_Reset(stConfig.nChannels);
-    pCgi = std::make_unique<CRecorderCgi>(stConfig, objDocuments, *pPtz, objPark);
+    pCgi = std::make_unique<CRecorderCgi>(stConfig, objDocuments, *pPtz, objCameras);
     pAuth = std::make_unique<CDigestAuth>(stConfig.arAccounts, stConfig.nNonceLifetimeMs);
-    if (!objDocuments.m_F_b_Open(sState, sData, stConfig.nChannels, sError) || !objPark.m_F_b_Load(sData, sError) ||
+    if (!objDocuments.m_F_b_Open(sState, sData, stConfig.nChannels, sError) || !objCameras.m_F_b_Load(sData, sError) ||
         !StartStreams(stConfig, sError) || !objApp.m_F_b_Start(*pCgi, *pAuth, sError) ||
         !objProxy.m_F_b_Start(stConfig.sBind, stConfig.nHttpPort, objApp.m_F_n_Port(), objFaults, objLog, sError))
         return false;

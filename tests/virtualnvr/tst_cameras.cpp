@@ -1,6 +1,6 @@
 #include "CProbe.h"
 #include "CVirtualNvr.h"
-#include "cgi/CCameraPark.h"
+#include "cgi/CCameraRegistry.h"
 #include "http/CRequestLog.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ protected:
         std::string sError;
         ASSERT_TRUE(vm_objRecorder.m_F_b_Start(stConfig, sError)) << sError;
         vm_pProbe = std::make_unique<CProbe>(vm_objRecorder.m_F_n_HttpPort(), CProbe::emDef_Auth::Basic);
-        vm_objPark.load_file(VIRTUALNVR_CAMERAS);
+        vm_objCameras.load_file(VIRTUALNVR_CAMERAS);
     }
 
     /// The document, or one without a node if the recorder got no answer.
@@ -44,7 +44,7 @@ protected:
 
     CVirtualNvr vm_objRecorder;
     std::unique_ptr<CProbe> vm_pProbe;
-    pugi::xml_document vm_objPark; ///< what is meant to be there
+    pugi::xml_document vm_objCameras; ///< what is meant to be there
 };
 
 // What the client reads of each brand's abilities.
@@ -70,14 +70,14 @@ TEST_F(Cameras, AnswerAsTheirBrandDoes)
 {
     for (const auto& stBrand : g_arBrands) {
         int nModels = 0, nWithoutList = 0;
-        for (const pugi::xml_node objModel : vm_objPark.document_element().children("Model")) {
+        for (const pugi::xml_node objModel : vm_objCameras.document_element().children("Model")) {
             if (objModel.attribute("VendorID").as_int() != stBrand.nVendor)
                 continue;
             ++nModels;
             const std::string sModel = objModel.attribute("Name").value();
             SCOPED_TRACE(sModel);
             const pugi::xml_node objCamera =
-                vm_objPark.document_element().find_child_by_attribute("Camera", "Model", sModel.c_str());
+                vm_objCameras.document_element().find_child_by_attribute("Camera", "Model", sModel.c_str());
             if (objCamera.attribute("Odd"))
                 continue;
             const std::string sIP = objCamera.attribute("IP").value(), sPort = objCamera.attribute("HttpPort").value();

@@ -1,6 +1,6 @@
 #include "cgi/CRecorderCgi.h"
 
-#include "cgi/CCameraPark.h"
+#include "cgi/CCameraRegistry.h"
 #include "cgi/CDocumentStore.h"
 #include "http/UrlText.h"
 #include "scene/CPtzBoard.h"
@@ -113,14 +113,18 @@ constexpr int Arg(emDef_Document eDocument)
 /// What a recorder asks of cameras, and how many times the probe delay that takes.
 struct stDef_CameraRequest
 {
-    std::string (*fnAsk)(const CCameraPark&, const std::string& sQuery);
+    std::string (*fnAsk)(const CCameraRegistry&, const std::string& sQuery);
     int nDelays;
 };
 
 constexpr stDef_CameraRequest g_arCameraRequests[] = {
-    {[](const CCameraPark& obj, const std::string& s) { return obj.m_F_s_Detect(CCameraPark::s_F_o_Parse(s)); }, 1},
-    {[](const CCameraPark& obj, const std::string& s) { return obj.m_F_s_Support(CCameraPark::s_F_o_Parse(s)); }, 1},
-    {[](const CCameraPark& obj, const std::string&) { return obj.m_F_s_Search(); }, 4},
+    {[](const CCameraRegistry& obj, const std::string& s) { return obj.m_F_s_Detect(CCameraRegistry::s_F_o_Parse(s)); },
+     1},
+    {[](const CCameraRegistry& obj, const std::string& s) {
+         return obj.m_F_s_Support(CCameraRegistry::s_F_o_Parse(s));
+     },
+     1},
+    {[](const CCameraRegistry& obj, const std::string&) { return obj.m_F_s_Search(); }, 4},
 };
 constexpr int g_nDetect = 0, g_nSupport = 1, g_nSearch = 2;
 } // namespace
@@ -155,8 +159,8 @@ constexpr CRecorderCgi::stDef_Route CRecorderCgi::s_arRoutes[] = {
 // clang-format on
 
 CRecorderCgi::CRecorderCgi(const stDef_VirtualNvrConfig& stConfig, CDocumentStore& objDocuments, CPtzBoard& objPtz,
-                           const CCameraPark& objPark)
-    : vm_stConfig(stConfig), vm_objDocuments(objDocuments), vm_objPtz(objPtz), vm_objPark(objPark)
+                           const CCameraRegistry& objCameras)
+    : vm_stConfig(stConfig), vm_objDocuments(objDocuments), vm_objPtz(objPtz), vm_objCameras(objCameras)
 {}
 
 void CRecorderCgi::m_S_SetPorts(int nHttpPort, int nRtspPort)
@@ -222,7 +226,7 @@ stDef_CgiReply CRecorderCgi::m_F_o_FromCamera(const stDef_CgiRequest& stRequest,
 {
     const stDef_CameraRequest& stAsked = g_arCameraRequests[nRequest];
     std::this_thread::sleep_for(std::chrono::milliseconds(vm_stConfig.nProbeDelayMs * stAsked.nDelays));
-    const std::string sReply = stAsked.fnAsk(vm_objPark, stRequest.sQuery);
+    const std::string sReply = stAsked.fnAsk(vm_objCameras, stRequest.sQuery);
     return sReply.empty() ? Plain(504, "ERROR: no answer from the camera") : Envelope(sReply);
 }
 

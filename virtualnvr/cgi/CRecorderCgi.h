@@ -8,7 +8,7 @@
 #include <mutex>
 #include <string>
 
-class CCameraPark;
+class CCameraRegistry;
 
 /// One request to the recorder's programs.
 struct stDef_CgiRequest
@@ -37,7 +37,7 @@ class CRecorderCgi
 {
 public:
     CRecorderCgi(const stDef_VirtualNvrConfig& stConfig, CDocumentStore& objDocuments, CPtzBoard& objPtz,
-                 const CCameraPark& objPark);
+                 const CCameraRegistry& objCameras);
 
     /// The ports that clients reach, once they are known.
     void m_S_SetPorts(int nHttpPort, int nRtspPort);
@@ -77,7 +77,7 @@ private:
     const stDef_VirtualNvrConfig vm_stConfig;
     CDocumentStore& vm_objDocuments;
     CPtzBoard& vm_objPtz;
-    const CCameraPark& vm_objPark;
+    const CCameraRegistry& vm_objCameras;
     mutable std::mutex vm_objDisplayLock;
     mutable std::map<std::string, std::string> vm_mapDisplay; ///< the last layout, as it came
     std::atomic<int> vm_nHttpPort = 0;

@@ -5,13 +5,13 @@
 
 /// The cameras on a virtual recorder's network: a recorder finds them, logs in to them and asks what they can do.
 /// Replies are the text of a document; an empty one means that the recorder got no answer. Thread-safe once loaded.
-class CCameraPark
+class CCameraRegistry
 {
 public:
-    CCameraPark();
-    ~CCameraPark();
-    CCameraPark(const CCameraPark&) = delete;
-    CCameraPark& operator=(const CCameraPark&) = delete;
+    CCameraRegistry();
+    ~CCameraRegistry();
+    CCameraRegistry(const CCameraRegistry&) = delete;
+    CCameraRegistry& operator=(const CCameraRegistry&) = delete;
 
     /// Reads "Cameras.xml" of a folder; without that file there are no cameras.
     /// @return false with sError set if the file is no document

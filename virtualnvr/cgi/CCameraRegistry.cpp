@@ -1,4 +1,4 @@
-#include "cgi/CCameraPark.h"
+#include "cgi/CCameraRegistry.h"
 
 #include "http/UrlText.h"
 
@@ -42,7 +42,7 @@ std::string Text(const pugi::xml_document& objDocument)
 }
 } // namespace
 
-struct CCameraPark::stDef_Impl
+struct CCameraRegistry::stDef_Impl
 {
     pugi::xml_document objAll;
 
@@ -60,7 +60,7 @@ struct CCameraPark::stDef_Impl
     {
         return Root().find_child_by_attribute("Model", "Name", objCamera.attribute("Model").value());
     }
-    bool LetsIn(pugi::xml_node objCamera, const stDef_Wanted& stWanted) const
+    bool Accepts(pugi::xml_node objCamera, const stDef_Wanted& stWanted) const
     {
         const pugi::xml_node objAccount = objCamera.attribute("User") ? objCamera : Root();
         return !Odd(objCamera, "account") && stWanted.sUser == objAccount.attribute("User").value() &&
@@ -69,11 +69,11 @@ struct CCameraPark::stDef_Impl
     }
 };
 
-CCameraPark::CCameraPark() : vm_pImpl(std::make_unique<stDef_Impl>()) {}
+CCameraRegistry::CCameraRegistry() : vm_pImpl(std::make_unique<stDef_Impl>()) {}
 
-CCameraPark::~CCameraPark() = default;
+CCameraRegistry::~CCameraRegistry() = default;
 
-bool CCameraPark::m_F_b_Load(const std::string& sFolder, std::string& sError)
+bool CCameraRegistry::m_F_b_Load(const std::string& sFolder, std::string& sError)
 {
     const auto objFile = std::filesystem::path(sFolder) / "Cameras.xml";
     std::error_code objIgnored;
@@ -85,7 +85,7 @@ bool CCameraPark::m_F_b_Load(const std::string& sFolder, std::string& sError)
     return objResult;
 }
 
-CCameraPark::stDef_Wanted CCameraPark::s_F_o_Parse(const std::string& sQuery)
+CCameraRegistry::stDef_Wanted CCameraRegistry::s_F_o_Parse(const std::string& sQuery)
 {
     const std::size_t nTail = std::min(sQuery.rfind("&vendorid="), sQuery.size());
     const std::string_view sHead = std::string_view(sQuery).substr(0, nTail);
@@ -100,15 +100,15 @@ CCameraPark::stDef_Wanted CCameraPark::s_F_o_Parse(const std::string& sQuery)
     return st;
 }
 
-std::string CCameraPark::m_F_s_Detect(const stDef_Wanted& stWanted) const
+std::string CCameraRegistry::m_F_s_Detect(const stDef_Wanted& stWanted) const
 {
     const pugi::xml_node objCamera = vm_pImpl->CameraAt(stWanted);
     if (!objCamera || Odd(objCamera, "no-detect"))
         return {};
-    const bool bIn = vm_pImpl->LetsIn(objCamera, stWanted);
+    const bool bAccepted = vm_pImpl->Accepts(objCamera, stWanted);
     pugi::xml_document objReply;
     pugi::xml_node objNode = objReply.append_child("root").append_child("Camera").append_child("Cam000");
-    const std::string sModel = bIn ? objCamera.attribute("Model").value() : g_szUnknownModel;
+    const std::string sModel = bAccepted ? objCamera.attribute("Model").value() : g_szUnknownModel;
     objNode.append_attribute("VendorID") = stWanted.nVendorID;
     objNode.append_attribute("Model") = sModel.c_str();
     objNode.append_attribute("Name") = objCamera.attribute("Name").value();
@@ -119,24 +119,24 @@ std::string CCameraPark::m_F_s_Detect(const stDef_Wanted& stWanted) const
         objNode.append_attribute("OnvifAuth") = stWanted.nOnvifAuth;
     objNode.append_attribute("UserName") = stWanted.sUser.c_str();
     objNode.append_attribute("Password") = stWanted.sPassword.c_str();
-    if (bIn)
+    if (bAccepted)
         for (const pugi::xml_attribute& objKey : vm_pImpl->ModelOf(objCamera).child("Detect").attributes())
             objNode.append_copy(objKey);
     objNode.attribute("IPType").set_value(objCamera.attribute("IpType").value());
     return Text(objReply);
 }
 
-std::string CCameraPark::m_F_s_Support(const stDef_Wanted& stWanted) const
+std::string CCameraRegistry::m_F_s_Support(const stDef_Wanted& stWanted) const
 {
     const pugi::xml_node objCamera = vm_pImpl->CameraAt(stWanted);
-    if (!objCamera || Odd(objCamera, "no-support") || !vm_pImpl->LetsIn(objCamera, stWanted))
+    if (!objCamera || Odd(objCamera, "no-support") || !vm_pImpl->Accepts(objCamera, stWanted))
         return {};
     pugi::xml_document objReply;
     objReply.append_child("root").append_copy(vm_pImpl->ModelOf(objCamera).child("Support"));
     return Text(objReply);
 }
 
-std::string CCameraPark::m_F_s_Search() const
+std::string CCameraRegistry::m_F_s_Search() const
 {
     pugi::xml_document objReply;
     pugi::xml_node objRoot = objReply.append_child("root");
