@@ -6,7 +6,7 @@
 
 #include "Expect.h"
 #include "core/CWndNvrEmbedded.h"
-#include "drivers/CCamObj_Base.h"
+#include "drivers/brands/Drivers.h"
 
 using namespace Qt::StringLiterals;
 
@@ -56,8 +56,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
     g_pNvr->vm_xmlSystem.m_F_b_LoadXML(arParts.value(0));
     xmlDetect.m_F_b_LoadXML(arParts.value(1));
     xmlSupport.m_F_b_LoadXML(arParts.value(2));
-    for (const int nVendor : {0, 2, 4, 6, 7, 8, 9, 10}) {
-        const std::unique_ptr<CCamObj_Base> pCamera(CCamObj_Base::s_F_p_CreateCamObj(nVendor, g_pNvr));
+    for (const stDef_Driver& stDriver : DriverList()) {
+        const std::unique_ptr<CCamObj_Base> pCamera(CCamObj_Base::s_F_p_CreateCamObj(stDriver.nVendorID, g_pNvr));
         TryDriver(*pCamera, xmlDetect, xmlSupport);
     }
     return 0;

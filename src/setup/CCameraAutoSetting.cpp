@@ -6,8 +6,8 @@
 #include <algorithm>
 
 #include "core/CWndNvrEmbedded.h"
+#include "drivers/stDef_CameraTemplate.h"
 #include "setup/CCameraList.h"
-#include "setup/stDef_CameraTemplate.h"
 
 using namespace Qt::StringLiterals;
 

@@ -8,6 +8,7 @@
 
 #include "core/CWndNvrEmbedded.h"
 #include "drivers/CCamObj_Base.h"
+#include "drivers/stDef_CameraTemplate.h"
 #include "setup/CCameraAutoSetting.h"
 #include "setup/CCameraForm.h"
 #include "setup/CCameraList.h"
@@ -16,7 +17,6 @@
 #include "setup/CDlgSetupPageSystemSetting.h"
 #include "setup/CDlgSetupPageSystemSetting_Camera_AutoSetting.h"
 #include "setup/CDlgSetupPageSystemSetting_Camera_Template.h"
-#include "setup/stDef_CameraTemplate.h"
 #include "toolkit/form/CFormGroup.h"
 #include "toolkit/form/CommonTexts.h"
 #include "toolkit/user/CPrompts.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "setup/stDef_CameraTemplate.h"
+#include "drivers/stDef_CameraTemplate.h"
 #include "setup/stDef_TemplateLists.h"
 #include "toolkit/sheet/CFormDialog.h"
 

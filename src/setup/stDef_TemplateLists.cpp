@@ -2,7 +2,7 @@
 
 #include <QComboBox>
 
-#include "setup/stDef_CameraTemplate.h"
+#include "drivers/stDef_CameraTemplate.h"
 #include "toolkit/form/CFormGroup.h"
 
 using namespace Qt::StringLiterals;
@@ -19,9 +19,11 @@ stDef_TemplateLists stDef_TemplateLists::s_F_o_Make(CFormGroup& grp)
     QList<stDef_ListItem> arRates = {{u"MAX"_s, 0}};
     for (int nRate = RateStep; nRate <= HighestRate; nRate += RateStep)
         arRates.append({QString::number(nRate), nRate});
+    QStringList arResolutions;
+    for (const stDef_TemplateResolution& stRow : stDef_CameraTemplate::s_F_ar_Resolutions())
+        arResolutions.append(QString::fromLatin1(stRow.pszText));
     stDef_TemplateLists st;
-    st.pResolution = grp.m_F_p_List(Text{"Resolution", "Resolution"}, "Resolution",
-                                    {u"MAX"_s, u"5M"_s, u"3M"_s, u"2M"_s, u"1.3M"_s, u"VGA"_s});
+    st.pResolution = grp.m_F_p_List(Text{"Resolution", "Resolution"}, "Resolution", arResolutions);
     st.pFps = grp.m_F_p_List(Text{"FPS", "FPS"}, "FPS", arRates);
     return st;
 }

@@ -3,7 +3,7 @@
 #include <map>
 
 #include "drivers/BrandCatalogue.h"
-#include "drivers/CCamObj_Base.h"
+#include "drivers/brands/Drivers.h"
 #include "support/HostFixture.h"
 
 namespace {
@@ -48,7 +48,7 @@ protected:
             else if (!sWord.isEmpty() && !sWord.startsWith('#'))
                 vm_arCases.back().mapParts[sWord] = sRest;
         }
-        ASSERT_EQ(vm_mapKeys.size(), 8u);
+        ASSERT_EQ(vm_mapKeys.size(), DriverList().size());
         QFile fileDetect(FIXTURES "detect.xml");
         ASSERT_TRUE(fileDetect.open(QIODevice::ReadOnly));
         vm_sDetect = QString::fromUtf8(fileDetect.readAll()).trimmed();

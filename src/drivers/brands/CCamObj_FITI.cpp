@@ -1,6 +1,5 @@
-#include "drivers/CCamObj_FITI.h"
-
 #include "drivers/CTemplateMap.h"
+#include "drivers/brands/Drivers.h"
 #include "drivers/stDef_DriverRow.h"
 
 using namespace Qt::StringLiterals;
@@ -21,7 +20,7 @@ void CCamObj_FITI::m_S_MapTemplate(CTemplateMap& objMap) const
     if (const auto nPick = objMap.m_F_o_Pick()) {
         objMap.m_S_Take(*nPick, u"ResolutionID"_s, u"ProfileID"_s);
         objMap.m_S_Take(*nPick, u"Resolution"_s, u"Resolution"_s);
-        objMap.m_S_SetRate(CTemplateMap::s_F_s_Entry(*nPick), emDef_Streams::Main);
+        objMap.m_S_SetRate(CAbilities::s_F_s_Entry(*nPick), emDef_Streams::Main);
     }
     objMap.m_S_SetRateControl(emDef_Streams::Main);
 }

@@ -1,6 +1,5 @@
-#include "drivers/CCamObj_ZAVIO.h"
-
 #include "drivers/CTemplateMap.h"
+#include "drivers/brands/Drivers.h"
 #include "drivers/stDef_DriverRow.h"
 
 using namespace Qt::StringLiterals;
@@ -22,8 +21,9 @@ void CCamObj_ZAVIO::m_S_MapTemplate(CTemplateMap& objMap) const
     if (const auto nPick = objMap.m_F_o_Pick()) {
         objMap.m_S_TakeNumbered(*nPick);
         objMap.m_S_Take(*nPick, u"Codec"_s, u"Format"_s);
-        objMap.m_S_SetRate(CTemplateMap::s_F_s_Entry(*nPick), emDef_Streams::Both);
+        objMap.m_S_SetRate(CAbilities::s_F_s_Entry(*nPick), emDef_Streams::Both);
     }
-    objMap.m_S_SetQuality(objMap.m_F_o_Limits(u"/root/Support/Quality"_s, u"Min"_s, u"Max"_s), emDef_Streams::Both);
+    objMap.m_S_SetQuality(objMap.m_F_o_Abilities().m_F_o_Limits(u"/root/Support/Quality"_s, u"Min"_s, u"Max"_s),
+                          emDef_Streams::Both);
     objMap.m_S_SetRateControl(emDef_Streams::Both);
 }

@@ -1,6 +1,5 @@
-#include "drivers/CCamObj_DYNACOLOR.h"
-
 #include "drivers/CTemplateMap.h"
+#include "drivers/brands/Drivers.h"
 #include "drivers/stDef_DriverRow.h"
 
 using namespace Qt::StringLiterals;
@@ -23,7 +22,9 @@ void CCamObj_DYNACOLOR::m_S_MapTemplate(CTemplateMap& objMap) const
         objMap.m_S_Take(*nPick, u"Resolution"_s, u"Resolution"_s);
     // The limits are those of all entries together, and hold without a pick.
     objMap.m_S_SetRate(u"/root/Support/Resolution"_s, emDef_Streams::Both);
-    objMap.m_S_SetQuality(objMap.m_F_o_Limits(u"/root/Support/Quality_M"_s, u"Min"_s, u"Max"_s), emDef_Streams::Main);
-    objMap.m_S_SetQuality(objMap.m_F_o_Limits(u"/root/Support/Quality_S"_s, u"Min"_s, u"Max"_s), emDef_Streams::Low);
+    objMap.m_S_SetQuality(objMap.m_F_o_Abilities().m_F_o_Limits(u"/root/Support/Quality_M"_s, u"Min"_s, u"Max"_s),
+                          emDef_Streams::Main);
+    objMap.m_S_SetQuality(objMap.m_F_o_Abilities().m_F_o_Limits(u"/root/Support/Quality_S"_s, u"Min"_s, u"Max"_s),
+                          emDef_Streams::Low);
     objMap.m_S_SetRateControl(emDef_Streams::Both);
 }

@@ -1,6 +1,5 @@
-#include "drivers/CCamObj_PIXORD.h"
-
 #include "drivers/CTemplateMap.h"
+#include "drivers/brands/Drivers.h"
 #include "drivers/stDef_DriverRow.h"
 
 using namespace Qt::StringLiterals;
@@ -22,7 +21,7 @@ void CCamObj_PIXORD::m_S_MapTemplate(CTemplateMap& objMap) const
     if (const auto nPick = objMap.m_F_o_Pick()) {
         objMap.m_S_TakeNumbered(*nPick);
         objMap.m_S_Take(*nPick, u"Codec"_s, u"Format"_s);
-        objMap.m_S_SetRate(CTemplateMap::s_F_s_Entry(*nPick), emDef_Streams::Both);
+        objMap.m_S_SetRate(CAbilities::s_F_s_Entry(*nPick), emDef_Streams::Both);
     }
     objMap.m_S_SetRateControl(emDef_Streams::Both); // its qualities have names, which the template doesn't know
 }

@@ -1,7 +1,6 @@
-#include "drivers/CCamObj_AMTKV6.h"
-
-#include "drivers/AmtkTemplate.h"
 #include "drivers/CTemplateMap.h"
+#include "drivers/brands/AmtkTemplate.h"
+#include "drivers/brands/Drivers.h"
 #include "drivers/stDef_DriverRow.h"
 
 using namespace Qt::StringLiterals;
@@ -29,5 +28,5 @@ CCamObj_AMTKV6::CCamObj_AMTKV6() : CCamObj_Base(g_stRow) {}
 
 void CCamObj_AMTKV6::m_S_MapTemplate(CTemplateMap& objMap) const
 {
-    AmtkTemplate::s_S_Map(objMap, BitrateKey(objMap.m_F_n_RateControl()));
+    AmtkTemplate::s_S_Map(objMap, BitrateKey(objMap.m_F_o_Wanted().nRateCtrl));
 }

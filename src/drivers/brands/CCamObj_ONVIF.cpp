@@ -1,6 +1,5 @@
-#include "drivers/CCamObj_ONVIF.h"
-
 #include "drivers/CTemplateMap.h"
+#include "drivers/brands/Drivers.h"
 #include "drivers/stDef_DriverRow.h"
 #include "host/Lib_Bedrock.h"
 
@@ -41,7 +40,7 @@ void CCamObj_ONVIF::m_S_MapTemplate(CTemplateMap& objMap) const
         return;
     objMap.m_S_Take(*nPick, u"Codec"_s, u"Format"_s);
     objMap.m_S_Take(*nPick, u"Resolution"_s, u"Resolution"_s);
-    QString sPath = CTemplateMap::s_F_s_Entry(*nPick);
+    QString sPath = CAbilities::s_F_s_Entry(*nPick);
     for (const auto& [sKey, sTarget] :
          {std::pair{u"Width"_s, u"VEncoderWidth_M"_s}, {u"Height"_s, u"VEncoderHeight_M"_s}}) {
         QString sValue;
@@ -50,5 +49,6 @@ void CCamObj_ONVIF::m_S_MapTemplate(CTemplateMap& objMap) const
         sPath = sValue;
     }
     objMap.m_S_SetRate(sPath, emDef_Streams::Both);
-    objMap.m_S_SetQuality(objMap.m_F_o_Limits(sPath, u"MinQuality"_s, u"MaxQuality"_s), emDef_Streams::Both);
+    objMap.m_S_SetQuality(objMap.m_F_o_Abilities().m_F_o_Limits(sPath, u"MinQuality"_s, u"MaxQuality"_s),
+                          emDef_Streams::Both);
 }

@@ -1,7 +1,6 @@
-#include "drivers/CCamObj_AMTKV5.h"
-
-#include "drivers/AmtkTemplate.h"
 #include "drivers/CTemplateMap.h"
+#include "drivers/brands/AmtkTemplate.h"
+#include "drivers/brands/Drivers.h"
 #include "drivers/stDef_DriverRow.h"
 
 using namespace Qt::StringLiterals;

@@ -1,6 +1,5 @@
-#include "drivers/CCamObj_SMAX.h"
-
 #include "drivers/CTemplateMap.h"
+#include "drivers/brands/Drivers.h"
 #include "drivers/stDef_DriverRow.h"
 
 using namespace Qt::StringLiterals;
@@ -21,10 +20,10 @@ void CCamObj_SMAX::m_S_MapTemplate(CTemplateMap& objMap) const
 {
     if (const auto nPick = objMap.m_F_o_Pick()) {
         objMap.m_S_TakeNumbered(*nPick);
-        objMap.m_S_SetRate(CTemplateMap::s_F_s_Entry(*nPick), emDef_Streams::Main);
+        objMap.m_S_SetRate(CAbilities::s_F_s_Entry(*nPick), emDef_Streams::Main);
     }
     // The limits stand the wrong way round here, and are meant to: a wish above the minimum gives the minimum.
-    const auto stLowRates = objMap.m_F_o_Limits(u"/root/Support"_s, u"MaxMjpgFPS"_s, u"MinMjpgFPS"_s);
-    objMap.m_S_Set(u"LowFPS"_s, CTemplateMap::s_F_n_ClampRate(objMap.m_F_n_Rate(), stLowRates));
+    const auto stLowRates = objMap.m_F_o_Abilities().m_F_o_Limits(u"/root/Support"_s, u"MaxMjpgFPS"_s, u"MinMjpgFPS"_s);
+    objMap.m_S_Set(u"LowFPS"_s, CAbilities::s_F_n_ClampRate(objMap.m_F_o_Wanted().nFPS, stLowRates));
     objMap.m_S_SetRateControl(emDef_Streams::Both);
 }

@@ -1,0 +1,82 @@
+#include "drivers/stDef_CameraTemplate.h"
+
+#include "toolkit/form/MemberRows.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Template = stDef_CameraTemplate;
+
+constexpr char16_t Node[] = u"/root/system/camera/template";
+constexpr int AssumedRate = 30; ///< frames a second
+
+enum Row
+{
+    Resolution,
+    Fps
+};
+constexpr stDef_Member<Template> g_astRows[] = {
+    {"Resolution", &Template::nResolution}, {"FPS", &Template::nFPS},         {"RateCtrl", &Template::nRateCtrl},
+    {"Quality", &Template::nQuality},       {"Account", &Template::sAccount}, {"Password", &Template::sPassword},
+};
+
+constexpr stDef_TemplateResolution g_astResolutions[] = {
+    {"MAX", stDef_TemplateResolution::Unlimited},
+    {"5M", 2592},
+    {"3M", 2048},
+    {"2M", 1920},
+    {"1.3M", 1280},
+    {"VGA", 720},
+};
+
+QString Path()
+{
+    return QString::fromUtf16(Node);
+}
+
+} // namespace
+
+std::span<const stDef_TemplateResolution> stDef_CameraTemplate::s_F_ar_Resolutions()
+{
+    return g_astResolutions;
+}
+
+const stDef_TemplateResolution* stDef_CameraTemplate::s_F_p_Resolution(int nResolution)
+{
+    const bool bListed = nResolution >= 0 && nResolution < static_cast<int>(std::size(g_astResolutions));
+    return bListed ? &g_astResolutions[nResolution] : nullptr;
+}
+
+stDef_CameraTemplate stDef_CameraTemplate::s_F_o_Read(const CXmlObj& xmlSystem)
+{
+    stDef_CameraTemplate st;
+    nsMembers::Read<Template>(xmlSystem, Path(), g_astRows, st);
+    return st;
+}
+
+stDef_CameraTemplate stDef_CameraTemplate::s_F_o_ReadForCamera(const CXmlObj& xmlSystem)
+{
+    stDef_CameraTemplate st = s_F_o_Read(xmlSystem);
+    st.nFPS = xmlSystem.m_F_n_GetValueInt(Path(), QString::fromLatin1(g_astRows[Fps].pszKey), AssumedRate);
+    return st;
+}
+
+void stDef_CameraTemplate::m_S_Write(CXmlObj& xmlSystem) const
+{
+    nsMembers::Write<Template>(xmlSystem, Path(), g_astRows, *this);
+}
+
+void stDef_CameraTemplate::s_S_WriteResolution(CXmlObj& xmlSystem, int nResolution)
+{
+    Template st;
+    st.nResolution = nResolution;
+    nsMembers::WriteOne(xmlSystem, Path(), g_astRows[Resolution], st);
+}
+
+void stDef_CameraTemplate::s_S_WriteFps(CXmlObj& xmlSystem, int nFPS)
+{
+    Template st;
+    st.nFPS = nFPS;
+    nsMembers::WriteOne(xmlSystem, Path(), g_astRows[Fps], st);
+}
