@@ -5,12 +5,12 @@
 
 #include "core/CWndNvrEmbedded.h"
 #include "drivers/CCamObj_Base.h"
-#include "setup/CDlgSetupPageSystemSetting_AddrBook.h"
-#include "setup/CDlgSetupPageSystemSetting_Camera.h"
-#include "setup/CDlgSetupPageSystemSetting_Network.h"
-#include "setup/CDlgSetupPageSystemSetting_Nofity.h"
 #include "setup/CPageToCome.h"
 #include "setup/CameraFollowers.h"
+#include "setup/camera/CDlgSetupPageSystemSetting_Camera.h"
+#include "setup/mail/CDlgSetupPageSystemSetting_AddrBook.h"
+#include "setup/mail/CDlgSetupPageSystemSetting_Nofity.h"
+#include "setup/network/CDlgSetupPageSystemSetting_Network.h"
 
 using namespace Qt::StringLiterals;
 

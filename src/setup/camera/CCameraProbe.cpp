@@ -1,8 +1,8 @@
-#include "setup/CCameraProbe.h"
+#include "setup/camera/CCameraProbe.h"
 
 #include "core/CWndNvrBase.h"
 #include "drivers/CCamObj_Base.h"
-#include "setup/stDef_CameraValues.h"
+#include "setup/camera/stDef_CameraValues.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,4 +1,4 @@
-#include "setup/CDlgSetupPageSystemSetting_Nofity.h"
+#include "setup/mail/CDlgSetupPageSystemSetting_Nofity.h"
 
 #include <QPushButton>
 

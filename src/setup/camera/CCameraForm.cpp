@@ -1,4 +1,4 @@
-#include "setup/CCameraForm.h"
+#include "setup/camera/CCameraForm.h"
 
 #include <QComboBox>
 #include <QGroupBox>

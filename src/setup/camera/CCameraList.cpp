@@ -1,11 +1,11 @@
-#include "setup/CCameraList.h"
+#include "setup/camera/CCameraList.h"
 
 #include <algorithm>
 
 #include "core/CWndNvrEmbedded.h"
 #include "drivers/CCamObj_Base.h"
-#include "setup/CCameraTree.h"
 #include "setup/CDlgSetupPageSystemSetting.h"
+#include "setup/camera/CCameraTree.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,4 +1,4 @@
-#include "setup/CDlgSetupPageSystemSetting_Camera_Template.h"
+#include "setup/camera/CDlgSetupPageSystemSetting_Camera_Template.h"
 
 #include <QComboBox>
 #include <QLineEdit>

@@ -1,4 +1,4 @@
-#include "setup/stDef_SearchIPC.h"
+#include "setup/camera/stDef_SearchIPC.h"
 
 #include "host/Lib_Bedrock.h"
 

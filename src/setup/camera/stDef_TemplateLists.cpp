@@ -1,4 +1,4 @@
-#include "setup/stDef_TemplateLists.h"
+#include "setup/camera/stDef_TemplateLists.h"
 
 #include <QComboBox>
 

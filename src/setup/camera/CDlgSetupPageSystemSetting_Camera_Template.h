@@ -1,7 +1,7 @@
 #pragma once
 
 #include "drivers/stDef_CameraTemplate.h"
-#include "setup/stDef_TemplateLists.h"
+#include "setup/camera/stDef_TemplateLists.h"
 #include "toolkit/sheet/CFormDialog.h"
 
 class CPasswordEdit;

@@ -1,4 +1,4 @@
-#include "setup/CDlgSetupPageSystemSetting_Network.h"
+#include "setup/network/CDlgSetupPageSystemSetting_Network.h"
 
 #include <QCheckBox>
 #include <QComboBox>

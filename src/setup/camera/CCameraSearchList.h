@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "setup/stDef_SearchIPC.h"
+#include "setup/camera/stDef_SearchIPC.h"
 #include "toolkit/controls/CItemList.h"
 
 class CTextTable;

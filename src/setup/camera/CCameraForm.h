@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-#include "setup/stDef_CameraValues.h"
+#include "setup/camera/stDef_CameraValues.h"
 
 class CForm;
 class CIPAddressEdit;

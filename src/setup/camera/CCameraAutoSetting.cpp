@@ -1,4 +1,4 @@
-#include "setup/CCameraAutoSetting.h"
+#include "setup/camera/CCameraAutoSetting.h"
 
 #include <QCoreApplication>
 #include <QLabel>
@@ -7,7 +7,7 @@
 
 #include "core/CWndNvrEmbedded.h"
 #include "drivers/stDef_CameraTemplate.h"
-#include "setup/CCameraList.h"
+#include "setup/camera/CCameraList.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,4 +1,4 @@
-#include "setup/CCameraMenu.h"
+#include "setup/camera/CCameraMenu.h"
 
 #include <QMenu>
 

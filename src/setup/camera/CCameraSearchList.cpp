@@ -1,4 +1,4 @@
-#include "setup/CCameraSearchList.h"
+#include "setup/camera/CCameraSearchList.h"
 
 #include <QHeaderView>
 #include <QMouseEvent>

@@ -1,4 +1,4 @@
-#include "setup/CDlgSetupPageSystemSetting_Camera.h"
+#include "setup/camera/CDlgSetupPageSystemSetting_Camera.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -9,14 +9,14 @@
 #include "core/CWndNvrEmbedded.h"
 #include "drivers/CCamObj_Base.h"
 #include "drivers/stDef_CameraTemplate.h"
-#include "setup/CCameraAutoSetting.h"
-#include "setup/CCameraForm.h"
-#include "setup/CCameraList.h"
-#include "setup/CCameraMenu.h"
-#include "setup/CCameraTree.h"
 #include "setup/CDlgSetupPageSystemSetting.h"
-#include "setup/CDlgSetupPageSystemSetting_Camera_AutoSetting.h"
-#include "setup/CDlgSetupPageSystemSetting_Camera_Template.h"
+#include "setup/camera/CCameraAutoSetting.h"
+#include "setup/camera/CCameraForm.h"
+#include "setup/camera/CCameraList.h"
+#include "setup/camera/CCameraMenu.h"
+#include "setup/camera/CCameraTree.h"
+#include "setup/camera/CDlgSetupPageSystemSetting_Camera_AutoSetting.h"
+#include "setup/camera/CDlgSetupPageSystemSetting_Camera_Template.h"
 #include "toolkit/form/CFormGroup.h"
 #include "toolkit/form/CommonTexts.h"
 #include "toolkit/user/CPrompts.h"

@@ -1,4 +1,4 @@
-#include "setup/CDlgSetupPageSystemSetting_AddrBook.h"
+#include "setup/mail/CDlgSetupPageSystemSetting_AddrBook.h"
 
 #include "core/CWndNvrEmbedded.h"
 #include "toolkit/form/CEntryTable.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "setup/CCameraProbe.h"
-#include "setup/stDef_CameraValues.h"
+#include "setup/camera/CCameraProbe.h"
+#include "setup/camera/stDef_CameraValues.h"
 #include "toolkit/form/CNumberedNodes.h"
 
 class CCamObj_Base;

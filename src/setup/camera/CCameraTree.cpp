@@ -1,4 +1,4 @@
-#include "setup/CCameraTree.h"
+#include "setup/camera/CCameraTree.h"
 
 #include <QContextMenuEvent>
 #include <QSignalBlocker>

@@ -1,4 +1,4 @@
-#include "setup/stDef_CameraValues.h"
+#include "setup/camera/stDef_CameraValues.h"
 
 #include "drivers/stDef_CamConnect.h"
 #include "host/Lib_Bedrock.h"

@@ -2,8 +2,8 @@
 
 #include <QStringList>
 
-#include "setup/CCameraProbe.h"
-#include "setup/CCameraSearchList.h"
+#include "setup/camera/CCameraProbe.h"
+#include "setup/camera/CCameraSearchList.h"
 
 class CCameraList;
 class CWndNvrEmbedded;

@@ -1,10 +1,10 @@
-#include "setup/CDlgSetupPageSystemSetting_Camera_AutoSetting.h"
+#include "setup/camera/CDlgSetupPageSystemSetting_Camera_AutoSetting.h"
 
 #include <QLabel>
 #include <QLineEdit>
 
 #include "core/CWndNvrEmbedded.h"
-#include "setup/stDef_SearchIPC.h"
+#include "setup/camera/stDef_SearchIPC.h"
 #include "toolkit/controls/CIPAddressEdit.h"
 
 using namespace Qt::StringLiterals;

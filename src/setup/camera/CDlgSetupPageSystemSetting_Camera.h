@@ -4,9 +4,9 @@
 #include <memory>
 
 #include "core/CNvrPage.h"
-#include "setup/CCameraProbe.h"
-#include "setup/CCameraSearchList.h"
-#include "setup/stDef_TemplateLists.h"
+#include "setup/camera/CCameraProbe.h"
+#include "setup/camera/CCameraSearchList.h"
+#include "setup/camera/stDef_TemplateLists.h"
 
 class CCameraForm;
 class CCameraList;
