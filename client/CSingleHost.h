@@ -15,7 +15,7 @@ struct stDef_HostWish
 /// What came of it.
 struct stDef_HostAnswer
 {
-    QString sOut; ///< lines
+    QString sOut;   ///< lines
     QString sError; ///< empty: all went well
 };
 
