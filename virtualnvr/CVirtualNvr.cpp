@@ -1,9 +1,15 @@
 #include "CVirtualNvr.h"
 
+#include "cgi/CCameraCgi.h"
 #include "cgi/CCameraRegistry.h"
+#include "cgi/CCgiRouter.h"
+#include "cgi/CCgiServer.h"
+#include "cgi/CDeviceCgi.h"
+#include "cgi/CDisplayCgi.h"
+#include "cgi/CDocumentCgi.h"
 #include "cgi/CDocumentStore.h"
-#include "cgi/CHttpApp.h"
-#include "cgi/CRecorderCgi.h"
+#include "cgi/CMotionCgi.h"
+#include "cgi/CPtzCgi.h"
 #include "http/CDigestAuth.h"
 #include "http/CFaultTable.h"
 #include "http/CHttpProxy.h"
@@ -55,17 +61,32 @@ struct CVirtualNvr::stDef_Impl
     const std::shared_ptr<CPtzBoard> pPtz = std::make_shared<CPtzBoard>();
     CCameraRegistry objCameras;
     CStreamServer objStreams;
-    std::unique_ptr<CRecorderCgi> pCgi;
+    stDef_ServicePorts stPorts;
+    std::unique_ptr<CCgiRouter> pRouter;
     std::unique_ptr<CDigestAuth> pAuth;
-    CHttpApp objApp;
+    CCgiServer objCgiServer;
     CHttpProxy objProxy;
     std::string sTemporaryFolder;
     bool bRunning = false;
 
     bool Start(const stDef_VirtualNvrConfig& stConfig, std::string& sError);
+    void MakeRouter(const stDef_VirtualNvrConfig& stConfig);
     bool StartStreams(const stDef_VirtualNvrConfig& stConfig, std::string& sError);
     void Stop();
 };
+
+/// The recorder's programs, a subject each.
+void CVirtualNvr::stDef_Impl::MakeRouter(const stDef_VirtualNvrConfig& stConfig)
+{
+    const int nChannels = stConfig.nChannels;
+    pRouter = std::make_unique<CCgiRouter>(stConfig.bPC);
+    pRouter->m_S_Add(std::make_unique<CDeviceCgi>(stConfig, stPorts));
+    pRouter->m_S_Add(std::make_unique<CDocumentCgi>(objDocuments));
+    pRouter->m_S_Add(std::make_unique<CCameraCgi>(objCameras, stConfig.nProbeDelayMs));
+    pRouter->m_S_Add(std::make_unique<CPtzCgi>(*pPtz, nChannels, stConfig.bPC));
+    pRouter->m_S_Add(std::make_unique<CDisplayCgi>());
+    pRouter->m_S_Add(std::make_unique<CMotionCgi>(nChannels));
+}
 
 bool CVirtualNvr::stDef_Impl::StartStreams(const stDef_VirtualNvrConfig& stConfig, std::string& sError)
 {
@@ -88,20 +109,21 @@ bool CVirtualNvr::stDef_Impl::Start(const stDef_VirtualNvrConfig& stConfig, std:
         return false;
     const std::string sData = stConfig.sDataFolder.empty() ? VIRTUALNVR_DATA_FOLDER : stConfig.sDataFolder;
     pPtz->m_S_Reset(stConfig.nChannels);
-    pCgi = std::make_unique<CRecorderCgi>(stConfig, objDocuments, *pPtz, objCameras);
+    MakeRouter(stConfig);
     pAuth = std::make_unique<CDigestAuth>(stConfig.arAccounts, stConfig.nNonceLifetimeMs);
     if (!objDocuments.m_F_b_Open(sState, sData, stConfig.nChannels, sError) || !objCameras.m_F_b_Load(sData, sError) ||
-        !StartStreams(stConfig, sError) || !objApp.m_F_b_Start(*pCgi, *pAuth, sError) ||
-        !objProxy.m_F_b_Start(stConfig.sBind, stConfig.nHttpPort, objApp.m_F_n_Port(), objFaults, objLog, sError))
+        !StartStreams(stConfig, sError) || !objCgiServer.m_F_b_Start(*pRouter, *pAuth, sError) ||
+        !objProxy.m_F_b_Start(stConfig.sBind, stConfig.nHttpPort, objCgiServer.m_F_n_Port(), objFaults, objLog, sError))
         return false;
-    pCgi->m_S_SetPorts(objProxy.m_F_n_Port(), stConfig.bStreams ? objStreams.m_F_n_Port() : 0);
+    stPorts.nHttp = objProxy.m_F_n_Port();
+    stPorts.nRtsp = stConfig.bStreams ? objStreams.m_F_n_Port() : 0;
     return true;
 }
 
 void CVirtualNvr::stDef_Impl::Stop()
 {
     objProxy.m_S_Stop(); // first: it closes the connections that the servers behind it would wait for
-    objApp.m_S_Stop();
+    objCgiServer.m_S_Stop();
     objStreams.m_S_Stop();
     objProxy.m_S_SetTunnelHandler({});
     objDocuments.m_S_Close();

@@ -1,6 +1,6 @@
-#include "cgi/CHttpApp.h"
+#include "cgi/CCgiServer.h"
 
-#include "cgi/CRecorderCgi.h"
+#include "cgi/CCgiRouter.h"
 #include "http/CDigestAuth.h"
 #include "http/CHttpProxy.h"
 
@@ -46,9 +46,9 @@ std::optional<std::string> ReadBody(const httplib::Request& objRequest, const ht
 }
 } // namespace
 
-struct CHttpApp::stDef_Impl
+struct CCgiServer::stDef_Impl
 {
-    CRecorderCgi& objCgi;
+    const CCgiRouter& objRouter;
     CDigestAuth& objAuth;
     httplib::Server objServer;
     std::thread objThread;
@@ -57,7 +57,8 @@ struct CHttpApp::stDef_Impl
     std::condition_variable objWake;
     bool bStopping = false;
 
-    stDef_Impl(CRecorderCgi& objTheCgi, CDigestAuth& objTheAuth) : objCgi(objTheCgi), objAuth(objTheAuth) {}
+    stDef_Impl(const CCgiRouter& objTheRouter, CDigestAuth& objTheAuth) : objRouter(objTheRouter), objAuth(objTheAuth)
+    {}
 
     void SetUp();
     void Answer(const httplib::Request& objRequest, httplib::Response& objReply, const httplib::ContentReader* pReader);
@@ -66,7 +67,7 @@ struct CHttpApp::stDef_Impl
     bool WaitForPart(int nIntervalMs);
 };
 
-void CHttpApp::stDef_Impl::SetUp()
+void CCgiServer::stDef_Impl::SetUp()
 {
     objServer.set_tcp_nodelay(true);
     objServer.set_keep_alive_max_count(1000000);
@@ -86,18 +87,18 @@ void CHttpApp::stDef_Impl::SetUp()
     objServer.Post(pszAll, answer).Put(pszAll, answer).Patch(pszAll, answer).Delete(pszAll, answer);
 }
 
-void CHttpApp::stDef_Impl::Answer(const httplib::Request& objRequest, httplib::Response& objReply,
-                                  const httplib::ContentReader* pReader)
+void CCgiServer::stDef_Impl::Answer(const httplib::Request& objRequest, httplib::Response& objReply,
+                                    const httplib::ContentReader* pReader)
 {
     stDef_CgiRequest stRequest;
     const std::string sTarget = RawTarget(objRequest);
-    CRecorderCgi::s_S_Split(sTarget, stRequest);
+    stRequest.m_S_TakeTarget(sTarget);
     stRequest.sMethod = objRequest.method == "HEAD" ? "GET" : objRequest.method;
     stRequest.sHost = objRequest.get_header_value("Host");
     stRequest.sHost.resize(std::min(stRequest.sHost.rfind(':'), stRequest.sHost.size()));
 
     const emDef_Login eLogin =
-        objCgi.m_F_b_NeedsLogin(stRequest)
+        objRouter.m_F_b_NeedsLogin(stRequest)
             ? objAuth.m_F_e_Check(objRequest.method, sTarget, objRequest.get_header_value("Authorization"))
             : emDef_Login::Granted;
     const bool bGranted = eLogin == emDef_Login::Granted;
@@ -113,7 +114,7 @@ void CHttpApp::stDef_Impl::Answer(const httplib::Request& objRequest, httplib::R
     }
     if (!bGranted)
         return Challenge(objReply, eLogin == emDef_Login::Stale);
-    const stDef_CgiReply stReply = objCgi.m_F_o_Answer(stRequest);
+    const stDef_CgiReply stReply = objRouter.m_F_o_Answer(stRequest);
     objReply.status = stReply.nStatus;
     if (stReply.fnPart)
         Stream(objReply, stReply);
@@ -121,7 +122,7 @@ void CHttpApp::stDef_Impl::Answer(const httplib::Request& objRequest, httplib::R
         objReply.set_content(stReply.sBody, stReply.sType);
 }
 
-void CHttpApp::stDef_Impl::Challenge(httplib::Response& objReply, bool bStale)
+void CCgiServer::stDef_Impl::Challenge(httplib::Response& objReply, bool bStale)
 {
     objReply.status = 401;
     for (const std::string& sChallenge : objAuth.m_F_ar_Challenges(bStale))
@@ -129,7 +130,7 @@ void CHttpApp::stDef_Impl::Challenge(httplib::Response& objReply, bool bStale)
     objReply.set_content("401 Unauthorized\r\n", "text/plain");
 }
 
-void CHttpApp::stDef_Impl::Stream(httplib::Response& objReply, const stDef_CgiReply& stReply)
+void CCgiServer::stDef_Impl::Stream(httplib::Response& objReply, const stDef_CgiReply& stReply)
 {
     const std::string sType = std::string("multipart/x-mixed-replace; boundary=") + g_szBoundary;
     objReply.set_chunked_content_provider(sType, [this, stReply, nPart = 0L](std::size_t,
@@ -144,23 +145,23 @@ void CHttpApp::stDef_Impl::Stream(httplib::Response& objReply, const stDef_CgiRe
 }
 
 /// False as soon as the server stops.
-bool CHttpApp::stDef_Impl::WaitForPart(int nIntervalMs)
+bool CCgiServer::stDef_Impl::WaitForPart(int nIntervalMs)
 {
     std::unique_lock objGuard(objLock);
     return !objWake.wait_for(objGuard, std::chrono::milliseconds(nIntervalMs), [this] { return bStopping; });
 }
 
-CHttpApp::CHttpApp() = default;
+CCgiServer::CCgiServer() = default;
 
-CHttpApp::~CHttpApp()
+CCgiServer::~CCgiServer()
 {
     m_S_Stop();
 }
 
-bool CHttpApp::m_F_b_Start(CRecorderCgi& objCgi, CDigestAuth& objAuth, std::string& sError)
+bool CCgiServer::m_F_b_Start(const CCgiRouter& objRouter, CDigestAuth& objAuth, std::string& sError)
 {
     m_S_Stop();
-    auto pImpl = std::make_unique<stDef_Impl>(objCgi, objAuth);
+    auto pImpl = std::make_unique<stDef_Impl>(objRouter, objAuth);
     pImpl->SetUp();
     pImpl->nPort = pImpl->objServer.bind_to_any_port("127.0.0.1");
     if (pImpl->nPort <= 0) {
@@ -175,7 +176,7 @@ bool CHttpApp::m_F_b_Start(CRecorderCgi& objCgi, CDigestAuth& objAuth, std::stri
     return true;
 }
 
-void CHttpApp::m_S_Stop()
+void CCgiServer::m_S_Stop()
 {
     if (!vm_pImpl)
         return;
@@ -189,7 +190,7 @@ void CHttpApp::m_S_Stop()
     vm_pImpl.reset();
 }
 
-int CHttpApp::m_F_n_Port() const
+int CCgiServer::m_F_n_Port() const
 {
     return vm_pImpl ? vm_pImpl->nPort : 0;
 }
