@@ -59,6 +59,11 @@ constexpr stDef_FaultRow g_arFaults[] = {
 };
 
 // ---- a media and its feed
+//
+// A client that sets a stream up makes the factory construct a media, which is configured, prepared, playing and at
+// last unprepared, each told by a signal on a thread of the streaming library. Its feed comes with the configuration,
+// since the library waits for one piece of each track before it calls a media prepared; the clip begins when the client
+// plays.
 
 struct stDef_Configure
 {
@@ -74,6 +79,7 @@ struct stDef_Fed
     ~stDef_Fed() { pClock->m_S_Remove(pFeed.get()); }
 };
 
+// Pauses and jumps act where packets leave the media, so that what its queues hold already obeys them, too.
 void OnPrepared(GstRTSPMedia* pMedia, gpointer pFed)
 {
     static_cast<stDef_Fed*>(pFed)->pFeed->m_S_OnPrepared(pMedia);
@@ -246,6 +252,8 @@ void CStreamServer::stDef_Impl::m_S_Serve(CRtspListener::stDef_Arrival& stArriva
                                         pszInitial);
 }
 
+// The library never listens itself: it gets each connection from our listener, which plays the faults that concern
+// whole connections, and the proxy's tunnels by the same way.
 bool CStreamServer::stDef_Impl::m_F_b_Start(std::string& sError)
 {
     if (!CGstPlugins::s_F_b_Load(sError))
@@ -258,6 +266,7 @@ bool CStreamServer::stDef_Impl::m_F_b_Start(std::string& sError)
     pListener = std::make_unique<CRtspListener>(
         pLoop->m_F_p_Context(), [this](const std::string& sPath) { return m_F_e_Admission(sPath); },
         [this](CRtspListener::stDef_Arrival& stArrival) { m_S_Serve(stArrival); });
+    // On the loop's thread, which owns the listener's sources from here on.
     bool bListens = false;
     pLoop->m_S_Call([&] { bListens = pListener->m_F_b_Listen(stConfig.sBind, stConfig.nPort, sError); });
     m_S_AddCleanUp();
@@ -274,10 +283,11 @@ void CStreamServer::stDef_Impl::m_S_Stop()
     if (!pLoop)
         return;
     nPort = 0;
-    pLoop->m_S_Call([this] { pListener.reset(); });
+    pLoop->m_S_Call([this] { pListener.reset(); }); // cuts all connections, and no new one comes
     const auto tLimit = std::chrono::steady_clock::now() + g_nStopLimit;
     while (HasClients(pServer) && std::chrono::steady_clock::now() < tLimit)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    // A session may outlive its connection, and holds its media until it times out.
     GstRTSPSessionPool* pPool = gst_rtsp_server_get_session_pool(pServer);
     const auto removeAll = [](GstRTSPSessionPool*, GstRTSPSession*, gpointer) { return GST_RTSP_FILTER_REMOVE; };
     g_list_free_full(gst_rtsp_session_pool_filter(pPool, removeAll, nullptr), g_object_unref);
@@ -289,7 +299,7 @@ void CStreamServer::stDef_Impl::m_S_Stop()
         g_object_unref(stMounted.pFactory);
     arMounts.clear();
     g_clear_object(&pServer);
-    pClock.reset();
+    pClock.reset(); // last: factories and medias hold it, too, and its thread ends with the last of them
 }
 
 bool CStreamServer::stDef_Impl::m_F_b_AfterFault(std::string_view sName,
