@@ -41,6 +41,18 @@ constexpr stDef_DocumentRow g_astDocuments[] = {
      u"cgi-bin/SyncSetting.cgi?action=UpdateEMail"},
 };
 
+bool RunSheet(CWndNvrEmbedded* pNvr)
+{
+    CDlgSetupPageSystemSetting objSheet(pNvr, pNvr->m_F_s_Text(TitleText), 0);
+    QList<CXmlObj*> arPosted;
+    for (const stDef_DocumentRow& stRow : g_astDocuments) {
+        if (stRow.pszUpload)
+            arPosted.append(&(pNvr->*stRow.pMember));
+    }
+    objSheet.m_S_Watch(arPosted);
+    return objSheet.DoModal() == QDialog::Accepted;
+}
+
 } // namespace
 
 void CWndNvrEmbedded::OnMenuSystemSetting()
@@ -49,8 +61,7 @@ void CWndNvrEmbedded::OnMenuSystemSetting()
         CPrompts::s_S_Message(vm_pParent, m_F_s_Text(TryAgainText), m_F_s_Text(nsTexts::Error));
         return;
     }
-    const QString sTitle = m_F_s_Text(TitleText);
-    if (CDlgSetupPageSystemSetting(this, sTitle, 0).DoModal() != QDialog::Accepted)
+    if (!RunSheet(this))
         return;
     CPrompts::s_S_Notice(vm_pParent, m_F_s_Text(WaitingText), m_F_s_Text(InformationText));
     m_S_UploadSettings();

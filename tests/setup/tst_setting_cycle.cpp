@@ -1,6 +1,9 @@
+#include <QCloseEvent>
 #include <QLabel>
 #include <QTabBar>
+#include <QTreeWidget>
 
+#include "At.h"
 #include "CycleFixture.h"
 #include "core/CWndNvrEmbedded.h"
 #include "toolkit/sheet/CPropertyPage.h"
@@ -49,6 +52,98 @@ TEST_F(CycleFixture, CancelPostsNothingAndTheNextCycleBeginsAnew)
         EXPECT_FALSE(sheet.isVisible());
     }));
     EXPECT_EQ(Posts(), Names());
+}
+
+TEST_F(CycleFixture, EscAndTheWindowsCloseAskBeforeAChangeIsLost)
+{
+    const auto CloseByUser = [](CPropertySheet& sheet) {
+        QCloseEvent event;
+        QSpontaneKeyEvent::setSpontaneous(&event);
+        qApp->notify(&sheet, &event);
+    };
+    const AtSheet Esc = [](CPropertySheet& sheet) { QTest::keyClick(&sheet, Qt::Key_Escape); };
+    const struct
+    {
+        AtSheet fnLeave;
+        bool bAsks;
+    } arWays[] = {{Esc, true},
+                  {CloseByUser, true},
+                  {[](CPropertySheet& sheet) { Press(sheet, "Cancel"); }, false},
+                  {[](CPropertySheet& sheet) { sheet.close(); }, false},
+                  {[](CPropertySheet& sheet) { sheet.done(QDialog::Rejected); }, false}};
+    const AtSheet arChanges[] = {
+        [](CPropertySheet& sheet) { // nothing changes, wherever one looks
+            for (int nTab = 0; nTab < 8; ++nTab)
+                OpenTab(sheet, nTab);
+        },
+        [](CPropertySheet& sheet) { At(OpenTab(sheet, 2)).Type("server.HTTPPort", "8080"); }, // written at OK
+        [](CPropertySheet& sheet) { At(OpenTab(sheet, 6)).Click("Delete"); },                 // written at once
+    };
+    for (const auto& way : arWays) {
+        for (const AtSheet& fnChange : arChanges) {
+            const bool bAsks = way.bAsks && &fnChange != arChanges;
+            EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
+                fnChange(sheet);
+                const QString sBefore = Nvr().vm_xmlSystem.m_F_s_GetXML();
+                for (const char* pszAnswer : {"", "yes"}) {
+                    if (bAsks)
+                        vm_objPrompts.ExpectToDestroy("Close without saving the changes?", "System Setting", pszAnswer);
+                    way.fnLeave(sheet);
+                    EXPECT_EQ(sheet.isVisible(), bAsks && !*pszAnswer);
+                    EXPECT_EQ(Nvr().vm_xmlSystem.m_F_s_GetXML(), sBefore) << "asking writes nothing";
+                    if (!bAsks)
+                        break;
+                }
+            }));
+            EXPECT_EQ(Posts(), Names());
+        }
+    }
+}
+
+TEST_F(CycleFixture, EnterBelongsToThePageAndWithCtrlIsOk)
+{
+    EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
+        const auto Enter = [&sheet](At at, const char* pszAt) {
+            at.Find(pszAt)->setFocus();
+            QTest::keyClick(sheet.focusWidget(), Qt::Key_Return);
+            QTest::keyClick(sheet.focusWidget(), Qt::Key_Enter, Qt::KeypadModifier);
+        };
+        const At network(OpenTab(sheet, 2));
+        for (const char* pszField : {"network.IPAddress", "server.HTTPPort", "server.RTSPOverHTTP", "DDNS.Server"})
+            Enter(network, pszField);
+
+        const At camera(OpenTab(sheet, 0));
+        auto* const pTree = static_cast<QTreeWidget*>(camera.Find("Cameras"));
+        QTest::mouseClick(pTree->viewport(), Qt::LeftButton, {},
+                          pTree->visualItemRect(pTree->topLevelItem(1)).center());
+        camera.Type("Name", "Typed");
+        Enter(camera, "Name");
+        EXPECT_EQ(pTree->topLevelItem(1)->text(0), "Typed") << "a camera is shown: Update";
+
+        const At at(OpenTab(sheet, 6));
+        const auto Count = [this] { return Nvr().vm_xmlEMail.m_F_n_GetValueInt("/root/EMail", "count", -1); };
+        at.Type("Phone", "110");
+        Enter(at, "Phone");
+        QString sPhone;
+        Nvr().vm_xmlEMail.m_F_n_GetValue("/root/EMail/Mail000", "Phone", sPhone, {});
+        EXPECT_EQ(sPhone, "110") << "an entry is chosen: Modify";
+        while (Count() > 0)
+            at.Click("Delete");
+        at.Type("Name", "Only");
+        at.Type("Mail", "only@example.com");
+        for (const char* pszAt : {"Mail", "Entries"}) {
+            Enter(at, pszAt);
+            EXPECT_EQ(Count(), 1) << "none was chosen: Add";
+        }
+        Enter(at, "Delete");
+        EXPECT_EQ(Count(), 0) << "a button that has the focus is meant";
+        EXPECT_TRUE(sheet.isVisible());
+        EXPECT_EQ(Posts(), Names());
+        ExpectWaiting();
+        QTest::keyClick(at.Find("Name"), Qt::Key_Return, Qt::ControlModifier);
+        EXPECT_FALSE(sheet.isVisible());
+    }));
+    EXPECT_EQ(Posts(), g_arUploads);
 }
 
 TEST_F(CycleFixture, AnUneditedOkPostsWhatWasFetchedInOrder)

@@ -133,6 +133,7 @@ QLayout* Page::m_F_p_MakeForm(CForm& objForm)
     vm_pAdd = arMade[0];
     vm_arShownButtons = {arMade[1], arMade[2]};
     vm_pParameter = arMade[5];
+    objForm.m_S_SetEnterButtons({arMade[2], arMade[0]}); // Update while a camera is shown, else Add
     pButtons->addStretch();
     pGrid->addLayout(pButtons, 0, 1);
     pGrid->addWidget(m_F_p_MakeTemplate(objForm), 1, 1);

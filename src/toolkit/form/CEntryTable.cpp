@@ -36,6 +36,7 @@ void CEntryTable::m_S_MakeButtons(CFormGroup& objGroup)
     const QList<QPushButton*> arButtons = objGroup.m_F_ar_Buttons(
         {{Text{"Add", "Add"}, "Add"}, {Text{"Delete", "Delete"}, "Delete"}, {Text{"Modify", "Modify"}, "Modify"}});
     vm_arForChosen = arButtons.mid(1);
+    objGroup.m_F_o_Form().m_S_SetEnterButtons({arButtons[2], arButtons[0]});
     connect(arButtons[0], &QPushButton::clicked, this, &CEntryTable::m_S_Add);
     connect(arButtons[1], &QPushButton::clicked, this, &CEntryTable::m_S_Delete);
     connect(arButtons[2], &QPushButton::clicked, this, &CEntryTable::m_S_Modify);
@@ -106,8 +107,12 @@ void CEntryTable::m_S_ShowRow(int nRow)
     else
         for (QLineEdit* const pEdit : vm_arEdits)
             pEdit->clear();
-    for (QPushButton* const pButton : vm_arForChosen)
+    for (QPushButton* const pButton : vm_arForChosen) {
+        // The focus of a button that is disabled would pass to the sheet's OK, which a second Enter then pressed.
+        if (nRow < 0 && pButton->window()->focusWidget() == pButton)
+            vm_pList->setFocus();
         pButton->setEnabled(nRow >= 0);
+    }
 }
 
 void CEntryTable::m_S_Add()

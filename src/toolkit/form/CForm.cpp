@@ -48,6 +48,13 @@ QPushButton* CForm::m_F_p_Button(const stDef_Text& stText, const QString& sName)
     return pButton;
 }
 
+QPushButton* CForm::m_F_p_EnterButton() const
+{
+    const auto it = std::find_if(vm_arEnter.begin(), vm_arEnter.end(),
+                                 [](const QPushButton* pButton) { return pButton->isEnabled(); });
+    return it == vm_arEnter.end() ? nullptr : *it;
+}
+
 void CForm::m_S_Finish(const CTextSource& objTexts)
 {
     vm_objRules.m_S_Run();

@@ -27,6 +27,10 @@ public:
     /// A button that stands in no row; the window lays it out.
     QPushButton* m_F_p_Button(const stDef_Text& stText, const QString& sName);
 
+    /// Enter in a field is to press the first of these that is enabled, as Modify while an entry is chosen, else Add.
+    void m_S_SetEnterButtons(const QList<QPushButton*>& arButtons) { vm_arEnter = arButtons; }
+    QPushButton* m_F_p_EnterButton() const; ///< the one that counts now; null for none
+
     CTextTable& m_F_o_Texts() { return vm_objTexts; }
     CValueRows& m_F_o_Values() { return vm_objValues; }
     const CValueRows& m_F_o_Values() const { return vm_objValues; }
@@ -53,4 +57,5 @@ private:
     QBoxLayout* vm_pColumn = nullptr;
     QList<QGridLayout*> vm_arGrids; ///< of the groups that have labels
     QList<QLabel*> vm_arLabels;
+    QList<QPushButton*> vm_arEnter;
 };

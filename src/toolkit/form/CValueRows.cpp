@@ -43,15 +43,17 @@ bool CValueRows::m_F_b_CanStore() const
     });
 }
 
-bool CValueRows::m_F_b_Store(const QString& sEntry) const
+bool CValueRows::m_F_b_Store(const QString& sEntry, const Substitute& fnSubstitute) const
 {
     if (!m_F_b_CanStore())
         return false;
     for (const stDef_Row& stRow : vm_arRows) {
         const stDef_Value& st = stRow.stValue;
         const QString& sPath = st.sWrittenPath.isEmpty() ? PathOf(st.stNode.sPath, sEntry) : st.sWrittenPath;
-        if (stRow.fnStored)
-            st.stNode.pDocument->m_F_b_SetValue(sPath, QString::fromLatin1(st.pszKey), stRow.fnStored());
+        if (!stRow.fnStored)
+            continue;
+        CXmlObj* const pDocument = fnSubstitute ? fnSubstitute(st.stNode.pDocument) : st.stNode.pDocument;
+        pDocument->m_F_b_SetValue(sPath, QString::fromLatin1(st.pszKey), stRow.fnStored());
     }
     return true;
 }

@@ -47,6 +47,8 @@ class FLEETLINK_EXPORT CValueRows
 public:
     using Show = std::function<void(const QString& sValue)>;
     using Stored = std::function<QString()>;
+    /// Which document is written in place of one of the rows'.
+    using Substitute = std::function<CXmlObj*(CXmlObj*)>;
 
     /// A value in an odd form. Without `fnStored` it is only shown. A value without a document is no row.
     void m_S_Add(const stDef_Value& stValue, Show fnShow, Stored fnStored);
@@ -69,7 +71,7 @@ public:
     bool m_F_b_CanStore() const;
     /// Writes every row that has a way back, those of disabled controls, too. False and no effect if one of the
     /// documents that would be written is closed.
-    bool m_F_b_Store(const QString& sEntry = {}) const;
+    bool m_F_b_Store(const QString& sEntry = {}, const Substitute& fnSubstitute = {}) const;
 
 private:
     struct stDef_Row

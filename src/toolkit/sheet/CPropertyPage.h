@@ -1,8 +1,11 @@
 #pragma once
 
 #include <QWidget>
+#include <functional>
 
 #include "host/Export.h"
+
+class CXmlObj;
 
 /// One tab of a `CPropertySheet`. It is made with the sheet, but fills itself only when its tab is first shown: until
 /// then it has no controls, and it hears neither of OK nor of Cancel.
@@ -19,6 +22,11 @@ public:
     virtual bool OnApply() { return true; }
     /// Cancel was chosen.
     virtual void OnCancel() {}
+    /// Enter was pressed in a field of the page: it means what the page makes of it, and never the sheet's OK.
+    virtual void OnEnter() {}
+    /// Writes what `OnApply` would write, but into the document that the function gives for each, and does nothing
+    /// else. Not for pages that write at each action.
+    virtual void m_S_StoreInto(const std::function<CXmlObj*(CXmlObj*)>& /*fnSubstitute*/) const {}
 
     /// True from the moment the page was first shown.
     bool m_F_b_Initialised() const { return vm_bInitialised; }

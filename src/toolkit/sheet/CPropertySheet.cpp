@@ -1,6 +1,10 @@
 #include "toolkit/sheet/CPropertySheet.h"
 
+#include <QAbstractSpinBox>
+#include <QCloseEvent>
 #include <QDialogButtonBox>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
@@ -22,6 +26,9 @@ CPropertySheet::CPropertySheet(const QString& sCaption, QWidget* pParent, unsign
     vm_pCancel = vm_pButtons->button(QDialogButtonBox::Cancel);
     vm_pOk->setObjectName(QStringLiteral("OK"));
     vm_pCancel->setObjectName(QStringLiteral("Cancel"));
+    vm_pOk->setToolTip(QStringLiteral("Ctrl+Enter"));
+    for (QPushButton* const pButton : {vm_pOk, vm_pCancel})
+        pButton->setAutoDefault(false);
     vm_pTabs->setObjectName(QStringLiteral("Tabs"));
     vm_pTabs->setUsesScrollButtons(true);
     auto* const pLayout = new QVBoxLayout(this);
@@ -114,4 +121,45 @@ void CPropertySheet::reject()
             pPage->OnCancel();
     }
     QDialog::reject();
+}
+
+void CPropertySheet::keyPressEvent(QKeyEvent* pEvent)
+{
+    const bool bEnter = pEvent->key() == Qt::Key_Return || pEvent->key() == Qt::Key_Enter;
+    const Qt::KeyboardModifiers nModifiers = pEvent->modifiers() & ~Qt::KeypadModifier;
+    if (pEvent->matches(QKeySequence::Cancel)) {
+        if (m_F_b_MayDrop() && isVisible()) // it may have been closed while the question stood
+            reject();
+    } else if (bEnter && nModifiers == Qt::ControlModifier) {
+        vm_pOk->click();
+    } else if (bEnter && nModifiers == Qt::NoModifier) {
+        m_S_OnEnter();
+    } else {
+        QDialog::keyPressEvent(pEvent);
+    }
+}
+
+void CPropertySheet::m_S_OnEnter()
+{
+    QWidget* const pFocus = focusWidget();
+    const int nTab = vm_pTabs->currentIndex();
+    if (auto* const pButton = qobject_cast<QPushButton*>(pFocus))
+        pButton->click();
+    else if ((qobject_cast<QLineEdit*>(pFocus) || qobject_cast<QAbstractSpinBox*>(pFocus)) && nTab >= 0)
+        vm_arPages[nTab]->OnEnter();
+}
+
+void CPropertySheet::closeEvent(QCloseEvent* pEvent)
+{
+    if (pEvent->spontaneous() && !m_F_b_MayDrop())
+        pEvent->ignore();
+    else
+        QDialog::closeEvent(pEvent);
+}
+
+// The box makes its first button the default when it is shown, but Enter presses none.
+void CPropertySheet::showEvent(QShowEvent* pEvent)
+{
+    QDialog::showEvent(pEvent);
+    vm_pOk->setDefault(false);
 }

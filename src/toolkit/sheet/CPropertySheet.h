@@ -11,7 +11,8 @@ class QPushButton;
 class QTabWidget;
 
 /// A modal window of tabs with OK and Cancel. Pages fill themselves when they are first shown; OK and Cancel reach only
-/// those that were, in the order of their tabs. GUI thread only.
+/// those that were, in the order of their tabs. Enter in a field belongs to its page, Ctrl and Enter are OK. GUI thread
+/// only.
 class FLEETLINK_EXPORT CPropertySheet : public QDialog
 {
     Q_OBJECT
@@ -37,10 +38,18 @@ protected:
     QPushButton* m_F_p_OkButton() const { return vm_pOk; }
     QPushButton* m_F_p_CancelButton() const { return vm_pCancel; }
 
+    /// Whether Esc or the window's close may close the sheet: the place to ask. The Cancel button, and a program that
+    /// closes the sheet, don't come here.
+    virtual bool m_F_b_MayDrop() { return true; }
+
     void accept() override;
     void reject() override;
+    void keyPressEvent(QKeyEvent* pEvent) override;
+    void closeEvent(QCloseEvent* pEvent) override;
+    void showEvent(QShowEvent* pEvent) override;
 
 private:
+    void m_S_OnEnter();
     void m_S_ShowPage(int nTab);
     void m_S_EndTabOrder();
 

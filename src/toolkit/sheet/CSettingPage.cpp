@@ -1,5 +1,7 @@
 #include "toolkit/sheet/CSettingPage.h"
 
+#include <QPushButton>
+
 #include "toolkit/user/CPrompts.h"
 
 CSettingPage::CSettingPage(const CTextSource* pTexts) : vm_pTexts(pTexts), vm_objForm(this) {}
@@ -15,6 +17,18 @@ int CSettingPage::OnInitDialog()
     vm_objForm.m_S_Finish(*vm_pTexts);
     m_S_Opened();
     return CPropertyPage::OnInitDialog();
+}
+
+void CSettingPage::OnEnter()
+{
+    if (QPushButton* const pButton = vm_objForm.m_F_p_EnterButton())
+        pButton->click();
+}
+
+void CSettingPage::m_S_StoreInto(const CValueRows::Substitute& fnSubstitute) const
+{
+    if (vm_bFilled)
+        vm_objForm.m_F_o_Values().m_F_b_Store({}, fnSubstitute);
 }
 
 bool CSettingPage::m_F_b_Store() const

@@ -17,6 +17,9 @@ public:
 
     /// Makes, loads, runs the rules, sets the texts and aligns, in this order. Returns 1.
     int OnInitDialog() final;
+    /// Presses the button that the form has for it.
+    void OnEnter() override;
+    void m_S_StoreInto(const CValueRows::Substitute& fnSubstitute) const override;
 
 protected:
     /// Makes the groups, their rows and what connects them.

@@ -3,7 +3,15 @@
 #include <QPushButton>
 
 #include "toolkit/form/CommonTexts.h"
+#include "toolkit/sheet/CPropertyPage.h"
+#include "toolkit/user/CPrompts.h"
 #include "toolkit/user/CWaitCursor.h"
+
+namespace {
+
+constexpr Text DropText{"DropChanges", "Close without saving the changes?"};
+
+} // namespace
 
 CSettingSheet::CSettingSheet(const CTextSource* pTexts, const QString& sCaption, const stDef_Text& stTitle,
                              QWidget* pParent, unsigned int nSelectPage)
@@ -27,4 +35,17 @@ int CSettingSheet::OnInitDialog()
     for (int nTab = 0; const stDef_Text& stLabel : vm_arLabels)
         m_S_SetTabText(nTab++, vm_pTexts->m_F_s_Text(stLabel, QString::fromUtf8(stLabel.pszDefault)));
     return 1;
+}
+
+bool CSettingSheet::m_F_b_MayDrop()
+{
+    const bool bChanged = vm_objWatch.m_F_b_Changed([this](const CValueRows::Substitute& fnSubstitute) {
+        for (const CPropertyPage* const pPage : m_F_ar_Pages()) {
+            if (pPage->m_F_b_Initialised())
+                pPage->m_S_StoreInto(fnSubstitute);
+        }
+    });
+    return !bChanged ||
+           CPrompts::s_F_b_AskToDestroy(this, vm_pTexts->m_F_s_Text(DropText, QString::fromUtf8(DropText.pszDefault)),
+                                        windowTitle());
 }

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "toolkit/form/CDocumentWatch.h"
 #include "toolkit/form/CTextSource.h"
 #include "toolkit/sheet/CPropertySheet.h"
 
@@ -17,13 +18,18 @@ public:
                   unsigned int nSelectPage = 0);
 
     int OnInitDialog() override;
+    /// The documents that OK is to post, which are borrowed, as they were fetched. Esc and the window's close ask from
+    /// now on before a change of them is lost.
+    void m_S_Watch(const QList<CXmlObj*>& arDocuments) { vm_objWatch.m_S_Begin(arDocuments); }
 
 protected:
+    bool m_F_b_MayDrop() override;
     /// Adds a tab behind the others; the page belongs to the sheet from now on.
     void m_S_AddTab(const stDef_Text& stLabel, CPropertyPage* pPage);
 
 private:
     const CTextSource* vm_pTexts;
     stDef_Text vm_stTitle;
+    CDocumentWatch vm_objWatch;
     std::vector<stDef_Text> vm_arLabels;
 };
