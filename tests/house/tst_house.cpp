@@ -1,0 +1,109 @@
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <map>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+// Which way includes may point, and where the headers of other libraries may stand.
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct stDef_Include
+{
+    std::string sFrom; ///< path below the source folder, as "src/core/CWndNvrBase.cpp"
+    std::string sTo;   ///< as it is written
+    bool bQuoted;
+};
+
+std::vector<stDef_Include> IncludesOf(const std::string& sFolder)
+{
+    static const std::regex s_objInclude(R"re(^\s*#\s*include\s*(["<])([^">]+)[">])re");
+    std::vector<stDef_Include> arIncludes;
+    for (const auto& entry : fs::recursive_directory_iterator(SOURCE_FOLDER + ("/" + sFolder))) {
+        if (entry.path().extension() != ".h" && entry.path().extension() != ".cpp")
+            continue;
+        std::ifstream file(entry.path());
+        std::smatch arParts;
+        for (std::string sLine; std::getline(file, sLine);) {
+            if (std::regex_search(sLine, arParts, s_objInclude))
+                arIncludes.push_back(
+                    {fs::relative(entry.path(), SOURCE_FOLDER).string(), arParts[2], arParts[1] == "\""});
+        }
+    }
+    EXPECT_FALSE(arIncludes.empty()) << sFolder;
+    return arIncludes;
+}
+
+std::string FirstFolder(const std::string& sPath)
+{
+    return sPath.substr(0, sPath.find('/'));
+}
+
+// Folders of one floor don't know each other.
+const std::map<std::string, int> g_mapFloors = {
+    {"host", 1},      {"toolkit", 2}, {"widgets", 2}, {"core", 3},       {"drivers", 4},
+    {"parameter", 5}, {"motion", 5},  {"setup", 6},   {"management", 6}, {"remote", 6},
+};
+
+TEST(House, IncludesPointDown)
+{
+    for (const stDef_Include& st : IncludesOf("src")) {
+        const std::string sFrom = FirstFolder(st.sFrom.substr(4)), sTo = FirstFolder(st.sTo);
+        if (sFrom == "fleetlink" || !st.bQuoted) // the one include of a host names every floor
+            continue;
+        ASSERT_TRUE(g_mapFloors.contains(sFrom) && g_mapFloors.contains(sTo)) << st.sFrom << " includes " << st.sTo;
+        EXPECT_TRUE(sFrom == sTo || g_mapFloors.at(sTo) < g_mapFloors.at(sFrom)) << st.sFrom << " includes " << st.sTo;
+    }
+}
+
+TEST(House, TheToolkitKnowsNoRecorder)
+{
+    const std::set<std::string> setOfHost = {"host/Export.h", "host/Lib_Bedrock.h"};
+    for (const stDef_Include& st : IncludesOf("src/toolkit"))
+        EXPECT_TRUE(FirstFolder(st.sTo) != "host" || setOfHost.contains(st.sTo)) << st.sFrom << " includes " << st.sTo;
+}
+
+TEST(House, TheVirtualRecorderStandsApart)
+{
+    for (const stDef_Include& st : IncludesOf("virtualnvr"))
+        EXPECT_TRUE(!g_mapFloors.contains(FirstFolder(st.sTo)) && !st.sTo.starts_with("Q"))
+            << st.sFrom << " includes " << st.sTo;
+}
+
+TEST(House, OtherLibrariesStandBehindOneClass)
+{
+    const struct
+    {
+        const char* pszHeader;                 ///< how its path begins
+        std::vector<std::string> arPlaces; ///< part of the path of a file that may include it
+    } arRows[] = {
+        {"pugixml", {"src/host/bedrock/CXml", "virtualnvr/"}},
+        {"curl/", {"src/host/bedrock/CHttpTransfer.cpp"}},
+        {"openssl/", {"src/host/hostenv/CWinAES_CMS.cpp", "src/host/bedrock/CDigest"}},
+        {"libav", {"src/host/livefeed/", "/CPictureDecoder.cpp"}},
+        {"libsw", {"/CPictureDecoder.cpp"}},
+        {"gst/", {"virtualnvr/"}},
+        {"httplib", {"virtualnvr/"}},
+    };
+    for (const char* pszFolder : {"src", "client", "virtualnvr"}) {
+        for (const stDef_Include& st : IncludesOf(pszFolder)) {
+            for (const auto& row : arRows) {
+                if (!st.sTo.starts_with(row.pszHeader))
+                    continue;
+                const auto IsIn = [&st](const std::string& sPlace) { return st.sFrom.find(sPlace) != st.sFrom.npos; };
+                EXPECT_TRUE(std::any_of(row.arPlaces.begin(), row.arPlaces.end(), IsIn))
+                    << st.sFrom << " includes " << st.sTo;
+                EXPECT_FALSE(st.sFrom.starts_with("src/") && st.sFrom.ends_with(".h"))
+                    << "a contract that shows " << st.sTo << ": " << st.sFrom;
+            }
+        }
+    }
+}
+
+} // namespace
