@@ -23,7 +23,7 @@ void DropSource(GSource*& pSource)
 
 std::string Take(GError* pError)
 {
-    const std::string sText = pError != nullptr ? pError->message : "unknown reason";
+    std::string sText = pError != nullptr ? pError->message : "unknown reason";
     g_clear_error(&pError);
     return sText;
 }
