@@ -11,25 +11,12 @@
 #include "CycleFixture.h"
 #include "core/CWndNvrEmbedded.h"
 #include "drivers/CCamObj_Base.h"
-#include "setup/CameraFollowers.h"
 #include "setup/camera/CCameraTree.h"
 #include "toolkit/controls/CItemList.h"
 #include "toolkit/form/CForm.h"
 #include "toolkit/sheet/CPropertyPage.h"
 
 namespace {
-
-/// Writes down what the other pages are told.
-struct Followers : CScheduleFollower, CMotionFollower
-{
-    void m_S_CameraAdded(int n) override { vm_arCalls << QString::asprintf("added %d", n); }
-    void m_S_CameraRemoved(int n, int nCount) override { vm_arCalls << QString::asprintf("removed %d %d", n, nCount); }
-    void m_S_CameraUpdated(int n) override { vm_arCalls << QString::asprintf("updated %d", n); }
-    void m_S_CameraCopied(int n, int nTo) override { vm_arCalls << QString::asprintf("copied %d %d", n, nTo); }
-    void m_S_CameraSwitched(int n, int nTo) override { vm_arCalls << QString::asprintf("switched %d %d", n, nTo); }
-    void m_S_RefreshCameras(int n) override { vm_arCalls << QString::asprintf("refresh %d", n); }
-    QStringList vm_arCalls;
-};
 
 class CameraPage : public CycleFixture
 {
@@ -41,13 +28,27 @@ protected:
     {
         ASSERT_TRUE(RunCycle([&](CPropertySheet& sheet) {
             vm_pSheet = static_cast<CDlgSetupPageSystemSetting*>(&sheet);
-            vm_pSheet->m_S_SetFollowers(&vm_objFollowers, &vm_objFollowers);
+            Listen();
             CPropertyPage* const pPage = OpenTab(sheet, 0);
             vm_pTree = pPage->findChild<CCameraTree*>();
             vm_pFound = pPage->findChild<CItemList*>("Found");
             work(At(pPage));
             EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
         }));
+    }
+    /// Writes down what the other pages are told.
+    void Listen()
+    {
+        using Sheet = CDlgSetupPageSystemSetting;
+        const auto Note = [this](const char* pszCall, auto... n) {
+            vm_arCalls << ((QStringList() << pszCall) << ... << QString::number(n)).join(' ');
+        };
+        QObject::connect(vm_pSheet, &Sheet::S_CameraAdded, [=](int n) { Note("added", n); });
+        QObject::connect(vm_pSheet, &Sheet::S_CameraRemoved, [=](int n, int nCount) { Note("removed", n, nCount); });
+        QObject::connect(vm_pSheet, &Sheet::S_CameraUpdated, [=](int n) { Note("updated", n); });
+        QObject::connect(vm_pSheet, &Sheet::S_CameraCopied, [=](int n, int nTo) { Note("copied", n, nTo); });
+        QObject::connect(vm_pSheet, &Sheet::S_CameraSwitched, [=](int n, int nTo) { Note("switched", n, nTo); });
+        QObject::connect(vm_pSheet, &Sheet::S_RefreshCameras, [=](int n) { Note("refresh", n); });
     }
     QRect ItemRect(int nIndex)
     {
@@ -107,7 +108,7 @@ protected:
         return arNames;
     }
     QString Note() { return vm_pTree->window()->findChild<QLabel*>("Note")->text(); }
-    QStringList Calls() { return std::exchange(vm_objFollowers.vm_arCalls, {}); }
+    QStringList Calls() { return std::exchange(vm_arCalls, {}); }
     /// What was asked of cameras since the last call.
     std::vector<std::string> Asked() { return TakeAnswered(vm_nvr.m_F_o_Log(), "param.cgi?"); }
     /// Gives the recorder so many cameras, "A", "B" ... of all brands in turn, and those of `sMore`.
@@ -128,18 +129,20 @@ protected:
     {
         EXPECT_EQ(Names(), arNames);
         EXPECT_EQ(TreeNames(), arNames);
-        std::vector<CCamObj_Base*> arItems(vm_pSheet->m_arrCamObj.size());
-        for (int i = 0; i < vm_pTree->m_F_n_Count(); ++i) {
-            CCamObj_Base* const pCamera = arItems[static_cast<std::size_t>(i)] = vm_pTree->m_F_p_Camera(i);
-            ASSERT_TRUE(pCamera) << i;
+        for (int i = 0; i < vm_pSheet->m_F_n_Slots(); ++i) {
+            const CCamObj_Base* const pCamera = vm_pSheet->m_arrCamObj[static_cast<std::size_t>(i)];
+            ASSERT_EQ(pCamera != nullptr, i < arNames.size()) << i;
+            if (!pCamera)
+                continue;
             EXPECT_EQ(pCamera->m_nCamIndex, i);
-            if (Value(i, "Enable") != "") // one that was never detected is shown as enabled, and has nothing yet
-                EXPECT_EQ(vm_pTree->topLevelItem(i)->checkState(0) == Qt::Checked, Value(i, "Enable")[0] == '1') << i;
+            if (Value(i, "Enable") == "") // one that was never detected is shown as enabled, and has nothing yet
+                continue;
+            EXPECT_EQ(vm_pTree->topLevelItem(i)->checkState(0) == Qt::Checked, Value(i, "Enable")[0] == '1') << i;
+            EXPECT_EQ(QString::number(pCamera->m_stConnect.nVendorID), Value(i, "VendorID")) << i;
         }
-        EXPECT_EQ(vm_pSheet->m_arrCamObj, arItems);
     }
 
-    Followers vm_objFollowers;
+    QStringList vm_arCalls;
     CDlgSetupPageSystemSetting* vm_pSheet = nullptr;
     CCameraTree* vm_pTree = nullptr;
     CItemList* vm_pFound = nullptr;
@@ -398,7 +401,7 @@ TEST_F(CameraPage, UpdatesInPlaceOrByAnotherVendor)
         EXPECT_TRUE(Asked().empty());
         EXPECT_EQ(Value(1, "HttpPort"), "8000");
         EXPECT_EQ(Value(1, "OnvifAuth"), "missing");
-        EXPECT_EQ(vm_pTree->m_F_p_Camera(1)->m_stConnect.nOnvifAuth, 0);
+        EXPECT_EQ(vm_pSheet->m_F_p_Camera(1)->m_stConnect.nOnvifAuth, 0);
         ExpectInStep({"A", "Buero", "C"});
         EXPECT_EQ(Calls(), QStringList({"updated 1", "refresh 2"}));
         QTest::keyClick(at.Find("Vendor"), Qt::Key_Home);

@@ -4,19 +4,18 @@
 
 #include "core/CWndNvrEmbedded.h"
 #include "drivers/CCamObj_Base.h"
-#include "setup/CDlgSetupPageSystemSetting.h"
+#include "setup/camera/CCameraTable.h"
 #include "setup/camera/CCameraTree.h"
 
 using namespace Qt::StringLiterals;
 
-CCameraList::CCameraList(CWndNvrEmbedded* pNvr, CDlgSetupPageSystemSetting* pSheet, CCameraTree* pTree)
-    : vm_pNvr(pNvr), vm_pSheet(pSheet), vm_pTree(pTree), vm_objNodes(&pNvr->vm_xmlCamera, u"/root/Camera"_s, u"Cam"_s)
+CCameraList::CCameraList(CWndNvrEmbedded* pNvr, CCameraTable* pTable, CCameraTree* pTree)
+    : vm_pNvr(pNvr), vm_pTable(pTable), vm_pTree(pTree), vm_objNodes(&pNvr->vm_xmlCamera, u"/root/Camera"_s, u"Cam"_s)
 {}
 
 void CCameraList::m_S_ListStored()
 {
-    const int nSlots = static_cast<int>(vm_pSheet->m_arrCamObj.size());
-    const int nEnd = std::min(m_F_n_Count(), nSlots);
+    const int nEnd = std::min(m_F_n_Count(), vm_pTable->m_F_n_Slots());
     for (int nIndex = vm_pTree->m_F_n_Count(); nIndex < nEnd; ++nIndex) {
         const auto stCamera = stDef_CameraValues::s_F_o_Read(vm_pNvr->vm_xmlCamera, vm_objNodes.m_F_s_Path(nIndex),
                                                              stDef_CameraValues::s_stStored);
@@ -24,16 +23,14 @@ void CCameraList::m_S_ListStored()
         CCamObj_Base* const pCamera = m_F_p_Make(stCamera.nVendorID, nIndex);
         if (pCamera)
             pCamera->m_F_b_SetConnect(stConnect);
-        vm_pTree->m_S_Append(CSFunc::s_F_s_Utf8ToUnicode(stConnect.strName), m_F_n_Value(nIndex, u"Enable"_s, 0) != 0,
-                             pCamera);
-        vm_pSheet->m_arrCamObj[static_cast<std::size_t>(nIndex)] = pCamera;
+        vm_pTree->m_S_Append(CSFunc::s_F_s_Utf8ToUnicode(stConnect.strName), m_F_n_Value(nIndex, u"Enable"_s, 0) != 0);
+        vm_pTable->m_F_b_Place(nIndex, pCamera);
     }
 }
 
 int CCameraList::m_F_n_Room() const
 {
-    const int nSlots = static_cast<int>(vm_pSheet->m_arrCamObj.size());
-    return std::max(std::min(vm_pSheet->m_F_n_MaxCam(), nSlots) - vm_pTree->m_F_n_Count(), 0);
+    return std::max(std::min(vm_pTable->m_F_n_MaxCam(), vm_pTable->m_F_n_Slots()) - vm_pTree->m_F_n_Count(), 0);
 }
 
 bool CCameraList::m_F_b_HasRoom() const
@@ -112,11 +109,11 @@ void CCameraList::m_S_Complete(int nIndex, stDef_CameraValues& stCamera)
 void CCameraList::m_S_Append(const QString& sName, CCamObj_Base* pCamera)
 {
     const int nIndex = vm_pTree->m_F_n_Count();
-    vm_pTree->m_S_Append(sName, true, pCamera);
-    vm_pSheet->m_arrCamObj[static_cast<std::size_t>(nIndex)] = pCamera;
+    vm_pTree->m_S_Append(sName, true);
+    vm_pTable->m_F_b_Place(nIndex, pCamera);
     vm_objNodes.m_F_n_Append();
     vm_pTree->m_S_Select(nIndex);
-    vm_pSheet->m_S_AddCamera(nIndex);
+    vm_pTable->m_S_AddCamera(nIndex);
 }
 
 bool CCameraList::m_F_b_AddDescribed(stDef_CameraValues& stCamera, stDef_CameraReplies& stReplies)
@@ -156,10 +153,10 @@ void CCameraList::m_S_Update(int nIndex, const stDef_CameraValues& stCamera)
     for (const auto& [sKey, sValue] : arValues)
         m_S_SetValue(nIndex, sKey, sValue);
     // The authentication reaches the object alone.
-    if (CCamObj_Base* const pCamera = vm_pTree->m_F_p_Camera(nIndex))
+    if (CCamObj_Base* const pCamera = vm_pTable->m_F_p_Camera(nIndex))
         pCamera->m_F_b_SetConnect(stCamera.m_F_o_Connect());
     vm_pTree->m_S_SetName(nIndex, stCamera.sName);
-    vm_pSheet->m_S_UpdateCamera(nIndex, true);
+    vm_pTable->m_S_UpdateCamera(nIndex, true);
 }
 
 bool CCameraList::m_F_b_Replace(int nIndex, stDef_CameraValues& stCamera, stDef_CameraReplies& stReplies)
@@ -169,24 +166,10 @@ bool CCameraList::m_F_b_Replace(int nIndex, stDef_CameraValues& stCamera, stDef_
         return false;
     m_S_Complete(nIndex, stCamera);
     pCamera->m_F_b_SetConnect(stCamera.m_F_o_Connect());
-    m_S_SetObject(nIndex, pCamera); // the item keeps its old text until the sheet is opened again
+    vm_pTable->m_F_b_Place(nIndex, pCamera); // the item keeps its old text until the sheet is opened again
     vm_pTree->m_S_Select(nIndex);
-    vm_pSheet->m_S_UpdateCamera(nIndex, false);
+    vm_pTable->m_S_UpdateCamera(nIndex, false);
     return true;
-}
-
-void CCameraList::m_S_ReleaseSlot(int nIndex)
-{
-    CCamObj_Base*& pSlot = vm_pSheet->m_arrCamObj[static_cast<std::size_t>(nIndex)];
-    if (pSlot)
-        pSlot->m_S_Release(&pSlot);
-}
-
-void CCameraList::m_S_SetObject(int nIndex, CCamObj_Base* pCamera)
-{
-    m_S_ReleaseSlot(nIndex);
-    vm_pSheet->m_arrCamObj[static_cast<std::size_t>(nIndex)] = pCamera;
-    vm_pTree->m_S_SetCamera(nIndex, pCamera);
 }
 
 // What the tree shows of a node.
@@ -200,16 +183,10 @@ void CCameraList::m_S_Delete(int nIndex)
 {
     if (!vm_pNvr->vm_xmlCamera.m_F_b_IsOpen() || !vm_pNvr->vm_xmlSystemInfo.m_F_b_IsOpen())
         return;
-    m_S_ReleaseSlot(nIndex);
+    vm_pTable->m_S_TakeOut(nIndex);
     vm_pTree->m_S_Remove(nIndex);
     vm_objNodes.m_S_Remove(nIndex);
-    auto& arSlots = vm_pSheet->m_arrCamObj;
-    std::rotate(arSlots.begin() + nIndex, arSlots.begin() + nIndex + 1, arSlots.end());
-    for (auto it = arSlots.begin() + nIndex; it != arSlots.end(); ++it) {
-        if (*it)
-            --(*it)->m_nCamIndex;
-    }
-    vm_pSheet->m_S_RemoveCamera(nIndex, m_F_n_Count());
+    vm_pTable->m_S_RemoveCamera(nIndex, m_F_n_Count());
     m_S_ListStored(); // one that had no slot so far
 }
 
@@ -218,23 +195,22 @@ void CCameraList::m_S_DeleteAll()
     const int nCount = m_F_n_Count();
     vm_objNodes.m_S_RemoveAll();
     vm_pTree->m_S_Clear();
-    for (std::size_t i = 0; i < vm_pSheet->m_arrCamObj.size(); ++i)
-        m_S_ReleaseSlot(static_cast<int>(i));
-    vm_pSheet->m_S_RemoveCamera(-1, nCount);
+    vm_pTable->m_S_ReleaseAll();
+    vm_pTable->m_S_RemoveCamera(-1, nCount);
 }
 
 void CCameraList::m_S_Copy(int nFrom, int nTo)
 {
-    CCamObj_Base* const pSource = vm_pTree->m_F_p_Camera(nFrom);
+    CCamObj_Base* const pSource = vm_pTable->m_F_p_Camera(nFrom);
     if (!pSource || nFrom == nTo || nTo >= vm_pTree->m_F_n_Count())
         return;
     pSource->m_F_b_CopyToIndex(nTo);
     CCamObj_Base* const pCopy = m_F_p_Make(m_F_n_Value(nFrom, u"VendorID"_s, -1), nTo);
     if (pCopy)
         pCopy->m_stConnect = pSource->m_stConnect;
-    m_S_SetObject(nTo, pCopy);
+    vm_pTable->m_F_b_Place(nTo, pCopy);
     m_S_ShowItem(nTo);
-    vm_pSheet->m_S_CopyCamera(nFrom, nTo);
+    vm_pTable->m_S_CopyCamera(nFrom, nTo);
 }
 
 void CCameraList::m_S_CopyToAll(int nFrom)
@@ -248,17 +224,8 @@ void CCameraList::m_S_Switch(int nFirst, int nSecond)
     if (nFirst == nSecond || nSecond >= vm_pTree->m_F_n_Count())
         return;
     vm_objNodes.m_S_Swap(nFirst, nSecond);
-    CCamObj_Base* const pFirst = vm_pTree->m_F_p_Camera(nFirst);
-    CCamObj_Base* const pSecond = vm_pTree->m_F_p_Camera(nSecond);
-    if (pFirst)
-        pFirst->m_nCamIndex = nSecond;
-    if (pSecond)
-        pSecond->m_nCamIndex = nFirst;
-    auto& arSlots = vm_pSheet->m_arrCamObj; // a motion window takes its camera from here
-    std::swap(arSlots[static_cast<std::size_t>(nFirst)], arSlots[static_cast<std::size_t>(nSecond)]);
-    vm_pTree->m_S_SetCamera(nFirst, pSecond);
-    vm_pTree->m_S_SetCamera(nSecond, pFirst);
+    vm_pTable->m_S_Swap(nFirst, nSecond); // a motion window takes its camera from there
     m_S_ShowItem(nFirst);
     m_S_ShowItem(nSecond);
-    vm_pSheet->m_S_SwitchCamera(nFirst, nSecond);
+    vm_pTable->m_S_SwitchCamera(nFirst, nSecond);
 }

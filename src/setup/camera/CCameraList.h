@@ -5,17 +5,17 @@
 #include "toolkit/form/CNumberedNodes.h"
 
 class CCamObj_Base;
+class CCameraTable;
 class CCameraTree;
-class CDlgSetupPageSystemSetting;
 class CWndNvrEmbedded;
 
-/// The camera list of the sheet: nodes of the Camera document, slots of `m_arrCamObj`, items of the tree and what other
+/// The camera list of the sheet: nodes of the Camera document, slots of the table, items of the tree and what other
 /// pages keep for each camera, in step through every change. A camera's index is its place in all of them.
 class CCameraList
 {
 public:
     /// All are borrowed.
-    CCameraList(CWndNvrEmbedded* pNvr, CDlgSetupPageSystemSetting* pSheet, CCameraTree* pTree);
+    CCameraList(CWndNvrEmbedded* pNvr, CCameraTable* pTable, CCameraTree* pTree);
 
     /// Makes objects and items for the stored cameras that have none yet, as far as there are slots.
     void m_S_ListStored();
@@ -52,15 +52,13 @@ private:
     CCamObj_Base* m_F_p_Map(int nVendorID, int nIndex, stDef_CameraReplies& stReplies) const;
     void m_S_Complete(int nIndex, stDef_CameraValues& stCamera);
     void m_S_Append(const QString& sName, CCamObj_Base* pCamera);
-    void m_S_SetObject(int nIndex, CCamObj_Base* pCamera);
-    void m_S_ReleaseSlot(int nIndex);
     void m_S_ShowItem(int nIndex);
     QString m_F_s_Value(int nIndex, const QString& sKey) const;
     int m_F_n_Value(int nIndex, const QString& sKey, int nDefault) const;
     void m_S_SetValue(int nIndex, const QString& sKey, const QString& sValue);
 
     CWndNvrEmbedded* vm_pNvr;
-    CDlgSetupPageSystemSetting* vm_pSheet;
+    CCameraTable* vm_pTable;
     CCameraTree* vm_pTree;
     CNumberedNodes vm_objNodes;
 };

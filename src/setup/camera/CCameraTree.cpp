@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr int CameraRole = Qt::UserRole;
-
 Qt::CheckState CheckOf(bool bEnabled)
 {
     return bEnabled ? Qt::Checked : Qt::Unchecked;
@@ -29,14 +27,13 @@ CCameraTree::CCameraTree(QWidget* pParent) : QTreeWidget(pParent)
     });
 }
 
-void CCameraTree::m_S_Append(const QString& sName, bool bEnabled, CCamObj_Base* pCamera)
+void CCameraTree::m_S_Append(const QString& sName, bool bEnabled)
 {
     const QSignalBlocker objQuiet(this);
     auto* const pItem = new QTreeWidgetItem({sName});
     pItem->setToolTip(0, PlainTip(sName));
     pItem->setSizeHint(0, QSize(0, fontMetrics().height() * 3 / 2)); // room around the check boxes
     pItem->setCheckState(0, CheckOf(bEnabled));
-    pItem->setData(0, CameraRole, QVariant::fromValue(static_cast<void*>(pCamera)));
     addTopLevelItem(pItem);
 }
 
@@ -64,18 +61,6 @@ void CCameraTree::m_S_SetEnabled(int nIndex, bool bEnabled)
 {
     const QSignalBlocker objQuiet(this);
     topLevelItem(nIndex)->setCheckState(0, CheckOf(bEnabled));
-}
-
-void CCameraTree::m_S_SetCamera(int nIndex, CCamObj_Base* pCamera)
-{
-    const QSignalBlocker objQuiet(this);
-    topLevelItem(nIndex)->setData(0, CameraRole, QVariant::fromValue(static_cast<void*>(pCamera)));
-}
-
-CCamObj_Base* CCameraTree::m_F_p_Camera(int nIndex) const
-{
-    const QTreeWidgetItem* const pItem = topLevelItem(nIndex);
-    return pItem ? static_cast<CCamObj_Base*>(pItem->data(0, CameraRole).value<void*>()) : nullptr;
 }
 
 int CCameraTree::m_F_n_Selected() const

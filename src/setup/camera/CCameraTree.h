@@ -4,11 +4,9 @@
 
 #include "host/Export.h"
 
-class CCamObj_Base;
-
-/// The cameras of the recorder in the order of their indices, each with its check box and its camera object. What the
-/// user does is told; what the program does is not. The selected camera is the one that the user is at: neither a click
-/// beside the items nor Ctrl or the first focus ever part the two.
+/// The cameras of the recorder in the order of their indices, each with its check box. What the user does is told; what
+/// the program does is not. The selected camera is the one that the user is at: neither a click beside the items nor
+/// Ctrl or the first focus ever part the two.
 class FLEETLINK_EXPORT CCameraTree : public QTreeWidget
 {
     Q_OBJECT
@@ -16,17 +14,14 @@ class FLEETLINK_EXPORT CCameraTree : public QTreeWidget
 public:
     explicit CCameraTree(QWidget* pParent = nullptr);
 
-    /// The object is borrowed; null for a camera of a vendor without a driver.
-    void m_S_Append(const QString& sName, bool bEnabled, CCamObj_Base* pCamera);
+    void m_S_Append(const QString& sName, bool bEnabled);
     void m_S_Remove(int nIndex);
     void m_S_Clear();
     void m_S_SetName(int nIndex, const QString& sName);
     void m_S_SetEnabled(int nIndex, bool bEnabled);
-    void m_S_SetCamera(int nIndex, CCamObj_Base* pCamera);
 
     int m_F_n_Count() const { return topLevelItemCount(); }
-    CCamObj_Base* m_F_p_Camera(int nIndex) const; ///< null where there is none
-    int m_F_n_Selected() const;                   ///< -1: none
+    int m_F_n_Selected() const; ///< -1: none
     /// Brings it into view; -1 leaves nothing selected.
     void m_S_Select(int nIndex);
 

@@ -9,11 +9,11 @@
 #include "core/CWndNvrEmbedded.h"
 #include "drivers/CCamObj_Base.h"
 #include "drivers/stDef_CameraTemplate.h"
-#include "setup/CDlgSetupPageSystemSetting.h"
 #include "setup/camera/CCameraAutoSetting.h"
 #include "setup/camera/CCameraForm.h"
 #include "setup/camera/CCameraList.h"
 #include "setup/camera/CCameraMenu.h"
+#include "setup/camera/CCameraTable.h"
 #include "setup/camera/CCameraTree.h"
 #include "setup/camera/CDlgSetupPageSystemSetting_Camera_AutoSetting.h"
 #include "setup/camera/CDlgSetupPageSystemSetting_Camera_Template.h"
@@ -53,8 +53,7 @@ Page::~CDlgSetupPageSystemSetting_Camera() = default;
 
 void Page::m_S_Opened()
 {
-    vm_pSheet = qobject_cast<CDlgSetupPageSystemSetting*>(window());
-    vm_pCameras = std::make_unique<CCameraList>(vm_pNvr, vm_pSheet, vm_pTree);
+    vm_pCameras = std::make_unique<CCameraList>(vm_pNvr, vm_pTable, vm_pTree);
     vm_pCameras->m_S_ListStored();
     m_S_ShowTemplate();
     if (vm_pNvr->vm_xmlSystemInfo.m_F_b_IsOpen())
@@ -208,7 +207,7 @@ void Page::m_S_EnableShown(bool bShown)
 {
     for (QPushButton* const pButton : vm_arShownButtons)
         pButton->setEnabled(bShown);
-    vm_pParameter->setEnabled(bShown && vm_pTree->m_F_p_Camera(vm_pTree->m_F_n_Selected()));
+    vm_pParameter->setEnabled(bShown && vm_pTable->m_F_p_Camera(vm_pTree->m_F_n_Selected()));
 }
 
 QString Page::m_F_s_Line(const stDef_Text& stText, const QString& sValue) const
@@ -312,7 +311,7 @@ void Page::m_S_Update()
     if (nIndex < 0)
         return;
     // One of an unknown vendor keeps it as long as no other is chosen.
-    const bool bKept = !vm_pForm->m_F_b_HasVendor() && !vm_pTree->m_F_p_Camera(nIndex);
+    const bool bKept = !vm_pForm->m_F_b_HasVendor() && !vm_pTable->m_F_p_Camera(nIndex);
     if (!m_F_b_CheckInput(bKept) || !vm_pNvr->vm_xmlCamera.m_F_b_IsOpen())
         return;
     const CWaitCursor objWait;
@@ -357,7 +356,7 @@ void Page::m_S_Detect()
 
 void Page::m_S_ShowParameter()
 {
-    if (CCamObj_Base* const pCamera = vm_pTree->m_F_p_Camera(vm_pTree->m_F_n_Selected()))
+    if (CCamObj_Base* const pCamera = vm_pTable->m_F_p_Camera(vm_pTree->m_F_n_Selected()))
         pCamera->m_S_ShowParameter(this);
 }
 
@@ -388,7 +387,7 @@ void Page::m_S_ShowMenu(const QPoint& ptGlobal)
     QStringList arNames;
     for (int nIndex = 0; nIndex < vm_pTree->m_F_n_Count(); ++nIndex)
         arNames.append(vm_pCameras->m_F_s_Name(nIndex));
-    const bool bCopyable = vm_pTree->m_F_p_Camera(nSelected) != nullptr;
+    const bool bCopyable = vm_pTable->m_F_p_Camera(nSelected) != nullptr;
     CCameraMenu::s_S_Run(this, *vm_pNvr, ptGlobal, arNames, nSelected, bCopyable,
                          {[this, nSelected](int nOther) { m_S_Switch(nSelected, nOther); },
                           [this, nSelected](int nOther) { vm_pCameras->m_S_Copy(nSelected, nOther); },

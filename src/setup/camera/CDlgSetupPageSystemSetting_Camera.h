@@ -10,8 +10,8 @@
 
 class CCameraForm;
 class CCameraList;
+class CCameraTable;
 class CCameraTree;
-class CDlgSetupPageSystemSetting;
 class CEnvObj;
 class CForm;
 class CWndNvrEmbedded;
@@ -29,6 +29,9 @@ class CDlgSetupPageSystemSetting_Camera : public CNvrPage
 public:
     explicit CDlgSetupPageSystemSetting_Camera(CWndNvrEmbedded* pNvr);
     ~CDlgSetupPageSystemSetting_Camera() override;
+
+    /// The sheet's cameras, borrowed; needed before the page is shown.
+    void m_S_SetCameraTable(CCameraTable* pTable) { vm_pTable = pTable; }
 
     bool OnApply() override;
     void OnCancel() override;
@@ -75,7 +78,7 @@ private:
 
     QString m_F_s_Line(const stDef_Text& stText, const QString& sValue = {}) const;
 
-    CDlgSetupPageSystemSetting* vm_pSheet = nullptr;
+    CCameraTable* vm_pTable = nullptr;
     CCameraProbe vm_objProbe;
     std::unique_ptr<CCameraList> vm_pCameras;
     CCameraTree* vm_pTree = nullptr;
