@@ -28,7 +28,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
             continue;
         const auto& arBytes = objUnit.m_F_ar_Bytes();
         Expect(!arBytes.empty() && arBytes.size() < nSize, "a picture is made of what came");
-        if (CParameterSets::s_F_b_Take(stParam, arBytes.data(), arBytes.size()))
+        CParameterSets::s_F_n_Describe(stParam, pData, nSize);
+        if (CParameterSets::s_F_n_Take(stParam, arBytes.data(), arBytes.size()) == CParameterSets::emDef_Taken::New)
             CParameterSets::s_S_FindSize(stParam, arBytes.data(), arBytes.size());
         Expect(stParam.nExtraSize <= st_RingParam::MaxExtra, "extra bytes fit their place");
     }

@@ -17,6 +17,8 @@ constexpr std::int64_t g_nLateNs = g_nSecondNs / 2; // after a longer gap nothin
 constexpr std::size_t g_nPieceSamples = 320;        // 40 ms a packet
 constexpr guint64 g_nMaxQueued = 2;
 constexpr std::uint64_t g_nNever = UINT64_MAX;
+constexpr std::uint8_t g_arDelimiter[] = {0, 0, 1, 0x09, 0xf0}; // of access units, behind a start code
+constexpr std::ptrdiff_t g_nStart = 3;                          // bytes of a start code
 
 // What leaves a stream of a media: nothing from before its start or while paused, and time stamps that may have jumped.
 // The stamps are changed behind the RTP session, so its sender reports don't tell of the jump, as with a camera whose
@@ -105,6 +107,12 @@ void WatchPipeline(GstRTSPMedia* pMedia)
     gst_object_unref(pBin);
 }
 
+std::vector<std::uint8_t>::const_iterator NextStart(const std::vector<std::uint8_t>& arUnit,
+                                                    std::vector<std::uint8_t>::const_iterator itFrom)
+{
+    return std::search(itFrom, arUnit.end(), std::begin(g_arDelimiter), std::begin(g_arDelimiter) + g_nStart);
+}
+
 GstElement* Source(GstRTSPMedia* pMedia, const char* pszName)
 {
     GstElement* pBin = gst_rtsp_media_get_element(pMedia);
@@ -172,7 +180,26 @@ const std::vector<std::uint8_t>& CStreamFeed::m_F_ar_NextPicture()
     const std::vector<std::uint8_t>* pLive = m_F_p_LivePicture();
     const auto& stUnit = vm_pClip->arUnits[vm_nFrame];
     vm_nFrame = (vm_nFrame + 1) % vm_pClip->arUnits.size();
-    return pLive != nullptr ? *pLive : stUnit.arBytes;
+    return m_F_ar_Spoilt(pLive != nullptr ? *pLive : stUnit.arBytes);
+}
+
+// The picture as the faults leave it. The piece that only prepares the media keeps its key frame.
+const std::vector<std::uint8_t>& CStreamFeed::m_F_ar_Spoilt(const std::vector<std::uint8_t>& arUnit)
+{
+    const bool bNoKey = vm_pMount->bNoKey && vm_bPlaying;
+    const bool bNoSets = vm_pMount->bNoSets;
+    if (!bNoKey && !bNoSets)
+        return arUnit;
+    vm_arSpoilt.assign(std::begin(g_arDelimiter), std::end(g_arDelimiter)); // never nothing at all
+    for (auto it = NextStart(arUnit, arUnit.begin()); arUnit.end() - it > g_nStart;) {
+        const auto itNext = NextStart(arUnit, it + g_nStart);
+        const int nType = it[g_nStart] & 0x1f;
+        const bool bDropped = (bNoKey && nType == 5) || (bNoSets && (nType == 7 || nType == 8)); // IDR, SPS, PPS
+        if (!bDropped)
+            vm_arSpoilt.insert(vm_arSpoilt.end(), it, itNext);
+        it = itNext;
+    }
+    return vm_arSpoilt;
 }
 
 // Null where the clip's picture is to be sent. A camera that comes home turns to the clip at its next key frame.

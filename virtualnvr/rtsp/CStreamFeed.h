@@ -42,6 +42,7 @@ private:
     template <typename Piece>
     void m_S_PushTrack(stDef_Track& stTrack, std::int64_t nNowNs, std::int64_t nBaseNs, Piece nextPiece);
     const std::vector<std::uint8_t>& m_F_ar_NextPicture();
+    const std::vector<std::uint8_t>& m_F_ar_Spoilt(const std::vector<std::uint8_t>& arUnit);
     const std::vector<std::uint8_t>* m_F_p_LivePicture();
     const std::vector<std::uint8_t>& m_F_ar_NextSound();
     bool m_F_b_Begin(std::int64_t nNowNs, std::int64_t nBaseNs);
@@ -53,6 +54,7 @@ private:
     std::unique_ptr<CLiveView> vm_pLive; ///< null while the clip plays
     std::vector<std::uint8_t> vm_arSound;
     std::vector<std::uint8_t> vm_arPiece;
+    std::vector<std::uint8_t> vm_arSpoilt;
     std::shared_ptr<std::atomic<std::uint64_t>> vm_pStartNs; ///< of the media's clock; what is older isn't sent
     stDef_Track vm_stVideo;
     stDef_Track vm_stAudio;

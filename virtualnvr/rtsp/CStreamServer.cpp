@@ -54,8 +54,12 @@ constexpr stDef_FaultRow g_arFaults[] = {
     {"paused", [](stDef_StreamMount& st, long) { st.bPaused = true; }},
     {"jump", [](stDef_StreamMount& st, long nMs) { st.nJumpMs += nMs; }},
     {"params", [](stDef_StreamMount& st, long) { st.bOtherClip = true; }},
+    {"no-key", [](stDef_StreamMount& st, long) { st.bNoKey = true; }},
+    {"no-sets", [](stDef_StreamMount& st, long) { st.bNoSets = true; }},
     {"none",
-     [](stDef_StreamMount& st, long) { st.bSilent = st.bGarbage = st.bMissing = st.bPaused = st.bOtherClip = false; }},
+     [](stDef_StreamMount& st, long) {
+         st.bSilent = st.bGarbage = st.bMissing = st.bPaused = st.bOtherClip = st.bNoKey = st.bNoSets = false;
+     }},
 };
 
 // ---- a media and its feed

@@ -59,6 +59,8 @@ public:
     /// - "paused": sessions stay up, and new ones can be set up, but no RTP is sent; afterwards a key frame comes first
     /// - "jump": all time stamps jump once by nArg milliseconds, forward or back
     /// - "params": resolution and parameter sets change in mid-stream, those of CH<n> to SCH<n>'s and the other way
+    /// - "no-key": no key frame is sent, from now on
+    /// - "no-sets": parameter sets are sent neither with the pictures nor in the description
     /// - "none": takes the lasting faults of these mounts back (all but "killed" and "jump")
     /// A connection belongs to the mount that its first request names. Faults of one mount add up.
     /// @return false if the name is unknown, the server doesn't run, or no mount matches

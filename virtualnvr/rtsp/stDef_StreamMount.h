@@ -19,5 +19,7 @@ struct stDef_StreamMount
     std::atomic<bool> bMissing{false};
     std::atomic<bool> bPaused{false};
     std::atomic<bool> bOtherClip{false};
+    std::atomic<bool> bNoKey{false};
+    std::atomic<bool> bNoSets{false};
     std::atomic<long> nJumpMs{0}; ///< sum of all jumps
 };

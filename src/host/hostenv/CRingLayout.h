@@ -50,7 +50,7 @@ struct st_Header
     std::atomic<std::uint32_t> nGeneration; ///< writers that this ring has had
     std::atomic<std::uint32_t> nClosed;     ///< 1 when the last writer removed the ring
     std::atomic<std::uint32_t> nWake;       ///< changes with every packet; readers wait on it
-    std::uint32_t nPad;
+    std::atomic<std::uint32_t> nLack;       ///< emDef_RingLack, as the writer last told it
     std::atomic<std::uint64_t> nReserved;
     std::atomic<std::uint64_t> nPublished;
     std::atomic<std::uint64_t> nLatestKey;    ///< position of the latest key frame, or NoPosition

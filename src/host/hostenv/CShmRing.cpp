@@ -82,6 +82,7 @@ bool CRingWriter::m_F_b_Open(const std::string& sName, std::uint64_t nCapacity, 
     stHeader.nLatestPacket.store(NoPosition, std::memory_order_relaxed);
     stHeader.nClosed.store(0, std::memory_order_relaxed);
     stHeader.nConnectStat.store(0, std::memory_order_relaxed);
+    stHeader.nLack.store(0, std::memory_order_relaxed);
     stHeader.nGeneration.fetch_add(1, std::memory_order_relaxed);
     stHeader.nMagic.store(Magic, std::memory_order_release);
     return true;
@@ -330,6 +331,11 @@ void CShmRing::m_S_ReleaseWriter(const void* pOwner)
 bool CShmRing::m_F_b_SetParam(const st_RingParam& stParam)
 {
     return vm_pImpl->pRing && vm_pImpl->pRing->m_F_b_SetParam(stParam);
+}
+
+void CShmRing::m_S_SetLack(emDef_RingLack nLack)
+{
+    static_cast<st_Header*>(m_F_p_Header())->nLack.store(static_cast<std::uint32_t>(nLack), std::memory_order_relaxed);
 }
 
 bool CShmRing::m_F_b_Write(const st_RingPacket& stPacket, const void* pData, std::uint32_t nSize)

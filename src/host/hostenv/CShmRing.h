@@ -29,6 +29,19 @@ enum class emDef_RingCodec : std::uint32_t
     PCM_S16LE = 0x36314C50
 };
 
+/// What keeps pictures out of a ring while its stream plays.
+enum class emDef_RingLack : std::uint32_t
+{
+    Nothing = 0,       ///< pictures come, or nothing is known yet
+    Video = 1,         ///< the stream brings no video
+    Codec = 2,         ///< rings don't carry its codec
+    KeyFrame = 3,      ///< no key frame has come
+    ParameterSets = 4, ///< key frames come, but no parameter sets
+    LongSets = 5,      ///< the parameter sets pass `st_RingParam::MaxExtra`
+    Room = 6,          ///< a key frame is larger than the ring takes, or the machine has no memory for it
+    Decoding = 7       ///< pictures come, and can't be decoded: a reader's own finding, never in a ring
+};
+
 /// Codec parameters of a ring: all that a decoder must be told before the first packet.
 struct st_RingParam
 {
@@ -64,7 +77,8 @@ struct st_RingPacket
 /// one that a killed process left is taken over by the next writer. Names carry the user and the instance
 /// (`CEnvObj::m_F_s_Instance`), so that hosts beside each other don't meet.
 ///
-/// `m_F_b_Write` and `m_F_b_SetParam` belong to whichever thread holds the writer's claim; the rest to the owner.
+/// `m_F_b_Write`, `m_F_b_SetParam` and `m_S_SetLack` belong to whichever thread holds the writer's claim; the rest to
+/// the owner.
 class LIB_HOSTENV_EXPORT CShmRing
 {
 public:
@@ -97,6 +111,9 @@ public:
 
     /// Publishes codec parameters; packets written from here on belong to them. Equal parameters are not counted anew.
     bool m_F_b_SetParam(const st_RingParam& stParam);
+
+    /// Tells readers what keeps pictures out. For the holder of the claim.
+    void m_S_SetLack(emDef_RingLack nLack);
 
     /// Writes one whole packet. False if unattached, empty, or larger than half the ring (counted as dropped).
     /// Never blocks; the first one asks the system for all of the ring's memory.

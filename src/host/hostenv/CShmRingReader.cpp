@@ -216,3 +216,10 @@ std::int32_t CShmRingReader::m_F_n_ConnectStat() const
                ? vm_pImpl->Header().nConnectStat.load(std::memory_order_relaxed)
                : 0;
 }
+
+emDef_RingLack CShmRingReader::m_F_n_Lack() const
+{
+    const std::uint32_t nLack = vm_pImpl ? vm_pImpl->Header().nLack.load(std::memory_order_relaxed) : 0;
+    return nLack <= static_cast<std::uint32_t>(emDef_RingLack::Room) ? static_cast<emDef_RingLack>(nLack)
+                                                                     : emDef_RingLack::Nothing;
+}

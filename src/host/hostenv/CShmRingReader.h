@@ -59,6 +59,9 @@ public:
     /// `nsCMS::emDef_ConnectStat` as the plug-in last stored it; 0 if not open.
     std::int32_t m_F_n_ConnectStat() const;
 
+    /// What the writer says keeps pictures out; `Nothing` if not open.
+    emDef_RingLack m_F_n_Lack() const;
+
 private:
     struct st_Impl;
     std::unique_ptr<st_Impl> vm_pImpl;

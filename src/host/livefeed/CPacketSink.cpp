@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/Lib_Bedrock.h"
 #include "host/livefeed/CParameterSets.h"
 #include "host/livefeed/CRingCodec.h"
 #include "host/livefeed/CStreamSyntax.h"
@@ -33,6 +34,11 @@ void CPacketSink::m_S_Open(CShmRing* pRing, const AVStream& stStream)
     vm_stParam = CRingCodec::s_F_o_Param(*stStream.codecpar);
     vm_bVideo = stStream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO;
     vm_bPieces = CStreamSyntax::s_F_b_HasUnits(vm_stParam.nCodec);
+    const AVCodecParameters& stCodec = *stStream.codecpar;
+    if (stCodec.extradata && stCodec.extradata_size > 0)
+        vm_bLongSets = CParameterSets::s_F_n_Describe(vm_stParam, stCodec.extradata,
+                                                      static_cast<std::size_t>(stCodec.extradata_size)) ==
+                       CParameterSets::emDef_Taken::TooLong;
     vm_objUnit.m_S_Open(vm_stParam.nCodec);
     vm_nTimeNum = stStream.time_base.num;
     vm_nTimeDen = stStream.time_base.den;
@@ -62,11 +68,39 @@ void CPacketSink::m_S_Write(const AVPacket& stPacket, std::int64_t nArrivalUs)
 
 void CPacketSink::m_S_WriteWhole(const st_RingPacket& stRing, const std::uint8_t* pData, std::size_t nSize)
 {
-    if ((vm_bNeedKey && !stRing.bKey) || (vm_bVideo && stRing.bKey && !m_F_b_FollowParam(pData, nSize)))
+    if (vm_bNeedKey && !stRing.bKey) {
+        if (vm_nLack == emDef_RingLack::Video)
+            m_S_SetLack(emDef_RingLack::KeyFrame);
         return;
+    }
+    if (vm_bVideo && stRing.bKey && !m_F_b_FollowParam(pData, nSize))
+        return m_S_SetLack(vm_bLongSets ? emDef_RingLack::LongSets : emDef_RingLack::ParameterSets);
     // A picture that the ring refuses takes those that build on it with it.
     vm_bNeedKey = !vm_pRing->m_F_b_Write(stRing, pData, static_cast<std::uint32_t>(nSize));
     vm_bWrote = vm_bWrote || !vm_bNeedKey;
+    if (stRing.bKey)
+        m_S_SetLack(vm_bNeedKey ? emDef_RingLack::Room : emDef_RingLack::Nothing);
+}
+
+void CPacketSink::m_S_SetLack(emDef_RingLack nLack)
+{
+    if (!vm_bVideo || nLack == vm_nLack)
+        return;
+    vm_nLack = nLack;
+    vm_pRing->m_S_SetLack(nLack);
+    if (nLack == emDef_RingLack::LongSets)
+        CSFunc::s_S_Debug("A camera's parameter sets pass %zu bytes: its pictures can't be shown",
+                          st_RingParam::MaxExtra);
+    else if (nLack == emDef_RingLack::Room)
+        CSFunc::s_S_Debug("A key frame doesn't fit into its ring, or there is no memory for it");
+}
+
+void CPacketSink::s_S_TellLack(CShmRing& objRing, emDef_RingLack nLack)
+{
+    if (!objRing.m_F_b_ClaimWriter(&objRing))
+        return;
+    objRing.m_S_SetLack(nLack);
+    objRing.m_S_ReleaseWriter(&objRing);
 }
 
 bool CPacketSink::m_F_b_HoldsRing(std::int64_t nNowUs)
@@ -83,7 +117,10 @@ bool CPacketSink::m_F_b_HoldsRing(std::int64_t nNowUs)
 bool CPacketSink::m_F_b_FollowParam(const std::uint8_t* pData, std::size_t nSize)
 {
     // A JPEG tells all by itself, each time.
-    if (CParameterSets::s_F_b_Take(vm_stParam, pData, nSize) || !vm_bSizeKnown || !vm_bPieces) {
+    const auto nTaken = CParameterSets::s_F_n_Take(vm_stParam, pData, nSize);
+    if (nTaken != CParameterSets::emDef_Taken::Nothing)
+        vm_bLongSets = nTaken == CParameterSets::emDef_Taken::TooLong;
+    if (nTaken == CParameterSets::emDef_Taken::New || !vm_bSizeKnown || !vm_bPieces) {
         CParameterSets::s_S_FindSize(vm_stParam, pData, nSize);
         vm_bSizeKnown = vm_stParam.nWidth > 0;
         vm_pRing->m_F_b_SetParam(vm_stParam);

@@ -23,6 +23,9 @@ public:
     /// True if rings carry what this stream has.
     static bool s_F_b_CanCarry(const AVStream& stStream);
 
+    /// Tells readers what keeps pictures out of a ring, unless another connection writes it.
+    static void s_S_TellLack(CShmRing& objRing, emDef_RingLack nLack);
+
     /// The ring is not owned and must outlive this object.
     void m_S_Open(CShmRing* pRing, const AVStream& stStream);
     bool m_F_b_IsOpen() const { return vm_pRing != nullptr; }
@@ -38,6 +41,7 @@ private:
     bool m_F_b_HoldsRing(std::int64_t nNowUs);
     /// Publishes the parameters of a key frame if they are new; false if a decoder could make nothing of it.
     bool m_F_b_FollowParam(const std::uint8_t* pData, std::size_t nSize);
+    void m_S_SetLack(emDef_RingLack nLack);
     std::int64_t m_F_n_ToUs(std::int64_t nTicks) const;
     const std::uint8_t* m_F_p_Swapped(const AVPacket& stPacket);
 
@@ -50,6 +54,8 @@ private:
     bool vm_bWrote = false;
     bool vm_bNeedKey = true;    ///< what comes before the next key frame can't be decoded
     bool vm_bSizeKnown = false; ///< of the extra bytes in force
+    bool vm_bLongSets = false;  ///< those that came last didn't fit
+    emDef_RingLack vm_nLack = emDef_RingLack::Video;
     std::int64_t vm_nNextClaimUs = 0;
     int vm_nTimeNum = 1; ///< one tick is so many over vm_nTimeDen seconds
     int vm_nTimeDen = 1;

@@ -18,25 +18,48 @@ namespace {
 constexpr std::array<std::uint8_t, 4> StartCode = {0, 0, 0, 1};
 constexpr std::size_t MaxFrame = 64u << 20;
 
-/// Units put behind each other, each with a start code of four bytes.
+/// The parameter sets of some units, each with a start code of four bytes.
 struct stDef_Gathered
 {
     std::array<std::uint8_t, st_RingParam::MaxExtra> arBytes{};
     std::uint32_t nSize = 0;
+    bool bNeeded = false;
+    bool bOptional = false;
+    bool bTooLong = false;
 
-    bool m_F_b_Append(const std::uint8_t* pUnit, const std::uint8_t* pEnd)
+    void m_S_Append(const std::uint8_t* pUnit, const std::uint8_t* pEnd)
     {
         while (pEnd > pUnit && pEnd[-1] == 0) // a longer start code's zeros, or padding: no unit ends with them
             --pEnd;
         const auto nUnit = static_cast<std::size_t>(pEnd - pUnit);
-        if (nSize + StartCode.size() + nUnit > arBytes.size())
-            return false;
+        bTooLong = bTooLong || nSize + StartCode.size() + nUnit > arBytes.size();
+        if (bTooLong)
+            return;
         std::copy(StartCode.begin(), StartCode.end(), arBytes.begin() + nSize);
         std::copy(pUnit, pEnd, arBytes.begin() + nSize + StartCode.size());
         nSize += static_cast<std::uint32_t>(StartCode.size() + nUnit);
-        return true;
     }
 };
+
+/// Gathers the sets up to the first picture.
+stDef_Gathered Gather(emDef_RingCodec nCodec, const std::uint8_t* pData, std::size_t nSize)
+{
+    using emDef_Kind = stDef_StreamUnit::emDef_Kind;
+    stDef_Gathered stFound;
+    std::size_t nNext = 0;
+    for (std::size_t n = CStreamSyntax::s_F_n_NextStart(pData, nSize, 0); n + 3 < nSize; n = nNext) {
+        const std::uint8_t* pUnit = pData + n + 3;
+        const emDef_Kind nKind = CStreamSyntax::s_F_o_Unit(nCodec, pUnit, nSize - n - 3).nKind;
+        if (nKind == emDef_Kind::Picture)
+            break;
+        nNext = CStreamSyntax::s_F_n_NextStart(pData, nSize, n + 3);
+        if (nKind == emDef_Kind::Other)
+            continue;
+        stFound.m_S_Append(pUnit, pData + nNext);
+        (nKind == emDef_Kind::Needed ? stFound.bNeeded : stFound.bOptional) = true;
+    }
+    return stFound;
+}
 
 struct stDef_ContextFree
 {
@@ -71,32 +94,39 @@ void FindJpegSize(st_RingParam& stParam, const std::uint8_t* pData, std::size_t 
 
 } // namespace
 
-bool CParameterSets::s_F_b_Take(st_RingParam& stParam, const std::uint8_t* pData, std::size_t nSize)
+CParameterSets::emDef_Taken CParameterSets::s_F_n_Take(st_RingParam& stParam, const std::uint8_t* pData,
+                                                       std::size_t nSize)
 {
     if (!CStreamSyntax::s_F_b_HasUnits(stParam.nCodec))
-        return false;
-    using emDef_Kind = stDef_StreamUnit::emDef_Kind;
-    stDef_Gathered stFound;
-    bool bNeeded = false;
-    bool bOptional = false;
-    std::size_t nNext = 0;
-    for (std::size_t n = CStreamSyntax::s_F_n_NextStart(pData, nSize, 0); n + 3 < nSize; n = nNext) {
-        const std::uint8_t* pUnit = pData + n + 3;
-        const emDef_Kind nKind = CStreamSyntax::s_F_o_Unit(stParam.nCodec, pUnit, nSize - n - 3).nKind;
-        if (nKind == emDef_Kind::Picture)
-            break;
-        nNext = CStreamSyntax::s_F_n_NextStart(pData, nSize, n + 3);
-        if (nKind == emDef_Kind::Other)
-            continue;
-        if (!stFound.m_F_b_Append(pUnit, pData + nNext))
-            return false;
-        (nKind == emDef_Kind::Needed ? bNeeded : bOptional) = true;
-    }
-    if (!bNeeded || !bOptional || (stFound.nSize == stParam.nExtraSize && stFound.arBytes == stParam.arExtra))
-        return false;
+        return emDef_Taken::Nothing;
+    const stDef_Gathered stFound = Gather(stParam.nCodec, pData, nSize);
+    if (stFound.bTooLong)
+        return emDef_Taken::TooLong;
+    const bool bSame = stFound.nSize == stParam.nExtraSize && stFound.arBytes == stParam.arExtra;
+    if (!stFound.bNeeded || !stFound.bOptional || bSame)
+        return emDef_Taken::Nothing;
     stParam.arExtra = stFound.arBytes;
     stParam.nExtraSize = stFound.nSize;
-    return true;
+    return emDef_Taken::New;
+}
+
+CParameterSets::emDef_Taken CParameterSets::s_F_n_Describe(st_RingParam& stParam, const std::uint8_t* pExtra,
+                                                           std::size_t nSize)
+{
+    stDef_Gathered stFound;
+    if (stParam.nCodec == emDef_RingCodec::H264 || stParam.nCodec == emDef_RingCodec::H265) {
+        stFound = Gather(stParam.nCodec, pExtra, nSize);
+    } else if (nSize <= stFound.arBytes.size()) {
+        std::copy_n(pExtra, nSize, stFound.arBytes.begin());
+        stFound.nSize = static_cast<std::uint32_t>(nSize);
+    } else {
+        stFound.bTooLong = true;
+    }
+    if (stFound.bTooLong)
+        return emDef_Taken::TooLong;
+    stParam.arExtra = stFound.arBytes;
+    stParam.nExtraSize = stFound.nSize;
+    return stFound.nSize > 0 ? emDef_Taken::New : emDef_Taken::Nothing;
 }
 
 void CParameterSets::s_S_FindSize(st_RingParam& stParam, const std::uint8_t* pData, std::size_t nSize)

@@ -1,7 +1,5 @@
 #include "host/livefeed/CRingCodec.h"
 
-#include <algorithm>
-
 extern "C" {
 #include <libavcodec/avcodec.h>
 }
@@ -57,11 +55,6 @@ st_RingParam CRingCodec::s_F_o_Param(const AVCodecParameters& stFrom)
         stParam.nChannels = stFrom.ch_layout.nb_channels;
         const int nBits = av_get_bits_per_sample(stFrom.codec_id);
         stParam.nBitsPerSample = nBits > 0 ? nBits : stFrom.bits_per_coded_sample;
-    }
-    if (stFrom.extradata && stFrom.extradata_size > 0 &&
-        stFrom.extradata_size <= static_cast<int>(st_RingParam::MaxExtra)) {
-        stParam.nExtraSize = static_cast<std::uint32_t>(stFrom.extradata_size);
-        std::copy_n(stFrom.extradata, stParam.nExtraSize, stParam.arExtra.begin());
     }
     return stParam;
 }

@@ -13,6 +13,7 @@ public:
     /// The AVCodecID; 0 for `None`.
     static int s_F_n_ToAv(emDef_RingCodec nCodec);
 
-    /// Codec parameters as the session description told them; codec `None` if no ring carries it.
+    /// Codec parameters as the session description told them, without the extra bytes; codec `None` if no ring carries
+    /// it.
     static st_RingParam s_F_o_Param(const AVCodecParameters& stFrom);
 };

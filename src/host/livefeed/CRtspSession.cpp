@@ -75,6 +75,7 @@ bool CRtspSession::m_F_b_GiveUp() const
 emDef_SessionEnd CRtspSession::m_F_n_Run()
 {
     vm_nDeadlineUs = NowUs() + vm_stTarget.nConnectTimeoutMs * UsPerMs;
+    m_S_TellLack(emDef_RingLack::Nothing); // what the connection before lacked is no news
     CStreamUrl objUrl;
     if (!m_F_b_Parse(objUrl))
         return emDef_SessionEnd::Over;
@@ -142,20 +143,31 @@ int CRtspSession::m_F_n_Open(const std::string& sUrl)
     return avformat_open_input(&vm_pFormat, sUrl.c_str(), pRtsp, objOptions.m_F_pp_Get());
 }
 
+void CRtspSession::m_S_TellLack(emDef_RingLack nLack)
+{
+    if (vm_stTarget.pVideo)
+        CPacketSink::s_S_TellLack(*vm_stTarget.pVideo, nLack);
+}
+
 bool CRtspSession::m_F_b_Select()
 {
+    emDef_RingLack nLack = emDef_RingLack::Video;
     for (unsigned i = 0; i < vm_pFormat->nb_streams; ++i) {
         AVStream& stStream = *vm_pFormat->streams[i];
         const bool bVideo = stStream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO;
         CPacketSink& objSink = bVideo ? vm_objVideo : vm_objAudio;
         CShmRing* pRing = bVideo ? vm_stTarget.pVideo : vm_stTarget.pAudio;
-        if (!pRing || objSink.m_F_b_IsOpen() || !CPacketSink::s_F_b_CanCarry(stStream)) {
+        const bool bCarried = CPacketSink::s_F_b_CanCarry(stStream);
+        if (bVideo && !bCarried)
+            nLack = emDef_RingLack::Codec;
+        if (!pRing || objSink.m_F_b_IsOpen() || !bCarried) {
             stStream.discard = AVDISCARD_ALL;
             continue;
         }
         objSink.m_S_Open(pRing, stStream);
         (bVideo ? vm_nVideoStream : vm_nAudioStream) = static_cast<int>(i);
     }
+    m_S_TellLack(vm_objVideo.m_F_b_IsOpen() ? emDef_RingLack::Video : nLack);
     return vm_objVideo.m_F_b_IsOpen() || vm_objAudio.m_F_b_IsOpen();
 }
 

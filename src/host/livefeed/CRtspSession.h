@@ -49,6 +49,7 @@ private:
     bool m_F_b_Parse(CStreamUrl& objUrl) const;
     int m_F_n_OpenAny(const CStreamUrl& objUrl);
     int m_F_n_Open(const std::string& sUrl);
+    void m_S_TellLack(emDef_RingLack nLack);
     bool m_F_b_Select();
     void m_S_Receive();
 

@@ -1,17 +1,20 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 #include <iterator>
 #include <vector>
 
+#include "host/hostenv/CShmRingReader.h"
 #include "host/livefeed/CAccessUnit.h"
+#include "host/livefeed/CPacketSink.h"
 #include "host/livefeed/CParameterSets.h"
 #include "host/livefeed/CRingCodec.h"
 #include "host/livefeed/CStreamUrl.h"
 
 extern "C" {
-#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
 }
 
 namespace {
@@ -83,6 +86,7 @@ std::vector<std::uint8_t> KeyFrame(int nWidth, int nHeight, const std::string& s
 
 TEST(ParameterSets, AreTakenFromKeyFramesOfEachCodec)
 {
+    using enum CParameterSets::emDef_Taken;
     const struct
     {
         const char* pEnding;
@@ -104,10 +108,10 @@ TEST(ParameterSets, AreTakenFromKeyFramesOfEachCodec)
             const auto arKey = KeyFrame(nWidth, nHeight, row.pEnding);
             ASSERT_FALSE(arKey.empty());
             const st_RingParam stBefore = stParam;
-            EXPECT_FALSE(CParameterSets::s_F_b_Take(stParam, arKey.data(), 6)) << "a cut frame has no whole group";
+            EXPECT_EQ(CParameterSets::s_F_n_Take(stParam, arKey.data(), 6), Nothing) << "no whole group";
             EXPECT_EQ(stParam.arExtra, stBefore.arExtra);
-            EXPECT_EQ(CParameterSets::s_F_b_Take(stParam, arKey.data(), arKey.size()), row.bSets);
-            EXPECT_FALSE(CParameterSets::s_F_b_Take(stParam, arKey.data(), arKey.size())) << "nothing new any more";
+            EXPECT_EQ(CParameterSets::s_F_n_Take(stParam, arKey.data(), arKey.size()), row.bSets ? New : Nothing);
+            EXPECT_EQ(CParameterSets::s_F_n_Take(stParam, arKey.data(), arKey.size()), Nothing) << "nothing new";
             EXPECT_EQ(stParam.nExtraSize > 0, row.bSets);
             CParameterSets::s_S_FindSize(stParam, arKey.data(), arKey.size());
             EXPECT_EQ(std::pair(stParam.nWidth, stParam.nHeight), std::pair(nWidth, nHeight));
@@ -116,16 +120,81 @@ TEST(ParameterSets, AreTakenFromKeyFramesOfEachCodec)
     EXPECT_EQ(CRingCodec::s_F_n_FromAv(AV_CODEC_ID_OPUS), emDef_RingCodec::None);
 }
 
-TEST(ParameterSets, LeaveOutWhatDoesNotFit)
+std::vector<std::uint8_t> operator+(std::vector<std::uint8_t> arFirst, const std::vector<std::uint8_t>& arSecond)
 {
-    st_RingParam stParam;
-    stParam.nCodec = emDef_RingCodec::H264;
-    std::vector<std::uint8_t> arHuge = {0, 0, 1, 0x67};
-    arHuge.resize(st_RingParam::MaxExtra * 2, 0x55);
-    const std::uint8_t arPps[] = {0, 0, 1, 0x68, 0x11, 0, 0, 1, 0x65, 0x22};
-    arHuge.insert(arHuge.end(), std::begin(arPps), std::end(arPps));
-    EXPECT_FALSE(CParameterSets::s_F_b_Take(stParam, arHuge.data(), arHuge.size()));
-    EXPECT_EQ(stParam.nExtraSize, 0u);
+    arFirst.insert(arFirst.end(), arSecond.begin(), arSecond.end());
+    return arFirst;
+}
+
+/// A stream of H.265 whose session description tells those extra bytes.
+struct stDef_Described
+{
+    AVFormatContext* pFormat = avformat_alloc_context();
+    AVStream* pStream = avformat_new_stream(pFormat, nullptr);
+
+    explicit stDef_Described(const std::vector<std::uint8_t>& arExtra)
+    {
+        AVCodecParameters& stCodec = *pStream->codecpar;
+        stCodec.codec_type = AVMEDIA_TYPE_VIDEO;
+        stCodec.codec_id = AV_CODEC_ID_HEVC;
+        stCodec.extradata_size = static_cast<int>(arExtra.size());
+        stCodec.extradata = static_cast<std::uint8_t*>(av_mallocz(arExtra.size() + AV_INPUT_BUFFER_PADDING_SIZE));
+        std::copy(arExtra.begin(), arExtra.end(), stCodec.extradata);
+    }
+    ~stDef_Described() { avformat_free_context(pFormat); }
+};
+
+TEST(PacketSink, TellsWhatKeepsPicturesOut)
+{
+    using Bytes = std::vector<std::uint8_t>;
+    const Bytes arFrame = KeyFrame(640, 368, "h265"), arStart = {0, 0, 1, 0x28};
+    const auto itKey = std::search(arFrame.begin(), arFrame.end(), arStart.begin(), arStart.end());
+    const Bytes arSets(arFrame.begin(), itKey), arKey(itKey, arFrame.end());
+    const Bytes arOther = {0, 0, 1, 0x02, 1, 0xd0}, arLong(st_RingParam::MaxExtra * 2, 0x55);
+    const Bytes arMessage = Bytes{0, 0, 1, 0x4e, 1} + arLong, arLongSet = Bytes{0, 0, 1, 0x42, 1} + arLong;
+    const struct
+    {
+        const char* pWhat;
+        Bytes arDescribed;
+        Bytes arFirst;
+        emDef_RingLack nLack;
+    } arRows[] = {
+        {"a long message beside described sets", arSets + arMessage, arKey, emDef_RingLack::Nothing},
+        {"a long message beside sent sets", {}, arMessage + arSets + arKey, emDef_RingLack::Nothing},
+        {"no key frame", arSets, arOther, emDef_RingLack::KeyFrame},
+        {"no sets", arMessage, arKey, emDef_RingLack::ParameterSets},
+        {"long described sets", arSets + arLongSet, arKey, emDef_RingLack::LongSets},
+        {"long sent sets", {}, arSets + arLongSet + arKey, emDef_RingLack::LongSets},
+        {"a huge picture", arSets, arKey + Bytes(5u << 20, 0x55), emDef_RingLack::Room},
+    };
+    CShmRing objRing;
+    ASSERT_TRUE(objRing.m_F_b_Attach(emDef_RingKind::Video, 33, 0, 0, true));
+    CShmRingReader objReader;
+    ASSERT_TRUE(objReader.m_F_b_Open(emDef_RingKind::Video, 33, 0, 0));
+    for (const auto& row : arRows) {
+        SCOPED_TRACE(row.pWhat);
+        const stDef_Described objDescribed(row.arDescribed);
+        CPacketSink objSink;
+        objSink.m_S_Open(&objRing, *objDescribed.pStream);
+        AVPacket* pPacket = av_packet_alloc();
+        for (Bytes arPiece : {row.arFirst, arOther, arOther}) { // a picture is whole when the next one begins
+            pPacket->data = arPiece.data();
+            pPacket->size = static_cast<int>(arPiece.size());
+            objSink.m_S_Write(*pPacket, 1);
+        }
+        av_packet_free(&pPacket);
+        EXPECT_EQ(objReader.m_F_n_Lack(), row.nLack);
+        st_RingFrame stFrame;
+        const bool bWritten = objReader.m_F_n_Read(stFrame) == emDef_RingRead::Frame;
+        EXPECT_EQ(bWritten, row.nLack == emDef_RingLack::Nothing);
+        while (bWritten && objReader.m_F_n_Read(stFrame) == emDef_RingRead::Frame)
+            ;
+        st_RingParam stParam;
+        std::uint32_t nSerial = 0;
+        ASSERT_TRUE(!bWritten || objReader.m_F_b_GetParam(stParam, nSerial));
+        EXPECT_EQ(Bytes(stParam.arExtra.begin(), stParam.arExtra.begin() + stParam.nExtraSize),
+                  bWritten ? arSets : Bytes());
+    }
 }
 
 /// What goes in piece by piece, and the pictures that must come out: each the numbers of its pieces, '*' a key frame.
