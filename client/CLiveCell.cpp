@@ -13,6 +13,8 @@
 #include "CRecorderStore.h"
 #include "host/Lib_Livefeed.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int CaptionPad = 6;
@@ -175,6 +177,7 @@ void CLiveCell::m_S_Poll()
     }
     if (!vm_pChannel)
         return;
+    vm_pChannel->m_S_SetLack(vm_objDecoder.m_F_n_Lack());
     vm_pChannel->m_S_Poll();
     if (vm_nKeepUntilMs != 0 && NowMs() >= vm_nKeepUntilMs) {
         vm_nKeepUntilMs = 0;
@@ -256,7 +259,7 @@ void CLiveCell::m_S_UpdateTexts()
     const QString sHint = m_F_s_Hint();
     if (sHint != vm_sShownHint) {
         vm_sShownHint = sHint;
-        setAccessibleDescription(vm_stKey.nNvrID < 0 ? sHint : CLiveState::s_F_s_Text(m_F_n_State()));
+        setAccessibleDescription(m_F_s_Description());
         update();
     }
 }
@@ -267,9 +270,17 @@ QString CLiveCell::m_F_s_Hint() const
         return Tr(emDef_Text::EmptyCellHint);
     if (m_F_n_State() == emDef_LiveState::Stalled)
         return Tr(emDef_Text::PictureAge).arg(vm_pChannel->m_F_n_PictureAgeMs() / 1000);
-    const QString sHint = CLiveState::s_F_s_Hint(m_F_n_State());
+    const QString sHint = CLiveState::s_F_s_Hint(m_F_n_State(), vm_objDecoder.m_F_n_Lack());
     const std::int64_t nRetryMs = vm_pChannel ? vm_pChannel->m_F_n_RetryInMs() : -1;
     return nRetryMs < 0 ? sHint : sHint + u'\n' + Tr(emDef_Text::NextTry).arg((nRetryMs + 999) / 1000);
+}
+
+QString CLiveCell::m_F_s_Description() const
+{
+    const QString sState = CLiveState::s_F_s_Text(m_F_n_State());
+    if (vm_stKey.nNvrID < 0)
+        return m_F_s_Hint();
+    return m_F_n_State() == emDef_LiveState::NoPicture ? sState + u". "_s + m_F_s_Hint() : sState;
 }
 
 void CLiveCell::m_S_TakePicture()
@@ -300,7 +311,7 @@ void CLiveCell::m_S_OnState()
     m_S_UpdateTexts();
     const bool bEmpty = vm_stKey.nNvrID < 0;
     setAccessibleName(bEmpty ? Tr(emDef_Text::EmptyCell) : vm_sTitle);
-    setAccessibleDescription(bEmpty ? Tr(emDef_Text::EmptyCellHint) : CLiveState::s_F_s_Text(m_F_n_State()));
+    setAccessibleDescription(m_F_s_Description());
     update();
     if (vm_pChannel && m_F_n_State() == emDef_LiveState::Lost)
         Q_EMIT S_Lost(vm_stKey.nNvrID);

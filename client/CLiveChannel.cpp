@@ -8,6 +8,7 @@
 namespace {
 
 constexpr std::uint64_t SilenceMs = 10000; // without data the stream counts as dead
+constexpr std::uint64_t BlindMs = 10000;   // a stream that brings no picture for so long says why
 constexpr std::uint64_t StallMs = 2000;    // without a picture it doesn't pass for live
 constexpr std::uint64_t HangMs = 500;      // a recorder that is there has answered by then
 constexpr std::uint64_t RateSpanMs = 2000;
@@ -62,6 +63,7 @@ void CLiveChannel::m_S_Begin()
 {
     vm_nRetryMs = 0;
     vm_nTryMs = NowMs();
+    vm_nPlaysMs = 0;
     vm_bPolled = true;
     vm_bConnected = false;
     m_S_SetState(emDef_LiveState::Connecting);
@@ -134,11 +136,11 @@ emDef_LiveState CLiveChannel::m_F_n_ReadState()
     const std::uint64_t nNow = NowMs();
     switch (vm_pNvr->m_F_n_GetConnectStat(nNow - SilenceMs)) {
     case nsCMS::ConnectStat_Connecting:
-        return emDef_LiveState::Connecting;
+        return m_F_n_Pictureless(emDef_LiveState::Connecting, vm_nLack != emDef_RingLack::Nothing);
     case nsCMS::ConnectStat_Connected:
         vm_bConnected = true;
         if (vm_nLastPictureMs == 0)
-            return emDef_LiveState::Waiting;
+            return m_F_n_Pictureless(emDef_LiveState::Waiting, true);
         return nNow - vm_nLastPictureMs < StallMs ? emDef_LiveState::Live : emDef_LiveState::Stalled;
     case nsCMS::ConnectStat_Refused:
         m_S_PlanRetry(emDef_LiveState::Refused);
@@ -152,6 +154,16 @@ emDef_LiveState CLiveChannel::m_F_n_ReadState()
     default:
         return vm_nState;
     }
+}
+
+// What brings data without a picture is connected for ever: in the end it has to be told apart from what is only slow.
+emDef_LiveState CLiveChannel::m_F_n_Pictureless(emDef_LiveState nState, bool bPlays)
+{
+    if (!bPlays)
+        vm_nPlaysMs = 0;
+    else if (vm_nPlaysMs == 0)
+        vm_nPlaysMs = NowMs();
+    return bPlays && NowMs() - vm_nPlaysMs >= BlindMs ? emDef_LiveState::NoPicture : nState;
 }
 
 void CLiveChannel::m_S_CountPicture()

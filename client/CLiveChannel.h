@@ -52,6 +52,8 @@ public:
     void m_S_Disconnect();
     /// Reads the state afresh, and connects again when a pause is over; call it some four times a second.
     void m_S_Poll();
+    /// What keeps pictures from coming; counts from the next poll on.
+    void m_S_SetLack(emDef_RingLack nLack) { vm_nLack = nLack; }
     /// A picture of the stream was put on the screen.
     void m_S_CountPicture();
     /// True while pictures that arrive are to be shown.
@@ -79,6 +81,7 @@ private:
     void m_S_PlanRetry(emDef_LiveState nEnd);
     void m_S_SetState(emDef_LiveState nState);
     emDef_LiveState m_F_n_ReadState();
+    emDef_LiveState m_F_n_Pictureless(emDef_LiveState nState, bool bPlays);
     std::int64_t m_F_n_SinceConnectMs() const;
 
     CEnvObj* vm_pEnv;
@@ -87,10 +90,12 @@ private:
     CWndNvrBase* vm_pNvr = nullptr;
     emDef_LiveState vm_nState = emDef_LiveState::Idle;
     std::vector<stDef_StateChange> vm_arHistory;
+    emDef_RingLack vm_nLack = emDef_RingLack::Nothing;
     CReconnectPause vm_objPause;
     std::uint64_t vm_nRetryMs = 0;   ///< when to try again; 0: not by itself
     std::uint64_t vm_nConnectMs = 0; ///< of the command
     std::uint64_t vm_nTryMs = 0;     ///< when the running try began
+    std::uint64_t vm_nPlaysMs = 0;   ///< since when the try plays without a picture; 0: it doesn't
     std::uint64_t vm_nLastPictureMs = 0;
     std::uint64_t vm_nPictures = 0;
     std::int64_t vm_nFirstPictureMs = -1;

@@ -33,7 +33,14 @@ constexpr stDef_StateRow g_astStates[] = {
     {emDef_Text::StateLost, emDef_Text::HintLost, emDef_Tone::Bad},
     {emDef_Text::StateNoAnswer, emDef_Text::HintNoAnswer, emDef_Tone::Bad},
     {emDef_Text::StateRefused, emDef_Text::HintRefused, emDef_Tone::Bad},
+    {emDef_Text::StateNoPicture, emDef_Text::HintNoPicture, emDef_Tone::Bad},
     {emDef_Text::StateUnusable, emDef_Text::HintUnusable, emDef_Tone::Bad},
+};
+
+// In the order of emDef_RingLack.
+constexpr emDef_Text g_anLacks[] = {
+    emDef_Text::HintNoPicture, emDef_Text::LackVideo,    emDef_Text::LackCodec, emDef_Text::LackKeyFrame,
+    emDef_Text::LackSets,      emDef_Text::LackLongSets, emDef_Text::LackRoom,  emDef_Text::LackDecoding,
 };
 
 struct stDef_ToneRow
@@ -65,6 +72,14 @@ QString CLiveState::s_F_s_Text(emDef_LiveState nState)
 QString CLiveState::s_F_s_Hint(emDef_LiveState nState)
 {
     return Tr(Row(nState).nHint);
+}
+
+QString CLiveState::s_F_s_Hint(emDef_LiveState nState, emDef_RingLack nLack)
+{
+    // A stream whose description is unfit counts as refused, too.
+    const bool bLacks = nState == emDef_LiveState::NoPicture || nState == emDef_LiveState::Refused;
+    return bLacks && nLack != emDef_RingLack::Nothing ? Tr(g_anLacks[static_cast<std::size_t>(nLack)])
+                                                      : s_F_s_Hint(nState);
 }
 
 bool CLiveState::s_F_b_IsDark(const QPalette& objPalette)

@@ -4,6 +4,8 @@
 #include <QPalette>
 #include <QString>
 
+#include "host/hostenv/CShmRing.h"
+
 class QPainter;
 class QRectF;
 
@@ -20,6 +22,7 @@ enum class emDef_LiveState
     Lost,          ///< ended from the other side, or fallen silent
     NoAnswer,      ///< nothing ever came
     Refused,       ///< the recorder said no
+    NoPicture,     ///< the stream plays, but something keeps its pictures from being shown
     Unusable       ///< no connection object can be made of the recorder's entry
 };
 
@@ -29,6 +32,8 @@ class CLiveState
 public:
     static QString s_F_s_Text(emDef_LiveState nState);
     static QString s_F_s_Hint(emDef_LiveState nState);
+    /// The same where it is known what the pictures lack.
+    static QString s_F_s_Hint(emDef_LiveState nState, emDef_RingLack nLack);
     /// Colour of the mark, readable on the palette's base colour.
     static QColor s_F_o_Colour(emDef_LiveState nState, const QPalette& objPalette);
     static bool s_F_b_IsDark(const QPalette& objPalette);

@@ -35,6 +35,7 @@ struct CRingDecoder::st_Impl
     std::thread objThread;
 
     std::atomic<bool> bSnapshot{false}; // one is wanted
+    std::atomic<emDef_RingLack> nLack{emDef_RingLack::Nothing};
 
     std::mutex objLock; // guards bStop, stNewest and stSnapshot
     std::condition_variable objWake;
@@ -50,7 +51,9 @@ struct CRingDecoder::st_Impl
     std::uint64_t nPictures = 0;
     std::uint32_t nParamSerial = 0;
     bool bParam = false;
-    bool bFresh = false; // a decoded picture waits to be scaled
+    bool bTried = false;   // a packet was given to the decoder
+    bool bDecoded = false; // and one of them became a picture
+    bool bFresh = false;   // a decoded picture waits to be scaled
     std::int64_t nFreshUs = 0;
     std::chrono::steady_clock::time_point tmPublished;
 
@@ -60,6 +63,7 @@ struct CRingDecoder::st_Impl
     void ReadAll();
     void Decode();
     bool FollowParam();
+    void FollowLack();
     void Publish();
     void PublishSnapshot();
 };
@@ -87,6 +91,9 @@ void CRingDecoder::m_S_Start(int nNvrID, int nChannel, int nStream, const std::s
     d.nPictures = 0;
     d.bParam = false;
     d.bFresh = false;
+    d.bTried = false;
+    d.bDecoded = false;
+    d.nLack = emDef_RingLack::Nothing;
     d.objThread = std::thread([&d] { d.Run(); });
 }
 
@@ -129,6 +136,11 @@ bool CRingDecoder::m_F_b_TakePicture(stDef_Picture& stPicture)
     return true;
 }
 
+emDef_RingLack CRingDecoder::m_F_n_Lack() const
+{
+    return vm_pImpl->nLack;
+}
+
 void CRingDecoder::m_S_RequestSnapshot()
 {
     vm_pImpl->bSnapshot = true;
@@ -149,6 +161,7 @@ void CRingDecoder::st_Impl::Run()
             continue;
         objReader.m_F_b_Wait(WaitMs);
         ReadAll();
+        FollowLack();
         if (bSnapshot.exchange(false))
             PublishSnapshot();
     }
@@ -201,8 +214,10 @@ void CRingDecoder::st_Impl::Decode()
         bFresh = false;
         return;
     }
+    bTried = true;
     if (!FollowParam() || !objDecoder.m_F_b_Decode(stFrame))
         return;
+    bDecoded = true;
     nFreshUs = stFrame.stPacket.nArrivalUs;
     bFresh = true;
     // Behind the writer, after a start or a stall, most of the waiting packets are not worth the pixels.
@@ -221,6 +236,13 @@ bool CRingDecoder::st_Impl::FollowParam()
     nParamSerial = nSerial;
     bParam = true;
     return objDecoder.m_F_b_Open(stParam);
+}
+
+void CRingDecoder::st_Impl::FollowLack()
+{
+    const emDef_RingLack nTold = objReader.m_F_n_Lack();
+    const bool bInVain = nTold == emDef_RingLack::Nothing && bTried && !bDecoded;
+    nLack = bInVain ? emDef_RingLack::Decoding : nTold;
 }
 
 void CRingDecoder::st_Impl::Publish()

@@ -37,6 +37,9 @@ public:
     /// Exchanges the caller's picture for the newest one; false if there is none since the last call.
     bool m_F_b_TakePicture(stDef_Picture& stPicture);
 
+    /// What keeps pictures from coming, as far as the ring and the decoder tell.
+    emDef_RingLack m_F_n_Lack() const;
+
     /// Asks for the newest picture in the stream's own size. It is there a moment later, and `fnPicture` is called.
     void m_S_RequestSnapshot();
     /// The picture that was asked for; false if there is none.

@@ -153,6 +153,20 @@ TEST_F(MainWindowTest, ACellSaysInPlainWordsWhyItShowsNothing)
     Check(emDef_LiveState::NoAnswer, "No answer");
 }
 
+TEST_F(MainWindowTest, ACellSaysAfterTenSecondsWhatItsPicturesLack)
+{
+    StartRecorder(2);
+    CStreamServer& objStreams = vm_nvr.m_F_o_Streams();
+    ASSERT_TRUE(objStreams.m_F_b_SetFault("CH0", "no-key"));
+    ASSERT_TRUE(objStreams.m_F_b_SetFault("CH1", "no-sets"));
+    OpenWindow();
+    EXPECT_TRUE(Comes(0, emDef_LiveState::NoPicture) && Comes(1, emDef_LiveState::NoPicture));
+    EXPECT_EQ(Cell(0).accessibleDescription(), "No picture. The camera has not sent a key frame yet");
+    EXPECT_EQ(Cell(1).accessibleDescription(), "No picture. The camera sends no parameter sets (SPS, PPS)");
+    ASSERT_TRUE(objStreams.m_F_b_SetFault("*", "none"));
+    EXPECT_TRUE(Comes(0, emDef_LiveState::Live) && Comes(1, emDef_LiveState::Live));
+}
+
 TEST_F(MainWindowTest, AStreamThatChangesItsSizeIsFollowed)
 {
     GoLive();
