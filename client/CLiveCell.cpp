@@ -483,16 +483,25 @@ void CLiveCell::m_S_PaintCaption(QPainter& objPainter) const
     const QString sTitle = bEmpty ? Tr(emDef_Text::EmptyCell) : vm_sTitle;
     QFont objBold = font();
     objBold.setBold(true);
+    const int nTitle = QFontMetrics(objBold).horizontalAdvance(sTitle);
     if (!bEmpty) {
+        // Where room is scarce the word goes before the name does: the mark stays, and what doesn't play says so at
+        // large.
         const QString sState = CLiveState::s_F_s_Text(nState);
-        objPainter.setPen(palette().color(QPalette::Text));
-        objPainter.drawText(rcText, Qt::AlignRight | Qt::AlignVCenter, sState);
-        rcText.setWidth(rcText.width() - fontMetrics().horizontalAdvance(sState) - MarkSize - CaptionPad);
+        const int nMark = MarkSize + 2 * CaptionPad;
+        const int nWord = fontMetrics().horizontalAdvance(sState) + CaptionPad;
+        const bool bFits = nTitle + nMark + nWord <= rcText.width();
+        if (bFits) {
+            objPainter.setPen(palette().color(QPalette::Text));
+            objPainter.drawText(rcText, Qt::AlignRight | Qt::AlignVCenter, sState);
+            rcText.setWidth(rcText.width() - nWord);
+        }
+        rcText.setWidth(rcText.width() - MarkSize);
         const QRectF rcMark(rcText.x() + rcText.width(), (rcCaption.height() - MarkSize) / 2.0, MarkSize, MarkSize);
         CLiveState::s_S_DrawMark(objPainter, rcMark, nState, palette());
         rcText.setWidth(rcText.width() - 2 * CaptionPad);
         const int nRate = fontMetrics().horizontalAdvance(vm_sRate) + 2 * CaptionPad;
-        if (QFontMetrics(objBold).horizontalAdvance(sTitle) + nRate <= rcText.width()) { // the title goes first
+        if (nTitle + nRate <= rcText.width()) { // the title goes first
             QColor objDim = palette().color(QPalette::Text);
             objDim.setAlphaF(0.7F);
             objPainter.setPen(objDim);

@@ -94,6 +94,7 @@ private:
     int m_F_n_FittingStream() const;
     void m_S_FollowSize();
     QString m_F_s_Hint() const;
+    QString m_F_s_Description() const;
     int m_F_n_CaptionHeight() const;
     QRect m_F_o_PictureArea() const;
     void m_S_PaintCaption(QPainter& objPainter) const;

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include "CCameraNames.h"
 #include "CHostText.h"
 #include "CRecorderStore.h"
 
@@ -27,10 +28,11 @@ bool IsEmpty(const stDef_ChannelKey& stKey)
 
 } // namespace
 
-CLiveGrid::CLiveGrid(CEnvObj* pEnv, const CRecorderStore* pStore, QWidget* pParent)
+CLiveGrid::CLiveGrid(CEnvObj* pEnv, const CRecorderStore* pStore, CCameraNames* pNames, QWidget* pParent)
     : QWidget(pParent),
       vm_pEnv(pEnv),
       vm_pStore(pStore),
+      vm_pNames(pNames),
       vm_arRecorders(pStore->m_F_ar_Recorders()),
       vm_pResolver(new CDipsResolver(pEnv, this))
 {
@@ -39,6 +41,7 @@ CLiveGrid::CLiveGrid(CEnvObj* pEnv, const CRecorderStore* pStore, QWidget* pPare
     setAccessibleName(Tr(emDef_Text::LiveGrid));
     setMinimumSize(480, 320);
     connect(vm_pResolver, &CDipsResolver::S_Resolved, this, &CLiveGrid::m_S_OnResolved);
+    connect(pNames, &CCameraNames::S_Changed, this, [this](int nNvrID) { m_S_Retitle(m_F_ar_CellsOf(nNvrID)); });
     connect(&vm_objTimer, &QTimer::timeout, this, &CLiveGrid::m_S_PollAll);
     vm_objTimer.start(PollMs);
     m_S_LayOut();
@@ -288,7 +291,15 @@ void CLiveGrid::m_S_Arrange()
 QString CLiveGrid::m_F_s_Title(const stDef_ChannelKey& stKey) const
 {
     const stDef_Recorder* const pRecorder = m_F_p_Recorder(stKey.nNvrID);
-    return Tr(emDef_Text::Channel).arg(pRecorder ? pRecorder->sName : QString()).arg(stKey.nChannel + 1);
+    return Tr(emDef_Text::CellTitle).arg(vm_pNames->m_F_s_Label(stKey), pRecorder ? pRecorder->sName : QString());
+}
+
+void CLiveGrid::m_S_Retitle(const QList<CLiveCell*>& arCells)
+{
+    for (CLiveCell* const pCell : arCells) {
+        if (!IsEmpty(pCell->m_F_o_Key()))
+            pCell->m_S_SetTitle(m_F_s_Title(pCell->m_F_o_Key()));
+    }
 }
 
 void CLiveGrid::m_S_Fill(CLiveCell* pCell, const stDef_ChannelKey& stKey)
@@ -353,10 +364,7 @@ void CLiveGrid::changeEvent(QEvent* pEvent)
     if (pEvent->type() != QEvent::LanguageChange)
         return;
     setAccessibleName(Tr(emDef_Text::LiveGrid));
-    for (CLiveCell* const pCell : vm_arCells) {
-        if (!IsEmpty(pCell->m_F_o_Key()))
-            pCell->m_S_SetTitle(m_F_s_Title(pCell->m_F_o_Key()));
-    }
+    m_S_Retitle(vm_arCells);
 }
 
 // --- recorders

@@ -11,6 +11,8 @@
 #include "CLiveCell.h"
 #include "CRecorderStore.h"
 
+class CCameraNames;
+
 /// Figures of all cells together.
 struct stDef_GridTotals
 {
@@ -29,8 +31,8 @@ public:
     static constexpr int MaxShape = 16;
     static constexpr int PollMs = 250;
 
-    /// Both are borrowed.
-    CLiveGrid(CEnvObj* pEnv, const CRecorderStore* pStore, QWidget* pParent = nullptr);
+    /// All are borrowed.
+    CLiveGrid(CEnvObj* pEnv, const CRecorderStore* pStore, CCameraNames* pNames, QWidget* pParent = nullptr);
     ~CLiveGrid() override; ///< ends all streams, side by side
 
     /// Takes shape, page and slots over; slots of recorders or channels that aren't there are emptied.
@@ -98,6 +100,7 @@ private:
     void m_S_Arrange();
     void m_S_FillCells(const QList<CLiveCell*>& arCells);
     QString m_F_s_Title(const stDef_ChannelKey& stKey) const;
+    void m_S_Retitle(const QList<CLiveCell*>& arCells);
     void m_S_Fill(CLiveCell* pCell, const stDef_ChannelKey& stKey);
     void m_S_LayOut();
     void m_S_OnLost(int nNvrID);
@@ -108,6 +111,7 @@ private:
 
     CEnvObj* vm_pEnv;
     const CRecorderStore* vm_pStore;
+    CCameraNames* vm_pNames;
     QList<stDef_Recorder> vm_arRecorders;
     std::vector<stDef_ChannelKey> vm_arSlots;
     QList<CLiveCell*> vm_arCells; ///< the first ones are those of the page

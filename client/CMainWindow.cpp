@@ -116,6 +116,7 @@ CMainWindow::CMainWindow(CEnvObj* pEnv, CRecorderStore* pStore)
       vm_pStore(pStore),
       vm_objLayouts(pEnv->m_F_s_GetConfigFolder()),
       vm_objLanguage(pEnv),
+      vm_objNames(pEnv, pStore, &vm_objWatch),
       vm_sPictureFolder(CSnapshot::s_F_s_Folder())
 {
     m_S_MakeLayout();
@@ -143,8 +144,8 @@ CMainWindow::~CMainWindow()
 
 void CMainWindow::m_S_MakeLayout()
 {
-    vm_pTree = new CRecorderTree;
-    vm_pGrid = new CLiveGrid(vm_pEnv, vm_pStore);
+    vm_pTree = new CRecorderTree(&vm_objNames);
+    vm_pGrid = new CLiveGrid(vm_pEnv, vm_pStore, &vm_objNames);
     vm_pSide = new QWidget;
     vm_pTitle = new QLabel;
     QFont objBold = vm_pTitle->font();
@@ -434,6 +435,7 @@ void CMainWindow::m_S_UpdateRecorders()
 {
     const QList<stDef_Recorder> arRecorders = vm_pStore->m_F_ar_Recorders();
     vm_nRecorders = static_cast<int>(arRecorders.size());
+    vm_objNames.m_S_SetRecorders(arRecorders);
     vm_pTree->m_S_SetRecorders(arRecorders);
     vm_objWatch.m_S_SetRecorders(arRecorders);
     vm_pLogin->m_S_Refresh();
@@ -494,6 +496,7 @@ void CMainWindow::m_S_ShowNvrMenu(int nNvrID)
         objNvr.m_F_p_Get()->m_S_ShowMenu();
     else
         statusBar()->showMessage(Tr(nNvrID < 0 ? emDef_Text::ExchangeNoRecorder : emDef_Text::HintUnusable), MessageMs);
+    vm_objNames.m_S_AskAgain(nNvrID);
 }
 
 void CMainWindow::m_S_ShowTreeMenu(int nNvrID, const QPoint& ptGlobal)

@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <vector>
 
+#include "CCameraNames.h"
 #include "CDocumentRunner.h"
 #include "CHostLanguage.h"
 #include "CLayoutStore.h"
@@ -92,6 +93,7 @@ private:
     CLayoutStore vm_objLayouts;
     CHostLanguage vm_objLanguage;
     CRecorderWatch vm_objWatch;
+    CCameraNames vm_objNames;
     QTimer vm_objSaveTimer;
     QString vm_sPictureFolder;
     QList<stDef_DocumentResult> vm_arDocuments;

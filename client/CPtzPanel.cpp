@@ -116,6 +116,7 @@ void CPtzPanel::m_S_Build()
     vm_pCamera = new QLabel;
     vm_pCamera->setObjectName(u"PtzCamera"_s);
     vm_pCamera->setWordWrap(true);
+    vm_pCamera->setTextFormat(Qt::PlainText);
     QFont objBold = vm_pCamera->font();
     objBold.setBold(true);
     vm_pCamera->setFont(objBold);

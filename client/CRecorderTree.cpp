@@ -7,7 +7,9 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <QTextDocument>
 
+#include "CCameraNames.h"
 #include "CChannelDrag.h"
 #include "CHostText.h"
 
@@ -147,31 +149,9 @@ private:
     }
 };
 
-// Mark, word and accessible text of a row from what it knows.
-void Dress(QTreeWidgetItem& objItem)
-{
-    const auto nState = emDef_LiveState(objItem.data(0, RoleState).toInt());
-    QString sState = CLiveState::s_F_s_Text(nState);
-    QStringList arParts;
-    if (IsRecorder(objItem)) {
-        const stDef_ReachRow& stReach = g_astReaches[objItem.data(0, RoleReach).toInt()];
-        const QString sOwn = objItem.data(0, RoleOwnText).toString();
-        sState = sOwn.isEmpty() ? Tr(stReach.nText) : sOwn;
-        objItem.setData(0, RoleState, int(stReach.nMark));
-        arParts = {objItem.text(0), objItem.data(0, RoleAddress).toString(),
-                   Tr(emDef_Text::TreeChannels).arg(objItem.data(0, RoleChannels).toInt()), sState};
-    } else {
-        objItem.setText(0, Tr(emDef_Text::TreeChannel).arg(objItem.data(0, RoleChannel).toInt() + 1));
-        arParts = {objItem.parent()->text(0), objItem.text(0), sState};
-    }
-    objItem.setData(0, RoleStateText, sState);
-    objItem.setData(0, Qt::AccessibleTextRole, arParts.join(u", "_s));
-    objItem.setToolTip(0, arParts.join(u'\n'));
-}
-
 } // namespace
 
-CRecorderTree::CRecorderTree(QWidget* pParent) : QTreeWidget(pParent)
+CRecorderTree::CRecorderTree(CCameraNames* pNames, QWidget* pParent) : QTreeWidget(pParent), vm_pNames(pNames)
 {
     setObjectName(u"Recorders"_s);
     setItemDelegate(new CRowDelegate(this));
@@ -187,6 +167,7 @@ CRecorderTree::CRecorderTree(QWidget* pParent) : QTreeWidget(pParent)
     setDragEnabled(true);
     setDragDropMode(DragOnly);
     m_S_Retranslate();
+    connect(pNames, &CCameraNames::S_Changed, this, [this](int nNvrID) { m_S_DressAll(vm_mapRows.value(nNvrID)); });
     connect(this, &QTreeWidget::itemExpanded, this, &CRecorderTree::m_S_FillChannels);
     connect(this, &QTreeWidget::itemDoubleClicked, this, &CRecorderTree::m_S_Activate);
     connect(this, &QTreeWidget::currentItemChanged, this,
@@ -220,7 +201,7 @@ void CRecorderTree::m_S_SetRecorders(const QList<stDef_Recorder>& arRecorders)
             if (pOld->isExpanded())
                 arOpen.append(stRecorder.nNvrID);
         }
-        Dress(*pRow);
+        m_S_Dress(*pRow);
         vm_mapRows.insert(stRecorder.nNvrID, pRow);
         arRows.append(pRow);
     }
@@ -258,7 +239,38 @@ void CRecorderTree::m_S_FillChannels(QTreeWidgetItem* pRow)
     }
     pRow->addChildren(arChannels);
     for (QTreeWidgetItem* const pItem : arChannels)
-        Dress(*pItem);
+        m_S_Dress(*pItem);
+}
+
+// Mark, word and accessible text of a row from what it knows.
+void CRecorderTree::m_S_Dress(QTreeWidgetItem& objItem)
+{
+    const auto nState = emDef_LiveState(objItem.data(0, RoleState).toInt());
+    QString sState = CLiveState::s_F_s_Text(nState);
+    QStringList arParts;
+    if (IsRecorder(objItem)) {
+        const stDef_ReachRow& stReach = g_astReaches[objItem.data(0, RoleReach).toInt()];
+        const QString sOwn = objItem.data(0, RoleOwnText).toString();
+        sState = sOwn.isEmpty() ? Tr(stReach.nText) : sOwn;
+        objItem.setData(0, RoleState, int(stReach.nMark));
+        arParts = {objItem.text(0), objItem.data(0, RoleAddress).toString(),
+                   Tr(emDef_Text::TreeChannels).arg(objItem.data(0, RoleChannels).toInt()), sState};
+    } else {
+        objItem.setText(0, vm_pNames->m_F_s_Label({RecorderOf(&objItem), objItem.data(0, RoleChannel).toInt()}));
+        arParts = {objItem.parent()->text(0), objItem.text(0), sState};
+    }
+    objItem.setData(0, RoleStateText, sState);
+    objItem.setData(0, Qt::AccessibleTextRole, arParts.join(u", "_s));
+    objItem.setToolTip(0, Qt::convertFromPlainText(arParts.join(u'\n')));
+}
+
+void CRecorderTree::m_S_DressAll(QTreeWidgetItem* pRow)
+{
+    if (!pRow)
+        return;
+    m_S_Dress(*pRow);
+    for (int i = 0; i < pRow->childCount(); ++i)
+        m_S_Dress(*pRow->child(i));
 }
 
 void CRecorderTree::m_S_SetRecorderState(int nNvrID, emDef_Reach nReach, const QString& sText)
@@ -268,7 +280,7 @@ void CRecorderTree::m_S_SetRecorderState(int nNvrID, emDef_Reach nReach, const Q
         return;
     pRow->setData(0, RoleReach, int(nReach));
     pRow->setData(0, RoleOwnText, sText);
-    Dress(*pRow);
+    m_S_Dress(*pRow);
 }
 
 void CRecorderTree::m_S_SetChannelState(const stDef_ChannelKey& stKey, emDef_LiveState nState)
@@ -282,7 +294,7 @@ void CRecorderTree::m_S_SetChannelState(const stDef_ChannelKey& stKey, emDef_Liv
     if (!pItem || pItem->data(0, RoleState).toInt() == int(nState))
         return;
     pItem->setData(0, RoleState, int(nState));
-    Dress(*pItem);
+    m_S_Dress(*pItem);
 }
 
 void CRecorderTree::m_S_SetFilter(const QString& sFilter)
@@ -428,10 +440,7 @@ void CRecorderTree::changeEvent(QEvent* pEvent)
 void CRecorderTree::m_S_Retranslate()
 {
     setAccessibleName(Tr(emDef_Text::Recorders));
-    for (QTreeWidgetItem* const pRow : std::as_const(vm_mapRows)) {
-        Dress(*pRow);
-        for (int i = 0; i < pRow->childCount(); ++i)
-            Dress(*pRow->child(i));
-    }
+    for (QTreeWidgetItem* const pRow : std::as_const(vm_mapRows))
+        m_S_DressAll(pRow);
     viewport()->update();
 }

@@ -8,6 +8,8 @@
 #include "emDef_Reach.h"
 #include "stDef_ChannelKey.h"
 
+class CCameraNames;
+
 /// The recorders with their channels, each row with its state as mark and word. The rows of the channels are made when
 /// their recorder is opened, so that a thousand recorders of 64 channels stay quick.
 class CRecorderTree : public QTreeWidget
@@ -15,7 +17,8 @@ class CRecorderTree : public QTreeWidget
     Q_OBJECT
 
 public:
-    explicit CRecorderTree(QWidget* pParent = nullptr);
+    /// The names are borrowed.
+    explicit CRecorderTree(CCameraNames* pNames, QWidget* pParent = nullptr);
 
     /// Fills the tree; what was open and picked stays so as far as it is still there.
     void m_S_SetRecorders(const QList<stDef_Recorder>& arRecorders);
@@ -54,9 +57,12 @@ protected:
 private:
     QTreeWidgetItem* m_F_p_MakeRow(const stDef_Recorder& stRecorder);
     void m_S_FillChannels(QTreeWidgetItem* pRow);
+    void m_S_Dress(QTreeWidgetItem& objItem);
+    void m_S_DressAll(QTreeWidgetItem* pRow);
     void m_S_Activate(const QTreeWidgetItem* pItem);
     void m_S_Retranslate();
 
+    CCameraNames* vm_pNames;
     QHash<int, QTreeWidgetItem*> vm_mapRows; ///< by number of the recorder
     QHash<quint64, emDef_LiveState> vm_mapStates;
     QString vm_sFilter;

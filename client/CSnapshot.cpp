@@ -24,7 +24,9 @@ QString CSnapshot::s_F_s_SafeName(const QString& sTitle)
 {
     QString sName = sTitle.simplified().left(MaxNameLength);
     for (QChar& c : sName) {
-        if (!c.isLetterOrNumber() && !u" -_()"_s.contains(c))
+        if (c.category() == QChar::Punctuation_Dash)
+            c = u'-';
+        else if (!c.isLetterOrNumber() && !c.isMark() && !u" -_()（）"_s.contains(c))
             c = u'_';
     }
     while (sName.toUtf8().size() > MaxNameBytes)

@@ -1,9 +1,11 @@
 #include <QDragEnterEvent>
 #include <QElapsedTimer>
 #include <QMimeData>
+#include <QtTest/QSignalSpy>
 #include <algorithm>
 
 #include "CChannelDrag.h"
+#include "CNvrQuery.h"
 #include "CRecorderFilter.h"
 #include "CRecorderTree.h"
 #include "CSnapshot.h"
@@ -100,6 +102,57 @@ TEST_F(LiveGridTest, ACellWithoutAPictureGivesNoSnapshot)
     Grid().m_S_Snapshot();
     ASSERT_TRUE(WaitUntil([&] { return arImages.size() == 2; }));
     EXPECT_TRUE(arImages[1].isNull());
+}
+
+TEST_F(LiveGridTest, CamerasHaveTheNamesThatTheirRecorderTells)
+{
+    StartRecorder(5);
+    QTreeWidgetItem* pRow = nullptr;
+    const auto OpenTree = [&] {
+        OpenWindow();
+        pRow = vm_pWindow->m_F_p_Tree()->topLevelItem(0);
+        pRow->setExpanded(true);
+    };
+    OpenTree();
+    EXPECT_TRUE(WaitUntil([&] { return Cell(0).m_F_s_Title() == QString::fromUtf8("Entrance (1) – Lab"); }));
+    EXPECT_EQ(pRow->child(1)->text(0), QString::fromUtf8("Parking – Süd (2)"));
+    EXPECT_EQ(pRow->child(4)->text(0), "Channel 5");
+    CXmlObj xmlCamera;
+    CNvrQuery objQuery(&vm_env, vm_store.m_F_o_InitRecord(0), [&](CWndNvrBase& objNvr) {
+        objNvr.m_F_b_GetRequest("cgi-bin/SyncSetting.cgi?action=CameraXML", &xmlCamera, 5000);
+        xmlCamera.m_F_b_SetValue("/root/Camera/Cam000", "Name", QString::fromUtf8("<b>%2</b>\n\u202egate"));
+        objNvr.m_F_b_PostRequest("cgi-bin/SyncSetting.cgi?action=UpdateCamera", &xmlCamera, 5000);
+    });
+    ASSERT_TRUE(QSignalSpy(&objQuery, &CNvrQuery::S_Done).wait());
+
+    vm_pWindow.reset();
+    OpenTree();
+    EXPECT_EQ(pRow->child(1)->text(0), QString::fromUtf8("Parking – Süd (2)")) << "before anybody was asked";
+    EXPECT_TRUE(WaitUntil([&] { return Cell(0).m_F_s_Title() == QString::fromUtf8("<b>%2</b> gate (1) – Lab"); }));
+    EXPECT_TRUE(pRow->child(0)->toolTip(0).contains("&lt;b&gt;%2&lt;/b&gt;"));
+    vm_pWindow.reset();
+    vm_nvr.m_S_Stop();
+    OpenTree();
+    EXPECT_EQ(pRow->child(0)->text(0), "<b>%2</b> gate (1)");
+    QFile objCache(vm_dir.filePath("Embedded/N000/Camera.xml"));
+    ASSERT_TRUE(objCache.open(QIODevice::ReadOnly));
+    EXPECT_FALSE(objCache.readAll().contains("Password"));
+    vm_pWindow.reset();
+    ASSERT_EQ(vm_store.m_F_s_Remove(0), "");
+    Import("Other", 1, 1, 1);
+    OpenTree();
+    EXPECT_EQ(pRow->child(0)->text(0), "Channel 1") << "another recorder under the same number";
+}
+
+TEST_F(LiveGridTest, InSmallCellsTheNameStaysLongerThanTheWordOfTheState)
+{
+    CLiveCell objCell;
+    objCell.m_S_Announce({0, 0}, "Loading bay, south gate (1)");
+    const auto Name = [&objCell](int nWidth) {
+        objCell.resize(nWidth, 200);
+        return objCell.grab(QRect(4, 4, 200, 18)).toImage();
+    };
+    EXPECT_EQ(Name(250), Name(600));
 }
 
 TEST_F(LiveGridTest, KeysOfTheTreeAndItsFilterComeBeforeThoseOfTheWindow)

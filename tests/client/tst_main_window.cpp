@@ -94,7 +94,7 @@ TEST_F(MainWindowTest, FourCellsShowTheRunningPicturesOfTheirOwnChannels)
         EXPECT_TRUE(stLater->nFrame == stFirst->nFrame + nPackets || stLater->nFrame < nPackets)
             << stFirst->nFrame << " and " << nPackets << " packets gave " << stLater->nFrame;
         EXPECT_EQ(Cell(i).accessibleDescription(), "Live");
-        EXPECT_TRUE(Cell(i).accessibleName().contains(QString("Channel %1").arg(i + 1)));
+        EXPECT_TRUE(Cell(i).accessibleName().contains(QString("(%1)").arg(i + 1)));
         EXPECT_GE(Cell(i).m_F_p_Channel()->m_F_n_FirstPictureMs(), 0);
     }
     EXPECT_TRUE(WaitUntil([&] { return Cell(0).m_F_p_Channel()->m_F_n_Rate() > 10; }));
@@ -385,7 +385,7 @@ TEST_F(MainWindowTest, APictureIsSavedInTheStreamsOwnSize)
     }
     const QDir pictures(vm_dir.filePath("pictures"));
     const QString sName = pictures.entryList({"*.png"}).first();
-    EXPECT_TRUE(sName.startsWith(QString::fromUtf8("Channel 1 _ Lab "))) << sName.toStdString();
+    EXPECT_TRUE(sName.startsWith("Entrance (1) - Lab ")) << sName.toStdString();
     const QImage image = QImage(pictures.filePath(sName)).convertToFormat(QImage::Format_Grayscale8);
     ASSERT_EQ(image.size(), QSize(640, 360));
     EXPECT_TRUE(CPictureCode::s_F_o_Read(image.constBits(), int(image.bytesPerLine()), 640, 360));

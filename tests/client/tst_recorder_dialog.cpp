@@ -11,6 +11,7 @@
 #include <QtTest/QTest>
 #include <gtest/gtest.h>
 
+#include "CCameraNames.h"
 #include "CChannelDrag.h"
 #include "CHostLanguage.h"
 #include "CHostText.h"
@@ -209,7 +210,9 @@ TEST_F(RecorderDialogTest, HostilePeersAreSilentAndDoNoHarm)
 
 TEST_F(RecorderDialogTest, TheTreeServesKeysDragAndFilter)
 {
-    CRecorderTree objTree;
+    CRecorderWatch objWatch;
+    CCameraNames objNames(&vm_env, &vm_store, &objWatch);
+    CRecorderTree objTree(&objNames);
     CRecorderFilter objFilter(&objTree);
     objTree.m_S_SetRecorders({{2, "Gate", "192.0.2.1", 1, 80, 554, 3}, {5, "Store", "192.0.2.2", 1, 80, 554, 64}});
     objTree.show();
