@@ -14,8 +14,8 @@ class CRecorderWatch;
 class CXmlObj;
 struct stDef_Recorder;
 
-/// What cameras are called. Their recorders tell it: each whose names somebody wants is asked beside the window, when it
-/// comes within reach; what it told last is kept in the library's cache for when it is away. GUI thread.
+/// What cameras are called. Their recorders tell it: each whose names somebody wants is asked beside the window, when
+/// it comes within reach; what it told last is kept in the library's cache for when it is away. GUI thread.
 class CCameraNames : public QObject
 {
     Q_OBJECT
