@@ -1,11 +1,37 @@
 #include <QApplication>
 #include <gtest/gtest.h>
 
+#include "host/Lib_Hostenv.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Whatever a test opens, each text that is asked for stands in the open language file, and the English one there is the
+// default's: some windows shorten it, as "MAC" for "MAC Address", and some write it in capitals. A file that a test has
+// made names no language.
+void CheckText(const CLangXMLObj& objFile, const QString& sKey, const QString& sDefault, const QString* pText)
+{
+    QString sLanguage;
+    objFile.m_F_n_GetValue(u"/root"_s, u"Language"_s, sLanguage, u"none"_s);
+    if (sLanguage == u"none"_s)
+        return;
+    if (!pText) {
+        ADD_FAILURE() << "a language file lacks " << sKey.toStdString();
+        return;
+    }
+    EXPECT_TRUE(sLanguage != u"English"_s || pText->contains(sDefault, Qt::CaseInsensitive))
+        << sKey.toStdString() << ": " << pText->toStdString() << " for " << sDefault.toStdString();
+}
+
+} // namespace
+
 // The main function of tests that make widgets.
 int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     testing::InitGoogleTest(&argc, argv);
+    CLangXMLObj::s_S_Watch(CheckText);
     return RUN_ALL_TESTS();
 }

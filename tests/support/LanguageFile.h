@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFile>
 #include <QMap>
 #include <gtest/gtest.h>
 
@@ -21,4 +22,20 @@ inline QMap<QString, QString> ReadLanguageFile(const char* pszFile)
         mapTexts[sKey] = sValue;
     }
     return mapTexts;
+}
+
+/// Two languages have the same keys, with the same signs to fill in and as many mnemonics, and none that the program
+/// never asks for: its keys stand in it, if only as the end of a longer text that the linker shares.
+inline void CheckLanguageFiles(const char* pszFile, const char* pszOther, const char* pszProgram)
+{
+    QFile program(pszProgram);
+    ASSERT_TRUE(program.open(QIODevice::ReadOnly));
+    const QByteArray sProgram = program.readAll();
+    const QMap<QString, QString> mapTexts = ReadLanguageFile(pszFile), mapOther = ReadLanguageFile(pszOther);
+    EXPECT_EQ(mapTexts.keys(), mapOther.keys());
+    for (auto i = mapTexts.begin(); i != mapTexts.end(); ++i) {
+        EXPECT_TRUE(sProgram.contains(i.key().toUtf8() + '\0')) << "nobody asks for " << i.key().toStdString();
+        for (const char* const pszSign : {"%1", "%2", "%3", "&"})
+            EXPECT_EQ(i.value().count(pszSign), mapOther[i.key()].count(pszSign)) << i.key().toStdString();
+    }
 }

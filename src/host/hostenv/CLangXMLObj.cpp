@@ -2,6 +2,17 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+CLangXMLObj::Asked g_fnAsked = nullptr;
+
+} // namespace
+
+void CLangXMLObj::s_S_Watch(Asked fnAsked)
+{
+    g_fnAsked = fnAsked;
+}
+
 bool CLangXMLObj::m_F_b_LoadXML(const QString& sXml)
 {
     return m_F_b_TakeTexts(CXmlObj::m_F_b_LoadXML(sXml));
@@ -32,6 +43,8 @@ int CLangXMLObj::m_F_n_GetLangStr(const QString& sKey, QString& sOut, const QStr
 {
     const auto it = vm_mapTexts.constFind(sKey);
     const bool bFound = m_F_b_IsOpen() && it != vm_mapTexts.constEnd();
+    if (g_fnAsked && m_F_b_IsOpen())
+        g_fnAsked(*this, sKey, sDefault, bFound ? &*it : nullptr);
     sOut = bFound ? *it : sDefault;
     return bFound ? 1 : 0;
 }

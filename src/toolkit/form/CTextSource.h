@@ -11,8 +11,7 @@ struct stDef_Text
     const char* pszDefault;
 };
 
-/// Short form for layout code. Each text is written as `Text{"Key", "Default"}`, by which the test of the language
-/// files finds it.
+/// Short form for layout code: `Text{"Key", "Default"}`.
 using Text = stDef_Text;
 
 /// Where a window's texts come from.

@@ -20,6 +20,7 @@ CPropertySheet::CPropertySheet(const QString& sCaption, QWidget* pParent, unsign
       vm_pButtons(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel)),
       vm_nSelectPage(nSelectPage)
 {
+    connect(this, &QWidget::windowTitleChanged, vm_pTabs, &QWidget::setAccessibleName);
     setWindowTitle(sCaption);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     vm_pOk = vm_pButtons->button(QDialogButtonBox::Ok);
