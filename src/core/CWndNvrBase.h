@@ -57,7 +57,8 @@ public:
     /// slash, and goes out unescaped; the time-out is in ms for the whole exchange. An envelope around `<root>` is cut
     /// off. False if the request failed (`pXml` is untouched) or the reply is no document (`pXml` is closed).
     virtual bool m_F_b_GetRequest(const QString& sUrl, CXmlObj* pXml, int nTimeoutMs) = 0;
-    /// POSTs a document to the recorder, as UTF-8. The reply is not looked at.
+    /// POSTs a document to the recorder, as UTF-8. True when any whole reply came, whatever its status: that is asked
+    /// by `vm_objHttp.m_F_n_LastStatus`.
     virtual bool m_F_b_PostRequest(const QString& sUrl, CXmlObj* pXml, int nTimeoutMs) = 0;
     /// GETs raw bytes into `pMem`.
     virtual bool m_F_b_GetRequestData(const QString& sUrl, CMemManage* pMem, int nTimeoutMs) = 0;

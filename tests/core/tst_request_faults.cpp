@@ -177,12 +177,15 @@ std::vector<RequestFaults::stDef_Operation> RequestFaults::Operations()
 {
     const auto reply = [](const stDef_Row& row) { return row.nReply; };
     const auto success = [](const stDef_Row& row) { return row.nReply >= 0; };
+    const auto posted = [](const stDef_Row& row) { // any whole reply will do
+        return row.nReply == Result_Unauthorised || row.nReply == Result_ErrorStatus ? Empty : row.nReply;
+    };
     const auto document = [](const stDef_Row& row) { return row.bDocument; };
     CHTTP& http = vm_embedded->vm_objHttp;
     return {
         {"HTTPGetDataDirect", Camera, vm_nvr, [this](int nMs) { return GetDirect(Camera, nMs); }, reply,
          [this] { return GetDirect(Camera, LongMs) > 0 && QByteArray(vm_mem.m_F_p_GetStrCHAR()).contains("</root>"); }},
-        {"HTTPPostDataDirect", UpdateCamera, vm_nvr, [this](int nMs) { return PostDirect(nMs); }, reply,
+        {"HTTPPostDataDirect", UpdateCamera, vm_nvr, [this](int nMs) { return PostDirect(nMs); }, posted,
          [this] { return PostDirect(LongMs) > 0; }},
         {"HTTPGetData", Camera, vm_nvr, [&http](int nMs) { return int(http.m_F_n_HTTPGetData(Camera, nMs)); },
          [](const stDef_Row& row) { return std::max(row.nReply, 0); },
@@ -196,8 +199,8 @@ std::vector<RequestFaults::stDef_Operation> RequestFaults::Operations()
                     vm_xmlRead.m_F_s_GetXML().contains("Camera");
          }},
         {"PostRequest", UpdateCamera, vm_nvr,
-         [this](int nMs) { return vm_embedded->m_F_b_PostRequest(UpdateCamera, &vm_xmlPosted, nMs); }, success,
-         [this] { return PostWorks(); }},
+         [this](int nMs) { return vm_embedded->m_F_b_PostRequest(UpdateCamera, &vm_xmlPosted, nMs); },
+         [posted](const stDef_Row& row) { return posted(row) >= 0; }, [this] { return PostWorks(); }},
         {"GetRequestData", Camera, vm_nvr,
          [this](int nMs) { return vm_embedded->m_F_b_GetRequestData(Camera, &vm_mem, nMs); }, success,
          [this] {

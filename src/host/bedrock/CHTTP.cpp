@@ -31,12 +31,14 @@ struct CHTTP::st_Impl
     std::string sPart;
     std::atomic<std::uint64_t> nBodyLimit{DefaultBodyLimit};
     std::atomic<int> nLastGetResult{0};
+    std::atomic<int> nLastStatus{0};
 
     stDef_HttpTarget StoredTarget()
     {
         const std::lock_guard lock(objTargetMutex);
         return stTarget;
     }
+    int PerformDirect(const stDef_HttpTarget& stDirect, stDef_HttpRequest stRequest, int nTimeoutMs);
     int BeginStream(const std::string& sUrl);
     int NextPart(const std::string& sUrl, int nTimeoutMs);
 };
@@ -45,7 +47,9 @@ CHTTP::CHTTP() : vm_pImpl(std::make_unique<st_Impl>()) {}
 
 CHTTP::~CHTTP()
 {
+    m_S_AbandonDirect();
     m_S_Release();
+    const std::lock_guard lock(vm_pImpl->objDirectMutex);
 }
 
 bool CHTTP::m_S_Init(const QByteArray& sHost, const QByteArray& sUser, const QByteArray& sPassword, int nPort)
@@ -93,6 +97,19 @@ int CHTTP::m_F_n_LastGetResult() const
     return vm_pImpl->nLastGetResult;
 }
 
+int CHTTP::st_Impl::PerformDirect(const stDef_HttpTarget& stDirect, stDef_HttpRequest stRequest, int nTimeoutMs)
+{
+    stRequest.nBodyLimit = nBodyLimit;
+    const int nResult = objDirect.m_F_n_Perform(stDirect, std::move(stRequest), nTimeoutMs);
+    nLastStatus = objDirect.m_F_n_Status();
+    return nResult;
+}
+
+int CHTTP::m_F_n_LastStatus() const
+{
+    return vm_pImpl->nLastStatus;
+}
+
 int CHTTP::m_F_n_HTTPGetDataDirect(const QByteArray& sHost, const QByteArray& sUser, const QByteArray& sPassword,
                                    int nPort, const QByteArray& sUrl, CMemManage* pReply, int nTimeoutMs)
 {
@@ -102,13 +119,10 @@ int CHTTP::m_F_n_HTTPGetDataDirect(const QByteArray& sHost, const QByteArray& sU
     pReply->m_S_Clear();
     stDef_HttpRequest stRequest;
     stRequest.sUrl = sUrl.toStdString();
-    stRequest.nBodyLimit = vm_pImpl->nBodyLimit;
     stRequest.sink = [pReply](const char* pData, std::size_t nSize) { return pReply->m_F_b_Append(pData, nSize); };
     const int nResult =
-        vm_pImpl->objDirect.m_F_n_Perform(Target(sHost, sUser, sPassword, nPort), std::move(stRequest), nTimeoutMs);
-    if (nResult == Result_TooLarge || nResult == Result_NoMemory)
-        pReply->m_S_DelMem(); // what a misbehaving server made it grow to is not kept
-    else if (nResult < 0)
+        vm_pImpl->PerformDirect(Target(sHost, sUser, sPassword, nPort), std::move(stRequest), nTimeoutMs);
+    if (nResult < 0)
         pReply->m_S_Clear();
     return nResult;
 }
@@ -123,8 +137,9 @@ int CHTTP::m_F_n_HTTPPostDataDirect(const QByteArray& sHost, const QByteArray& s
     stRequest.pBody = sBody.constData();
     stRequest.nBody = static_cast<std::size_t>(std::clamp<qsizetype>(nBody, 0, sBody.size()));
     stRequest.sExtraHead = sExtra.left(std::max(nExtra, 0)).toStdString();
-    stRequest.nBodyLimit = vm_pImpl->nBodyLimit;
-    return vm_pImpl->objDirect.m_F_n_Perform(Target(sHost, sUser, sPassword, nPort), std::move(stRequest), nTimeoutMs);
+    const int nResult =
+        vm_pImpl->PerformDirect(Target(sHost, sUser, sPassword, nPort), std::move(stRequest), nTimeoutMs);
+    return vm_pImpl->nLastStatus != 0 ? std::max(nResult, 0) : nResult;
 }
 
 int CHTTP::st_Impl::BeginStream(const std::string& sUrl)

@@ -11,11 +11,11 @@ class CMemManage;
 /// HTTP client that logs in with an account, by Basic or Digest as the server asks for it.
 ///
 /// URLs are relative to the server's root, without a leading slash, and go out as they are given: only bytes that can't
-/// stand in a request line (blanks, controls, 0x7F and up) are percent-encoded; a '#' is sent (escapes that stand on
-/// the same side of the '?' may then change to small letters). Connections and logins are kept from request to request
-/// to the same host, port and account. A time-out is in ms and holds for the whole exchange, whatever the server does;
-/// 0 or less fails at once. Redirections are not followed, and no proxy is used. Nothing is repeated, but for a request
-/// that the server answers with "log in anew".
+/// stand in a request line (blanks, controls, '"', 0x7F and up) are percent-encoded; a '#' is sent (escapes that stand
+/// on the same side of the '?' may then change to small letters). Logins are kept from request to request to the same
+/// host, port and account, and connections for 3 s. A time-out is in ms and holds for the whole exchange, whatever the
+/// server does; 0 or less fails at once. Redirections are not followed, and no proxy is used. Nothing is sent twice,
+/// but for a request that the server answers with "log in": one whose kept connection dies under it has failed.
 ///
 /// Failure is a negative result, one of `emDef_Result`. The "Direct" forms name their target at each call and the
 /// others use that of `m_S_Init`; each of the three groups (Direct, `m_F_n_HTTPGetData`, multipart) has a connection of
@@ -37,7 +37,7 @@ public:
     };
 
     CHTTP();
-    ~CHTTP(); ///< releases
+    ~CHTTP(); ///< releases, ends a request of the Direct forms that runs in another thread, and waits for it
     CHTTP(const CHTTP&) = delete;
     CHTTP& operator=(const CHTTP&) = delete;
 
@@ -58,10 +58,13 @@ public:
     int m_F_n_HTTPGetDataDirect(const QByteArray& sHost, const QByteArray& sUser, const QByteArray& sPassword,
                                 int nPort, const QByteArray& sUrl, CMemManage* pReply, int nTimeoutMs);
     /// POST of the first `nBody` bytes of `sBody`, as "text/xml; charset=utf-8". `sExtra` are further header lines,
-    /// each ended by CR LF, of which the first `nExtra` bytes count. Returns the length of the reply, which is dropped.
+    /// each ended by CR LF, of which the first `nExtra` bytes count. Returns the length of the reply, which is dropped;
+    /// any whole reply will do, and one with a status of 300 and above counts as empty: ask `m_F_n_LastStatus`.
     int m_F_n_HTTPPostDataDirect(const QByteArray& sHost, const QByteArray& sUser, const QByteArray& sPassword,
                                  int nPort, const QByteArray& sUrl, const QByteArray& sBody, int nBody,
                                  const QByteArray& sExtra, int nExtra, int nTimeoutMs);
+    /// Status of the reply to the last request of the Direct forms; 0 if none came whole. From any thread.
+    int m_F_n_LastStatus() const;
 
     /// Reads the next part of a multipart reply of the stored target into the buffer, and returns its length; of a
     /// longer part the first `nSize` bytes, the rest is dropped. A reply that is not multipart is one part.

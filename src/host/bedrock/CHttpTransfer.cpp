@@ -13,6 +13,7 @@ constexpr std::uint64_t MaxHeadBytes = 256u << 10;
 constexpr std::size_t MaxStatusLine = 12; ///< up to its number
 constexpr long MaxLoginRounds = 4;
 constexpr long KeepAliveSeconds = 10;
+constexpr long FreshSeconds = 2; ///< whole seconds that a kept connection may have been idle: it is used below 3 s
 constexpr int MaxPollMs = 60000;
 
 void InitOnce()
@@ -45,6 +46,11 @@ int ResultOf(CURLcode nCode)
     return pRow != std::end(g_arCodes) ? pRow->nResult : CHTTP::Result_Broken;
 }
 
+bool IsReply(int nResult)
+{
+    return nResult >= 0 || nResult == CHTTP::Result_Unauthorised || nResult == CHTTP::Result_ErrorStatus;
+}
+
 template <auto Function>
 struct Deleter
 {
@@ -75,12 +81,21 @@ struct CHttpTransfer::st_Callbacks
         const std::string_view sLine(pLine, nSize * nCount);
         self.vm_nLastByte = Clock::now();
         self.vm_nHeadBytes += sLine.size();
-        self.vm_bChallenged |= sLine.starts_with("HTTP/") && sLine.substr(0, MaxStatusLine).find(" 401") != sLine.npos;
-        self.vm_bWholeHead = sLine == "\r\n" || sLine == "\n";
-        if (self.vm_nHeadBytes <= MaxHeadBytes)
-            return sLine.size();
-        self.vm_nAbort = CHTTP::Result_TooLarge;
-        return 0;
+        self.m_S_OnHeadLine(sLine);
+        if (self.vm_nHeadBytes > MaxHeadBytes)
+            self.vm_nAbort = CHTTP::Result_TooLarge;
+        return self.vm_nAbort || self.vm_bAnswers ? 0 : sLine.size();
+    }
+
+    /// Called before each request of an exchange. libcurl repeats one by itself when a kept connection dies under it;
+    /// but the server may have taken it, and a second one would move a camera twice.
+    static int BeforeSend(void* pSelf, char*, char*, int, int)
+    {
+        auto& self = *static_cast<CHttpTransfer*>(pSelf);
+        if (self.vm_bSent)
+            self.vm_nAbort = CHTTP::Result_Broken;
+        self.vm_bSent = true;
+        return self.vm_nAbort ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
     }
 
     static std::size_t Body(char* pData, std::size_t nSize, std::size_t nCount, void* pSelf)
@@ -129,6 +144,7 @@ void CHttpTransfer::m_S_Reset()
 {
     m_S_Cancel();
     vm_stTarget = {};
+    vm_objDigest.reset();
     std::unique_ptr<st_Handles> pDropped;
     const std::lock_guard lock(vm_objMutex);
     pDropped.swap(vm_pHandles);
@@ -187,16 +203,42 @@ bool CHttpTransfer::m_F_b_MakeEasy()
     curl_easy_setopt(pEasy, CURLOPT_TCP_KEEPALIVE, 1L);
     curl_easy_setopt(pEasy, CURLOPT_TCP_KEEPIDLE, KeepAliveSeconds);
     curl_easy_setopt(pEasy, CURLOPT_TCP_KEEPINTVL, KeepAliveSeconds);
+    curl_easy_setopt(pEasy, CURLOPT_MAXAGE_CONN, FreshSeconds);
+    curl_easy_setopt(pEasy, CURLOPT_PREREQFUNCTION, &st_Callbacks::BeforeSend);
+    curl_easy_setopt(pEasy, CURLOPT_PREREQDATA, this);
     curl_easy_setopt(pEasy, CURLOPT_HEADERFUNCTION, &st_Callbacks::Head);
     curl_easy_setopt(pEasy, CURLOPT_HEADERDATA, this);
     curl_easy_setopt(pEasy, CURLOPT_WRITEFUNCTION, &st_Callbacks::Body);
     curl_easy_setopt(pEasy, CURLOPT_WRITEDATA, this);
-    if (!vm_stTarget.sUser.empty()) {
-        curl_easy_setopt(pEasy, CURLOPT_HTTPAUTH, static_cast<long>(CURLAUTH_BASIC | CURLAUTH_DIGEST));
-        curl_easy_setopt(pEasy, CURLOPT_USERNAME, vm_stTarget.sUser.c_str());
-        curl_easy_setopt(pEasy, CURLOPT_PASSWORD, vm_stTarget.sPassword.c_str());
-    }
+    curl_easy_setopt(pEasy, CURLOPT_HTTPAUTH, static_cast<long>(CURLAUTH_BASIC | CURLAUTH_DIGEST));
     return true;
+}
+
+void CHttpTransfer::m_S_SetLogin()
+{
+    CURL* pEasy = vm_pHandles->pEasy.get();
+    const bool bLibrary = !vm_stTarget.sUser.empty() && !m_F_b_OwnLogin();
+    curl_easy_setopt(pEasy, CURLOPT_USERNAME, bLibrary ? vm_stTarget.sUser.c_str() : nullptr);
+    curl_easy_setopt(pEasy, CURLOPT_PASSWORD, bLibrary ? vm_stTarget.sPassword.c_str() : nullptr);
+}
+
+void CHttpTransfer::m_S_OnHeadLine(std::string_view sLine)
+{
+    if (sLine.starts_with("HTTP/")) {
+        vm_bRefused = sLine.substr(0, MaxStatusLine).find(" 401") != sLine.npos;
+        vm_bChallenged |= vm_bRefused;
+        vm_bDigestSeen = false;
+        vm_objOffered.reset();
+    }
+    if (vm_bRefused && !vm_bDigestSeen) {
+        vm_bDigestSeen = CBodyDigest::s_F_b_IsDigest(sLine);
+        vm_objOffered = CBodyDigest::s_F_o_Read(sLine);
+    }
+    vm_bWholeHead = sLine == "\r\n" || sLine == "\n";
+    if (!vm_bWholeHead || !vm_bRefused)
+        return;
+    vm_bSent = false;
+    vm_bAnswers = vm_objOffered && !vm_bAnswered && vm_stRequest.pBody && !vm_stTarget.sUser.empty();
 }
 
 bool CHttpTransfer::m_F_b_SetUrl()
@@ -205,6 +247,9 @@ bool CHttpTransfer::m_F_b_SetUrl()
     const std::string sTarget = stDef_HttpTarget::s_F_s_RequestTarget(vm_stRequest.sUrl);
     curl_easy_setopt(pEasy, CURLOPT_CURLU, nullptr);
     vm_pHandles->pUrl.reset();
+    curl_easy_setopt(pEasy, CURLOPT_REQUEST_TARGET, m_F_b_OwnLogin() ? sTarget.c_str() : nullptr);
+    if (m_F_b_OwnLogin()) // its hash is for the target as it stands here
+        return curl_easy_setopt(pEasy, CURLOPT_URL, vm_sRoot.c_str()) == CURLE_OK;
     if (sTarget.find('#') == std::string::npos)
         return curl_easy_setopt(pEasy, CURLOPT_URL, (vm_sRoot + sTarget).c_str()) == CURLE_OK;
 
@@ -222,6 +267,14 @@ bool CHttpTransfer::m_F_b_SetUrl()
            curl_easy_setopt(pEasy, CURLOPT_CURLU, pUrl) == CURLE_OK;
 }
 
+std::string CHttpTransfer::m_F_s_OwnLogin()
+{
+    return "Authorization: " +
+           vm_objDigest->m_F_s_Authorization(vm_stTarget.sUser, vm_stTarget.sPassword, "POST",
+                                             stDef_HttpTarget::s_F_s_RequestTarget(vm_stRequest.sUrl),
+                                             {vm_stRequest.pBody, vm_stRequest.nBody});
+}
+
 void CHttpTransfer::m_S_SetBody()
 {
     CURL* pEasy = vm_pHandles->pEasy.get();
@@ -230,6 +283,8 @@ void CHttpTransfer::m_S_SetBody()
         pLines = curl_slist_append(pLines, "Content-Type: text/xml; charset=utf-8");
         pLines = curl_slist_append(pLines, "Expect:"); // recorders leave a client that asks first waiting
     }
+    if (m_F_b_OwnLogin())
+        pLines = curl_slist_append(pLines, m_F_s_OwnLogin().c_str());
     const std::string& sExtra = vm_stRequest.sExtraHead;
     for (std::size_t nAt = 0; nAt < sExtra.size();) {
         const auto nEnd = std::min(sExtra.find("\r\n", nAt), sExtra.size());
@@ -252,15 +307,16 @@ bool CHttpTransfer::m_F_b_Launch()
 {
     CURL* pEasy = vm_pHandles->pEasy.get();
     vm_nReceived = vm_nHeadBytes = 0;
-    vm_nAbort = vm_nResult = 0;
+    vm_nAbort = vm_nResult = vm_nStatus = 0;
     vm_bAskedBefore |= vm_bChallenged;
-    vm_bBegun = vm_bWholeHead = vm_bChallenged = false;
+    vm_bBegun = vm_bWholeHead = vm_bChallenged = vm_bAnswers = vm_bSent = false;
     vm_nLastByte = Clock::now();
     if (!m_F_b_SetUrl()) {
         vm_nResult = CHTTP::Result_BadArgument;
         return false;
     }
     m_S_SetBody();
+    m_S_SetLogin();
     const auto nLimit = std::min<std::uint64_t>(vm_stRequest.nBodyLimit, INT64_MAX);
     curl_easy_setopt(pEasy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(nLimit));
     // The whole time is watched in m_F_n_Run; this shares it out among the addresses of a name.
@@ -279,14 +335,20 @@ int CHttpTransfer::m_F_n_Start(const stDef_HttpTarget& stTarget, stDef_HttpReque
         return CHTTP::Result_NoMemory;
     vm_stRequest = std::move(stRequest);
     vm_nConnectTimeoutMs = nConnectTimeoutMs;
+    vm_bAnswered = false;
     return m_F_b_Launch() ? 0 : vm_nResult;
+}
+
+int CHttpTransfer::m_F_n_ReplyStatus() const
+{
+    long nStatus = 0;
+    curl_easy_getinfo(vm_pHandles->pEasy.get(), CURLINFO_RESPONSE_CODE, &nStatus);
+    return static_cast<int>(nStatus);
 }
 
 bool CHttpTransfer::m_F_b_GoodStatus() const
 {
-    long nStatus = 0;
-    curl_easy_getinfo(vm_pHandles->pEasy.get(), CURLINFO_RESPONSE_CODE, &nStatus);
-    return nStatus >= 200 && nStatus < 300;
+    return m_F_n_ReplyStatus() >= 200 && m_F_n_ReplyStatus() < 300;
 }
 
 int CHttpTransfer::m_F_n_Judge(int nCurlCode) const
@@ -299,20 +361,26 @@ int CHttpTransfer::m_F_n_Judge(int nCurlCode) const
         return CHTTP::Result_Broken;
     if (m_F_b_GoodStatus())
         return static_cast<int>(std::min<std::uint64_t>(vm_nReceived, INT_MAX));
-    long nStatus = 0;
-    curl_easy_getinfo(vm_pHandles->pEasy.get(), CURLINFO_RESPONSE_CODE, &nStatus);
-    return nStatus == 401 ? CHTTP::Result_Unauthorised : CHTTP::Result_ErrorStatus;
+    return m_F_n_ReplyStatus() == 401 ? CHTTP::Result_Unauthorised : CHTTP::Result_ErrorStatus;
 }
 
 void CHttpTransfer::m_S_Finish(int nCurlCode)
 {
     vm_nResult = m_F_n_Judge(nCurlCode);
+    vm_nStatus = IsReply(vm_nResult) ? m_F_n_ReplyStatus() : 0;
     m_S_Cancel();
+    if (vm_bAnswers && !vm_nAbort) {
+        vm_objDigest = std::move(vm_objOffered);
+        vm_bAnswered = true;
+        m_F_b_Launch();
+        return;
+    }
     if (vm_nResult != CHTTP::Result_Unauthorised)
         return;
     // Neither what libcurl keeps of a refused login nor a login that the server has forgotten may stand in the way of
     // the next one. A server that was restarted refuses the kept login, and not every one calls it stale.
-    const bool bAnew = vm_bAskedBefore;
+    const bool bAnew = vm_bAskedBefore && !vm_bAnswered;
+    vm_objDigest.reset();
     if (m_F_b_MakeEasy() && bAnew)
         m_F_b_Launch();
 }
@@ -350,6 +418,7 @@ int CHttpTransfer::m_F_n_Run(const std::function<bool()>& condition, int nTimeou
 
 int CHttpTransfer::m_F_n_Perform(const stDef_HttpTarget& stTarget, stDef_HttpRequest stRequest, int nTimeoutMs)
 {
+    vm_nStatus = 0;
     if (nTimeoutMs <= 0)
         return CHTTP::Result_TimedOut;
     int nResult = m_F_n_Start(stTarget, std::move(stRequest), nTimeoutMs);

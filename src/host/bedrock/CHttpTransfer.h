@@ -6,8 +6,10 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
+#include "host/bedrock/CBodyDigest.h"
 #include "host/bedrock/stDef_HttpTarget.h"
 
 /// One request. What it points to must live until the exchange has ended.
@@ -42,6 +44,8 @@ public:
     int m_F_n_Run(const std::function<bool()>& condition, int nTimeoutMs);
     bool m_F_b_Running() const { return vm_bRunning; }
     int m_F_n_Result() const { return vm_nResult; }
+    /// Status of the reply that ended the last exchange; 0 if none came whole.
+    int m_F_n_Status() const { return vm_nStatus; }
     /// Time since the server last sent something, or since the begin of the exchange.
     std::chrono::milliseconds m_F_n_Silence() const { return ToMs(Clock::now() - vm_nLastByte); }
     /// Ends what runs. Unless it had ended by itself, its connection is closed.
@@ -65,9 +69,14 @@ private:
     bool m_F_b_Launch();
     bool m_F_b_SetUrl();
     void m_S_SetBody();
+    void m_S_SetLogin();
+    std::string m_F_s_OwnLogin();
+    void m_S_OnHeadLine(std::string_view sLine);
+    bool m_F_b_OwnLogin() const { return vm_objDigest && vm_stRequest.pBody; }
     void m_S_Collect();
     void m_S_Finish(int nCurlCode);
     int m_F_n_Judge(int nCurlCode) const;
+    int m_F_n_ReplyStatus() const;
     bool m_F_b_GoodStatus() const;
 
     std::unique_ptr<st_Handles> vm_pHandles; ///< made and dropped under the mutex
@@ -77,15 +86,23 @@ private:
     stDef_HttpTarget vm_stTarget;
     stDef_HttpRequest vm_stRequest;
     std::string vm_sRoot;
-    std::uint64_t vm_nReceived = 0;  ///< bytes of the body
-    std::uint64_t vm_nHeadBytes = 0; ///< of the exchange, log-in included
+    std::optional<CBodyDigest> vm_objOffered; ///< of the head that came last
+    std::optional<CBodyDigest> vm_objDigest;  ///< login of requests with a body, where libcurl has none for them
+    std::uint64_t vm_nReceived = 0;           ///< bytes of the body
+    std::uint64_t vm_nHeadBytes = 0;          ///< of the exchange, log-in included
     Clock::time_point vm_nLastByte;
     int vm_nConnectTimeoutMs = 0;
     int vm_nAbort = 0; ///< failure that a callback found
     int vm_nResult = 0;
+    int vm_nStatus = 0;
     bool vm_bRunning = false;
     bool vm_bWholeHead = false;   ///< the line that came last was the blank one behind a head
     bool vm_bChallenged = false;  ///< the server asked for a login in this exchange
     bool vm_bBegun = false;       ///< a byte of the body has come
     bool vm_bAskedBefore = false; ///< it did so in an earlier one of the same handle
+    bool vm_bRefused = false;     ///< the head that came last is that of a 401
+    bool vm_bDigestSeen = false;  ///< a line of it offers a Digest; the first one counts
+    bool vm_bAnswers = false;     ///< the exchange was broken off to answer `vm_objOffered`
+    bool vm_bAnswered = false;    ///< that was done once
+    bool vm_bSent = false;        ///< a request went out that no 401 has answered
 };

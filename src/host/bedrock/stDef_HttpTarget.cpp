@@ -68,7 +68,7 @@ std::string stDef_HttpTarget::s_F_s_RequestTarget(std::string_view sUrl)
         sTarget += '/';
     for (const char c : sUrl) {
         const auto nByte = static_cast<unsigned char>(c);
-        if (nByte > 0x20 && nByte < 0x7F)
+        if (nByte > 0x20 && nByte < 0x7F && c != '"') // a '"' would end the uri of a Digest login
             sTarget += c;
         else
             (sTarget += '%').append({pHex[nByte >> 4], pHex[nByte & 15]});
