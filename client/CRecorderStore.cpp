@@ -105,9 +105,8 @@ QString ReadCard(const CXmlNode& objNode, stDef_RecorderForm& stForm)
     stForm.sPassword = Text(u"ClearPWD"_s);
     for (const stDef_NumberRow& stRow : g_astNumbers) {
         const QString sValue = Text(Key(stRow.pszKey));
-        bool bNumber = true;
-        const int nValue = sValue.isEmpty() ? stForm.*stRow.pValue : sValue.toInt(&bNumber);
-        stForm.*stRow.pValue = bNumber ? nValue : stRow.nMin - 1;
+        if (!sValue.isEmpty())
+            stForm.*stRow.pValue = CXmlObj::s_F_n_ToInt(sValue);
     }
     stForm = Tidy(stForm);
     const QList<stDef_FormFault> arFaults = CRecorderStore::s_F_ar_Faults(stForm);

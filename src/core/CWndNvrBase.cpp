@@ -127,7 +127,9 @@ bool CWndNvrBase::m_F_b_DipsToIpPort(const QByteArray& sId, QByteArray& sAddress
     if (nBytes < 0)
         return false;
 
-    return CDipsReply::s_F_b_Parse(QByteArray(vm_objReply.m_F_p_GetStrCHAR()), sAddress, nPort);
+    const QByteArray sReply(vm_objReply.m_F_p_GetStrCHAR());
+    vm_objReply.m_S_GiveBack();
+    return CDipsReply::s_F_b_Parse(sReply, sAddress, nPort);
 }
 
 void CWndNvrBase::m_S_ExecPTZCmd(int nCmd, int nCamera, int nParam1, int nParam2)

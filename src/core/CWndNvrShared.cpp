@@ -46,6 +46,7 @@ bool CWndNvrShared::m_F_b_GetRequest(const QString& sUrl, CXmlObj* pXml, int nTi
     if (!pXml || m_F_n_Get(sUrl, &vm_objReply, nTimeoutMs) < 0)
         return false;
     const QString sReply = CSFunc::s_F_s_Utf8ToUnicode(QByteArray(vm_objReply.m_F_p_GetStrCHAR()));
+    vm_objReply.m_S_GiveBack();
     return pXml->m_F_b_LoadXML(CReplyEnvelope::s_F_s_CutRoot(sReply));
 }
 
@@ -53,7 +54,7 @@ bool CWndNvrShared::m_F_b_PostRequest(const QString& sUrl, CXmlObj* pXml, int nT
 {
     if (!pXml || vm_stInit.sIP.isEmpty())
         return false;
-    const QByteArray sBody = CSFunc::s_F_s_UnicodeToUtf8(pXml->m_F_s_GetXML());
+    const QByteArray sBody = pXml->m_F_s_GetUtf8();
     return vm_objHttp.m_F_n_HTTPPostDataDirect(vm_stInit.sIP, vm_stInit.sUID, vm_stInit.sPWD, vm_stInit.nHttpPort,
                                                CSFunc::s_F_s_UnicodeToAnsi(sUrl), sBody, static_cast<int>(sBody.size()),
                                                {}, 0, nTimeoutMs) >= 0;

@@ -1,3 +1,6 @@
+#include <QFile>
+#include <QStringEncoder>
+
 #include "support/HostFixture.h"
 
 namespace {
@@ -58,6 +61,30 @@ TEST_F(NvrRequests, ExchangesEachDocument)
         xml.m_F_n_GetValue("/root/Mark", "Text", sRead, {});
         EXPECT_EQ(sRead, sMark) << row.pGet;
     }
+}
+
+TEST_F(NvrRequests, ADocumentFromAUtf16FileIsPostedAsWhatItIsThen)
+{
+    const QString sText = QString("<?xml version=\"1.0\" encoding=\"utf-16\"?><root a=\"%1\"/>").arg(QChar(0x6E2C));
+    QFile file(vm_dirConfig.filePath("wide.xml"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(QStringEncoder(QStringConverter::Utf16, QStringConverter::Flag::WriteBom).encode(sText)));
+    file.close();
+    CXmlObj xml;
+    ASSERT_TRUE(xml.m_F_b_LoadXMLFile(file.fileName()));
+    ASSERT_TRUE(vm_pNvr->m_F_b_PostRequest(UpdateCamera, &xml, TimeoutMs));
+    EXPECT_EQ(vm_nvr.m_F_o_Log().m_F_ar_Entries().back().sBody,
+              QString(sText).replace("utf-16", "UTF-8").toStdString());
+}
+
+TEST_F(NvrRequests, ABigReplyDoesNotStayInMemory)
+{
+    CXmlObj xml;
+    ASSERT_TRUE(xml.m_F_b_LoadXML("<root a='" + QString(2 << 20, 'x') + "'/>"));
+    ASSERT_TRUE(vm_pNvr->m_F_b_PostRequest(UpdateCamera, &xml, TimeoutMs));
+    ASSERT_TRUE(vm_pNvr->m_F_b_GetRequest(Camera, &xml, TimeoutMs));
+    EXPECT_GT(xml.m_F_s_GetXML().size(), 2 << 20);
+    EXPECT_EQ(vm_pNvr->vm_objReply.m_F_p_GetMemPoint(), nullptr);
 }
 
 TEST_F(NvrRequests, DipsLookUpFillsTheInit)

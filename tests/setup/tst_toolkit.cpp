@@ -60,7 +60,7 @@ TEST(ValueRows, AListThatShowsNothingStoresWhatSaysSo)
     QComboBox list;
     for (const int nData : {10, 20})
         list.addItem(QString::number(nData), nData);
-    for (const auto& [pszBefore, pszAfter] : {std::pair{"20", "20"}, {"15", "-1"}, {"10", "10"}})
+    for (const auto& [pszBefore, pszAfter] : {std::pair{"20x", "20"}, {"15", "-1"}, {"10", "10"}})
         EXPECT_EQ(Stored<nsForms::ByData>(&list, pszBefore), pszAfter);
     for (const auto& [pszBefore, pszAfter] : {std::pair{"20", "20"}, {"15", ""}})
         EXPECT_EQ(Stored<nsForms::ByText>(&list, pszBefore), pszAfter);

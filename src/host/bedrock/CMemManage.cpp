@@ -8,6 +8,7 @@ namespace {
 
 // A system that promises more memory than it has would end the process when the buffer is cleared.
 constexpr std::uint64_t g_nMostBytes = std::uint64_t(4) << 30;
+constexpr std::uint64_t g_nKeptBytes = 1 << 20;
 
 } // namespace
 
@@ -99,8 +100,15 @@ bool CMemManage::m_F_b_Append(const void* pData, std::uint64_t nSize)
     return true;
 }
 
+void CMemManage::m_S_GiveBack()
+{
+    if (vm_nCapacity > g_nKeptBytes)
+        m_S_DelMem();
+}
+
 void CMemManage::m_S_Clear()
 {
+    m_S_GiveBack();
     vm_nSize = 0;
     if (vm_pData)
         vm_pData[0] = 0;

@@ -16,7 +16,7 @@ public:
     CMemManage& operator=(const CMemManage&) = delete;
 
     /// Makes the content `nSize` bytes long and returns the buffer: bytes that were there stay, new ones are zero, and
-    /// memory is never given back. Null if there is not so much memory, or for more than 4 GiB; the object is then
+    /// no memory is given back. Null if there is not so much memory, or for more than 4 GiB; the object is then
     /// empty.
     unsigned char* m_F_p_MemAlloc(std::uint64_t nSize);
     /// Clears the whole allocated buffer; the size of the content stays.
@@ -36,8 +36,10 @@ public:
     bool m_F_b_SetContent(const void* pData, std::uint64_t nSize);
     /// Appends to the content, with room to spare for the next call; otherwise as `m_F_b_SetContent`.
     bool m_F_b_Append(const void* pData, std::uint64_t nSize);
-    /// Makes the content empty and keeps the memory for the next one.
+    /// Makes the content empty. Up to 1 MiB of memory is kept for the next one, more is given back.
     void m_S_Clear();
+    /// Does the same to an object that holds more than 1 MiB, and nothing to another.
+    void m_S_GiveBack();
 
 private:
     bool m_F_b_Reserve(std::uint64_t nCapacity);

@@ -8,7 +8,9 @@
 #include <pugixml.hpp>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
+#include "host/bedrock/CSFunc.h"
 #include "host/bedrock/CXmlChildIndex.h"
 #include "host/bedrock/CXmlEncoding.h"
 #include "host/bedrock/CXmlPath.h"
@@ -195,6 +197,34 @@ bool IsPlain(const char* pszRaw)
     }
     return true;
 }
+
+// Finds the attributes of a node for names that differ and are asked for in about their order, in one walk. Of double
+// ones the first counts: it is ahead of the walk, or among those that were passed.
+class CFirstAttributes
+{
+public:
+    explicit CFirstAttributes(pugi::xml_node objNode) : vm_objNext(objNode.first_attribute()) {}
+
+    pugi::xml_attribute m_F_o_Next(const char* pszKey)
+    {
+        const auto bKey = [pszKey](pugi::xml_attribute obj) { return std::strcmp(obj.name(), pszKey) == 0; };
+        if (const auto it = std::find_if(vm_arPassed.begin(), vm_arPassed.end(), bKey); it != vm_arPassed.end())
+            return *it;
+        pugi::xml_attribute objFound = vm_objNext;
+        while (objFound && !bKey(objFound))
+            objFound = objFound.next_attribute();
+        if (!objFound)
+            return {};
+        for (; vm_objNext != objFound; vm_objNext = vm_objNext.next_attribute())
+            vm_arPassed.push_back(vm_objNext);
+        vm_objNext = objFound.next_attribute();
+        return objFound;
+    }
+
+private:
+    pugi::xml_attribute vm_objNext;
+    std::vector<pugi::xml_attribute> vm_arPassed;
+};
 
 class CStringWriter : public pugi::xml_writer
 {
@@ -420,7 +450,7 @@ bool CXmlObj::m_F_b_Save(const QString& sPath) const
 {
     if (!vm_pImpl || sPath.isEmpty())
         return false;
-    const QByteArray sBytes = CXmlEncoding::s_F_s_Declared(m_F_s_GetXML(), u"UTF-8"_s).toUtf8();
+    const QByteArray sBytes = m_F_s_GetUtf8();
     QSaveFile objFile(sPath);
     return objFile.open(QIODevice::WriteOnly) && objFile.write(sBytes) == sBytes.size() && objFile.commit();
 }
@@ -446,6 +476,11 @@ QString CXmlObj::m_F_s_GetXML() const
     objWriter.sText.reserve(static_cast<std::size_t>(vm_pImpl->vm_sBytes.size()));
     vm_pImpl->vm_objDocument.save(objWriter, "", g_nFormat, pugi::encoding_utf8);
     return QString::fromUtf8(objWriter.sText.data(), static_cast<qsizetype>(objWriter.sText.size()));
+}
+
+QByteArray CXmlObj::m_F_s_GetUtf8() const
+{
+    return CSFunc::s_F_s_UnicodeToUtf8(CXmlEncoding::s_F_s_Declared(m_F_s_GetXML(), u"UTF-8"_s));
 }
 
 int CXmlObj::m_F_n_GetValue(const QString& sPath, const QString& sKey, QString& sOut, const QString& sDefault) const
@@ -494,9 +529,9 @@ bool CXmlObj::m_F_b_CopyValues(const CXmlObj& xmlFrom, const QString& sFrom, con
         return false;
     const pugi::xml_node objFrom = xmlFrom.vm_pImpl ? xmlFrom.vm_pImpl->m_F_o_Node(sFrom) : pugi::xml_node();
     const bool bNew = !objTo.first_attribute(); // then none needs to be looked for
-    pugi::xml_attribute objNext = objFrom.first_attribute();
+    CFirstAttributes objSources(objFrom);
     for (const st_CopyKey& stKey : arKeys) {
-        const pugi::xml_attribute objSource = objFrom.attribute(stKey.pszKey, objNext);
+        const pugi::xml_attribute objSource = objSources.m_F_o_Next(stKey.pszKey);
         const pugi::xml_attribute objTarget = bNew ? pugi::xml_attribute() : objTo.attribute(stKey.pszKey);
         const char* const pszRaw = objSource ? objSource.value() : stKey.pszDefault;
         if (!stKey.pValue && !objTarget && IsPlain(pszRaw)) {
@@ -588,4 +623,9 @@ qint32 CXmlObj::s_F_n_GetNodeValInt(const CXmlNode& objNode, const QString& sKey
 {
     const pugi::xml_attribute objAttribute = ToNode(objNode.vm_pNode).attribute(CXmlUtf8(sKey).m_F_p_Text());
     return objAttribute ? CXmlText::s_F_n_ToInt(objAttribute.value()) : nDefault;
+}
+
+qint32 CXmlObj::s_F_n_ToInt(const QString& sValue)
+{
+    return CXmlText::s_F_n_ToInt(CXmlUtf8(sValue).m_F_s_View());
 }

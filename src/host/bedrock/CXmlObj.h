@@ -35,14 +35,16 @@ public:
     /// The same from a file in UTF-8, UTF-16, UTF-32 or Latin-1, told by its first bytes or its declaration. A file of
     /// another encoding is refused unless it happens to be UTF-8.
     bool m_F_b_LoadXMLFile(const QString& sPath);
-    /// Writes the document as UTF-8 (and says so in its declaration if that names another encoding), by a temporary
-    /// file that takes the place of the old one only when it is whole.
+    /// Writes the document as `m_F_s_GetUtf8` gives it, by a temporary file that takes the place of the old one only
+    /// when it is whole.
     bool m_F_b_Save(const QString& sPath) const;
     /// Drops the document; harmless on a closed object. Always true.
     bool m_F_b_Close();
     bool m_F_b_IsOpen() const;
     /// The whole document as text; empty while closed.
     QString m_F_s_GetXML() const;
+    /// The same as UTF-8, for a file or a request; a declaration that names another encoding is changed to that.
+    QByteArray m_F_s_GetUtf8() const;
 
     /// `sOut` receives the attribute, or the default if node or attribute is missing. Returns 1 if it was there, else
     /// 0.
@@ -68,8 +70,8 @@ public:
     };
     /// Sets attributes of the node `sTo`, made if it is missing, to those that the node `sFrom` of the other document
     /// has, in the order of the keys, which differ from each other: the same as a read and a write of each, in a
-    /// fraction of the time. A closed source has none; both may be the same document. False and no effect: as for
-    /// `m_F_b_SetValue`.
+    /// fraction of the time, the first of double ones included. A closed source has none; both may be the same
+    /// document. False and no effect: as for `m_F_b_SetValue`.
     bool m_F_b_CopyValues(const CXmlObj& xmlFrom, const QString& sFrom, const QString& sTo,
                           std::span<const st_CopyKey> arKeys);
 
@@ -89,6 +91,8 @@ public:
     static QString s_F_s_GetNodeText(const CXmlNode& objNode);
     static void s_S_GetNodeVal(const CXmlNode& objNode, const QString& sKey, QString& sOut, const QString& sDefault);
     static qint32 s_F_n_GetNodeValInt(const CXmlNode& objNode, const QString& sKey, qint32 nDefault);
+    /// A value in hand as a number, by the rules of `m_F_n_GetValueInt`; 0 for an empty one.
+    static qint32 s_F_n_ToInt(const QString& sValue);
 
 private:
     struct st_Impl;

@@ -6,6 +6,7 @@
 #include <QLineEdit>
 
 #include "drivers/BrandCatalogue.h"
+#include "host/Lib_Bedrock.h"
 #include "toolkit/form/CFormGroup.h"
 #include "toolkit/form/CommonTexts.h"
 
@@ -158,7 +159,7 @@ QWidget* CCameraForm::m_F_p_Problem() const
     if (vm_pIP->m_F_b_IsNone())
         return vm_pIP;
     for (QLineEdit* const pPort : {vm_pHttpPort, vm_pRtspPort}) {
-        if (pPort->text().toInt() <= 0)
+        if (CXmlObj::s_F_n_ToInt(pPort->text()) <= 0)
             return pPort;
     }
     return vm_pUser->text().isEmpty() ? vm_pUser : nullptr;

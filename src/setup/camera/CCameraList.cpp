@@ -4,6 +4,7 @@
 
 #include "core/CWndNvrEmbedded.h"
 #include "drivers/CCamObj_Base.h"
+#include "host/Lib_Bedrock.h"
 #include "setup/camera/CCameraTable.h"
 #include "setup/camera/CCameraTree.h"
 
@@ -99,7 +100,7 @@ void CCameraList::m_S_Complete(int nIndex, stDef_CameraValues& stCamera)
 {
     stCamera.sModel = m_F_s_Value(nIndex, u"Model"_s);
     m_S_SetValue(nIndex, u"Name"_s, stCamera.sName);
-    const int nRtspPort = stCamera.sRtspPort.toInt();
+    const int nRtspPort = CXmlObj::s_F_n_ToInt(stCamera.sRtspPort);
     if (nRtspPort < 1)
         stCamera.sRtspPort = QString::number(m_F_n_Value(nIndex, u"RtspPort"_s, 0));
     else

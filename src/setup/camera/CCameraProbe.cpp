@@ -2,6 +2,7 @@
 
 #include "core/CWndNvrBase.h"
 #include "drivers/CCamObj_Base.h"
+#include "host/Lib_Bedrock.h"
 #include "setup/camera/stDef_CameraValues.h"
 
 using namespace Qt::StringLiterals;
@@ -12,8 +13,8 @@ constexpr int TimeoutMs = 60000;
 
 QString Url(const QString& sAction, const stDef_CameraValues& st)
 {
-    return CCamObj_Base::s_F_s_Url(sAction, st.sIP, st.sHttpPort.toInt(), st.sUser, st.sPassword, st.nVendorID,
-                                   st.nOnvifAuth);
+    return CCamObj_Base::s_F_s_Url(sAction, st.sIP, CXmlObj::s_F_n_ToInt(st.sHttpPort), st.sUser, st.sPassword,
+                                   st.nVendorID, st.nOnvifAuth);
 }
 
 } // namespace

@@ -35,8 +35,8 @@ stDef_CamConnect stDef_CameraValues::m_F_o_Connect() const
     st.strModel = CSFunc::s_F_s_UnicodeToAnsi(sModel);
     st.strName = CSFunc::s_F_s_UnicodeToUtf8(sName);
     st.strIP = CSFunc::s_F_s_UnicodeToAnsi(sIP);
-    st.nHttpPort = sHttpPort.toInt();
-    st.nRtspPort = sRtspPort.toInt();
+    st.nHttpPort = CXmlObj::s_F_n_ToInt(sHttpPort);
+    st.nRtspPort = CXmlObj::s_F_n_ToInt(sRtspPort);
     st.nOnvifAuth = nOnvifAuth;
     st.strUser = CSFunc::s_F_s_UnicodeToAnsi(sUser);
     st.strPassword = CSFunc::s_F_s_UnicodeToAnsi(sPassword);

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 
+#include "host/Lib_Bedrock.h"
 #include "toolkit/controls/CIPAddressEdit.h"
 
 namespace {
@@ -42,7 +43,7 @@ QString AsText::s_F_s_Stored(const CIPAddressEdit& objEdit)
 
 void AsCheck::s_S_Show(QCheckBox& objBox, const QString& sValue)
 {
-    objBox.setChecked(sValue.toInt() != 0);
+    objBox.setChecked(CXmlObj::s_F_n_ToInt(sValue) != 0);
 }
 
 QString AsCheck::s_F_s_Stored(const QCheckBox& objBox)
@@ -52,7 +53,7 @@ QString AsCheck::s_F_s_Stored(const QCheckBox& objBox)
 
 void AsUncheck::s_S_Show(QCheckBox& objBox, const QString& sValue)
 {
-    objBox.setChecked(sValue.toInt() == 0);
+    objBox.setChecked(CXmlObj::s_F_n_ToInt(sValue) == 0);
 }
 
 QString AsUncheck::s_F_s_Stored(const QCheckBox& objBox)
@@ -72,7 +73,7 @@ QString ByText::s_F_s_Stored(const QComboBox& objList)
 
 void ByData::s_S_Show(QComboBox& objList, const QString& sValue)
 {
-    objList.setCurrentIndex(objList.findData(sValue.toInt()));
+    objList.setCurrentIndex(objList.findData(CXmlObj::s_F_n_ToInt(sValue)));
 }
 
 QString ByData::s_F_s_Stored(const QComboBox& objList)

@@ -52,6 +52,10 @@ TEST(MemManage, KeepsContentAndAClosingZero)
     EXPECT_EQ(sAll, objMem.m_F_p_GetStrCHAR());
     objMem.m_S_Clear();
     EXPECT_STREQ(objMem.m_F_p_GetStrCHAR(), "");
+    EXPECT_NE(objMem.m_F_p_GetMemPoint(), nullptr);
+    ASSERT_NE(objMem.m_F_p_MemAlloc((1 << 20) + 1), nullptr);
+    objMem.m_S_Clear();
+    EXPECT_EQ(objMem.m_F_p_GetMemPoint(), nullptr) << "beyond 1 MiB it goes back";
 }
 
 TEST(MemManage, AbsurdSizesLeaveItEmpty)

@@ -202,7 +202,7 @@ TEST(Xml, ACopyIsAReadAndAWriteOfEachKey)
                                           {"Missing"}, {"Port", "554"}, {"Name", "", &sName},
                                           {"Wide"},    {"Twice"},       {"Less", "<"}};
     const QString sFrom =
-        u"<root><A Twice='x' Wide='倉庫' Line='a\tb&#10;c' Amp='&amp;&lt;&#x41;' Plain='p' Quote='\"'/></root>"_s;
+        u"<root><A Twice='x' Wide='倉庫' Line='a\tb&#10;c' Amp='&amp;&lt;&#x41;' Plain='p' Quote='\"' Twice='second'/></root>"_s;
     for (const char* pszTo : {"<root/>", "<root><B Plain='old' Own='1' Twice='x'/></root>"}) {
         for (const bool bOpen : {true, false}) {
             CXmlObj xmlFrom, xmlTo, xmlByHand;
