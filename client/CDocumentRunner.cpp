@@ -35,17 +35,18 @@ void Fetch(CWndNvrBase& objNvr, const stDef_DocumentRow& stRow, CXmlObj& objXml,
     stResult.bFetched = objNvr.m_F_b_GetRequest(QString::fromLatin1(stRow.pszFetch), &objXml, stRow.nFetchTimeoutMs);
     stResult.nFetchMs = objClock.elapsed();
     if (stResult.bFetched)
-        stResult.nFetchedBytes = static_cast<std::int64_t>(objNvr.vm_objReply.m_F_n_GetMemSize());
+        stResult.nFetchedBytes = objXml.m_F_s_GetUtf8().size();
 }
 
 void Post(CWndNvrBase& objNvr, const stDef_DocumentRow& stRow, CXmlObj& objXml, stDef_DocumentResult& stResult)
 {
     QElapsedTimer objClock;
     objClock.start();
-    stResult.bPosted = objNvr.m_F_b_PostRequest(QString::fromLatin1(stRow.pszPost), &objXml, PostTimeoutMs);
+    stResult.bPosted = objNvr.m_F_b_PostRequest(QString::fromLatin1(stRow.pszPost), &objXml, PostTimeoutMs) &&
+                       objNvr.vm_objHttp.m_F_b_LastTaken();
     stResult.nPostMs = objClock.elapsed();
     if (stResult.bPosted)
-        stResult.nPostedBytes = CSFunc::s_F_s_UnicodeToUtf8(objXml.m_F_s_GetXML()).size();
+        stResult.nPostedBytes = objXml.m_F_s_GetUtf8().size();
 }
 
 } // namespace

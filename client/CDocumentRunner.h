@@ -12,7 +12,7 @@ struct stDef_DocumentResult
 {
     QString sDocument;
     bool bFetched = false;
-    std::int64_t nFetchedBytes = 0; ///< of the reply, on the wire
+    std::int64_t nFetchedBytes = 0; ///< of the document, as UTF-8
     std::int64_t nFetchMs = 0;
     bool bPostable = false; ///< the recorder takes this document back
     bool bPosted = false;

@@ -184,6 +184,11 @@ void CMainWindow::m_S_MakeLayout()
     vm_pTotals->setObjectName(u"Totals"_s);
     vm_pTotals->setContentsMargins(4, 0, 8, 0);
     statusBar()->addPermanentWidget(vm_pTotals);
+    // A message would be gone with the next tip of a menu.
+    vm_pNotTaken = new QLabel;
+    vm_pNotTaken->setObjectName(u"NotTaken"_s);
+    vm_pNotTaken->setTextFormat(Qt::PlainText);
+    statusBar()->addWidget(vm_pNotTaken, 1);
 }
 
 void CMainWindow::m_S_MakeActions()
@@ -492,10 +497,15 @@ void CMainWindow::m_S_RemoveRecorder(int nNvrID)
 void CMainWindow::m_S_ShowNvrMenu(int nNvrID)
 {
     const CNvrHolder objNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, this, vm_pEnv));
-    if (objNvr.m_F_p_Get() && objNvr.m_F_p_Get()->m_F_n_Init(vm_pStore->m_F_o_InitRecord(nNvrID)) == 1)
+    if (objNvr.m_F_p_Get() && objNvr.m_F_p_Get()->m_F_n_Init(vm_pStore->m_F_o_InitRecord(nNvrID)) == 1) {
+        vm_pNotTaken->clear();
+        connect(objNvr.m_F_p_Get(), &CWndNvrBase::S_NotTaken, this, [this, nNvrID](const QString& sText) {
+            vm_pNotTaken->setText(vm_pStore->m_F_o_Form(nNvrID).sName + u": "_s + sText);
+        });
         objNvr.m_F_p_Get()->m_S_ShowMenu();
-    else
+    } else {
         statusBar()->showMessage(Tr(nNvrID < 0 ? emDef_Text::ExchangeNoRecorder : emDef_Text::HintUnusable), MessageMs);
+    }
     vm_objNames.m_S_AskAgain(nNvrID);
 }
 

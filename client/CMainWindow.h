@@ -112,4 +112,5 @@ private:
     QActionGroup* vm_pLanguages = nullptr;
     QLabel* vm_pPages = nullptr;
     QLabel* vm_pTotals = nullptr;
+    QLabel* vm_pNotTaken = nullptr; ///< what a recorder did not take when its menu was used last
 };

@@ -110,10 +110,16 @@ public:
     /// Rights and abilities of the logged-in account.
     void m_S_GetLoginInfo(QStringList* pList);
 
+Q_SIGNALS:
+    /// The recorder did not take all documents of an upload: a line that names them, for the host to keep in sight. It
+    /// comes before the wait that follows an upload.
+    void S_NotTaken(const QString& sText);
+
+public:
     CLangXMLObj vm_objLang;
     QPointer<QWidget> vm_pParent; ///< host window, not owned
     CHTTP vm_objHttp;
-    CMemManage vm_objReply;  ///< reply buffer of all requests through `vm_objHttp`
+    CMemManage vm_objReply;  ///< reply buffer of all requests through `vm_objHttp`; a big reply doesn't stay in it
     stDef_NvrInit vm_stInit; ///< the connection data in force
     CEnvObj* vm_pEnv;        ///< not owned
 

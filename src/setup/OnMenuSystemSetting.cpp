@@ -15,6 +15,7 @@ constexpr Text TitleText{"SystemSetting", "System Setting"};
 constexpr Text InformationText{"Information", "Information"};
 constexpr Text TryAgainText{"TryAgain", "Get Setting File Faild, Please Try Again."};
 constexpr Text WaitingText{"Waiting", "Upload Setting Now. Please Waiting About 60 Seconds."};
+constexpr Text NotTakenText{"NotTaken", "Not taken by the recorder: %1"};
 
 constexpr int SystemInfoTimeoutMs = 50000;
 constexpr int DownloadTimeoutMs = 5000;
@@ -26,19 +27,20 @@ struct stDef_DocumentRow
     CXmlObj CWndNvrShared::*pMember;
     const char16_t* pszDownload;
     const char16_t* pszUpload; ///< null for a document that isn't posted
+    stDef_Text stName;
 };
 
 // In the order of the downloads; the uploads run the other way.
 constexpr stDef_DocumentRow g_astDocuments[] = {
-    {&CWndNvrShared::vm_xmlSystemInfo, u"cgi-bin/param.cgi?action=systeminfo", nullptr},
+    {&CWndNvrShared::vm_xmlSystemInfo, u"cgi-bin/param.cgi?action=systeminfo", nullptr, {}},
     {&CWndNvrShared::vm_xmlSystem, u"cgi-bin/SyncSetting.cgi?action=SystemXML",
-     u"cgi-bin/SyncSetting.cgi?action=UpdateSystem"},
+     u"cgi-bin/SyncSetting.cgi?action=UpdateSystem", Text{"System", "System"}},
     {&CWndNvrShared::vm_xmlSchedule, u"cgi-bin/SyncSetting.cgi?action=ScheduleXML",
-     u"cgi-bin/SyncSetting.cgi?action=UpdateSchedule"},
+     u"cgi-bin/SyncSetting.cgi?action=UpdateSchedule", Text{"Schedule", "Schedule"}},
     {&CWndNvrShared::vm_xmlCamera, u"cgi-bin/SyncSetting.cgi?action=CameraXML",
-     u"cgi-bin/SyncSetting.cgi?action=UpdateCamera"},
+     u"cgi-bin/SyncSetting.cgi?action=UpdateCamera", Text{"Camera", "Camera"}},
     {&CWndNvrShared::vm_xmlEMail, u"cgi-bin/SyncSetting.cgi?action=EMailXML",
-     u"cgi-bin/SyncSetting.cgi?action=UpdateEMail"},
+     u"cgi-bin/SyncSetting.cgi?action=UpdateEMail", Text{"EMail", "E-Mail"}},
 };
 
 bool RunSheet(CWndNvrEmbedded* pNvr)
@@ -82,12 +84,25 @@ bool CWndNvrEmbedded::m_F_b_DownloadSettings()
     return bAll;
 }
 
+// A reply alone doesn't tell that the document was taken.
+bool CWndNvrEmbedded::m_F_b_Upload(const QString& sUrl, CXmlObj& xmlDocument)
+{
+    return m_F_b_PostRequest(sUrl, &xmlDocument, UploadTimeoutMs) && vm_objHttp.m_F_b_LastTaken();
+}
+
 void CWndNvrEmbedded::m_S_UploadSettings()
 {
     const CWaitCursor objWait;
+    QStringList arNotTaken;
     for (auto pRow = std::rbegin(g_astDocuments); pRow != std::rend(g_astDocuments); ++pRow) {
-        if (pRow->pszUpload)
-            m_F_b_PostRequest(QString::fromUtf16(pRow->pszUpload), &(this->*pRow->pMember), UploadTimeoutMs);
+        if (pRow->pszUpload && !m_F_b_Upload(QString::fromUtf16(pRow->pszUpload), this->*pRow->pMember))
+            arNotTaken.append(m_F_s_Text(pRow->stName, QString::fromUtf8(pRow->stName.pszDefault)));
     }
-    CUserSide::s_F_o_Get().m_S_Wait(vm_pParent, m_F_s_Text(WaitingText), TakeOverMs);
+    QString sText = m_F_s_Text(WaitingText);
+    if (!arNotTaken.isEmpty()) {
+        const QString sNotTaken = m_F_s_Text(NotTakenText, u"%1"_s).arg(arNotTaken.join(u" / "_s));
+        sText += u'\n' + sNotTaken;
+        Q_EMIT S_NotTaken(sNotTaken);
+    }
+    CUserSide::s_F_o_Get().m_S_Wait(vm_pParent, sText, TakeOverMs);
 }

@@ -217,11 +217,13 @@ TEST_F(MainWindowTest, DocumentsAreExchangedByKey)
 
     // A document that didn't come is told, and never goes back.
     ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set("ScheduleXML", {"status", 500}));
+    ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set("UpdateEMail", {"status", 500}));
     Key(Qt::Key_E, Qt::ControlModifier);
     EXPECT_EQ(TableText(3, 1), "Fetch failed");
+    EXPECT_EQ(TableText(5, 1), "Post failed");
     EXPECT_EQ(Posts(), (Names{"UpdateEMail", "UpdateCamera", "UpdateSystem"}));
     EXPECT_TRUE(arResults[4].m_F_b_Ok());
-    EXPECT_TRUE(Find<QLabel>("DocumentSummary").text().contains("1 of 6 failed"));
+    EXPECT_TRUE(Find<QLabel>("DocumentSummary").text().contains("2 of 6 failed"));
 }
 
 TEST_F(MainWindowTest, ShapesAndPagesGoByKeyAndOnlyThePageStreams)

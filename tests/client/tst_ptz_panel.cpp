@@ -359,6 +359,8 @@ TEST_F(PtzPanelTest, TheRightButtonBringsTheRecordersOwnMenu)
             for (const QAction* const pAction : pMenu->actions())
                 arEntries.append(pAction->text());
             pMenu->close();
+            for (auto* const pNvr : vm_pWindow->findChildren<CWndNvrBase*>())
+                Q_EMIT pNvr->S_NotTaken("Not taken: System");
         });
         const QPoint ptRow = objTree.visualItemRect(objTree.topLevelItem(0)).center();
         QContextMenuEvent objEvent(QContextMenuEvent::Mouse, ptRow, objTree.viewport()->mapToGlobal(ptRow), nModifiers);
@@ -366,7 +368,10 @@ TEST_F(PtzPanelTest, TheRightButtonBringsTheRecordersOwnMenu)
         return arEntries;
     };
     EXPECT_EQ(Entries({}), QStringList({"System Setting", "System Management", "Event Setting"}));
+    EXPECT_EQ(Find<QLabel>("NotTaken").text(), "Lab: Not taken: System");
     EXPECT_TRUE(Entries(Qt::ShiftModifier).contains("&Remove recorder"));
+    EXPECT_EQ(Find<QLabel>("NotTaken").text(), "Lab: Not taken: System")
+        << "it stays until the recorder's menu comes again";
 }
 
 } // namespace

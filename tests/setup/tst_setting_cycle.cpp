@@ -165,12 +165,18 @@ TEST_F(CycleFixture, AnUneditedOkPostsWhatWasFetchedInOrder)
     }
     // A failed upload is followed by the others, and waited for all the same.
     ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set("UpdateCamera", {"status", 500}));
+    ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set("UpdateSystem", {"refuse"}));
+    QString sTold;
+    QObject::connect(&Nvr(), &CWndNvrBase::S_NotTaken, [&](const QString& sText) { sTold = sText; });
+    EXPECT_FALSE(vm_objPrompts.WaitText().contains('\n'));
     EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
         ExpectWaiting();
         Press(sheet, "OK");
     }));
     EXPECT_EQ(Posts(), g_arUploads);
     EXPECT_EQ(vm_objPrompts.TakeWaits(), std::vector<int>{60000});
+    EXPECT_EQ(sTold, "Not taken by the recorder: Camera / System");
+    EXPECT_TRUE(vm_objPrompts.WaitText().endsWith('\n' + sTold)) << qPrintable(vm_objPrompts.WaitText());
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 

@@ -48,6 +48,9 @@ public:
     /// The waits since the last call, in ms.
     std::vector<int> TakeWaits() { return std::exchange(vm_arWaits, {}); }
 
+    /// What stood above the last one.
+    const QString& WaitText() const { return vm_sWaitText; }
+
     bool m_F_b_Prompt(QWidget*, const stDef_Prompt& stPrompt) override
     {
         const bool bDestroys = stPrompt.nKind == stDef_Prompt::emDef_Kind::DestroyingChoice;
@@ -68,7 +71,11 @@ public:
         });
         return objDialog.exec();
     }
-    void m_S_Wait(QWidget*, const QString&, int nMs) override { vm_arWaits.push_back(nMs); }
+    void m_S_Wait(QWidget*, const QString& sText, int nMs) override
+    {
+        vm_sWaitText = sText;
+        vm_arWaits.push_back(nMs);
+    }
 
 private:
     struct stDef_Expected
@@ -92,4 +99,5 @@ private:
 
     std::deque<stDef_Expected> vm_arExpected;
     std::vector<int> vm_arWaits;
+    QString vm_sWaitText;
 };

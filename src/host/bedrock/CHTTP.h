@@ -65,6 +65,8 @@ public:
                                  const QByteArray& sExtra, int nExtra, int nTimeoutMs);
     /// Status of the reply to the last request of the Direct forms; 0 if none came whole. From any thread.
     int m_F_n_LastStatus() const;
+    /// True if that was a good one, 200 to 299.
+    bool m_F_b_LastTaken() const { return m_F_n_LastStatus() / 100 == 2; }
 
     /// Reads the next part of a multipart reply of the stored target into the buffer, and returns its length; of a
     /// longer part the first `nSize` bytes, the rest is dropped. A reply that is not multipart is one part.
