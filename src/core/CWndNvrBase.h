@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QPointer>
 #include <QStringList>
 #include <QWidget>
@@ -17,6 +18,14 @@ struct stDef_DipsTarget
     QByteArray sHost;
     int nPort = 80;
     int nTimeoutMs = 10000; ///< for a whole look-up
+};
+
+/// One item of a recorder's menu.
+struct stDef_MenuItem
+{
+    int nId = 0;
+    QString sText;
+    bool bWorks = false; ///< false: choosing it does nothing
 };
 
 /// One recorder: what is common to all kinds. A host makes one object per recorder and stream, initialises it, drives
@@ -53,6 +62,10 @@ public:
     virtual int m_F_n_Init(stDef_NvrInit stInit);
     /// Shows the recorder's menu at the pointer.
     virtual void m_S_ShowMenu() = 0;
+    /// The items of that menu, for a host that has them in a menu of its own.
+    virtual QList<stDef_MenuItem> m_F_ar_MenuItems() const = 0;
+    /// Does what the menu's item of that number does, and returns when its windows are closed again.
+    virtual void m_S_OnCommand(int nId) = 0;
     /// GETs a document from the recorder into `pXml`. The URL is relative to the recorder's root, without a leading
     /// slash, and goes out unescaped; the time-out is in ms for the whole exchange. An envelope around `<root>` is cut
     /// off. False if the request failed (`pXml` is untouched) or the reply is no document (`pXml` is closed).

@@ -55,10 +55,13 @@ QString CWndNvrEmbedded::m_F_s_CacheName() const
     return u"Embedded"_s;
 }
 
-std::array<stDef_Text, 3> CWndNvrEmbedded::m_F_ar_MenuTexts() const
+std::array<CWndNvrShared::stDef_CommandRow, 3> CWndNvrEmbedded::m_F_ar_Commands() const
 {
-    return {Text{"SystemSetting", "System Setting"}, Text{"SystemManagement", "System Management"},
-            Text{"EventSetting", "Event Setting"}};
+    return {{
+        {Text{"SystemSetting", "System Setting"}, true},
+        {Text{"SystemManagement", "System Management"}, false},
+        {Text{"EventSetting", "Event Setting"}, false},
+    }};
 }
 
 void CWndNvrEmbedded::m_S_OnCommand(int nId)

@@ -21,6 +21,7 @@ public:
     void OnMenuEventSetting() {}
     void OnMenuLogViewer() {}
 
+    void m_S_OnCommand(int nId) override;
     bool m_F_n_CameraSynchronization(CXmlObj* pSystemInfo, CXmlObj* pLoginInfo, CXmlObj* pCamera,
                                      int nTimeoutMs) override;
 
@@ -30,7 +31,6 @@ private:
     void m_S_UploadSettings();
     void m_S_CreateNewRtsp(int nNvrID, int nChannel, int nStream) override;
     QString m_F_s_CacheName() const override;
-    std::array<stDef_Text, 3> m_F_ar_MenuTexts() const override;
-    void m_S_OnCommand(int nId) override;
+    std::array<stDef_CommandRow, 3> m_F_ar_Commands() const override;
     void m_S_ReadPtzNames(const CXmlObj& xmlReply, int nCamera, const QString& sGroup, QStringList& arNames) override;
 };

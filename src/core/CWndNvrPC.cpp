@@ -12,10 +12,13 @@ QString CWndNvrPC::m_F_s_CacheName() const
     return u"PC"_s;
 }
 
-std::array<stDef_Text, 3> CWndNvrPC::m_F_ar_MenuTexts() const
+std::array<CWndNvrShared::stDef_CommandRow, 3> CWndNvrPC::m_F_ar_Commands() const
 {
-    return {Text{"SystemSetting168", "System Setting"}, Text{"SystemManagement169", "System Management"},
-            Text{"EventSetting170", "Event Setting"}};
+    return {{
+        {Text{"SystemSetting168", "System Setting"}, false},
+        {Text{"SystemManagement169", "System Management"}, false},
+        {Text{"EventSetting170", "Event Setting"}, false},
+    }};
 }
 
 bool CWndNvrPC::m_F_n_CameraSynchronization(CXmlObj* pSystemInfo, CXmlObj*, CXmlObj* pCamera, int nTimeoutMs)

@@ -11,6 +11,7 @@ class FLEETLINK_EXPORT CWndNvrPC : public CWndNvrShared
 public:
     using CWndNvrShared::CWndNvrShared;
 
+    void m_S_OnCommand(int) override {} // the menu shows, and does nothing
     /// Two requests; `pLoginInfo` is left alone.
     bool m_F_n_CameraSynchronization(CXmlObj* pSystemInfo, CXmlObj* pLoginInfo, CXmlObj* pCamera,
                                      int nTimeoutMs) override;
@@ -18,7 +19,6 @@ public:
 private:
     void m_S_CreateNewRtsp(int nNvrID, int nChannel, int nStream) override;
     QString m_F_s_CacheName() const override;
-    std::array<stDef_Text, 3> m_F_ar_MenuTexts() const override;
-    void m_S_OnCommand(int) override {} // the menu shows, and does nothing
+    std::array<stDef_CommandRow, 3> m_F_ar_Commands() const override;
     void m_S_ReadPtzNames(const CXmlObj& xmlReply, int nCamera, const QString& sGroup, QStringList& arNames) override;
 };

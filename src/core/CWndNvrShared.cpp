@@ -192,12 +192,20 @@ bool CWndNvrShared::m_F_b_GetRequests(std::initializer_list<std::pair<const char
     });
 }
 
+QList<stDef_MenuItem> CWndNvrShared::m_F_ar_MenuItems() const
+{
+    QList<stDef_MenuItem> arItems;
+    for (int nId = Command_SystemSetting; const stDef_CommandRow& stRow : m_F_ar_Commands())
+        arItems.append({nId++, m_F_s_Text(stRow.stText, QString::fromUtf8(stRow.stText.pszDefault)), stRow.bWorks});
+    return arItems;
+}
+
 void CWndNvrShared::m_S_ShowMenu()
 {
     QMenu objMenu(vm_pParent);
     objMenu.setObjectName(u"NvrMenu"_s);
-    for (int nId = Command_SystemSetting; const stDef_Text& stText : m_F_ar_MenuTexts())
-        objMenu.addAction(m_F_s_Text(stText, QString::fromUtf8(stText.pszDefault)))->setData(nId++);
+    for (const stDef_MenuItem& stItem : m_F_ar_MenuItems())
+        objMenu.addAction(stItem.sText)->setData(stItem.nId);
     if (const QAction* const pPicked = objMenu.exec(QCursor::pos()))
         m_S_OnCommand(pPicked->data().toInt());
 }

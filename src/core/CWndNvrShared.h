@@ -37,6 +37,7 @@ public:
     nsCMS::emDef_ConnectStat m_F_n_GetConnectStat(std::uint64_t nStamp) override;
 
     void m_S_ShowMenu() override;
+    QList<stDef_MenuItem> m_F_ar_MenuItems() const override;
     void m_S_SaveXmlNVR(CXmlObj* pXml) override;
     void m_S_GetXmlNVR(CXmlObj* pXml) override;
     void m_S_SaveXmlCamera(CXmlObj* pXml) override;
@@ -55,6 +56,12 @@ public:
     CXmlObj vm_xmlSpare; ///< not used
 
 protected:
+    struct stDef_CommandRow
+    {
+        stDef_Text stText;
+        bool bWorks;
+    };
+
     /// Where a stream comes from, as the recorder list has it.
     struct stDef_StreamTarget
     {
@@ -78,10 +85,8 @@ private:
     virtual void m_S_CreateNewRtsp(int nNvrID, int nChannel, int nStream) = 0;
     /// Name of the kind's folder of cached documents.
     virtual QString m_F_s_CacheName() const = 0;
-    /// Texts of the menu's three items, in the order of their numbers.
-    virtual std::array<stDef_Text, 3> m_F_ar_MenuTexts() const = 0;
-    /// A menu item was chosen, by its number.
-    virtual void m_S_OnCommand(int nId) = 0;
+    /// The menu's three items, in the order of their numbers.
+    virtual std::array<stDef_CommandRow, 3> m_F_ar_Commands() const = 0;
     /// Appends the names of a camera's tours or presets ("tourset" or "preset") that the reply holds.
     virtual void m_S_ReadPtzNames(const CXmlObj& xmlReply, int nCamera, const QString& sGroup,
                                   QStringList& arNames) = 0;

@@ -216,6 +216,7 @@ TEST_F(NvrCommands, AMenuItemLeadsToItsHandler)
             });
             Nvr().m_S_ShowMenu();
             EXPECT_EQ(Requests().size(), bFetches ? 5u : 0u);
+            EXPECT_EQ(Nvr().m_F_ar_MenuItems()[nItem].bWorks, bFetches);
         }
         vm_nvr.m_F_o_Faults().m_S_Clear();
         vm_pNvr.reset();
