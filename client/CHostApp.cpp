@@ -13,6 +13,7 @@
 #include "CRecorderStore.h"
 #include "CSingleHost.h"
 #include "CTour.h"
+#include "host/CEndRequest.h"
 
 using namespace Qt::StringLiterals;
 
@@ -38,35 +39,39 @@ QString DefaultConfigFolder()
 // Where an installed host has its language files.
 QString DefaultLangFolder()
 {
-    return QDir(QCoreApplication::applicationDirPath()).filePath(u"../share/fleetlink/lang"_s);
+    return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral(LANG_FROM_BIN));
 }
 
-// Fills the options. Returns false if the program ends here, with the exit code set.
-bool ParseOptions(const QStringList& arArguments, stDef_HostOptions& stOptions, int& nExit)
+struct stDef_Parser
 {
     QCommandLineParser objParser;
-    objParser.setApplicationDescription(u"Live pictures and documents of network video recorders."_s);
-    const QCommandLineOption objConfig(u"config"_s, u"Configuration folder."_s, u"DIR"_s, DefaultConfigFolder());
-    const QCommandLineOption objImport(u"import"_s, u"Take the recorders of a card into the list."_s, u"FILE"_s);
-    const QCommandLineOption objImportOnly(u"import-only"_s, u"End when the cards are in the list."_s);
-    const QCommandLineOption objLang(u"lang-dir"_s, u"Folder of the language files."_s, u"DIR"_s, DefaultLangFolder());
-    const QCommandLineOption objTour(u"tour"_s, u"Show all states by itself; pictures and a table go to DIR."_s,
-                                     u"DIR"_s);
-    const QCommandLineOption objHelp = objParser.addHelpOption();
-    objParser.addOptions({objConfig, objImport, objImportOnly, objLang, objTour});
-    if (!objParser.parse(arArguments) || !objParser.positionalArguments().isEmpty()) {
-        const QString sError = objParser.errorText();
-        nExit = Complain(sError.isEmpty() ? u"there are no arguments but options"_s : sError);
-        return false;
+    QCommandLineOption objConfig{u"config"_s, u"Configuration folder."_s, u"DIR"_s, DefaultConfigFolder()};
+    QCommandLineOption objImport{u"import"_s, u"Take the recorders of a card into the list."_s, u"FILE"_s};
+    QCommandLineOption objImportOnly{u"import-only"_s, u"End when the cards are in the list."_s};
+    QCommandLineOption objLang{u"lang-dir"_s, u"Folder of the language files."_s, u"DIR"_s, DefaultLangFolder()};
+    QCommandLineOption objTour{u"tour"_s, u"Show all states by itself; pictures and a table go to DIR."_s, u"DIR"_s};
+    QCommandLineOption objHelp{{u"h"_s, u"help"_s}, u"Show this help and end."_s};
+    QCommandLineOption objVersion{{u"v"_s, u"version"_s}, u"Show the version and end."_s};
+
+    stDef_Parser()
+    {
+        objParser.setApplicationDescription(u"Live pictures and documents of network video recorders."_s);
+        objParser.addOptions({objHelp, objVersion, objConfig, objImport, objImportOnly, objLang, objTour});
     }
-    if (objParser.isSet(objHelp)) {
-        Print(stdout, objParser.helpText());
-        nExit = CHostApp::ExitOk;
-        return false;
-    }
-    stOptions = {objParser.value(objConfig), objParser.value(objLang), objParser.values(objImport),
-                 objParser.value(objTour), objParser.isSet(objImportOnly)};
-    return true;
+};
+
+// What is wrong with the arguments; nothing if it is empty and the options are filled in.
+QString ParseOptions(const QStringList& arArguments, stDef_HostOptions& stOptions)
+{
+    stDef_Parser st;
+    QCommandLineParser& objParser = st.objParser;
+    if (!objParser.parse(arArguments))
+        return objParser.errorText();
+    if (!objParser.positionalArguments().isEmpty())
+        return u"there are no arguments but options"_s;
+    stOptions = {objParser.value(st.objConfig), objParser.value(st.objLang), objParser.values(st.objImport),
+                 objParser.value(st.objTour), objParser.isSet(st.objImportOnly)};
+    return {};
 }
 
 bool SetUp(const stDef_HostOptions& stOptions, CRecorderStore& objStore, QString& sError)
@@ -130,11 +135,22 @@ stDef_HostAnswer Serve(const stDef_HostWish& stWish, CRecorderStore& objStore, C
     return stAnswer;
 }
 
+QtMessageHandler s_fnUsualMessages = nullptr;
+
+// The offscreen platform says at each window what it leaves out, which nobody misses there.
+void SkipPlatformNotes(QtMsgType nType, const QMessageLogContext& objContext, const QString& sText)
+{
+    if (!sText.startsWith(u"This plugin does not support"_s))
+        s_fnUsualMessages(nType, objContext, sText);
+}
+
 int RunTour(CMainWindow& objWindow, CRecorderStore& objStore, const QString& sFolder)
 {
+    s_fnUsualMessages = qInstallMessageHandler(SkipPlatformNotes);
     objWindow.m_S_SetPictureFolder(sFolder);
     CTour objTour(&objWindow, &objStore, sFolder);
     const QStringList arFailures = objTour.m_F_ar_Run();
+    qInstallMessageHandler(s_fnUsualMessages);
     Print(stdout, objTour.m_F_s_Report());
     for (const QString& sFailure : arFailures)
         Print(stderr, u"zentrix-cms: %1\n"_s.arg(sFailure));
@@ -143,23 +159,38 @@ int RunTour(CMainWindow& objWindow, CRecorderStore& objStore, const QString& sFo
 
 } // namespace
 
+bool CHostApp::s_F_b_Inform(const QStringList& arArguments)
+{
+    stDef_Parser st;
+    st.objParser.parse(arArguments); // what else is wrong is told where the program would run
+    const bool bVersion = st.objParser.isSet(st.objVersion);
+    if (!bVersion && !st.objParser.isSet(st.objHelp))
+        return false;
+    Print(stdout, bVersion ? u"zentrix-cms %1\n"_s.arg(QStringLiteral(FLEETLINK_VERSION)) : st.objParser.helpText());
+    return true;
+}
+
 int CHostApp::s_F_n_Run(const QStringList& arArguments)
 {
     stDef_HostOptions stOptions;
-    int nExit = ExitOk;
-    if (!ParseOptions(arArguments, stOptions, nExit))
-        return nExit;
+    QString sError = ParseOptions(arArguments, stOptions);
+    if (!sError.isEmpty())
+        return Complain(sError);
     CSingleHost objSingle(stOptions.sConfigFolder);
     if (const std::optional<int> nElsewhere = HandOver(objSingle, stOptions))
         return *nElsewhere;
     CEnvObj::s_F_n_RemoveStaleShm();
     CRecorderStore objStore(&CAppEnv::s_objEnv);
-    QString sError;
     if (!SetUp(stOptions, objStore, sError))
         return Complain(sError);
     if (stOptions.bImportOnly)
         return ExitOk;
 
+    // Open windows, the streams and the shared memory end as by a quit; nobody is asked.
+    const CEndRequest objEnd([] {
+        QMetaObject::invokeMethod(
+            qApp, [] { QCoreApplication::exit(ExitOk); }, Qt::QueuedConnection);
+    });
     CMainWindow objWindow(&CAppEnv::s_objEnv, &objStore);
     CAppEnv::s_objEnv.m_F_p_GetShmSystem(true)->hMainWnd = static_cast<std::uint64_t>(objWindow.winId());
     objSingle.m_S_Serve([&](const stDef_HostWish& stWish) { return Serve(stWish, objStore, objWindow); });

@@ -21,6 +21,8 @@ public:
     static constexpr int ExitTourFailed = 1;
     static constexpr int ExitSetup = 2; ///< options, configuration folder or a recorder card are unusable
 
+    /// Answers --help and --version on stdout; false if neither was asked for. Needs a QCoreApplication alone.
+    static bool s_F_b_Inform(const QStringList& arArguments);
     /// Runs the host with the arguments (the first is the program's name) until its window is closed or its tour ends.
     /// What went wrong is told on stderr.
     static int s_F_n_Run(const QStringList& arArguments);

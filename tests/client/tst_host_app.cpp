@@ -11,9 +11,11 @@
 #include "CHostApp.h"
 #include "CLiveGrid.h"
 #include "CMainWindow.h"
+#include "CStreamServer.h"
 #include "CVirtualNvr.h"
 #include "RecorderCard.h"
 #include "host/Lib_Hostenv.h"
+#include "support/ServerProcess.h"
 #include "support/Waiting.h"
 
 namespace {
@@ -66,8 +68,25 @@ TEST_F(HostAppTest, UnusableOptionsEndWithTwo)
     WriteCard(Path("card.xml"), "Lab", 80, 554, 4);
     EXPECT_EQ(Run({"--config", sConfig, "--import", Path("card.xml"), "--import-only"}), CHostApp::ExitOk);
     EXPECT_NE(vm_sOut.find("added: 1"), std::string::npos);
-    EXPECT_EQ(Run({"--help"}), CHostApp::ExitOk);
-    EXPECT_NE(vm_sOut.find("--tour"), std::string::npos);
+}
+
+TEST_F(HostAppTest, TheProgramTellsOfItselfWithoutADisplayAndEndsCleanlyWhenItIsAskedTo)
+{
+    qputenv("QT_QPA_PLATFORM", "none");
+    for (const auto& [pszOption, pszTold] : {std::pair{"--help", "--tour"}, {"--version", FLEETLINK_VERSION}}) {
+        ServerProcess objProgram({pszOption});
+        EXPECT_NE(objProgram.AllPrinted().find(pszTold), std::string::npos) << pszOption;
+        EXPECT_EQ(objProgram.End(0), CHostApp::ExitOk);
+    }
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    CVirtualNvr nvr;
+    std::string sError;
+    ASSERT_TRUE(nvr.m_F_b_Start({}, sError)) << sError;
+    WriteCard(Path("card.xml"), "Lab", nvr.m_F_n_HttpPort(), nvr.m_F_n_RtspPort(), 4);
+    ServerProcess objHost({"--config", Path("config").toStdString(), "--import", Path("card.xml").toStdString()});
+    ASSERT_TRUE(WaitUntil([&] { return nvr.m_F_o_Streams().m_F_n_Sessions() == 4; }, 15000));
+    EXPECT_EQ(objHost.End(SIGTERM), CHostApp::ExitOk);
+    EXPECT_EQ(CEnvObj::s_F_n_RemoveStaleShm(), 0) << "names left in shared memory";
 }
 
 TEST_F(HostAppTest, ALaterHostOnTheSameFolderLeavesItToTheFirst)

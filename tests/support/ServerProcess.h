@@ -6,7 +6,7 @@
 #include <sys/prctl.h>
 #include <vector>
 
-/// The shipped recorder program as a process of its own, whose memory and threads are not ours. It ends with this
+/// A shipped program (PROGRAM) as a process of its own, whose memory and threads are not ours. It ends with this
 /// object.
 class ServerProcess
 {
@@ -18,7 +18,7 @@ public:
             arTexts.append(QString::fromStdString(sArgument));
         vm_process.setProcessChannelMode(QProcess::MergedChannels);
         vm_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); }); // also where the test is killed
-        vm_process.start(QStringLiteral(RECORDER), arTexts);
+        vm_process.start(QStringLiteral(PROGRAM), arTexts);
     }
     ~ServerProcess() { End(SIGKILL); }
 
