@@ -29,6 +29,9 @@ QString CSnapshot::s_F_s_SafeName(const QString& sTitle)
         else if (!c.isLetterOrNumber() && !c.isMark() && !u" -_()（）"_s.contains(c))
             c = u'_';
     }
+    QStringList arWords = sName.split(u' ');
+    arWords.removeIf([](const QString& sWord) { return sWord.count(u'_') == sWord.size(); });
+    sName = arWords.join(u' ');
     while (sName.toUtf8().size() > MaxNameBytes)
         sName.chop(1);
     return sName.trimmed();
@@ -39,7 +42,7 @@ QString CSnapshot::s_F_s_Save(const QImage& objImage, const QString& sFolder, co
 {
     if (objImage.isNull() || !QDir().mkpath(sFolder))
         return {};
-    const QString sBase = u"%1 %2"_s.arg(s_F_s_SafeName(sTitle), tmTaken.toString(u"yyyy-MM-dd HH-mm-ss"_s));
+    const QString sBase = u"%1 %2"_s.arg(s_F_s_SafeName(sTitle), tmTaken.toString(u"yyyy-MM-dd HH-mm-ss"_s)).trimmed();
     for (int nTry = 1; nTry <= MostOfOneName; ++nTry) {
         const QString sNumber = nTry == 1 ? QString() : u" (%1)"_s.arg(nTry);
         QFile objFile(QDir(sFolder).filePath(sBase + sNumber + u".png"_s));

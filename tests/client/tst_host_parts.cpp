@@ -81,9 +81,9 @@ TEST(Snapshot, NeverLeavesItsFolderNorWritesOverAFile)
     image.fill(Qt::red);
     const QDateTime tmTaken(QDate(2027, 3, 14), QTime(1, 2, 3));
     const QString sFirst = CSnapshot::s_F_s_Save(image, dir.path(), "../../etc/x:y\n*?", tmTaken);
-    EXPECT_EQ(sFirst, dir.filePath("______etc_x_y __ 2027-03-14 01-02-03.png"));
+    EXPECT_EQ(sFirst, dir.filePath("______etc_x_y 2027-03-14 01-02-03.png"));
     const QString sSecond = CSnapshot::s_F_s_Save(image, dir.path(), "../../etc/x:y\n*?", tmTaken);
-    EXPECT_EQ(sSecond, dir.filePath("______etc_x_y __ 2027-03-14 01-02-03 (2).png"));
+    EXPECT_EQ(sSecond, dir.filePath("______etc_x_y 2027-03-14 01-02-03 (2).png"));
     EXPECT_EQ(QImage(sSecond).pixelColor(3, 3), QColor(Qt::red));
     EXPECT_NE(CSnapshot::s_F_s_Save(image, dir.path(), QString(80, QChar(0x9304)), tmTaken), "") << "240 bytes";
     EXPECT_EQ(CSnapshot::s_F_s_Save({}, dir.path(), "x", tmTaken), "");
