@@ -13,13 +13,14 @@ namespace {
 struct stDef_LanguageRow
 {
     const char* pszFile;
+    const char* pszLibraryFile;
     const char* pszQt; // translation of Qt's own texts; null: as they stand
 };
 
 // By the language index of the environment.
 constexpr stDef_LanguageRow g_astLanguages[] = {
-    {"lang_HOST_cht.xml", "qtbase_zh_TW"},
-    {"lang_HOST_eng.xml", nullptr},
+    {"lang_HOST_cht.xml", "lang_ENVR_cht.xml", "qtbase_zh_TW"},
+    {"lang_HOST_eng.xml", "lang_ENVR_eng.xml", nullptr},
 };
 
 } // namespace
@@ -51,4 +52,17 @@ bool CHostLanguage::m_F_b_Set(int nLanguage)
     for (QWidget* const pWidget : QApplication::topLevelWidgets())
         QCoreApplication::postEvent(pWidget, new QEvent(QEvent::LanguageChange));
     return true;
+}
+
+QStringList CHostLanguage::s_F_ar_Faulty(const QString& sFolder)
+{
+    QStringList arFaulty;
+    for (const stDef_LanguageRow& stRow : g_astLanguages) {
+        for (const char* const pszFile : {stRow.pszFile, stRow.pszLibraryFile}) {
+            const QString sFile = QDir(sFolder).filePath(QString::fromLatin1(pszFile));
+            if (!CLangXMLObj().m_F_b_LoadXMLFile(sFile))
+                arFaulty.append(sFile);
+        }
+    }
+    return arFaulty;
 }

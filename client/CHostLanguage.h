@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QStringList>
 #include <QTranslator>
 
 #include "host/Lib_Hostenv.h"
@@ -18,6 +19,8 @@ public:
     /// changes.
     bool m_F_b_Set(int nLanguage);
     int m_F_n_Language() const;
+    /// Files of all languages, the host's and the library's, that are missing in the folder or damaged.
+    static QStringList s_F_ar_Faulty(const QString& sFolder);
 
 private:
     CEnvObj* vm_pEnv;
