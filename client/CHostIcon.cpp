@@ -88,8 +88,21 @@ void DrawPlus(QPainter& objPainter)
     objPainter.drawLine(QPointF(12, 6), QPointF(12, 18));
 }
 
-constexpr void (*g_apfnDraw[])(QPainter&) = {DrawConnect,  DrawDisconnect, DrawExchange, DrawFullScreen, DrawSnapshot,
-                                             DrawPrevious, DrawNext,       DrawPtz,      DrawPlus,       DrawMinus};
+void DrawSettings(QPainter& objPainter)
+{
+    objPainter.drawEllipse(QPointF(12, 12), 5, 5);
+    for (int nTooth = 0; nTooth < 8; ++nTooth) {
+        objPainter.save();
+        objPainter.translate(12, 12);
+        objPainter.rotate(45 * nTooth);
+        objPainter.drawLine(QPointF(0, -6.5), QPointF(0, -9));
+        objPainter.restore();
+    }
+}
+
+constexpr void (*g_apfnDraw[])(QPainter&) = {DrawConnect,  DrawDisconnect, DrawExchange, DrawFullScreen,
+                                             DrawSnapshot, DrawPrevious,   DrawNext,     DrawPtz,
+                                             DrawPlus,     DrawMinus,      DrawSettings};
 
 class CDrawnIcon : public QIconEngine
 {

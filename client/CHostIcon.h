@@ -13,7 +13,8 @@ enum class emDef_HostIcon
     Next,
     Ptz,
     Plus,
-    Minus
+    Minus,
+    Settings
 };
 
 /// Icons that are drawn in the palette's colours at the very size and ratio they are shown at.

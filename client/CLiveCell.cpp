@@ -510,7 +510,8 @@ void CLiveCell::m_S_PaintCaption(QPainter& objPainter) const
         }
     }
     objPainter.setFont(objBold);
-    objPainter.setPen(palette().color(bEmpty ? QPalette::PlaceholderText : QPalette::Text));
+    const QColor objText = palette().color(QPalette::Text);
+    objPainter.setPen(bEmpty ? CLiveState::s_F_o_Quiet(objText) : objText);
     objPainter.drawText(rcText, Qt::AlignLeft | Qt::AlignVCenter,
                         QFontMetrics(objBold).elidedText(sTitle, Qt::ElideRight, rcText.width()));
     objPainter.setFont(font());

@@ -39,7 +39,7 @@ CLiveGrid::CLiveGrid(CEnvObj* pEnv, const CRecorderStore* pStore, CCameraNames* 
     for (int i = 0; i < MaxShape; ++i)
         vm_arCells.append(m_F_p_MakeCell(i));
     setAccessibleName(Tr(emDef_Text::LiveGrid));
-    setMinimumSize(480, 320);
+    setMinimumSize(320, 200);
     connect(vm_pResolver, &CDipsResolver::S_Resolved, this, &CLiveGrid::m_S_OnResolved);
     connect(pNames, &CCameraNames::S_Changed, this, [this](int nNvrID) { m_S_Retitle(m_F_ar_CellsOf(nNvrID)); });
     connect(&vm_objTimer, &QTimer::timeout, this, &CLiveGrid::m_S_PollAll);
@@ -221,8 +221,7 @@ int CLiveGrid::m_F_n_Pages() const
 
 void CLiveGrid::m_S_SetPage(int nPage)
 {
-    const int nFilled = (static_cast<int>(vm_arSlots.size()) + vm_nShape - 1) / vm_nShape;
-    nPage = std::clamp(nPage, 0, nFilled);
+    nPage = std::clamp(nPage, 0, m_F_n_Pages() - 1);
     if (nPage == vm_nPage)
         return;
     vm_nPage = nPage;

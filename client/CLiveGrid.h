@@ -44,7 +44,6 @@ public:
 
     void m_S_SetShape(int nCells);
     int m_F_n_Shape() const { return vm_nShape; }
-    /// One page beyond the last one that holds something can be shown.
     void m_S_SetPage(int nPage);
     int m_F_n_Page() const { return vm_nPage; }
     int m_F_n_Pages() const;

@@ -82,6 +82,12 @@ QString CLiveState::s_F_s_Hint(emDef_LiveState nState, emDef_RingLack nLack)
                                                       : s_F_s_Hint(nState);
 }
 
+QColor CLiveState::s_F_o_Quiet(QColor objText)
+{
+    objText.setAlphaF(0.7F);
+    return objText;
+}
+
 bool CLiveState::s_F_b_IsDark(const QPalette& objPalette)
 {
     return objPalette.color(QPalette::Base).lightness() < 128;

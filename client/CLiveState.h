@@ -36,6 +36,8 @@ public:
     static QString s_F_s_Hint(emDef_LiveState nState, emDef_RingLack nLack);
     /// Colour of the mark, readable on the palette's base colour.
     static QColor s_F_o_Colour(emDef_LiveState nState, const QPalette& objPalette);
+    /// The colour of a text, for one of less weight; readable wherever the other is.
+    static QColor s_F_o_Quiet(QColor objText);
     static bool s_F_b_IsDark(const QPalette& objPalette);
     /// Draws the mark into the square: filled while pictures come, a ring otherwise.
     static void s_S_DrawMark(QPainter& objPainter, const QRectF& rcMark, emDef_LiveState nState,

@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "CHostText.h"
+#include "CLiveState.h"
 #include "CNvrQuery.h"
 #include "CRecorderStore.h"
 #include "CRecorderTree.h"
@@ -18,7 +19,8 @@ namespace {
 
 constexpr int AskDelayMs = 250;
 constexpr int FirstStyleFlag = 1;
-constexpr int Styles = 4;
+constexpr emDef_Text g_anStyles[] = {emDef_Text::LoginStyleNormal, emDef_Text::LoginStyleSimple,
+                                     emDef_Text::LoginStyleProfessional, emDef_Text::LoginStyleAdvanced};
 constexpr int SecondOnlyFlag = 13;
 
 struct stDef_Row
@@ -75,7 +77,6 @@ void CLoginPanel::m_S_Build()
     for (const stDef_Row& stRow : g_astRows) {
         vm_arNames.append(new QLabel);
         vm_arValues.append(new QLabel);
-        vm_arNames.last()->setForegroundRole(QPalette::PlaceholderText);
         vm_arValues.last()->setObjectName(QString::fromLatin1(stRow.pszName));
         vm_arValues.last()->setWordWrap(true);
         vm_arValues.last()->setTextFormat(Qt::PlainText);
@@ -145,9 +146,9 @@ QString CLoginPanel::m_F_s_View() const
 QString CLoginPanel::m_F_s_Styles() const
 {
     QStringList arStyles;
-    for (int nStyle = 0; nStyle < Styles; ++nStyle) {
-        if (vm_arCan.value(FirstStyleFlag + nStyle).trimmed() == u"1"_s)
-            arStyles.append(QString::number(nStyle + 1));
+    for (int nFlag = FirstStyleFlag; const emDef_Text nStyle : g_anStyles) {
+        if (vm_arCan.value(nFlag++).trimmed() == u"1"_s)
+            arStyles.append(Tr(nStyle));
     }
     return arStyles.isEmpty() ? Tr(emDef_Text::LoginNone) : arStyles.join(u", "_s);
 }
@@ -160,6 +161,7 @@ QString CLoginPanel::m_F_s_SecondOnly() const
 
 void CLoginPanel::m_S_Show()
 {
+    m_S_Tint();
     setVisible(vm_nNvrID >= 0);
     if (vm_nNvrID < 0)
         return;
@@ -181,9 +183,20 @@ void CLoginPanel::m_S_Show()
     }
 }
 
+// Of the text's own colour: a palette's one for place holders may be of another scheme.
+void CLoginPanel::m_S_Tint()
+{
+    QPalette objQuiet = palette();
+    objQuiet.setColor(QPalette::WindowText, CLiveState::s_F_o_Quiet(objQuiet.color(QPalette::WindowText)));
+    for (QLabel* const pName : vm_arNames)
+        pName->setPalette(objQuiet);
+}
+
 void CLoginPanel::changeEvent(QEvent* pEvent)
 {
     QWidget::changeEvent(pEvent);
+    if (pEvent->type() == QEvent::PaletteChange)
+        m_S_Tint();
     if (pEvent->type() == QEvent::LanguageChange)
         m_S_Show();
 }

@@ -39,6 +39,7 @@ private:
     void m_S_Pick();
     void m_S_Ask();
     void m_S_Show();
+    void m_S_Tint();
     QString m_F_s_View() const;
     QString m_F_s_Styles() const;
     QString m_F_s_SecondOnly() const;

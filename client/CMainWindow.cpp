@@ -8,7 +8,9 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -27,6 +29,7 @@
 #include "CRecorderTree.h"
 #include "CShortcutDialog.h"
 #include "CSnapshot.h"
+#include "core/CWndNvrShared.h"
 #include "toolkit/user/CPrompts.h"
 #include "toolkit/user/CUserSide.h"
 
@@ -37,6 +40,8 @@ namespace {
 const QString g_sTotalsGap = u"     "_s;
 constexpr int SaveDelayMs = 1000;
 constexpr int MessageMs = 10000;
+constexpr int UntilTheNextMs = 0;
+constexpr QSize FirstSize(1200, 760);
 constexpr int NoIcon = -1;
 
 // Without the mnemonic, which stands in brackets of its own in Chinese.
@@ -67,13 +72,13 @@ struct CMainWindow::stDef_ActionRow
     const char* pszName;
     emDef_Text nText;
     emDef_Text nTip;
-    const char* pszKey;
-    int nIcon; ///< an emDef_HostIcon, or none
+    const char* pszKeys; ///< divided by "; "
+    int nIcon;           ///< an emDef_HostIcon, or none
 };
 
 // clang-format off
 const CMainWindow::stDef_ActionRow CMainWindow::s_astActions[] = {
-    {"AddRecorder", emDef_Text::AddRecorder, emDef_Text::AddRecorderTip, "Ctrl+N", NoIcon},
+    {"AddRecorder", emDef_Text::AddRecorder, emDef_Text::AddRecorderTip, "Ctrl+N; Ins", int(emDef_HostIcon::Plus)},
     {"EditRecorder", emDef_Text::EditRecorder, emDef_Text::EditRecorderTip, "", NoIcon},
     {"RemoveRecorder", emDef_Text::RemoveRecorder, emDef_Text::RemoveRecorderTip, "", NoIcon},
     {"Quit", emDef_Text::Quit, emDef_Text::QuitTip, "Ctrl+Q", NoIcon},
@@ -87,6 +92,7 @@ const CMainWindow::stDef_ActionRow CMainWindow::s_astActions[] = {
     {"ConnectAll", emDef_Text::ConnectAll, emDef_Text::ConnectAllTip, "Ctrl+L", int(emDef_HostIcon::Connect)},
     {"DisconnectAll", emDef_Text::DisconnectAll, emDef_Text::DisconnectAllTip, "Ctrl+D", int(emDef_HostIcon::Disconnect)},
     {"Snapshot", emDef_Text::Snapshot, emDef_Text::SnapshotTip, "Ctrl+S", int(emDef_HostIcon::Snapshot)},
+    {"Settings", emDef_Text::Settings, emDef_Text::SettingsTip, "", int(emDef_HostIcon::Settings)},
     {"NvrMenu", emDef_Text::NvrMenu, emDef_Text::NvrMenuTip, "Ctrl+M", NoIcon},
     {"Exchange", emDef_Text::Exchange, emDef_Text::ExchangeTip, "Ctrl+E", int(emDef_HostIcon::Exchange)},
     {"Shortcuts", emDef_Text::Shortcuts, emDef_Text::Shortcuts, "F1", NoIcon},
@@ -105,7 +111,7 @@ struct CMainWindow::stDef_MenuRow
 const CMainWindow::stDef_MenuRow CMainWindow::s_astMenus[] = {
     {"MenuFile", emDef_Text::MenuFile, {"Snapshot", nullptr, "Quit"}},
     {"MenuView", emDef_Text::MenuView, {"Shape1", "Shape4", "Shape9", "Shape16", nullptr, "PreviousPage", "NextPage", nullptr, "FullScreen"}},
-    {"MenuRecorder", emDef_Text::MenuRecorder, {"AddRecorder", "EditRecorder", "RemoveRecorder", nullptr, "ConnectAll", "DisconnectAll", nullptr, "NvrMenu", "Exchange"}},
+    {"MenuRecorder", emDef_Text::MenuRecorder, {"AddRecorder", "EditRecorder", "RemoveRecorder", nullptr, "ConnectAll", "DisconnectAll", nullptr, "Settings", "NvrMenu", "Exchange"}},
     {"MenuLanguage", emDef_Text::Language, {"English", "Chinese"}},
     {"MenuHelp", emDef_Text::MenuHelp, {"Shortcuts", "About"}},
 };
@@ -127,9 +133,7 @@ CMainWindow::CMainWindow(CEnvObj* pEnv, CRecorderStore* pStore)
     m_S_ConnectParts();
     m_S_Restore();
     m_S_Retranslate();
-    const QString sDamaged = pEnv->m_F_s_DamagedSysXML();
-    if (!sDamaged.isEmpty())
-        m_S_Tell(Tr(emDef_Text::DamagedList).arg(sDamaged));
+    statusBar()->showMessage(m_F_s_StartFaults(), UntilTheNextMs);
 }
 
 CMainWindow::~CMainWindow()
@@ -144,30 +148,15 @@ CMainWindow::~CMainWindow()
 
 void CMainWindow::m_S_MakeLayout()
 {
-    vm_pTree = new CRecorderTree(&vm_objNames);
+    m_S_MakeSide();
     vm_pGrid = new CLiveGrid(vm_pEnv, vm_pStore, &vm_objNames);
-    vm_pSide = new QWidget;
-    vm_pTitle = new QLabel;
-    QFont objBold = vm_pTitle->font();
-    objBold.setBold(true);
-    vm_pTitle->setFont(objBold);
-    vm_pTitle->setContentsMargins(12, 10, 12, 6);
-    vm_pTitle->setBuddy(vm_pTree);
-    auto* const pFilterLine = new QHBoxLayout;
-    pFilterLine->setContentsMargins(8, 0, 8, 8);
-    pFilterLine->addWidget(new CRecorderFilter(vm_pTree));
-    auto* const pSideLayout = new QVBoxLayout(vm_pSide);
-    pSideLayout->setContentsMargins(0, 0, 0, 0);
-    pSideLayout->setSpacing(0);
-    pSideLayout->addWidget(vm_pTitle);
-    pSideLayout->addLayout(pFilterLine);
-    pSideLayout->addWidget(vm_pTree, 1);
-    vm_pLogin = new CLoginPanel(vm_pEnv, vm_pStore, vm_pTree, &vm_objWatch);
-    pSideLayout->addWidget(vm_pLogin);
+    vm_pView = new QStackedWidget;
+    vm_pView->addWidget(vm_pGrid);
+    vm_pView->addWidget(m_F_p_MakeFirstSteps());
 
     auto* const pSplitter = new QSplitter(Qt::Horizontal);
     pSplitter->addWidget(vm_pSide);
-    pSplitter->addWidget(vm_pGrid);
+    pSplitter->addWidget(vm_pView);
     pSplitter->setStretchFactor(1, 1);
     pSplitter->setChildrenCollapsible(false);
     pSplitter->setSizes({280, 920});
@@ -180,15 +169,60 @@ void CMainWindow::m_S_MakeLayout()
     addDockWidget(Qt::RightDockWidgetArea, vm_pPtz);
     vm_pPtz->hide();
     addAction(vm_pPtz->toggleViewAction());
-    vm_pTotals = new QLabel;
-    vm_pTotals->setObjectName(u"Totals"_s);
-    vm_pTotals->setContentsMargins(4, 0, 8, 0);
-    statusBar()->addPermanentWidget(vm_pTotals);
-    // A message would be gone with the next tip of a menu.
-    vm_pNotTaken = new QLabel;
-    vm_pNotTaken->setObjectName(u"NotTaken"_s);
-    vm_pNotTaken->setTextFormat(Qt::PlainText);
-    statusBar()->addWidget(vm_pNotTaken, 1);
+    const auto MakeLabel = [this](const char* pszName) {
+        auto* const pLabel = new QLabel;
+        pLabel->setObjectName(QString::fromLatin1(pszName));
+        pLabel->setTextFormat(Qt::PlainText);
+        pLabel->setContentsMargins(4, 0, 8, 0);
+        statusBar()->addPermanentWidget(pLabel);
+        return pLabel;
+    };
+    vm_pSheetOf = MakeLabel("SheetOf");
+    vm_pTotals = MakeLabel("Totals");
+    vm_pNotTaken = MakeLabel("NotTaken"); // a message would be gone with the next tip of a menu
+}
+
+void CMainWindow::m_S_MakeSide()
+{
+    vm_pTree = new CRecorderTree(&vm_objNames);
+    vm_pFilter = new CRecorderFilter(vm_pTree);
+    vm_pSide = new QWidget;
+    vm_pTitle = new QLabel;
+    QFont objBold = vm_pTitle->font();
+    objBold.setBold(true);
+    vm_pTitle->setFont(objBold);
+    vm_pTitle->setContentsMargins(12, 10, 12, 6);
+    vm_pTitle->setBuddy(vm_pTree);
+    auto* const pFilterLine = new QHBoxLayout;
+    pFilterLine->setContentsMargins(8, 0, 8, 8);
+    pFilterLine->addWidget(vm_pFilter);
+    auto* const pSideLayout = new QVBoxLayout(vm_pSide);
+    pSideLayout->setContentsMargins(0, 0, 0, 0);
+    pSideLayout->setSpacing(0);
+    pSideLayout->addWidget(vm_pTitle);
+    pSideLayout->addLayout(pFilterLine);
+    pSideLayout->addWidget(vm_pTree, 1);
+    vm_pLogin = new CLoginPanel(vm_pEnv, vm_pStore, vm_pTree, &vm_objWatch);
+    pSideLayout->addWidget(vm_pLogin);
+}
+
+QWidget* CMainWindow::m_F_p_MakeFirstSteps()
+{
+    auto* const pPage = new QWidget;
+    vm_pFirstSteps = new QLabel;
+    vm_pFirstSteps->setAlignment(Qt::AlignCenter);
+    vm_pFirstSteps->setWordWrap(true);
+    auto* const pButton = new QToolButton;
+    pButton->setObjectName(u"FirstRecorder"_s);
+    pButton->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    pButton->setFocusPolicy(Qt::StrongFocus);
+    auto* const pLayout = new QVBoxLayout(pPage);
+    pLayout->setSpacing(12);
+    pLayout->addStretch();
+    pLayout->addWidget(vm_pFirstSteps);
+    pLayout->addWidget(pButton, 0, Qt::AlignHCenter);
+    pLayout->addStretch();
+    return pPage;
 }
 
 void CMainWindow::m_S_MakeActions()
@@ -196,7 +230,8 @@ void CMainWindow::m_S_MakeActions()
     for (const stDef_ActionRow& stRow : s_astActions) {
         auto* const pAction = new QAction(this);
         pAction->setObjectName(QString::fromLatin1(stRow.pszName));
-        pAction->setShortcut(QKeySequence(QString::fromLatin1(stRow.pszKey)));
+        if (*stRow.pszKeys)
+            pAction->setShortcuts(QKeySequence::listFromString(QString::fromLatin1(stRow.pszKeys)));
         if (stRow.nIcon != NoIcon)
             pAction->setIcon(CHostIcon::s_F_o_Get(static_cast<emDef_HostIcon>(stRow.nIcon)));
         addAction(pAction); // the shortcut holds in full screen too, where the menu is hidden
@@ -214,6 +249,7 @@ void CMainWindow::m_S_MakeActions()
     vm_pShapes = MakeGroup({{"Shape1", 1}, {"Shape4", 4}, {"Shape9", 9}, {"Shape16", 16}});
     vm_pLanguages = MakeGroup({{"Chinese", 0}, {"English", 1}});
     m_F_p_Action("FullScreen")->setCheckable(true);
+    vm_pView->findChild<QToolButton*>(u"FirstRecorder"_s)->setDefaultAction(m_F_p_Action("AddRecorder"));
     auto* const pLeave = new QAction(this);
     pLeave->setShortcut(QKeySequence(u"Esc"_s));
     addAction(pLeave);
@@ -248,7 +284,7 @@ void CMainWindow::m_S_MakeToolBar()
     vm_pToolBar->setObjectName(u"Toolbar"_s);
     vm_pToolBar->setMovable(false);
     vm_pToolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    for (const char* const pszName : {"ConnectAll", "DisconnectAll", "Snapshot", "Exchange"})
+    for (const char* const pszName : {"ConnectAll", "DisconnectAll", "Snapshot", "Settings"})
         vm_pToolBar->addAction(m_F_p_Action(pszName));
     vm_pToolBar->addAction(vm_pPtz->toggleViewAction());
     vm_pToolBar->addSeparator();
@@ -279,8 +315,9 @@ void CMainWindow::m_S_ConnectActions()
     On("ConnectAll", [this] { vm_pGrid->m_S_ConnectAll(); });
     On("DisconnectAll", [this] { vm_pGrid->m_S_DisconnectAll(); });
     On("Snapshot", [this] { vm_pGrid->m_S_Snapshot(); });
-    On("Exchange", [this] { m_S_Exchange(); });
-    On("NvrMenu", [this] { m_S_ShowNvrMenu(m_F_n_Picked()); });
+    On("Exchange", [this] { m_S_AskAndExchange(); });
+    On("Settings", [this] { m_S_RunCommand(m_F_n_Picked(), CWndNvrShared::Command_SystemSetting); });
+    On("NvrMenu", [this] { m_S_ShowTreeMenu(m_F_n_Picked(), vm_pTree->m_F_o_MenuPoint()); });
     On("Shortcuts", [this] { m_S_ShowShortcuts(); });
     On("About", [this] { m_S_About(); });
     On("AddRecorder", [this] { m_S_AddRecorder(); });
@@ -296,11 +333,10 @@ void CMainWindow::m_S_ConnectParts()
 {
     connect(vm_pTree, &CRecorderTree::S_PlaceChannel, vm_pGrid, &CLiveGrid::m_S_Place);
     connect(vm_pTree, &CRecorderTree::S_ShowRecorder, vm_pGrid, &CLiveGrid::m_S_ShowRecorder);
-    connect(vm_pTree, &CRecorderTree::S_Add, this, &CMainWindow::m_S_AddRecorder);
     connect(vm_pTree, &CRecorderTree::S_Edit, this, &CMainWindow::m_S_EditRecorder);
     connect(vm_pTree, &CRecorderTree::S_Remove, this, &CMainWindow::m_S_RemoveRecorder);
     connect(vm_pTree, &CRecorderTree::S_MenuRequested, this, &CMainWindow::m_S_ShowTreeMenu);
-    connect(vm_pTree, &CRecorderTree::S_NvrMenuRequested, this, &CMainWindow::m_S_ShowNvrMenu);
+    connect(vm_pTree, &CRecorderTree::S_CurrentChanged, this, &CMainWindow::m_S_UpdateActions);
     connect(vm_pGrid, &CLiveGrid::S_Changed, this, &CMainWindow::m_S_UpdateStates);
     connect(vm_pGrid, &CLiveGrid::S_LayoutChanged, this, &CMainWindow::m_S_UpdatePages);
     connect(vm_pGrid, &CLiveGrid::S_Snapshot, this, &CMainWindow::m_S_SaveSnapshot);
@@ -324,6 +360,7 @@ void CMainWindow::m_S_Retranslate()
 {
     setWindowTitle(Tr(emDef_Text::AppTitle));
     vm_pTitle->setText(Tr(emDef_Text::Recorders));
+    vm_pFirstSteps->setText(Tr(emDef_Text::FirstSteps));
     vm_pToolBar->setWindowTitle(Tr(emDef_Text::Toolbar));
     for (const stDef_ActionRow& stRow : s_astActions) {
         QAction* const pAction = m_F_p_Action(stRow.pszName);
@@ -337,6 +374,7 @@ void CMainWindow::m_S_Retranslate()
         menuBar()->findChild<QMenu*>(QString::fromLatin1(stRow.pszName))->setTitle(Tr(stRow.nText));
     m_S_UpdatePages();
     m_S_UpdateStates();
+    m_S_UpdateActions();
 }
 
 void CMainWindow::changeEvent(QEvent* pEvent)
@@ -362,8 +400,9 @@ void CMainWindow::m_S_Restore()
         stLayout.arSlots = vm_pGrid->m_F_ar_DefaultSlots();
     vm_objLanguage.m_F_b_Set(stLayout.nLanguage);
     if (!restoreGeometry(stLayout.sGeometry))
-        resize(1200, 760);
+        resize(FirstSize.boundedTo(screen()->availableGeometry().size() * 9 / 10)); // with room for the frame
     m_S_UpdateRecorders();
+    vm_nRecorders > 0 ? vm_pTree->setFocus() : vm_pView->currentWidget()->findChild<QToolButton*>()->setFocus();
     if (stLayout.bFullScreen)
         m_F_p_Action("FullScreen")->trigger();
     vm_pGrid->m_S_SetLayout(stLayout);
@@ -408,11 +447,46 @@ void CMainWindow::m_S_UpdatePages()
     Check(vm_pLanguages, vm_objLanguage.m_F_n_Language());
     vm_pPages->setText(Tr(emDef_Text::PageOf).arg(vm_pGrid->m_F_n_Page() + 1).arg(vm_pGrid->m_F_n_Pages()));
     m_F_p_Action("PreviousPage")->setEnabled(vm_pGrid->m_F_n_Page() > 0);
+    m_F_p_Action("NextPage")->setEnabled(vm_pGrid->m_F_n_Page() + 1 < vm_pGrid->m_F_n_Pages());
     m_S_SaveSoon();
+}
+
+// What would do nothing can't be chosen, and says why.
+void CMainWindow::m_S_UpdateActions()
+{
+    const int nNvrID = m_F_n_Picked();
+    for (const char* const pszName : {"EditRecorder", "RemoveRecorder", "NvrMenu", "Exchange"})
+        m_F_p_Action(pszName)->setEnabled(nNvrID >= 0);
+    for (const char* const pszName : {"ConnectAll", "DisconnectAll", "Snapshot"})
+        m_F_p_Action(pszName)->setEnabled(vm_nRecorders > 0);
+    const QList<stDef_MenuItem> arCommands = m_F_ar_Commands(nNvrID);
+    const bool bSettings = std::any_of(arCommands.begin(), arCommands.end(), [](const stDef_MenuItem& stItem) {
+        return stItem.nId == CWndNvrShared::Command_SystemSetting && stItem.bWorks;
+    });
+    QAction* const pSettings = m_F_p_Action("Settings");
+    pSettings->setEnabled(bSettings);
+    const QString sTip = Tr(bSettings || nNvrID < 0 ? emDef_Text::SettingsTip : emDef_Text::SettingsNone);
+    pSettings->setToolTip(sTip);
+    pSettings->setStatusTip(sTip);
+}
+
+QString CMainWindow::m_F_s_StartFaults() const
+{
+    QStringList arFaults;
+    const QStringList arFiles = CHostLanguage::s_F_ar_Faulty(vm_pEnv->m_F_s_GetLangFolder());
+    if (!arFiles.isEmpty())
+        arFaults.append(Tr(emDef_Text::LanguageFault).arg(arFiles.join(u", "_s)));
+    const QString sDamaged = vm_pEnv->m_F_s_DamagedSysXML();
+    if (!sDamaged.isEmpty())
+        arFaults.append(Tr(emDef_Text::DamagedList).arg(sDamaged));
+    return arFaults.join(u"   "_s);
 }
 
 void CMainWindow::m_S_SetFullScreen(bool bOn)
 {
+    // The focus of a part that hides would go to the first cell, and the mark with it.
+    if (bOn && vm_pSide->isAncestorOf(focusWidget()))
+        vm_pGrid->m_F_p_Current()->setFocus();
     for (QWidget* const pWidget : {static_cast<QWidget*>(menuBar()), static_cast<QWidget*>(vm_pToolBar), vm_pSide,
                                    static_cast<QWidget*>(statusBar())})
         pWidget->setVisible(!bOn);
@@ -444,6 +518,8 @@ void CMainWindow::m_S_UpdateRecorders()
     vm_pTree->m_S_SetRecorders(arRecorders);
     vm_objWatch.m_S_SetRecorders(arRecorders);
     vm_pLogin->m_S_Refresh();
+    vm_pView->setCurrentIndex(arRecorders.isEmpty() ? 1 : 0);
+    m_S_UpdateActions();
 }
 
 void CMainWindow::m_S_AddRecorder()
@@ -454,6 +530,8 @@ void CMainWindow::m_S_AddRecorder()
     m_S_UpdateRecorders();
     vm_pGrid->m_S_RecorderChanged(objDialog.m_F_n_NvrID());
     vm_pGrid->m_S_ShowRecorder(objDialog.m_F_n_NvrID());
+    vm_pFilter->clear(); // it might hide the new one
+    vm_pTree->m_S_Select(objDialog.m_F_n_NvrID());
 }
 
 void CMainWindow::m_S_EditRecorder(int nNvrID)
@@ -479,10 +557,8 @@ void CMainWindow::m_S_ShowImported(const stDef_ImportResult& stResult)
 
 void CMainWindow::m_S_RemoveRecorder(int nNvrID)
 {
-    if (nNvrID < 0)
-        return;
     const QString sQuestion = Tr(emDef_Text::RemoveQuestion).arg(vm_pStore->m_F_o_Form(nNvrID).sName);
-    if (!CPrompts::s_F_b_AskToDestroy(this, sQuestion, Tr(emDef_Text::AppTitle)))
+    if (nNvrID < 0 || !CPrompts::s_F_b_AskToDestroy(this, sQuestion, Tr(emDef_Text::AppTitle)))
         return;
     const QString sError = vm_pStore->m_F_s_Remove(nNvrID);
     if (!sError.isEmpty()) {
@@ -493,46 +569,77 @@ void CMainWindow::m_S_RemoveRecorder(int nNvrID)
     m_S_UpdateRecorders();
 }
 
-// The recorder's own menu leads to its setting windows; the object lives until those are closed.
-void CMainWindow::m_S_ShowNvrMenu(int nNvrID)
+// Those of the recorder's own menu, in its language; also where its entry is not usable.
+QList<stDef_MenuItem> CMainWindow::m_F_ar_Commands(int nNvrID) const
 {
-    const CNvrHolder objNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, this, vm_pEnv));
-    if (objNvr.m_F_p_Get() && objNvr.m_F_p_Get()->m_F_n_Init(vm_pStore->m_F_o_InitRecord(nNvrID)) == 1) {
-        vm_pNotTaken->clear();
-        connect(objNvr.m_F_p_Get(), &CWndNvrBase::S_NotTaken, this, [this, nNvrID](const QString& sText) {
-            vm_pNotTaken->setText(vm_pStore->m_F_o_Form(nNvrID).sName + u": "_s + sText);
-        });
-        objNvr.m_F_p_Get()->m_S_ShowMenu();
-    } else {
-        statusBar()->showMessage(Tr(nNvrID < 0 ? emDef_Text::ExchangeNoRecorder : emDef_Text::HintUnusable), MessageMs);
-    }
-    vm_objNames.m_S_AskAgain(nNvrID);
+    const CNvrHolder objNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, nullptr, vm_pEnv));
+    if (!objNvr.m_F_p_Get())
+        return {};
+    stDef_NvrInit stInit = vm_pStore->m_F_o_InitRecord(nNvrID);
+    stInit.bDips = false; // no look-up for a list of words
+    objNvr.m_F_p_Get()->m_F_n_Init(stInit);
+    return objNvr.m_F_p_Get()->m_F_ar_MenuItems();
 }
 
+// A command leads to setting windows; the object lives until those are closed. Their titles don't tell whose they are.
+void CMainWindow::m_S_RunCommand(int nNvrID, int nCommand)
+{
+    const CNvrHolder objNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, this, vm_pEnv));
+    if (!objNvr.m_F_p_Get() || objNvr.m_F_p_Get()->m_F_n_Init(vm_pStore->m_F_o_InitRecord(nNvrID)) != 1) {
+        m_S_Tell(Tr(emDef_Text::HintUnusable));
+        return;
+    }
+    statusBar()->show();
+    vm_pSheetOf->setText(Tr(emDef_Text::SettingsOpen).arg(vm_pStore->m_F_o_Form(nNvrID).sName));
+    vm_pNotTaken->clear();
+    connect(objNvr.m_F_p_Get(), &CWndNvrBase::S_NotTaken, this, [this, nNvrID](const QString& sText) {
+        vm_pNotTaken->setText(vm_pStore->m_F_o_Form(nNvrID).sName + u": "_s + sText);
+    });
+    objNvr.m_F_p_Get()->m_S_OnCommand(nCommand);
+    vm_pSheetOf->clear();
+    vm_objNames.m_S_AskAgain(nNvrID);
+    statusBar()->setVisible(!m_F_p_Action("FullScreen")->isChecked());
+}
+
+// The recorder's own commands, then the host's.
 void CMainWindow::m_S_ShowTreeMenu(int nNvrID, const QPoint& ptGlobal)
 {
     QMenu objMenu(this);
+    objMenu.setObjectName(u"RecorderMenu"_s);
+    for (const stDef_MenuItem& stItem : m_F_ar_Commands(nNvrID)) {
+        QAction* const pItem =
+            objMenu.addAction(stItem.bWorks ? stItem.sText : Tr(emDef_Text::CommandMissing).arg(stItem.sText));
+        pItem->setEnabled(stItem.bWorks);
+        pItem->setData(stItem.nId);
+    }
+    objMenu.addSeparator();
     if (nNvrID >= 0)
         connect(objMenu.addAction(Tr(emDef_Text::ShowRecorder)), &QAction::triggered, vm_pGrid,
                 [this, nNvrID] { vm_pGrid->m_S_ShowRecorder(nNvrID); });
     objMenu.addAction(m_F_p_Action("AddRecorder"));
     if (nNvrID >= 0)
-        objMenu.addActions({m_F_p_Action("EditRecorder"), m_F_p_Action("RemoveRecorder"), m_F_p_Action("NvrMenu"),
-                            m_F_p_Action("Exchange")});
-    objMenu.exec(ptGlobal);
+        objMenu.addActions({m_F_p_Action("EditRecorder"), m_F_p_Action("RemoveRecorder"), m_F_p_Action("Exchange")});
+    const QAction* const pChosen = objMenu.exec(ptGlobal);
+    if (pChosen && pChosen->data().isValid()) // a number is what the recorder's own have
+        m_S_RunCommand(nNvrID, pChosen->data().toInt());
 }
 
 // --- commands
 
+void CMainWindow::m_S_AskAndExchange()
+{
+    const QString sQuestion = Tr(emDef_Text::ExchangeQuestion).arg(vm_pStore->m_F_o_Form(m_F_n_Picked()).sName);
+    if (CPrompts::s_F_b_AskToDestroy(this, sQuestion, Tr(emDef_Text::AppTitle)))
+        m_S_Exchange();
+}
+
 void CMainWindow::m_S_Exchange()
 {
+    const int nNvrID = m_F_n_Picked();
+    if (nNvrID < 0)
+        return;
     vm_pDocuments->show();
     vm_arDocuments.clear();
-    const int nNvrID = m_F_n_Picked();
-    if (nNvrID < 0) {
-        vm_pDocuments->m_S_ShowSummary(Tr(emDef_Text::ExchangeNoRecorder));
-        return;
-    }
     const QString sName = vm_pStore->m_F_o_Form(nNvrID).sName;
     const CNvrHolder objNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, this, vm_pEnv));
     if (!objNvr.m_F_p_Get() || objNvr.m_F_p_Get()->m_F_n_Init(vm_pStore->m_F_o_InitRecord(nNvrID)) != 1) {
@@ -577,7 +684,8 @@ void CMainWindow::m_S_ShowShortcuts()
 
 void CMainWindow::m_S_About()
 {
-    CPrompts::s_S_Notice(this, Tr(emDef_Text::AboutBody), Tr(emDef_Text::AppTitle));
+    CPrompts::s_S_Notice(this, Tr(emDef_Text::AboutBody).arg(QStringLiteral(FLEETLINK_VERSION)),
+                         Tr(emDef_Text::AppTitle));
 }
 
 // The states of what is on the page go into the tree; rows that left the page are quiet again.

@@ -12,14 +12,17 @@
 #include "CRecorderStore.h"
 #include "CRecorderWatch.h"
 
+struct stDef_MenuItem;
 class CDocumentPanel;
 class CLiveGrid;
 class CLoginPanel;
 class CPtzPanel;
+class CRecorderFilter;
 class CRecorderTree;
 class QAction;
 class QActionGroup;
 class QLabel;
+class QStackedWidget;
 class QToolBar;
 enum class emDef_HostIcon;
 enum class emDef_Text;
@@ -35,7 +38,7 @@ public:
     CMainWindow(CEnvObj* pEnv, CRecorderStore* pStore);
     ~CMainWindow() override; ///< ends all streams and saves the layout
 
-    /// Runs the exchange with the picked recorder. Blocks under a wait cursor.
+    /// Runs the exchange with the selected recorder, unasked. Blocks under a wait cursor.
     void m_S_Exchange();
     /// Shows what an import from elsewhere brought, or why it failed.
     void m_S_ShowImported(const stDef_ImportResult& stResult);
@@ -61,6 +64,8 @@ private:
     static const stDef_MenuRow s_astMenus[];
 
     void m_S_MakeLayout();
+    void m_S_MakeSide();
+    QWidget* m_F_p_MakeFirstSteps();
     void m_S_MakeActions();
     void m_S_MakeMenus();
     void m_S_MakeToolBar();
@@ -78,7 +83,9 @@ private:
     void m_S_AddRecorder();
     void m_S_EditRecorder(int nNvrID);
     void m_S_RemoveRecorder(int nNvrID);
-    void m_S_ShowNvrMenu(int nNvrID);
+    void m_S_AskAndExchange();
+    QList<stDef_MenuItem> m_F_ar_Commands(int nNvrID) const;
+    void m_S_RunCommand(int nNvrID, int nCommand);
     void m_S_ShowTreeMenu(int nNvrID, const QPoint& ptGlobal);
     void m_S_SaveSoon();
     void m_S_Tell(const QString& sText);
@@ -86,6 +93,8 @@ private:
     void m_S_UpdateRecorders();
     void m_S_UpdateStates();
     void m_S_UpdatePages();
+    void m_S_UpdateActions();
+    QString m_F_s_StartFaults() const;
     int m_F_n_Picked() const;
 
     CEnvObj* vm_pEnv;
@@ -101,6 +110,9 @@ private:
     int vm_nRecorders = 0;
     bool vm_bRestored = false;
     CRecorderTree* vm_pTree = nullptr;
+    CRecorderFilter* vm_pFilter = nullptr;
+    QStackedWidget* vm_pView = nullptr; ///< the grid, or the first steps while there is no recorder
+    QLabel* vm_pFirstSteps = nullptr;
     CLiveGrid* vm_pGrid = nullptr;
     CDocumentPanel* vm_pDocuments = nullptr;
     CPtzPanel* vm_pPtz = nullptr;
@@ -113,4 +125,5 @@ private:
     QLabel* vm_pPages = nullptr;
     QLabel* vm_pTotals = nullptr;
     QLabel* vm_pNotTaken = nullptr; ///< what a recorder did not take when its menu was used last
+    QLabel* vm_pSheetOf = nullptr; ///< whose settings are open
 };

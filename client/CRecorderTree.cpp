@@ -311,6 +311,21 @@ int CRecorderTree::m_F_n_CurrentRecorder() const
     return RecorderOf(currentItem());
 }
 
+void CRecorderTree::m_S_Select(int nNvrID)
+{
+    if (QTreeWidgetItem* const pRow = vm_mapRows.value(nNvrID)) {
+        setCurrentItem(pRow);
+        scrollToItem(pRow);
+    }
+}
+
+QPoint CRecorderTree::m_F_o_MenuPoint() const
+{
+    if (!isVisible() || !currentItem())
+        return QCursor::pos();
+    return viewport()->mapToGlobal(visualItemRect(currentItem()).center());
+}
+
 QSize CRecorderTree::sizeHint() const
 {
     return {280, 400};
@@ -344,9 +359,7 @@ void CRecorderTree::keyPressEvent(QKeyEvent* pEvent)
 {
     const int nNvrID = m_F_n_CurrentRecorder();
     const bool bPlain = (pEvent->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    if (bPlain && pEvent->key() == Qt::Key_Insert)
-        Q_EMIT S_Add();
-    else if (bPlain && nNvrID >= 0 && pEvent->key() == Qt::Key_F2)
+    if (bPlain && nNvrID >= 0 && pEvent->key() == Qt::Key_F2)
         Q_EMIT S_Edit(nNvrID);
     else if (bPlain && nNvrID >= 0 && pEvent->key() == Qt::Key_Delete)
         Q_EMIT S_Remove(nNvrID);
@@ -360,13 +373,7 @@ void CRecorderTree::contextMenuEvent(QContextMenuEvent* pEvent)
 {
     const bool bKeys = pEvent->reason() == QContextMenuEvent::Keyboard;
     const QTreeWidgetItem* const pItem = bKeys ? currentItem() : itemAt(viewport()->mapFromGlobal(pEvent->globalPos()));
-    const QPoint ptGlobal =
-        bKeys && pItem ? viewport()->mapToGlobal(visualItemRect(pItem).center()) : pEvent->globalPos();
-    const bool bOwn = pItem && IsRecorder(*pItem) && !bKeys && !(pEvent->modifiers() & Qt::ShiftModifier);
-    if (bOwn)
-        Q_EMIT S_NvrMenuRequested(RecorderOf(pItem));
-    else
-        Q_EMIT S_MenuRequested(RecorderOf(pItem), ptGlobal);
+    Q_EMIT S_MenuRequested(RecorderOf(pItem), bKeys ? m_F_o_MenuPoint() : pEvent->globalPos());
     pEvent->accept();
 }
 
@@ -424,7 +431,7 @@ void CRecorderTree::paintEvent(QPaintEvent* pEvent)
     if (bShown)
         return;
     QPainter objPainter(viewport());
-    objPainter.setPen(palette().color(QPalette::PlaceholderText));
+    objPainter.setPen(CLiveState::s_F_o_Quiet(palette().color(QPalette::Text)));
     objPainter.drawText(viewport()->rect().adjusted(16, 16, -16, -16),
                         Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
                         Tr(vm_mapRows.isEmpty() ? emDef_Text::TreeEmpty : emDef_Text::TreeNoMatch));

@@ -29,19 +29,18 @@ public:
     void m_S_SetFilter(const QString& sFilter);
     /// Number of the recorder that is picked itself or by one of its channels; -1 if there is none.
     int m_F_n_CurrentRecorder() const;
+    void m_S_Select(int nNvrID);
+    /// Where a menu that no pointer asked for comes up: at the row that is picked. On the screen.
+    QPoint m_F_o_MenuPoint() const;
 
     QSize sizeHint() const override;
 
 Q_SIGNALS:
     void S_PlaceChannel(stDef_ChannelKey stKey);
     void S_ShowRecorder(int nNvrID);
-    void S_Add();
     void S_Edit(int nNvrID);
     void S_Remove(int nNvrID);
     void S_MenuRequested(int nNvrID, QPoint ptGlobal); ///< -1: beside all recorders
-    /// Right button on a recorder: its own menu, which comes at the pointer. With Shift, by the menu key and elsewhere
-    /// the host's one is asked for.
-    void S_NvrMenuRequested(int nNvrID);
     void S_CurrentChanged(int nNvrID);
 
 protected:

@@ -25,7 +25,6 @@ struct stDef_KeyRow
 constexpr stDef_KeyRow g_astKeys[] = {
     {emDef_Text::ShortcutGroupWindow, "Tab", emDef_Text::KeyTab},
     {emDef_Text::ShortcutGroupTree, "Enter", emDef_Text::KeyTreePlace},
-    {emDef_Text::ShortcutGroupTree, "Ins", emDef_Text::KeyTreeAdd},
     {emDef_Text::ShortcutGroupTree, "F2", emDef_Text::KeyTreeEdit},
     {emDef_Text::ShortcutGroupTree, "Del", emDef_Text::KeyTreeRemove},
     {emDef_Text::ShortcutGroupTree, "Left, Right", emDef_Text::KeyTreeExpand},

@@ -379,7 +379,7 @@ void CTour::m_S_Looks()
 
 void CTour::m_S_Exchange()
 {
-    m_S_Trigger("Exchange");
+    vm_pWindow->m_S_Exchange();
     m_S_Settle(); // the cells lay themselves out anew beside the table
     m_S_Grab(u"10-documents"_s);
     if (vm_pWindow->m_F_ar_Documents().isEmpty())
@@ -443,7 +443,7 @@ QString CTour::m_F_s_Report() const
                << Cell(stRow.nFirstPictureMs < 0 ? u"-"_s : u"%1 ms"_s.arg(stRow.nFirstPictureMs), -14)
                << Cell(QString::number(stRow.nRate, 'f', 1), -10) << "  " << stRow.sStates << '\n';
     objOut << '\n'
-           << Cell(u"Document"_s, 14) << Cell(u"Fetched B"_s, -12) << Cell(u"ms"_s, -7) << Cell(u"Posted B"_s, -12)
+           << Cell(u"Document"_s, 14) << Cell(u"Download B"_s, -12) << Cell(u"ms"_s, -7) << Cell(u"Upload B"_s, -12)
            << Cell(u"ms"_s, -7) << "  Result\n";
     for (const stDef_DocumentResult& stResult : vm_pWindow->m_F_ar_Documents())
         objOut << Cell(stResult.sDocument, 14) << Cell(Bytes(stResult.bFetched, stResult.nFetchedBytes), -12)

@@ -12,7 +12,8 @@ namespace {
 std::mutex s_objLock;
 std::function<void()> s_fnEnd;
 
-// Windows calls it on a thread of its own, and ends the process when it returns, unless Ctrl+C or Ctrl+Break was pressed.
+// Windows calls it on a thread of its own, and ends the process when it returns, unless Ctrl+C or Ctrl+Break was
+// pressed.
 BOOL WINAPI Handle(DWORD nEvent)
 {
     {
@@ -100,7 +101,7 @@ CEndRequest::CEndRequest(std::function<void()> fnEnd) : vm_pImpl(std::make_uniqu
     st_Impl& d = *vm_pImpl;
     d.fnEnd = std::move(fnEnd);
     if (pipe2(d.anPipe.data(), O_CLOEXEC) != 0)
-        return; // signals end the process as ever
+        return;                              // signals end the process as ever
     fcntl(d.anPipe[1], F_SETFL, O_NONBLOCK); // a handler must not wait
     s_nWriteEnd = d.anPipe[1];
     d.objThread = std::thread([&d] { d.Run(); });

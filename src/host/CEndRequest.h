@@ -5,9 +5,9 @@
 
 #include "host/Export.h"
 
-/// Hears that the process is asked to end from outside: by SIGTERM, SIGINT or SIGHUP, on Windows by the console's control
-/// events or its closing. The first request of a kind is only told; a second one ends the process as ever. One object at
-/// a time.
+/// Hears that the process is asked to end from outside: by SIGTERM, SIGINT or SIGHUP, on Windows by the console's
+/// control events or its closing. The first request of a kind is only told; a second one ends the process as ever. One
+/// object at a time.
 class LIB_BEDROCK_EXPORT CEndRequest
 {
 public:

@@ -11,10 +11,10 @@
 #include "CHostApp.h"
 #include "CLiveGrid.h"
 #include "CMainWindow.h"
-#include "CStreamServer.h"
 #include "CVirtualNvr.h"
 #include "RecorderCard.h"
 #include "host/Lib_Hostenv.h"
+#include "rtsp/CStreamServer.h"
 #include "support/ServerProcess.h"
 #include "support/Waiting.h"
 
@@ -168,9 +168,10 @@ TEST_F(HostAppTest, TheTourTellsWhatItSaw)
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QByteArray sReport = file.readAll();
     EXPECT_NE(vm_sOut.find(sReport.toStdString()), std::string::npos);
+    EXPECT_EQ(vm_sErr, "") << "no word of the platform either";
     EXPECT_EQ(sReport.count("Connecting "), 4);
     EXPECT_EQ(sReport.count("Live "), 4);
-    EXPECT_EQ(sReport.count("Fetched and posted"), 4);
+    EXPECT_EQ(sReport.count("Downloaded and uploaded"), 4);
 
     // A recorder that lacks what the list promises: every part is told, and the tour goes on to its end.
     nvr.m_S_Stop();

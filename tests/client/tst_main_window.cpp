@@ -2,12 +2,16 @@
 #include <QDir>
 #include <QDropEvent>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScreen>
 #include <QStatusBar>
 #include <QTableWidget>
 #include <QTimer>
+#include <QToolButton>
 #include <algorithm>
 #include <array>
 #include <optional>
@@ -75,6 +79,92 @@ protected:
         return CShmRingReader().m_F_b_Open(emDef_RingKind::Video, nNvrID, nChannel, 0);
     }
 };
+
+TEST_F(MainWindowTest, AnEmptyWindowLeadsToTheFirstRecorders)
+{
+    vm_pWindow = std::make_unique<CMainWindow>(&vm_env, &vm_store);
+    const QSize szScreen = vm_pWindow->screen()->availableSize();
+    EXPECT_EQ(vm_pWindow->size().boundedTo(szScreen), vm_pWindow->size());
+    EXPECT_EQ(vm_pWindow->minimumSizeHint().boundedTo({640, 400}), vm_pWindow->minimumSizeHint()) << "at scale 2";
+    OpenWindow();
+    EXPECT_TRUE(vm_pWindow->statusBar()->currentMessage().contains("lang_ENVR_eng.xml")) << "this test has none";
+    for (const char* const pszName : {"EditRecorder", "RemoveRecorder", "Settings", "NvrMenu", "Exchange", "ConnectAll",
+                                      "Snapshot", "PreviousPage", "NextPage"})
+        EXPECT_FALSE(Find<QAction>(pszName).isEnabled()) << pszName;
+    PromptQueue objPrompts;
+    const auto TypeIn = [&objPrompts](const char* pszAddress) {
+        objPrompts.ExpectDialog([pszAddress](QDialog& objDialog) {
+            QTest::keyClicks(objDialog.findChild<QLineEdit*>("IP"), pszAddress);
+            QTest::keyClicks(objDialog.findChild<QLineEdit*>("UID"), "admin");
+            QTest::keyClick(&objDialog, Qt::Key_Return);
+        });
+    };
+    auto& objFirst = Find<QToolButton>("FirstRecorder");
+    EXPECT_TRUE(objFirst.hasFocus());
+    TypeIn("127.0.0.1");
+    QTest::mouseClick(&objFirst, Qt::LeftButton);
+    EXPECT_FALSE(objFirst.isVisible());
+    QApplication::setActiveWindow(vm_pWindow.get());
+    auto& objFilter = Find<QLineEdit>("RecorderFilter");
+    objFilter.setFocus();
+    QTest::keyClicks(&objFilter, "127.0.0.1");
+    TypeIn("127.0.0.2");
+    QTest::keyClick(&objFilter, Qt::Key_Insert);
+    const CRecorderTree& objTree = *vm_pWindow->m_F_p_Tree();
+    EXPECT_EQ(objTree.m_F_n_CurrentRecorder(), 1);
+    EXPECT_FALSE(objTree.currentItem()->isHidden());
+    EXPECT_TRUE(Find<QAction>("Settings").isEnabled());
+}
+
+TEST_F(MainWindowTest, ARecordersMenuHasItsOwnCommandsAndTheHosts)
+{
+    StartRecorder();
+    stDef_RecorderForm stForm;
+    stForm.sAddress = "192.0.2.1";
+    stForm.sUser = "admin";
+    stForm.nType = 0; // a PC recorder, which has no settings here
+    ASSERT_EQ(vm_store.m_F_o_Add(stForm).nNvrID, 1);
+    OpenWindow();
+    CRecorderTree& objTree = *vm_pWindow->m_F_p_Tree();
+    QStringList arItems;
+    const auto ChooseAtRow = [&](int nRow, Qt::Key nKey) {
+        objTree.m_S_Select(nRow);
+        arItems.clear();
+        QTimer::singleShot(50, [&arItems, nKey] {
+            auto* const pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            ASSERT_TRUE(pMenu);
+            for (const QAction* const pAction : pMenu->actions())
+                arItems.append((pAction->isEnabled() ? "" : "-") + pAction->text());
+            for (const Qt::Key nPressed : {Qt::Key_Down, nKey})
+                QTest::keyClick(pMenu, nPressed);
+        });
+        const QPoint ptRow = objTree.visualItemRect(objTree.topLevelItem(nRow)).center();
+        QContextMenuEvent objEvent(QContextMenuEvent::Mouse, ptRow, objTree.viewport()->mapToGlobal(ptRow), {});
+        QApplication::sendEvent(objTree.viewport(), &objEvent);
+    };
+    const QStringList arHosts = {"",
+                                 "&Show channels",
+                                 "&Add recorder\u2026",
+                                 "&Edit recorder\u2026",
+                                 "&Remove recorder\u2026",
+                                 "E&xchange documents\u2026"};
+    const QString sNone = " (not in this version)";
+    ChooseAtRow(1, Qt::Key_Escape);
+    EXPECT_EQ(arItems, (QStringList{"-System Setting" + sNone, "-System Management" + sNone, "-Event Setting" + sNone} +
+                        arHosts));
+    EXPECT_FALSE(Find<QAction>("Settings").isEnabled());
+    // The sheet doesn't say whose it is.
+    PromptQueue objPrompts;
+    QStringList arSheets;
+    for (int n = 0; n < 2; ++n)
+        objPrompts.ExpectDialog([&](QDialog&) { arSheets.append(Find<QLabel>("SheetOf").text()); });
+    ChooseAtRow(0, Qt::Key_Return);
+    EXPECT_EQ(arItems,
+              (QStringList{"System Setting", "-System Management" + sNone, "-Event Setting" + sNone} + arHosts));
+    Find<QAction>("Settings").trigger();
+    EXPECT_EQ(arSheets, (QStringList{"Settings of Lab", "Settings of Lab"}));
+    EXPECT_EQ(Find<QLabel>("SheetOf").text(), "");
+}
 
 TEST_F(MainWindowTest, FourCellsShowTheRunningPicturesOfTheirOwnChannels)
 {
@@ -199,7 +289,17 @@ TEST_F(MainWindowTest, DocumentsAreExchangedByKey)
     };
     const std::string sBefore = Root();
     OpenWindow();
-    Key(Qt::Key_E, Qt::ControlModifier);
+    const auto Exchange = [&](const char* pszAnswer) {
+        PromptQueue objPrompts;
+        objPrompts.ExpectToDestroy(
+            "Download the documents of Lab and upload its settings again, unchanged? The settings "
+            "on the recorder are overwritten.",
+            "Zentrix CMS", pszAnswer);
+        Key(Qt::Key_E, Qt::ControlModifier);
+    };
+    Exchange("");
+    EXPECT_TRUE(Posts().empty());
+    Exchange("yes");
     EXPECT_TRUE(Root() == sBefore) << "what goes back must be what came";
     using Names = std::vector<std::string>;
     EXPECT_EQ(Posts(), (Names{"UpdateEMail", "UpdateCamera", "UpdateSchedule", "UpdateSystem"}));
@@ -210,17 +310,17 @@ TEST_F(MainWindowTest, DocumentsAreExchangedByKey)
         EXPECT_GT(arResults[i].nFetchedBytes, 0);
         EXPECT_EQ(arResults[i].nPostedBytes > 0, i >= 2) << arResults[i].sDocument.toStdString();
     }
-    EXPECT_EQ(TableText(0, 1), "Fetched");
+    EXPECT_EQ(TableText(0, 1), "Downloaded");
     EXPECT_EQ(TableText(5, 0), "EMail");
-    EXPECT_EQ(TableText(5, 1), "Fetched and posted");
+    EXPECT_EQ(TableText(5, 1), "Downloaded and uploaded");
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 
     // A document that didn't come is told, and never goes back.
     ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set("ScheduleXML", {"status", 500}));
     ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set("UpdateEMail", {"status", 500}));
-    Key(Qt::Key_E, Qt::ControlModifier);
-    EXPECT_EQ(TableText(3, 1), "Fetch failed");
-    EXPECT_EQ(TableText(5, 1), "Post failed");
+    Exchange("yes");
+    EXPECT_EQ(TableText(3, 1), "Download failed");
+    EXPECT_EQ(TableText(5, 1), "Upload failed");
     EXPECT_EQ(Posts(), (Names{"UpdateEMail", "UpdateCamera", "UpdateSystem"}));
     EXPECT_TRUE(arResults[4].m_F_b_Ok());
     EXPECT_TRUE(Find<QLabel>("DocumentSummary").text().contains("2 of 6 failed"));
@@ -235,6 +335,7 @@ TEST_F(MainWindowTest, ShapesAndPagesGoByKeyAndOnlyThePageStreams)
     EXPECT_EQ(sPages, "Page 1 of 2");
     Key(Qt::Key_PageDown);
     EXPECT_EQ(Grid().m_F_n_Page(), 1);
+    EXPECT_FALSE(Find<QAction>("NextPage").isEnabled());
     EXPECT_EQ(Cell(0).m_F_o_Key(), (stDef_ChannelKey{0, 4}));
     EXPECT_EQ(Cell(1).m_F_o_Key().nNvrID, -1);
     for (int nChannel = 0; nChannel < 4; ++nChannel)
@@ -353,12 +454,13 @@ TEST_F(MainWindowTest, AClosedWindowAndARemovedRecorderLeaveNothingBehind)
         nFiles = Process::Descriptors();
     }
     PromptQueue objPrompts;
+    CRecorderTree& tree = *vm_pWindow->m_F_p_Tree();
     for (const int nLeft : {4, 0}) {
-        CRecorderTree& tree = *vm_pWindow->m_F_p_Tree();
         tree.setCurrentItem(tree.topLevelItem(0));
-        objPrompts.ExpectToDestroy(QString("Remove %1 from the list? Its streams end, and its account is forgotten.")
-                                       .arg(nLeft ? "Lab" : "Twin"),
-                                   "Zentrix CMS");
+        objPrompts.ExpectToDestroy(
+            QString("Remove %1 from the list? Its streams stop, and its account and password are deleted here.")
+                .arg(nLeft ? "Lab" : "Twin"),
+            "Zentrix CMS");
         QTest::keyClick(&tree, Qt::Key_Delete);
         EXPECT_EQ(tree.topLevelItemCount(), nLeft / 4);
         for (int nChannel = 0; nChannel < 4; ++nChannel)
@@ -398,17 +500,24 @@ TEST_F(MainWindowTest, APictureIsSavedInTheStreamsOwnSize)
 
 TEST_F(MainWindowTest, FullScreenShowsTheCellsAloneAndKeepsTheKeys)
 {
+    Import("Lab", 1, 1, 4);
     OpenWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(vm_pWindow.get()));
+    Cell(2).setFocus();
+    vm_pWindow->m_F_p_Tree()->setFocus();
     Key(Qt::Key_F11);
+    EXPECT_EQ(Grid().m_F_p_Current(), &Cell(2));
     EXPECT_TRUE(vm_pWindow->isFullScreen());
     EXPECT_FALSE(vm_pWindow->m_F_p_Tree()->isVisible());
     EXPECT_FALSE(vm_pWindow->menuBar()->isVisible());
     Key(Qt::Key_Escape);
     EXPECT_FALSE(vm_pWindow->isFullScreen());
     EXPECT_TRUE(vm_pWindow->m_F_p_Tree()->isVisible());
-    Key(Qt::Key_E, Qt::ControlModifier);
-    EXPECT_EQ(Find<QLabel>("DocumentSummary").text(), "Pick a recorder first");
+    PromptQueue objPrompts;
+    objPrompts.Expect("A sample client of the Fleetlink library, version " FLEETLINK_VERSION
+                      ". It shows the live pictures of network video recorders and edits their settings.",
+                      "Zentrix CMS");
+    Find<QAction>("About").trigger();
 }
 
 } // namespace

@@ -170,6 +170,7 @@ TEST_F(PtzPanelTest, EachKeyAndButtonSendsItsCommand)
 
 TEST_F(PtzPanelTest, WhateverEndsAHoldStopsTheCameraOnce)
 {
+    Import("Away", 1, 1, 3); // another page
     Open();
     const auto PressUp = [&] { QTest::mousePress(&Pad(), Qt::LeftButton, {}, OnPad(0, 1)); };
     const auto KeyUp = [&](bool bRepeat = false) {
@@ -274,7 +275,7 @@ TEST_F(PtzPanelTest, ASilentRecorderHoldsUpNothingAndGetsItsStop)
         nLongest = std::max(nLongest, gap.restart());
     }
     EXPECT_LT(nLongest, 500 * Process::Slowness) << "ms that the window didn't answer";
-    EXPECT_TRUE(WaitUntil([&] { return Line().find("no answer") != std::string::npos; })) << Line();
+    EXPECT_TRUE(WaitUntil([&] { return Line().find("did not answer") != std::string::npos; })) << Line();
     EXPECT_TRUE(WaitUntil([&] { return !Commands().empty() && Commands().back() == g_sStop; }));
     for (const std::string& sCommand : Commands())
         EXPECT_TRUE(sCommand == g_sStop || sCommand.find("=-16384:0") != std::string::npos) << sCommand << " is stale";
@@ -313,13 +314,13 @@ TEST_F(PtzPanelTest, SaysInPlainWordsWhatIsTheMatter)
     };
     Says("no presets or tours");
     EXPECT_FALSE(Find<QAbstractButton>("PtzPresetGo").isEnabled());
-    for (const auto& [nStatus, pszText] : {std::pair{400, "refused the last"}, {401, "refuses the account"}}) {
+    for (const auto& [nStatus, pszText] : {std::pair{400, "refused the last"}, {401, "refused the account"}}) {
         Fault("ptz.cgi", {"status", nStatus});
         QTest::keyClick(&Cell(0), Qt::Key_S);
         Says(pszText);
     }
     Cell(3).setFocus();
-    Says("Mark a live cell");
+    Says("Select a live cell");
     EXPECT_FALSE(Pad().isEnabled());
     Cell(0).setFocus();
     vm_nvr.m_S_Stop();
@@ -339,39 +340,17 @@ TEST_F(PtzPanelTest, TellsWhatTheAccountMaySee)
             << pszLabel << ": " << Shown().toStdString();
     };
     Is("LoginAccount", "admin");
-    Is("LoginView", "Asking…");
+    Is("LoginView", "Loading…");
     vm_pWindow.reset(); // at once, though a question runs
     Open();
     Is("LoginView", "2 of 2 channels: 1–2");
-    Is("LoginStyles", "1, 2, 3, 4");
-    Is("LoginSecondOnly", "can be recorded");
-}
-
-TEST_F(PtzPanelTest, TheRightButtonBringsTheRecordersOwnMenu)
-{
-    Open();
-    CRecorderTree& objTree = *vm_pWindow->m_F_p_Tree();
-    const auto Entries = [&](Qt::KeyboardModifiers nModifiers) {
-        QStringList arEntries;
-        QTimer::singleShot(50, [&] {
-            auto* const pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-            ASSERT_TRUE(pMenu);
-            for (const QAction* const pAction : pMenu->actions())
-                arEntries.append(pAction->text());
-            pMenu->close();
-            for (auto* const pNvr : vm_pWindow->findChildren<CWndNvrBase*>())
-                Q_EMIT pNvr->S_NotTaken("Not taken: System");
-        });
-        const QPoint ptRow = objTree.visualItemRect(objTree.topLevelItem(0)).center();
-        QContextMenuEvent objEvent(QContextMenuEvent::Mouse, ptRow, objTree.viewport()->mapToGlobal(ptRow), nModifiers);
-        QApplication::sendEvent(objTree.viewport(), &objEvent);
-        return arEntries;
-    };
-    EXPECT_EQ(Entries({}), QStringList({"System Setting", "System Management", "Event Setting"}));
-    EXPECT_EQ(Find<QLabel>("NotTaken").text(), "Lab: Not taken: System");
-    EXPECT_TRUE(Entries(Qt::ShiftModifier).contains("&Remove recorder"));
-    EXPECT_EQ(Find<QLabel>("NotTaken").text(), "Lab: Not taken: System")
-        << "it stays until the recorder's menu comes again";
+    Is("LoginStyles", "Normal, Simple, Professional, Advanced");
+    Is("LoginSecondOnly", "Can be recorded alone");
+    QPalette objDark(QColor(40, 40, 40), QColor(30, 30, 30));
+    objDark.setColor(QPalette::PlaceholderText, Qt::black);
+    vm_pWindow->setPalette(objDark);
+    for (const QLabel* const pLabel : vm_pWindow->findChild<CLoginPanel*>()->findChildren<QLabel*>())
+        EXPECT_GT(pLabel->palette().color(QPalette::WindowText).lightness(), 128) << pLabel->text().toStdString();
 }
 
 } // namespace

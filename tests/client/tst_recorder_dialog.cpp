@@ -222,15 +222,14 @@ TEST_F(RecorderDialogTest, TheTreeServesKeysDragAndFilter)
     });
     QObject::connect(&objTree, &CRecorderTree::S_ShowRecorder,
                      [&](int n) { arHeard.append(QString("show %1").arg(n)); });
-    QObject::connect(&objTree, &CRecorderTree::S_Add, [&] { arHeard.append("add"); });
     QObject::connect(&objTree, &CRecorderTree::S_Edit, [&](int n) { arHeard.append(QString("edit %1").arg(n)); });
     QObject::connect(&objTree, &CRecorderTree::S_Remove, [&](int n) { arHeard.append(QString("remove %1").arg(n)); });
     EXPECT_EQ(objTree.m_F_n_CurrentRecorder(), 2);
     EXPECT_EQ(objTree.topLevelItem(1)->childCount(), 0) << "channels are made when they are opened";
-    for (const Qt::Key nKey : {Qt::Key_Return, Qt::Key_Right, Qt::Key_Down, Qt::Key_Down, Qt::Key_Enter, Qt::Key_Insert,
-                               Qt::Key_F2, Qt::Key_Delete})
+    for (const Qt::Key nKey :
+         {Qt::Key_Return, Qt::Key_Right, Qt::Key_Down, Qt::Key_Down, Qt::Key_Enter, Qt::Key_F2, Qt::Key_Delete})
         QTest::keyClick(&objTree, nKey);
-    EXPECT_EQ(arHeard, (QStringList{"show 2", "place 2/1", "add", "edit 2", "remove 2"}));
+    EXPECT_EQ(arHeard, (QStringList{"show 2", "place 2/1", "edit 2", "remove 2"}));
     const auto Payload = [&](QTreeWidgetItem* pItem) {
         const std::unique_ptr<QMimeData> pData(objTree.model()->mimeData({objTree.indexFromItem(pItem)}));
         return pData->data(CChannelDrag::MimeType);
@@ -257,6 +256,7 @@ TEST_F(RecorderDialogTest, EachLanguageHasEachTextAndSwitchesOpenWindows)
     CEnvObj& objEnv = CAppEnv::s_objEnv;
     ASSERT_TRUE(objEnv.m_F_b_Init(vm_dir.path()));
     ASSERT_TRUE(objEnv.m_F_b_SetLangFolder(LANG_FOLDER));
+    EXPECT_EQ(CHostLanguage::s_F_ar_Faulty(LANG_FOLDER), QStringList());
     CHostLanguage objLanguage(&objEnv);
     CRecorderDialog objDialog(&vm_store, -1);
     EXPECT_FALSE(objLanguage.m_F_b_Set(7));
