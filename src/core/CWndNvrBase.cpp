@@ -1,9 +1,12 @@
 #include "core/CWndNvrBase.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <algorithm>
 
 #include "core/CDipsReply.h"
+#include "core/CNvrTransfer.h"
+#include "core/CPageRequests.h"
 #include "core/CPtzCommand.h"
 #include "core/CWndNvrEmbedded.h"
 #include "core/CWndNvrPC.h"
@@ -58,6 +61,45 @@ CWndNvrBase::CWndNvrBase(QWidget* pParent, CEnvObj* pEnv) : vm_pParent(pParent),
 CWndNvrBase::~CWndNvrBase()
 {
     vm_objHttp.m_S_Release();
+}
+
+void CWndNvrBase::m_S_Leave()
+{
+    if (vm_nUses == 0) {
+        delete this;
+        return;
+    }
+    vm_bReleased = true;
+    for (CPageRequests* const pRequests : QList(vm_arRequests))
+        pRequests->m_S_Stop();
+    m_S_CloseWindows();
+}
+
+// The innermost first.
+void CWndNvrBase::m_S_CloseWindows()
+{
+    QList<QPointer<QWidget>> arWindows;
+    for (QWidget* const pWidget : findChildren<QWidget*>()) {
+        if (pWidget->isWindow() && pWidget->isVisible())
+            arWindows.prepend(pWidget);
+    }
+    for (const QPointer<QWidget>& pWindow : arWindows) {
+        if (auto* const pDialog = qobject_cast<QDialog*>(pWindow.data()))
+            pDialog->reject();
+        else if (pWindow)
+            pWindow->close();
+    }
+}
+
+CNvrUse::CNvrUse(CWndNvrBase* pNvr) : vm_pNvr(pNvr)
+{
+    ++vm_pNvr->vm_nUses;
+}
+
+CNvrUse::~CNvrUse()
+{
+    if (--vm_pNvr->vm_nUses == 0 && vm_pNvr->vm_bReleased)
+        delete vm_pNvr;
 }
 
 void CWndNvrBase::m_S_CreateWindow()
@@ -122,14 +164,14 @@ bool CWndNvrBase::m_F_b_DipsToIpPort(const QByteArray& sId, QByteArray& sAddress
         return false;
     const stDef_DipsTarget& stDips = s_F_o_DipsTarget();
     const QByteArray sUrl = nsProduct::g_szDirectoryRequest + "?id="_ba + sId;
-    const int nBytes =
-        vm_objHttp.m_F_n_HTTPGetDataDirect(stDips.sHost, {}, {}, stDips.nPort, sUrl, &vm_objReply, stDips.nTimeoutMs);
+    CNvrTransfer objTransfer(*this);
+    CMemManage& objReply = objTransfer.m_F_o_Reply();
+    const int nBytes = objTransfer.m_F_o_Http().m_F_n_HTTPGetDataDirect(stDips.sHost, {}, {}, stDips.nPort, sUrl,
+                                                                        &objReply, stDips.nTimeoutMs);
     if (nBytes < 0)
         return false;
 
-    const QByteArray sReply(vm_objReply.m_F_p_GetStrCHAR());
-    vm_objReply.m_S_GiveBack();
-    return CDipsReply::s_F_b_Parse(sReply, sAddress, nPort);
+    return CDipsReply::s_F_b_Parse(QByteArray(objReply.m_F_p_GetStrCHAR()), sAddress, nPort);
 }
 
 void CWndNvrBase::m_S_ExecPTZCmd(int nCmd, int nCamera, int nParam1, int nParam2)

@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QStringList>
 #include <QWidget>
+#include <atomic>
 
 #include "core/stDef_NvrInit.h"
 #include "core/stDef_RecordBackupInfo.h"
@@ -11,6 +12,8 @@
 #include "host/Lib_Bedrock.h"
 #include "host/Lib_Hostenv.h"
 #include "toolkit/form/CTextSource.h"
+
+class CPageRequests;
 
 /// Where the DIPS directory service stands.
 struct stDef_DipsTarget
@@ -46,6 +49,8 @@ public:
     /// The same for the kind that `Type` of `/root/NVR/N%03d` tells; null for an unknown recorder or without `pEnv`.
     static CWndNvrBase* s_F_p_CreateNvrObjectByNvrID(int nNvrID, QWidget* pParent, CEnvObj* pEnv);
     /// Ends the object's stream, deletes it and sets the caller's pointer to null. Null in either place does nothing.
+    /// While a call on the object is under way (a command, a page's request), it ends the stream and the requests,
+    /// closes its windows as by Cancel, and the object goes when that call has unwound.
     static void s_S_ReleaseNvrObject(CWndNvrBase** ppObj);
     /// The DIPS service asked by all objects; replace it to use another one.
     static stDef_DipsTarget& s_F_o_DipsTarget();
@@ -60,7 +65,8 @@ public:
     /// 10 s). Returns 1, or 0 if the number is above 1000, address or account name are empty, the HTTP port is negative
     /// (nothing is taken over then), or the look-up failed.
     virtual int m_F_n_Init(stDef_NvrInit stInit);
-    /// Shows the recorder's menu at the pointer.
+    /// Shows the recorder's menu at the pointer, and does what is chosen there. Nothing while a command or a page's
+    /// request of this object is under way.
     virtual void m_S_ShowMenu() = 0;
     /// The items of that menu, for a host that has them in a menu of its own.
     virtual QList<stDef_MenuItem> m_F_ar_MenuItems() const = 0;
@@ -136,8 +142,38 @@ public:
     stDef_NvrInit vm_stInit; ///< the connection data in force
     CEnvObj* vm_pEnv;        ///< not owned
 
-private:
-    void m_S_CreateWindow();
+protected:
+    /// A command or a page's request is under way, or a sheet stands: then a command does nothing.
+    bool m_F_b_InUse() const { return vm_nUses > 0; }
+    /// It was released in the meantime, so that nothing new is to be begun.
+    bool m_F_b_Released() const { return vm_bReleased; }
+    /// Deletes the object, at once or when the calls that are under way have unwound.
+    void m_S_Leave();
 
+private:
+    friend class CNvrTransfer;
+    friend class CNvrUse;
+    friend class CPageRequests;
+
+    void m_S_CreateWindow();
+    void m_S_CloseWindows();
+
+    QList<CPageRequests*> vm_arRequests;
+    std::atomic<bool> vm_bTransferTaken{false}; ///< a request runs on `vm_objHttp` and `vm_objReply`
+    int vm_nUses = 0;
+    bool vm_bReleased = false;
     bool vm_bWindow = false;
+};
+
+/// Keeps a connection object until a call on it has unwound, whoever releases it meanwhile. GUI thread only.
+class FLEETLINK_EXPORT CNvrUse
+{
+public:
+    explicit CNvrUse(CWndNvrBase* pNvr);
+    ~CNvrUse(); ///< the last one deletes an object that was released
+    CNvrUse(const CNvrUse&) = delete;
+    CNvrUse& operator=(const CNvrUse&) = delete;
+
+private:
+    CWndNvrBase* vm_pNvr;
 };

@@ -15,6 +15,7 @@ public:
 
     /// Fetches the recorder's settings, lets the user edit them in a sheet, and after OK posts them back and waits a
     /// minute for the recorder to take them over. Returns when all that is done. `S_NotTaken` tells what it refused.
+    /// Nothing while another command or a page's request of this object is under way.
     void OnMenuSystemSetting();
     /// The management sheet; not there yet.
     void OnMenuSystemManagement() {}
@@ -27,7 +28,6 @@ public:
 
 private:
     bool m_F_b_DownloadSettings();
-    bool m_F_b_Upload(const QString& sUrl, CXmlObj& xmlDocument);
     void m_S_UploadSettings();
     void m_S_CreateNewRtsp(int nNvrID, int nChannel, int nStream) override;
     QString m_F_s_CacheName() const override;

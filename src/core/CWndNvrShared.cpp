@@ -4,8 +4,8 @@
 #include <QMenu>
 #include <algorithm>
 
+#include "core/CNvrTransfer.h"
 #include "core/CPtzCommand.h"
-#include "core/CReplyEnvelope.h"
 #include "core/stDef_RtspStream.h"
 
 using namespace Qt::StringLiterals;
@@ -20,6 +20,11 @@ CWndNvrShared::CWndNvrShared(QWidget* pParent, CEnvObj* pEnv) : CWndNvrBase(pPar
 
 CWndNvrShared::~CWndNvrShared()
 {
+    m_S_EndStream();
+}
+
+void CWndNvrShared::m_S_EndStream()
+{
     if (!vm_pRtsp)
         return;
     m_S_StoreConnectStat(nsCMS::ConnectStat_Disconnected);
@@ -30,39 +35,24 @@ void CWndNvrShared::m_S_DeleteSelf(CWndNvrBase** ppObj)
 {
     if (ppObj)
         *ppObj = nullptr;
-    delete this;
-}
-
-int CWndNvrShared::m_F_n_Get(const QString& sUrl, CMemManage* pMem, int nTimeoutMs)
-{
-    if (vm_stInit.sIP.isEmpty() || !pMem)
-        return -1;
-    return vm_objHttp.m_F_n_HTTPGetDataDirect(vm_stInit.sIP, vm_stInit.sUID, vm_stInit.sPWD, vm_stInit.nHttpPort,
-                                              CSFunc::s_F_s_UnicodeToAnsi(sUrl), pMem, nTimeoutMs);
+    m_S_EndStream();
+    m_S_Leave();
 }
 
 bool CWndNvrShared::m_F_b_GetRequest(const QString& sUrl, CXmlObj* pXml, int nTimeoutMs)
 {
-    if (!pXml || m_F_n_Get(sUrl, &vm_objReply, nTimeoutMs) < 0)
-        return false;
-    const QString sReply = CSFunc::s_F_s_Utf8ToUnicode(QByteArray(vm_objReply.m_F_p_GetStrCHAR()));
-    vm_objReply.m_S_GiveBack();
-    return pXml->m_F_b_LoadXML(CReplyEnvelope::s_F_s_CutRoot(sReply));
+    CNvrTransfer objTransfer(*this);
+    return pXml && objTransfer.m_F_b_Get(sUrl, &objTransfer.m_F_o_Reply(), nTimeoutMs) && objTransfer.m_F_b_Load(*pXml);
 }
 
 bool CWndNvrShared::m_F_b_PostRequest(const QString& sUrl, CXmlObj* pXml, int nTimeoutMs)
 {
-    if (!pXml || vm_stInit.sIP.isEmpty())
-        return false;
-    const QByteArray sBody = pXml->m_F_s_GetUtf8();
-    return vm_objHttp.m_F_n_HTTPPostDataDirect(vm_stInit.sIP, vm_stInit.sUID, vm_stInit.sPWD, vm_stInit.nHttpPort,
-                                               CSFunc::s_F_s_UnicodeToAnsi(sUrl), sBody, static_cast<int>(sBody.size()),
-                                               {}, 0, nTimeoutMs) >= 0;
+    return pXml && CNvrTransfer(*this).m_F_b_Post(sUrl, pXml->m_F_s_GetUtf8(), nTimeoutMs);
 }
 
 bool CWndNvrShared::m_F_b_GetRequestData(const QString& sUrl, CMemManage* pMem, int nTimeoutMs)
 {
-    return m_F_n_Get(sUrl, pMem, nTimeoutMs) >= 0;
+    return CNvrTransfer(*this).m_F_b_Get(sUrl, pMem, nTimeoutMs);
 }
 
 CWndNvrShared::stDef_StreamTarget CWndNvrShared::m_F_o_ReadTarget(int nNvrID) const
@@ -202,12 +192,23 @@ QList<stDef_MenuItem> CWndNvrShared::m_F_ar_MenuItems() const
 
 void CWndNvrShared::m_S_ShowMenu()
 {
-    QMenu objMenu(vm_pParent);
+    if (m_F_b_InUse())
+        return;
+    const QPointer<CWndNvrShared> pSelf(this);
+    const int nPicked = m_F_n_RunMenu();
+    if (pSelf && nPicked != 0) // it may have been released while its menu stood
+        m_S_OnCommand(nPicked);
+}
+
+int CWndNvrShared::m_F_n_RunMenu()
+{
+    const CNvrUse objUse(this);
+    QMenu objMenu(this); // not of the host's window, which may go meanwhile
     objMenu.setObjectName(u"NvrMenu"_s);
     for (const stDef_MenuItem& stItem : m_F_ar_MenuItems())
         objMenu.addAction(stItem.sText)->setData(stItem.nId);
-    if (const QAction* const pPicked = objMenu.exec(QCursor::pos()))
-        m_S_OnCommand(pPicked->data().toInt());
+    const QAction* const pPicked = objMenu.exec(QCursor::pos());
+    return pPicked ? pPicked->data().toInt() : 0;
 }
 
 QString CWndNvrShared::m_F_s_CacheFolder() const

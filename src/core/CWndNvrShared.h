@@ -93,7 +93,9 @@ private:
     QString m_F_s_CacheFolder() const;
     void m_S_SaveCache(CXmlObj* pXml, const QString& sFile);
     void m_S_LoadCache(CXmlObj* pXml, const QString& sFile);
-    int m_F_n_Get(const QString& sUrl, CMemManage* pMem, int nTimeoutMs);
+    void m_S_EndStream();
+    /// The number of the item that was chosen, or 0.
+    int m_F_n_RunMenu();
     /// Tries again to own a ring that isn't ours, or no more.
     void m_S_AttachAgain();
     /// Connects, unless there is no ring to write to.

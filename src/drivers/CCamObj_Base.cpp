@@ -1,13 +1,15 @@
 #include "drivers/CCamObj_Base.h"
 
+#include <QApplication>
 #include <QWidget>
 #include <cstring>
 #include <vector>
 
+#include "core/CPageRequests.h"
 #include "core/CWndNvrShared.h"
 #include "drivers/CTemplateMap.h"
 #include "drivers/stDef_DriverRow.h"
-#include "toolkit/user/CWaitCursor.h"
+#include "toolkit/form/CommonTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -122,10 +124,10 @@ void CCamObj_Base::m_F_b_CopyToIndex(int nNewIndex)
 
 bool CCamObj_Base::m_F_b_GetSupport(CXmlObj* pSupport, int nTimeoutMs)
 {
-    const CWaitCursor objWait;
     const auto Wide = [](const QByteArray& s) { return CSFunc::s_F_s_AnsiToUnicode(s); };
     const QString sUrl =
         s_F_s_Url(u"camerasupport"_s, Wide(m_stConnect.strIP), m_stConnect.nHttpPort, Wide(m_stConnect.strUser),
                   Wide(m_stConnect.strPassword), m_stConnect.nVendorID, m_stConnect.nOnvifAuth);
-    return m_pNvr && m_pNvr->m_F_b_GetRequest(sUrl, pSupport, nTimeoutMs);
+    return m_pNvr && CPageRequests(m_pNvr, QApplication::activeWindow(), nsTexts::AskingCamera)
+                         .m_F_b_Get(sUrl, pSupport, nTimeoutMs);
 }

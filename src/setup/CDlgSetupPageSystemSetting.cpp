@@ -46,6 +46,7 @@ CDlgSetupPageSystemSetting::CDlgSetupPageSystemSetting(CWndNvrEmbedded* pNvr, co
                                                        unsigned int nSelectPage)
     : CSettingSheet(pNvr, sCaption, TitleText, pNvr, nSelectPage),
       CCameraTable(pNvr),
+      vm_objUse(pNvr),
       vm_pNvr(pNvr),
       vm_pEnv(pNvr->vm_pEnv)
 {
@@ -57,6 +58,8 @@ CDlgSetupPageSystemSetting::~CDlgSetupPageSystemSetting()
 {
     for (CPropertyPage* const pPage : m_F_ar_Pages())
         delete pPage;
+    m_S_ReleaseAll();    // while the connection is there for sure:
+    setParent(nullptr); // it may go with this use of it
 }
 
 void CDlgSetupPageSystemSetting::m_S_AddPages()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/CWndNvrBase.h"
 #include "setup/camera/CCameraTable.h"
 #include "toolkit/sheet/CSettingSheet.h"
 
@@ -38,6 +39,7 @@ Q_SIGNALS:
 private:
     void m_S_AddPages();
 
+    CNvrUse vm_objUse; // as long as the sheet stands
     CWndNvrEmbedded* vm_pNvr;
     CEnvObj* vm_pEnv;
 };

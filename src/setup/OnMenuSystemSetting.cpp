@@ -1,11 +1,11 @@
 #include <QDialog>
 
+#include "core/CPageRequests.h"
 #include "core/CWndNvrEmbedded.h"
 #include "setup/CDlgSetupPageSystemSetting.h"
 #include "toolkit/form/CommonTexts.h"
 #include "toolkit/user/CPrompts.h"
 #include "toolkit/user/CUserSide.h"
-#include "toolkit/user/CWaitCursor.h"
 
 using namespace Qt::StringLiterals;
 
@@ -16,6 +16,8 @@ constexpr Text InformationText{"Information", "Information"};
 constexpr Text TryAgainText{"TryAgain", "Get Setting File Faild, Please Try Again."};
 constexpr Text WaitingText{"Waiting", "Upload Setting Now. Please Waiting About 60 Seconds."};
 constexpr Text NotTakenText{"NotTaken", "Not taken by the recorder: %1"};
+constexpr Text DownloadText{"DownloadSettings", "Fetching the settings from the recorder."};
+constexpr Text UploadText{"UploadSettings", "Sending the settings to the recorder."};
 
 constexpr int SystemInfoTimeoutMs = 50000;
 constexpr int DownloadTimeoutMs = 5000;
@@ -59,19 +61,23 @@ bool RunSheet(CWndNvrEmbedded* pNvr)
 
 void CWndNvrEmbedded::OnMenuSystemSetting()
 {
+    if (m_F_b_InUse())
+        return;
+    const CNvrUse objUse(this);
     if (!m_F_b_DownloadSettings()) {
-        CPrompts::s_S_Message(vm_pParent, m_F_s_Text(TryAgainText), m_F_s_Text(nsTexts::Error));
+        if (!m_F_b_Released())
+            CPrompts::s_S_Message(this, m_F_s_Text(TryAgainText), m_F_s_Text(nsTexts::Error));
         return;
     }
-    if (!RunSheet(this))
+    if (m_F_b_Released() || !RunSheet(this))
         return;
-    CPrompts::s_S_Notice(vm_pParent, m_F_s_Text(WaitingText), m_F_s_Text(InformationText));
+    CPrompts::s_S_Notice(this, m_F_s_Text(WaitingText), m_F_s_Text(InformationText));
     m_S_UploadSettings();
 }
 
 bool CWndNvrEmbedded::m_F_b_DownloadSettings()
 {
-    const CWaitCursor objWait;
+    CPageRequests objRequests(this, this, DownloadText);
     bool bAll = true;
     for (const stDef_DocumentRow& stRow : g_astDocuments) {
         if (stRow.pszUpload) // a load replaces the system information by itself
@@ -79,30 +85,31 @@ bool CWndNvrEmbedded::m_F_b_DownloadSettings()
     }
     for (const stDef_DocumentRow& stRow : g_astDocuments) {
         const int nTimeoutMs = stRow.pszUpload ? DownloadTimeoutMs : SystemInfoTimeoutMs;
-        bAll &= m_F_b_GetRequest(QString::fromUtf16(stRow.pszDownload), &(this->*stRow.pMember), nTimeoutMs);
+        bAll &= objRequests.m_F_b_Get(QString::fromUtf16(stRow.pszDownload), &(this->*stRow.pMember), nTimeoutMs);
     }
     return bAll;
 }
 
-// A reply alone doesn't tell that the document was taken.
-bool CWndNvrEmbedded::m_F_b_Upload(const QString& sUrl, CXmlObj& xmlDocument)
-{
-    return m_F_b_PostRequest(sUrl, &xmlDocument, UploadTimeoutMs) && vm_objHttp.m_F_b_LastTaken();
-}
-
+// Each document is a wait of its own: a stop gives up that one, and the others are posted all the same. A reply alone
+// doesn't tell that the document was taken.
 void CWndNvrEmbedded::m_S_UploadSettings()
 {
-    const CWaitCursor objWait;
     QStringList arNotTaken;
     for (auto pRow = std::rbegin(g_astDocuments); pRow != std::rend(g_astDocuments); ++pRow) {
-        if (pRow->pszUpload && !m_F_b_Upload(QString::fromUtf16(pRow->pszUpload), this->*pRow->pMember))
+        if (!pRow->pszUpload)
+            continue;
+        CPageRequests objRequests(this, this, UploadText);
+        objRequests.m_F_b_Post(QString::fromUtf16(pRow->pszUpload), &(this->*pRow->pMember), UploadTimeoutMs);
+        if (!objRequests.m_F_b_LastTaken())
             arNotTaken.append(m_F_s_Text(pRow->stName, QString::fromUtf8(pRow->stName.pszDefault)));
     }
+    if (m_F_b_Released())
+        return;
     QString sText = m_F_s_Text(WaitingText);
     if (!arNotTaken.isEmpty()) {
         const QString sNotTaken = m_F_s_Text(NotTakenText, u"%1"_s).arg(arNotTaken.join(u" / "_s));
         sText += u'\n' + sNotTaken;
         Q_EMIT S_NotTaken(sNotTaken);
     }
-    CUserSide::s_F_o_Get().m_S_Wait(vm_pParent, sText, TakeOverMs);
+    CUserSide::s_F_o_Get().m_S_Wait(this, sText, TakeOverMs);
 }

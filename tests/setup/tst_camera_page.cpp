@@ -3,7 +3,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
-#include <QProgressDialog>
+#include <QProgressBar>
 #include <algorithm>
 #include <random>
 
@@ -15,6 +15,7 @@
 #include "toolkit/controls/CItemList.h"
 #include "toolkit/form/CForm.h"
 #include "toolkit/sheet/CPropertyPage.h"
+#include "toolkit/user/CWaitBox.h"
 
 namespace {
 
@@ -550,14 +551,14 @@ TEST_F(CameraPage, AutoSettingAddsUntilItIsStoppedOrOneFails)
             QStringList arSteps;
             QTimer timer;
             timer.callOnTimeout([&] {
-                auto* const pProgress = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget());
-                if (!pProgress)
+                auto* const pBox = qobject_cast<CWaitBox*>(QApplication::activeModalWidget());
+                if (!pBox)
                     return;
-                EXPECT_EQ(pProgress->findChild<QLabel*>()->textFormat(), Qt::PlainText);
-                arSteps << pProgress->labelText();
+                EXPECT_EQ(pBox->findChild<QLabel*>()->textFormat(), Qt::PlainText);
+                arSteps << pBox->findChild<QLabel*>("WaitText")->text();
                 arSteps.removeDuplicates();
-                if (pProgress->value() >= nStopAt)
-                    QTest::mouseClick(pProgress->findChild<QPushButton*>(), Qt::LeftButton);
+                if (pBox->findChild<QProgressBar*>()->value() >= nStopAt)
+                    At(pBox).Click("Stop");
             });
             vm_objPrompts.ExpectDialog([&](QDialog& dialog) {
                 At(&dialog).Click("OK");

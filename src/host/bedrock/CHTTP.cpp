@@ -196,6 +196,11 @@ void CHTTP::m_S_AbandonDirect()
     vm_pImpl->objDirect.m_S_Stop();
 }
 
+void CHTTP::m_S_AllowDirect()
+{
+    vm_pImpl->objDirect.m_S_Allow();
+}
+
 void CHTTP::m_S_SetBodyLimit(std::uint64_t nBytes)
 {
     vm_pImpl->nBodyLimit = nBytes != 0 ? nBytes : DefaultBodyLimit;

@@ -75,9 +75,10 @@ public:
     /// gives `Result_Broken`, and the next one begins anew, as it does when nothing at all has come for half a minute.
     int m_F_n_MultiPartStreamGet(const QByteArray& sUrl, char* pBuffer, std::uint32_t nSize, int nTimeoutMs);
 
-    /// Ends requests of the Direct forms that run in other threads, and every later one, with `Result_Stopped`: for an
-    /// owner that won't wait for them. From any thread.
+    /// Ends requests of the Direct forms that run in other threads, and every later one up to `m_S_AllowDirect`, with
+    /// `Result_Stopped`: for an owner that won't wait for them. From any thread.
     void m_S_AbandonDirect();
+    void m_S_AllowDirect();
 
     /// Largest body that is taken, in bytes; 0 brings back the 64 MiB that hold unless told otherwise. It counts from
     /// the next request. Streams have no limit; their parts have one of 4 MiB, and larger ones are left out.

@@ -7,9 +7,7 @@
 
 class CCameraList;
 class CWndNvrEmbedded;
-class QProgressDialog;
 class QWidget;
-struct stDef_Text;
 
 /// What came of the cameras that were to be added.
 struct stDef_AutoSettingResult
@@ -20,8 +18,8 @@ struct stDef_AutoSettingResult
     QStringList arUnreached; ///< added by its abilities alone, as the recorder did not get through to it
 };
 
-/// Adds the cameras that a search found, one after the other, under the template. A window tells which one it is at and
-/// how many there are, and can be stopped between two cameras; what was added so far stays.
+/// Adds the cameras that a search found, one after the other, under the template. A box tells which one it is at and
+/// how many there are, and can be stopped; what was added so far stays.
 class CCameraAutoSetting
 {
 public:
@@ -33,9 +31,6 @@ public:
     stDef_AutoSettingResult m_F_o_Run(const CCameraSearchList::Rows& arFound);
 
 private:
-    QString m_F_s_Word(const stDef_Text& stText) const;
-    std::unique_ptr<QProgressDialog> m_F_p_Progress(int nSteps) const;
-
     CWndNvrEmbedded* vm_pNvr;
     CCameraList* vm_pCameras;
     QWidget* vm_pParent;

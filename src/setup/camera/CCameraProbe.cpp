@@ -1,6 +1,6 @@
 #include "setup/camera/CCameraProbe.h"
 
-#include "core/CWndNvrBase.h"
+#include "core/CPageRequests.h"
 #include "drivers/CCamObj_Base.h"
 #include "host/Lib_Bedrock.h"
 #include "setup/camera/stDef_CameraValues.h"
@@ -28,19 +28,18 @@ bool stDef_CameraReplies::s_F_b_Recognized(const CXmlObj& xmlDetect)
 
 bool CCameraProbe::m_F_b_Detect(const stDef_CameraValues& stCamera, CXmlObj& xmlReply) const
 {
-    return vm_pNvr->m_F_b_GetRequest(Url(u"detect&camid=0"_s, stCamera), &xmlReply, TimeoutMs);
+    return vm_objRequests.m_F_b_Get(Url(u"detect&camid=0"_s, stCamera), &xmlReply, TimeoutMs);
 }
 
 bool CCameraProbe::m_F_b_DetectAndSupport(const stDef_CameraValues& stCamera, stDef_CameraReplies& stReplies) const
 {
     const bool bDetect = m_F_b_Detect(stCamera, stReplies.xmlDetect);
-    const bool bSupport =
-        vm_pNvr->m_F_b_GetRequest(Url(u"camerasupport"_s, stCamera), &stReplies.xmlSupport, TimeoutMs);
-    return bDetect || bSupport;
+    const bool bSupport = vm_objRequests.m_F_b_Get(Url(u"camerasupport"_s, stCamera), &stReplies.xmlSupport, TimeoutMs);
+    return (bDetect || bSupport) && !vm_objRequests.m_F_b_Stopped();
 }
 
 bool CCameraProbe::m_F_b_Search(CXmlObj& xmlReply) const
 {
-    vm_pNvr->m_F_b_GetRequest(u"cgi-bin/SearchIPC.cgi"_s, &xmlReply, TimeoutMs);
+    vm_objRequests.m_F_b_Get(u"cgi-bin/SearchIPC.cgi"_s, &xmlReply, TimeoutMs);
     return xmlReply.m_F_b_IsOpen(); // rows are there whenever a document is, whatever the request says
 }

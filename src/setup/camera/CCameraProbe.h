@@ -2,7 +2,7 @@
 
 #include "host/Lib_Bedrock.h"
 
-class CWndNvrBase;
+class CPageRequests;
 struct stDef_CameraValues;
 
 /// What the recorder found out about a camera. A request that failed leaves its document closed.
@@ -16,20 +16,21 @@ struct stDef_CameraReplies
 };
 
 /// Asks the recorder for a camera: only the recorder ever talks to one. Each request takes up to a minute; accounts go
-/// out as they stand.
+/// out as they stand. A user's stop ends what is asked for and fails it.
 class CCameraProbe
 {
 public:
-    /// The connection is borrowed.
-    explicit CCameraProbe(CWndNvrBase* pNvr) : vm_pNvr(pNvr) {}
+    /// The requests are borrowed.
+    explicit CCameraProbe(CPageRequests& objRequests) : vm_objRequests(objRequests) {}
 
     /// Has the recorder log in to the camera.
     bool m_F_b_Detect(const stDef_CameraValues& stCamera, CXmlObj& xmlReply) const;
-    /// The same, and asks for its abilities, whatever came of the first. False if both failed.
+    /// The same, and asks for its abilities, whatever came of the first. False if both failed or they were
+    /// stopped.
     bool m_F_b_DetectAndSupport(const stDef_CameraValues& stCamera, stDef_CameraReplies& stReplies) const;
     /// Has the recorder look for cameras on its network. False if no document came.
     bool m_F_b_Search(CXmlObj& xmlReply) const;
 
 private:
-    CWndNvrBase* vm_pNvr;
+    CPageRequests& vm_objRequests;
 };

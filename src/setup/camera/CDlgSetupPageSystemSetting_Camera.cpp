@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "core/CPageRequests.h"
 #include "core/CWndNvrEmbedded.h"
 #include "drivers/CCamObj_Base.h"
 #include "drivers/stDef_CameraTemplate.h"
@@ -39,6 +40,7 @@ constexpr Text DetectedText{"DetectSuccess", "Success!"};
 constexpr Text NoCameraText{"NoCamera", "No Camera."};
 constexpr Text NobodyText{"NoCameraReached", "The recorder reached no camera with these data."};
 constexpr Text FoundText{"CamerasFound", "Cameras found: %1"};
+constexpr Text SearchingText{"SearchingCameras", "The recorder looks for cameras."};
 constexpr Text NoSearchText{"NoSearchReply", "The recorder did not answer the search."};
 constexpr Text AddedText{"CamerasAdded", "Cameras added: %1"};
 constexpr Text NoRoomText{"CamerasNoRoom", "The camera list is full, so no more were added."};
@@ -47,7 +49,7 @@ constexpr Text UnreachedText{"CamerasUnreached", "Added without being reached: %
 
 } // namespace
 
-Page::CDlgSetupPageSystemSetting_Camera(CWndNvrEmbedded* pNvr) : CNvrPage(pNvr), vm_objProbe(pNvr) {}
+Page::CDlgSetupPageSystemSetting_Camera(CWndNvrEmbedded* pNvr) : CNvrPage(pNvr) {}
 
 Page::~CDlgSetupPageSystemSetting_Camera() = default;
 
@@ -282,7 +284,8 @@ void Page::m_S_Add()
     const CWaitCursor objWait;
     stDef_CameraValues stCamera = vm_pForm->m_F_o_Values();
     stDef_CameraReplies stReplies;
-    if (!vm_objProbe.m_F_b_DetectAndSupport(stCamera, stReplies)) {
+    CPageRequests objRequests(vm_pNvr, this, nsTexts::AskingCamera);
+    if (!CCameraProbe(objRequests).m_F_b_DetectAndSupport(stCamera, stReplies)) {
         vm_pNote->setText(m_F_s_Line(NobodyText));
         return;
     }
@@ -321,7 +324,8 @@ void Page::m_S_Update()
         return;
     }
     stDef_CameraReplies stReplies;
-    if (!vm_objProbe.m_F_b_DetectAndSupport(stCamera, stReplies)) {
+    CPageRequests objRequests(vm_pNvr, this, nsTexts::AskingCamera);
+    if (!CCameraProbe(objRequests).m_F_b_DetectAndSupport(stCamera, stReplies)) {
         vm_pNote->setText(m_F_s_Line(NobodyText));
         return;
     }
@@ -337,8 +341,8 @@ void Page::m_S_Detect()
     CXmlObj xmlReply;
     bool bReply = false;
     {
-        const CWaitCursor objWait;
-        bReply = vm_objProbe.m_F_b_Detect(vm_pForm->m_F_o_Values(), xmlReply);
+        CPageRequests objRequests(vm_pNvr, this, nsTexts::AskingCamera);
+        bReply = CCameraProbe(objRequests).m_F_b_Detect(vm_pForm->m_F_o_Values(), xmlReply);
     }
     if (!bReply) {
         m_S_Message(NoReplyText, DetectText);
@@ -422,9 +426,9 @@ void Page::m_S_SearchCameras()
         return; // what was found before stays
     }
     m_S_DropRows();
-    const CWaitCursor objWait;
+    CPageRequests objRequests(vm_pNvr, this, SearchingText);
     CXmlObj xmlReply;
-    if (vm_objProbe.m_F_b_Search(xmlReply)) {
+    if (CCameraProbe(objRequests).m_F_b_Search(xmlReply)) {
         m_S_ReadRows(xmlReply, [&](const stDef_SearchIPC& st) { return !m_bQuickAdd || objFilter.m_F_b_Passes(st); });
         vm_pNote->setText(m_F_s_Line(FoundText, QString::number(m_listSearch.size())));
     } else {

@@ -79,7 +79,6 @@ private:
     QString m_F_s_Line(const stDef_Text& stText, const QString& sValue = {}) const;
 
     CCameraTable* vm_pTable = nullptr;
-    CCameraProbe vm_objProbe;
     std::unique_ptr<CCameraList> vm_pCameras;
     CCameraTree* vm_pTree = nullptr;
     CCameraForm* vm_pForm = nullptr;

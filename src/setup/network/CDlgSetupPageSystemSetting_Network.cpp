@@ -4,10 +4,10 @@
 #include <QComboBox>
 #include <QPushButton>
 
+#include "core/CPageRequests.h"
 #include "core/CWndNvrEmbedded.h"
 #include "toolkit/form/CFormGroup.h"
 #include "toolkit/form/CommonTexts.h"
-#include "toolkit/user/CWaitCursor.h"
 
 using namespace Qt::StringLiterals;
 
@@ -16,6 +16,7 @@ namespace {
 const QString g_sNetwork = u"/root/system/network/"_s;
 const QString g_sUnknown = u"Unknow"_s;
 const QStringList g_arDdnsServers = {u"dyndns.org"_s, u"no-ip.com"_s};
+constexpr Text AskingText{"AskingDDNS", "The recorder asks for its address."};
 constexpr int DdnsTimeoutMs = 5000;
 
 constexpr Text MaskText{"SubnetMask", "Subnet Mask"};
@@ -117,13 +118,12 @@ void CDlgSetupPageSystemSetting_Network::m_S_Loaded()
 
 void CDlgSetupPageSystemSetting_Network::m_S_TestDdns()
 {
-    const CWaitCursor objWait;
     // Without "cgi-bin/" in front, unlike the other requests, and with the values as they stand.
     const QString sUrl = u"param.cgi?action=ddns&server=%1&host=%2&uid=%3&pwd=%4"_s.arg(
         vm_pServer->currentText(), vm_arDdns[0]->text(), vm_arDdns[1]->text(), vm_arDdns[2]->text());
     CXmlObj xmlReply;
     QString sMessage;
-    const bool bReply = vm_pNvr->m_F_b_GetRequest(sUrl, &xmlReply, DdnsTimeoutMs);
+    const bool bReply = CPageRequests(vm_pNvr, this, AskingText).m_F_b_Get(sUrl, &xmlReply, DdnsTimeoutMs);
     xmlReply.m_F_n_GetText(u"Msg"_s, sMessage, {});
     vm_pCurrentIp->setText(bReply ? sMessage.section(u'=', 1, 1).remove(u' ') : g_sUnknown);
 }

@@ -16,5 +16,6 @@ inline constexpr Text Password{"Password", "Password"};
 inline constexpr Text Address{"IPAddress", "IP Address"};
 inline constexpr Text HttpPort{"HTTPPort", "HTTP Port"};
 inline constexpr Text RtspPort{"RTSPPort", "RTSP Port"};
+inline constexpr Text AskingCamera{"AskingCamera", "The recorder asks the camera."};
 
 } // namespace nsTexts

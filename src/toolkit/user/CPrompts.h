@@ -5,7 +5,8 @@
 class QString;
 class QWidget;
 
-/// Short forms of the messages that go to the user through `CUserSide`. GUI thread only.
+/// Short forms of the messages that go to the user through `CUserSide`. On behalf of a dialog that was closed meanwhile
+/// nothing is shown, and the answer is no. GUI thread only.
 class FLEETLINK_EXPORT CPrompts
 {
 public:

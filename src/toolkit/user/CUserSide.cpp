@@ -2,15 +2,15 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QEventLoop>
 #include <QFileDialog>
-#include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
-#include <QProgressBar>
 #include <QTimer>
-#include <QVBoxLayout>
+#include <algorithm>
 #include <chrono>
+
+#include "toolkit/user/CHeldLoop.h"
+#include "toolkit/user/CWaitBox.h"
 
 namespace {
 
@@ -94,31 +94,28 @@ int CUserSide::m_F_n_RunModal(QDialog& objDialog)
 
 void CUserSide::m_S_Wait(QWidget* pParent, const QString& sText, int nMs)
 {
-    QDialog objBox(pParent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
-    auto* const pText = new QLabel(sText);
-    auto* const pBar = new QProgressBar;
-    pText->setTextFormat(Qt::PlainText);
-    pText->setVisible(!sText.isEmpty());
-    pBar->setRange(0, nMs);
-    pBar->setAccessibleName(sText);
-    auto* const pLayout = new QVBoxLayout(&objBox);
-    pLayout->addWidget(pText);
-    pLayout->addWidget(pBar);
-    pBar->setMinimumWidth(24 * objBox.fontMetrics().averageCharWidth());
-    objBox.setModal(true);
-    objBox.show();
-
+    const QString sCaption = pParent ? pParent->window()->windowTitle() : QString();
+    const QPointer<CWaitBox> pBox(new CWaitBox(pParent, {sCaption, sText, {}}));
     QElapsedTimer objClock;
     objClock.start();
-    for (qint64 nLeft = nMs; nLeft > 0; nLeft = nMs - objClock.elapsed()) {
-        pBar->setValue(static_cast<int>(nMs - nLeft));
-        pBar->setFormat(QStringLiteral("%1 s").arg((nLeft + 999) / 1000));
-        QEventLoop objLoop;
-        QTimer::singleShot(StepMs, &objLoop, &QEventLoop::quit);
-        objLoop.exec(QEventLoop::ExcludeUserInputEvents);
-    }
-    // What was clicked and typed meanwhile is delivered now, while this box still keeps it from the windows behind.
-    QCoreApplication::processEvents();
+    bool bOver = false;
+    const auto fnStop = [&] { bOver = true; };
+    QObject::connect(pBox, &QDialog::rejected, pBox, fnStop);
+    const auto fnTick = [&] {
+        const int nGone = static_cast<int>(std::min<qint64>(objClock.elapsed(), nMs));
+        if (pBox) {
+            pBox->m_S_SetProgress(nGone, nMs);
+            pBox->m_S_SetSeconds((nMs - nGone + 999) / 1000);
+        }
+        bOver |= !pBox || nGone >= nMs;
+    };
+    QTimer objTimer;
+    QObject::connect(&objTimer, &QTimer::timeout, &objTimer, fnTick);
+    objTimer.start(StepMs);
+    fnTick();
+    pBox->show();
+    CHeldLoop([&] { return bOver; }, fnStop).m_S_Run();
+    delete pBox;
 }
 
 QDateTime CUserSide::m_F_o_Now()

@@ -58,7 +58,8 @@ public:
     /// Runs a modal dialog and returns its result.
     virtual int m_F_n_RunModal(QDialog& objDialog);
     /// Waits so many ms, while a bar above the parent's window counts the seconds down under `sText`. Windows are
-    /// painted in that time and timers run, but no input is handled.
+    /// painted in that time and timers run, but input is held back. Ends early if that box is closed or goes with its
+    /// parent.
     virtual void m_S_Wait(QWidget* pParent, const QString& sText, int nMs);
 
     /// Today's date and time on this computer's clock.
