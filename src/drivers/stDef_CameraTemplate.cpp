@@ -1,8 +1,7 @@
 #include "drivers/stDef_CameraTemplate.h"
 
-#include "toolkit/form/MemberRows.h"
-
-using namespace Qt::StringLiterals;
+#include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -11,11 +10,6 @@ using Template = stDef_CameraTemplate;
 constexpr char16_t Node[] = u"/root/system/camera/template";
 constexpr int AssumedRate = 30; ///< frames a second
 
-enum Row
-{
-    Resolution,
-    Fps
-};
 constexpr stDef_Member<Template> g_astRows[] = {
     {"Resolution", &Template::nResolution}, {"FPS", &Template::nFPS},         {"RateCtrl", &Template::nRateCtrl},
     {"Quality", &Template::nQuality},       {"Account", &Template::sAccount}, {"Password", &Template::sPassword},
@@ -29,6 +23,12 @@ constexpr stDef_TemplateResolution g_astResolutions[] = {
     {"1.3M", 1280},
     {"VGA", 720},
 };
+
+const stDef_Member<Template>& RowOf(nsMembers::Pointer<Template> pMember)
+{
+    return *std::find_if(std::begin(g_astRows), std::end(g_astRows),
+                         [pMember](const stDef_Member<Template>& row) { return row.pMember == pMember; });
+}
 
 QString Path()
 {
@@ -58,7 +58,9 @@ stDef_CameraTemplate stDef_CameraTemplate::s_F_o_Read(const CXmlObj& xmlSystem)
 stDef_CameraTemplate stDef_CameraTemplate::s_F_o_ReadForCamera(const CXmlObj& xmlSystem)
 {
     stDef_CameraTemplate st = s_F_o_Read(xmlSystem);
-    st.nFPS = xmlSystem.m_F_n_GetValueInt(Path(), QString::fromLatin1(g_astRows[Fps].pszKey), AssumedRate);
+    stDef_Member<Template> rowRate = RowOf(&Template::nFPS);
+    rowRate.nDefault = AssumedRate;
+    nsMembers::ReadOne(xmlSystem, Path(), rowRate, st);
     return st;
 }
 
@@ -67,16 +69,7 @@ void stDef_CameraTemplate::m_S_Write(CXmlObj& xmlSystem) const
     nsMembers::Write<Template>(xmlSystem, Path(), g_astRows, *this);
 }
 
-void stDef_CameraTemplate::s_S_WriteResolution(CXmlObj& xmlSystem, int nResolution)
+void stDef_CameraTemplate::m_S_WriteOne(CXmlObj& xmlSystem, nsMembers::Pointer<stDef_CameraTemplate> pMember) const
 {
-    Template st;
-    st.nResolution = nResolution;
-    nsMembers::WriteOne(xmlSystem, Path(), g_astRows[Resolution], st);
-}
-
-void stDef_CameraTemplate::s_S_WriteFps(CXmlObj& xmlSystem, int nFPS)
-{
-    Template st;
-    st.nFPS = nFPS;
-    nsMembers::WriteOne(xmlSystem, Path(), g_astRows[Fps], st);
+    nsMembers::WriteOne(xmlSystem, Path(), RowOf(pMember), *this);
 }

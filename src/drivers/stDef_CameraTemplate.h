@@ -4,8 +4,7 @@
 #include <span>
 
 #include "host/Export.h"
-
-class CXmlObj;
+#include "toolkit/form/MemberRows.h"
 
 /// How wide a newly added camera's pictures may be.
 struct stDef_TemplateResolution
@@ -35,6 +34,6 @@ struct FLEETLINK_EXPORT stDef_CameraTemplate
     /// The same for a camera that is added, for which a missing rate is 30 frames a second.
     static stDef_CameraTemplate s_F_o_ReadForCamera(const CXmlObj& xmlSystem);
     void m_S_Write(CXmlObj& xmlSystem) const;
-    static void s_S_WriteResolution(CXmlObj& xmlSystem, int nResolution);
-    static void s_S_WriteFps(CXmlObj& xmlSystem, int nFPS);
+    /// Writes one value and leaves the others as they stand in the document.
+    void m_S_WriteOne(CXmlObj& xmlSystem, nsMembers::Pointer<stDef_CameraTemplate> pMember) const;
 };

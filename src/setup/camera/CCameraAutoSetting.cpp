@@ -14,18 +14,6 @@ namespace {
 
 constexpr Text StepText{"AutoSettingStep", "Camera %1 of %2: %3"};
 
-stDef_CameraValues Described(const stDef_SearchIPC& stFound, const stDef_CameraTemplate& stTemplate)
-{
-    stDef_CameraValues st;
-    st.nVendorID = stFound.Vendor;
-    st.sIP = stFound.IP;
-    st.sHttpPort = QString::number(stFound.HttpPort);
-    st.nOnvifAuth = stFound.OnvifAuth;
-    st.sUser = stTemplate.sAccount;
-    st.sPassword = stTemplate.sPassword;
-    return st;
-}
-
 } // namespace
 
 CCameraAutoSetting::CCameraAutoSetting(CWndNvrEmbedded* pNvr, CCameraList* pCameras, QWidget* pParent)
@@ -48,7 +36,8 @@ stDef_AutoSettingResult CCameraAutoSetting::m_F_o_Run(const CCameraSearchList::R
         const QString sWho = stFound.DeviceName + u' ' + stFound.m_F_s_Address();
         objRequests.m_S_ShowProgress(sStep.arg(QString::number(nStep + 1), QString::number(nAll), sWho), nStep, nAll);
         stDef_CameraReplies stReplies;
-        const stDef_CameraValues stCamera = Described(stFound, stTemplate);
+        stDef_CameraValues stCamera = stFound.m_F_o_Camera(stTemplate);
+        stCamera.sIP = stFound.IP; // also of one that is shown by its link-local address
         if (!objProbe.m_F_b_DetectAndSupport(stCamera, stReplies))
             break;
         if (!vm_pCameras->m_F_b_AddFound(stCamera, stReplies))

@@ -4,6 +4,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <algorithm>
 
 #include "drivers/BrandCatalogue.h"
 #include "host/Lib_Bedrock.h"
@@ -25,15 +26,20 @@ const stDef_CameraValues g_stNew = {
 QGroupBox* CCameraForm::m_F_p_Make(CForm& objForm)
 {
     CFormGroup grp(objForm, Text{"Setting", "Setting"});
-    vm_pVendor = grp.m_F_p_List(Text{"Vendor", "Vendor"}, "Vendor", QStringList());
-    vm_pModel = grp.m_F_p_ReadOnly(Text{"ModelName", "Model Name"}, "Model");
-    vm_pName = grp.m_F_p_Edit(Text{"CameraName", "Camera Name"}, "Name");
-    vm_pIP = grp.m_F_p_Address(nsTexts::Address, "IP");
-    vm_pHttpPort = grp.m_F_p_Edit(nsTexts::HttpPort, "HttpPort");
-    vm_pRtspPort = grp.m_F_p_Edit(nsTexts::RtspPort, "RtspPort");
-    vm_pOnvifAuth = grp.m_F_p_List(Text{"Authentication", "Authentication"}, "OnvifAuth", QStringList());
-    vm_pUser = grp.m_F_p_Edit(nsTexts::Account, "UserName");
-    vm_pPassword = grp.m_F_p_ShownPassword(nsTexts::Password, "Password");
+    using namespace nsForms;
+    using Values = stDef_CameraValues;
+    CMemberForm<Values>& obj = vm_objValues;
+    vm_pVendor =
+        obj.m_F_p_Bind<ByData>(&Values::nVendorID, grp.m_F_p_List(Text{"Vendor", "Vendor"}, "Vendor", QStringList()));
+    vm_pModel = obj.m_F_p_Bind<AsText>(&Values::sModel, grp.m_F_p_ReadOnly(Text{"ModelName", "Model Name"}, "Model"));
+    vm_pName = obj.m_F_p_Bind<AsText>(&Values::sName, grp.m_F_p_Edit(Text{"CameraName", "Camera Name"}, "Name"));
+    vm_pIP = obj.m_F_p_Bind<AsText>(&Values::sIP, grp.m_F_p_Address(nsTexts::Address, "IP"));
+    vm_pHttpPort = obj.m_F_p_Bind<AsText>(&Values::sHttpPort, grp.m_F_p_Edit(nsTexts::HttpPort, "HttpPort"));
+    vm_pRtspPort = obj.m_F_p_Bind<AsText>(&Values::sRtspPort, grp.m_F_p_Edit(nsTexts::RtspPort, "RtspPort"));
+    vm_pOnvifAuth = obj.m_F_p_Bind<ByData>(
+        &Values::nOnvifAuth, grp.m_F_p_List(Text{"Authentication", "Authentication"}, "OnvifAuth", QStringList()));
+    vm_pUser = obj.m_F_p_Bind<AsText>(&Values::sUser, grp.m_F_p_Edit(nsTexts::Account, "UserName"));
+    vm_pPassword = obj.m_F_p_Bind<AsText>(&Values::sPassword, grp.m_F_p_ShownPassword(nsTexts::Password, "Password"));
     m_S_Reset();
     m_S_FillLists();
     connect(vm_pVendor, &QComboBox::currentIndexChanged, this, &CCameraForm::m_S_OnVendorChanged);
@@ -55,38 +61,29 @@ void CCameraForm::m_S_FillLists()
 void CCameraForm::m_S_Reset()
 {
     m_S_Show(g_stNew);
-    m_S_SetVendorRow(0);
+    const QSignalBlocker objQuiet(vm_pVendor);
+    vm_pVendor->setCurrentIndex(0);
     vm_pOnvifAuth->setCurrentIndex(0);
     vm_pPassword->m_S_SetShown(false);
 }
 
-void CCameraForm::m_S_Show(const stDef_CameraValues& stValues)
+void CCameraForm::m_S_Show(stDef_CameraValues stValues)
 {
-    m_S_SetVendorRow(m_F_n_VendorRow(stValues.nVendorID));
-    vm_pModel->setText(stValues.sModel);
-    vm_pName->setText(stValues.sName);
-    vm_pIP->setText(stValues.sIP);
-    vm_pHttpPort->setText(stValues.sHttpPort);
     const bool bOnvif = stValues.nVendorID == g_nOnvifVendor;
-    m_S_ShowOnvif(bOnvif);
-    if (bOnvif)
-        vm_pOnvifAuth->setCurrentIndex(vm_pOnvifAuth->findData(stValues.nOnvifAuth));
+    const stDef_CameraValues stNow = vm_objValues.m_F_o_Taken();
+    if (bOnvif) // what the vendor hides stays as it was
+        stValues.sRtspPort = stNow.sRtspPort;
     else
-        vm_pRtspPort->setText(stValues.sRtspPort);
-    vm_pUser->setText(stValues.sUser);
-    vm_pPassword->setText(stValues.sPassword);
+        stValues.nOnvifAuth = stNow.nOnvifAuth;
+    const QSignalBlocker objQuiet(vm_pVendor); // it is no choice of the user's, which would reset what hangs on it
+    vm_objValues.m_S_Show(stValues);
+    m_S_ShowOnvif(bOnvif);
 }
 
 void CCameraForm::m_S_ShowOnvif(bool bOnvif)
 {
     CForm::s_S_ShowRow(vm_pRtspPort, !bOnvif);
     CForm::s_S_ShowRow(vm_pOnvifAuth, bOnvif);
-}
-
-void CCameraForm::m_S_SetVendorRow(int nRow)
-{
-    const QSignalBlocker objQuiet(vm_pVendor); // it is no choice of the user's, which would reset what hangs on it
-    vm_pVendor->setCurrentIndex(nRow);
 }
 
 void CCameraForm::m_S_OnVendorChanged()
@@ -110,16 +107,9 @@ void CCameraForm::m_S_MarkAddress(bool bLinkLocal)
 
 stDef_CameraValues CCameraForm::m_F_o_Values() const
 {
-    stDef_CameraValues st;
-    st.nVendorID = m_F_b_HasVendor() ? vm_pVendor->currentData().toInt() : -1;
-    st.sModel = vm_pModel->text();
-    st.sName = vm_pName->text();
-    st.sIP = vm_pIP->text();
-    st.sHttpPort = vm_pHttpPort->text();
-    st.sRtspPort = vm_pRtspPort->text();
-    st.nOnvifAuth = st.nVendorID == g_nOnvifVendor ? vm_pOnvifAuth->currentData().toInt() : 1;
-    st.sUser = vm_pUser->text();
-    st.sPassword = vm_pPassword->text();
+    stDef_CameraValues st = vm_objValues.m_F_o_Taken();
+    // An authentication that the list doesn't have counts as none.
+    st.nOnvifAuth = st.nVendorID == g_nOnvifVendor ? std::max(st.nOnvifAuth, 0) : 1;
     return st;
 }
 

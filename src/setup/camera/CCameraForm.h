@@ -3,6 +3,7 @@
 #include <QObject>
 
 #include "setup/camera/stDef_CameraValues.h"
+#include "toolkit/form/CMemberForm.h"
 
 class CForm;
 class CIPAddressEdit;
@@ -26,7 +27,7 @@ public:
     /// What a new camera begins with.
     void m_S_Reset();
     /// An unknown vendor leaves none chosen.
-    void m_S_Show(const stDef_CameraValues& stValues);
+    void m_S_Show(stDef_CameraValues stValues);
     stDef_CameraValues m_F_o_Values() const;
     /// Marks the address as a link-local one, which the recorder alone can reach.
     void m_S_MarkAddress(bool bLinkLocal);
@@ -45,10 +46,10 @@ public:
 private:
     void m_S_FillLists();
     void m_S_ShowOnvif(bool bOnvif);
-    void m_S_SetVendorRow(int nRow);
     void m_S_OnVendorChanged();
     QWidget* m_F_p_Problem() const;
 
+    CMemberForm<stDef_CameraValues> vm_objValues;
     QComboBox* vm_pVendor = nullptr;
     QLineEdit* vm_pModel = nullptr;
     QLineEdit* vm_pName = nullptr;

@@ -18,10 +18,9 @@ void CCameraList::m_S_ListStored()
 {
     const int nEnd = std::min(m_F_n_Count(), vm_pTable->m_F_n_Slots());
     for (int nIndex = vm_pTree->m_F_n_Count(); nIndex < nEnd; ++nIndex) {
-        const auto stCamera = stDef_CameraValues::s_F_o_Read(vm_pNvr->vm_xmlCamera, vm_objNodes.m_F_s_Path(nIndex),
-                                                             stDef_CameraValues::s_stStored);
-        const stDef_CamConnect stConnect = stCamera.m_F_o_Connect();
-        CCamObj_Base* const pCamera = m_F_p_Make(stCamera.nVendorID, nIndex);
+        const stDef_CamConnect stConnect =
+            stDef_CameraValues::s_F_o_ReadConnect(vm_pNvr->vm_xmlCamera, vm_objNodes.m_F_s_Path(nIndex));
+        CCamObj_Base* const pCamera = m_F_p_Make(stConnect.nVendorID, nIndex);
         if (pCamera)
             pCamera->m_F_b_SetConnect(stConnect);
         vm_pTree->m_S_Append(CSFunc::s_F_s_Utf8ToUnicode(stConnect.strName), m_F_n_Value(nIndex, u"Enable"_s, 0) != 0);
@@ -68,8 +67,7 @@ int CCameraList::m_F_n_Vendor(int nIndex) const
 
 stDef_CameraValues CCameraList::m_F_o_Shown(int nIndex) const
 {
-    return stDef_CameraValues::s_F_o_Read(vm_pNvr->vm_xmlCamera, vm_objNodes.m_F_s_Path(nIndex),
-                                          stDef_CameraValues::s_stShown);
+    return stDef_CameraValues::s_F_o_Read(vm_pNvr->vm_xmlCamera, vm_objNodes.m_F_s_Path(nIndex));
 }
 
 void CCameraList::m_S_SetEnabled(int nIndex, bool bEnabled)
@@ -146,14 +144,7 @@ bool CCameraList::m_F_b_AddFound(stDef_CameraValues stCamera, stDef_CameraReplie
 
 void CCameraList::m_S_Update(int nIndex, const stDef_CameraValues& stCamera)
 {
-    const std::pair<QString, QString> arValues[] = {
-        {u"Model"_s, stCamera.sModel},       {u"Name"_s, stCamera.sName},         {u"IP"_s, stCamera.sIP},
-        {u"HttpPort"_s, stCamera.sHttpPort}, {u"RtspPort"_s, stCamera.sRtspPort}, {u"UserName"_s, stCamera.sUser},
-        {u"Password"_s, stCamera.sPassword},
-    };
-    for (const auto& [sKey, sValue] : arValues)
-        m_S_SetValue(nIndex, sKey, sValue);
-    // The authentication reaches the object alone.
+    stCamera.m_S_WriteUpdate(vm_pNvr->vm_xmlCamera, vm_objNodes.m_F_s_Path(nIndex));
     if (CCamObj_Base* const pCamera = vm_pTable->m_F_p_Camera(nIndex))
         pCamera->m_F_b_SetConnect(stCamera.m_F_o_Connect());
     vm_pTree->m_S_SetName(nIndex, stCamera.sName);

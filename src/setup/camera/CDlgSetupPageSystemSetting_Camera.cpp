@@ -9,7 +9,6 @@
 #include "core/CPageRequests.h"
 #include "core/CWndNvrEmbedded.h"
 #include "drivers/CCamObj_Base.h"
-#include "drivers/stDef_CameraTemplate.h"
 #include "setup/camera/CCameraAutoSetting.h"
 #include "setup/camera/CCameraForm.h"
 #include "setup/camera/CCameraList.h"
@@ -18,6 +17,7 @@
 #include "setup/camera/CCameraTree.h"
 #include "setup/camera/CDlgSetupPageSystemSetting_Camera_AutoSetting.h"
 #include "setup/camera/CDlgSetupPageSystemSetting_Camera_Template.h"
+#include "setup/camera/stDef_TemplateLists.h"
 #include "toolkit/form/CFormGroup.h"
 #include "toolkit/form/CommonTexts.h"
 #include "toolkit/user/CPrompts.h"
@@ -146,7 +146,10 @@ QLayout* Page::m_F_p_MakeForm(CForm& objForm)
 QWidget* Page::m_F_p_MakeTemplate(CForm& objForm)
 {
     CFormGroup grp(objForm, Text{"TemplateSetting", "Template Setting"});
-    vm_stTemplateLists = stDef_TemplateLists::s_F_o_Make(grp);
+    const auto stLists = stDef_TemplateLists::s_F_o_Make(grp, vm_objTemplate);
+    connect(stLists.pResolution, &QComboBox::activated, this,
+            [this] { m_S_StoreTemplate(&stDef_CameraTemplate::nResolution); });
+    connect(stLists.pFps, &QComboBox::activated, this, [this] { m_S_StoreTemplate(&stDef_CameraTemplate::nFPS); });
     QPushButton* const pAdvanced = grp.m_F_p_Button(Text{"Advanced", "Advanced"}, "Advanced");
     connect(pAdvanced, &QPushButton::clicked, this, &Page::m_S_EditTemplate);
     return grp.m_F_p_Box();
@@ -186,16 +189,16 @@ void Page::m_S_Connect()
             [this](int nIndex, bool bEnabled) { vm_pCameras->m_S_SetEnabled(nIndex, bEnabled); });
     connect(vm_pTree, &CCameraTree::S_MenuWanted, this, &Page::m_S_ShowMenu);
     connect(vm_pFound, &CCameraSearchList::S_RowChosen, this, &Page::m_S_ShowFound);
-    connect(vm_stTemplateLists.pResolution, &QComboBox::activated, this,
-            [this](int nRow) { stDef_CameraTemplate::s_S_WriteResolution(vm_pNvr->vm_xmlSystem, nRow); });
-    connect(vm_stTemplateLists.pFps, &QComboBox::activated, this, [this] {
-        stDef_CameraTemplate::s_S_WriteFps(vm_pNvr->vm_xmlSystem, vm_stTemplateLists.pFps->currentData().toInt());
-    });
 }
 
 void Page::m_S_ShowTemplate()
 {
-    vm_stTemplateLists.m_S_Show(stDef_CameraTemplate::s_F_o_Read(vm_pNvr->vm_xmlSystem));
+    vm_objTemplate.m_S_Show(stDef_CameraTemplate::s_F_o_Read(vm_pNvr->vm_xmlSystem));
+}
+
+void Page::m_S_StoreTemplate(int stDef_CameraTemplate::*pMember)
+{
+    vm_objTemplate.m_F_o_Taken().m_S_WriteOne(vm_pNvr->vm_xmlSystem, pMember);
 }
 
 void Page::m_S_EnableAdding()
@@ -232,19 +235,8 @@ void Page::m_S_ShowFound(const stDef_SearchIPC* pRow)
     m_S_EnableShown(false);
     if (!pRow)
         return;
-    const auto stTemplate = stDef_CameraTemplate::s_F_o_Read(vm_pNvr->vm_xmlSystem);
-    stDef_CameraValues st;
-    st.nVendorID = pRow->Vendor;
-    st.sModel = pRow->DeviceName;
-    st.sIP = pRow->m_F_s_Address();
-    st.sName = pRow->DeviceName + u' ' + st.sIP;
-    st.sHttpPort = QString::number(pRow->HttpPort);
-    st.sRtspPort = QString::number(pRow->RtspPort);
-    st.nOnvifAuth = pRow->OnvifAuth;
-    st.sUser = stTemplate.sAccount;
-    st.sPassword = stTemplate.sPassword;
     vm_pForm->m_S_MarkAddress(pRow->m_F_b_LinkLocal());
-    vm_pForm->m_S_Show(st);
+    vm_pForm->m_S_Show(pRow->m_F_o_Camera(stDef_CameraTemplate::s_F_o_Read(vm_pNvr->vm_xmlSystem)));
 }
 
 void Page::m_S_ResetForm()

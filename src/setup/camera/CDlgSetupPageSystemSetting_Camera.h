@@ -4,9 +4,10 @@
 #include <memory>
 
 #include "core/CNvrPage.h"
+#include "drivers/stDef_CameraTemplate.h"
 #include "setup/camera/CCameraProbe.h"
 #include "setup/camera/CCameraSearchList.h"
-#include "setup/camera/stDef_TemplateLists.h"
+#include "toolkit/form/CMemberForm.h"
 
 class CCameraForm;
 class CCameraList;
@@ -47,6 +48,7 @@ private:
     void m_S_Connect();
     void m_S_ConnectNote();
     void m_S_ShowTemplate();
+    void m_S_StoreTemplate(int stDef_CameraTemplate::*pMember);
     void m_S_EnableAdding();
     void m_S_EnableShown(bool bShown);
 
@@ -83,7 +85,7 @@ private:
     CCameraTree* vm_pTree = nullptr;
     CCameraForm* vm_pForm = nullptr;
     CCameraSearchList* vm_pFound = nullptr;
-    stDef_TemplateLists vm_stTemplateLists;
+    CMemberForm<stDef_CameraTemplate> vm_objTemplate;
     QList<QPushButton*> vm_arShownButtons; ///< Delete, Update: for the camera that is shown
     QPushButton* vm_pParameter = nullptr;  ///< for it, too
     QPushButton* vm_pAdd = nullptr;

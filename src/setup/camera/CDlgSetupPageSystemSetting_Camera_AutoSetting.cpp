@@ -4,12 +4,13 @@
 #include <QLineEdit>
 
 #include "core/CWndNvrEmbedded.h"
-#include "setup/camera/stDef_SearchIPC.h"
 #include "toolkit/controls/CIPAddressEdit.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+using Row = stDef_SearchIPC;
 
 constexpr int MinimumWidth = 50; ///< letters
 constexpr char16_t NoAddress[] = u"0.0.0.0";
@@ -35,25 +36,28 @@ CDlgSetupPageSystemSetting_Camera_AutoSetting::CDlgSetupPageSystemSetting_Camera
     m_F_o_Form().m_F_o_Texts().m_S_AddText(
         pHint, Text{"AutoSettingText", "Please Input Search Parameter Or Empty To Search Camera"});
     grp.m_S_AddWide(pHint, "AutoSettingText");
-    vm_pModel = grp.m_F_p_Edit(Text{"ModelName", "Model"}, "Model");
-    vm_pIP = grp.m_F_p_Address(Text{"IP", "IP"}, "IP");
-    vm_pMAC = grp.m_F_p_Edit(Text{"MAC", "MAC"}, "MAC");
+    QLineEdit* const pModel =
+        vm_objTexts.m_F_p_Bind<nsForms::AsText>(&Row::DeviceModel, grp.m_F_p_Edit(Text{"ModelName", "Model"}, "Model"));
+    vm_objTexts.m_F_p_Bind<nsForms::AsText>(&Row::IP, grp.m_F_p_Address(Text{"IP", "IP"}, "IP"));
+    vm_objTexts.m_F_p_Bind<nsForms::AsText>(&Row::MAC, grp.m_F_p_Edit(Text{"MAC", "MAC"}, "MAC"));
     m_S_Finish(*pNvr);
     setMinimumWidth(MinimumWidth * fontMetrics().averageCharWidth());
-    vm_pModel->setFocus();
+    pModel->setFocus();
 }
 
 void CDlgSetupPageSystemSetting_Camera_AutoSetting::accept()
 {
-    vm_sModel = vm_pModel->text().toLower();
-    vm_sIP = Trimmed(vm_pIP->text()).toLower();
-    vm_sMAC = vm_pMAC->text().toLower();
+    vm_objTexts.m_S_Take(vm_stWanted);
+    vm_stWanted.IP = Trimmed(vm_stWanted.IP);
     CFormDialog::accept();
 }
 
 bool CDlgSetupPageSystemSetting_Camera_AutoSetting::m_F_b_Passes(const stDef_SearchIPC& stRow) const
 {
+    const auto Fits = [](const QString& sValue, const QString& sWanted) {
+        return sValue.contains(sWanted, Qt::CaseInsensitive);
+    };
     const bool bAddress =
-        vm_sIP == QString::fromUtf16(NoAddress) || CIPAddressEdit::s_F_s_Plain(stRow.IP).toLower().contains(vm_sIP);
-    return bAddress && stRow.DeviceModel.toLower().contains(vm_sModel) && stRow.MAC.toLower().contains(vm_sMAC);
+        vm_stWanted.IP == QString::fromUtf16(NoAddress) || Fits(CIPAddressEdit::s_F_s_Plain(stRow.IP), vm_stWanted.IP);
+    return bAddress && Fits(stRow.DeviceModel, vm_stWanted.DeviceModel) && Fits(stRow.MAC, vm_stWanted.MAC);
 }

@@ -1,11 +1,10 @@
 #pragma once
 
+#include "setup/camera/stDef_SearchIPC.h"
+#include "toolkit/form/CMemberForm.h"
 #include "toolkit/sheet/CFormDialog.h"
 
-class CIPAddressEdit;
 class CWndNvrEmbedded;
-class QLineEdit;
-struct stDef_SearchIPC;
 
 /// Asks which of the cameras that a search finds are to be added.
 class CDlgSetupPageSystemSetting_Camera_AutoSetting : public CFormDialog
@@ -23,10 +22,6 @@ protected:
     void accept() override;
 
 private:
-    QLineEdit* vm_pModel;
-    CIPAddressEdit* vm_pIP;
-    QLineEdit* vm_pMAC;
-    QString vm_sModel;
-    QString vm_sIP;
-    QString vm_sMAC;
+    CMemberForm<stDef_SearchIPC> vm_objTexts;
+    stDef_SearchIPC vm_stWanted;
 };

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <optional>
 
 class CXmlObj;
 struct stDef_CamConnect;
@@ -21,18 +20,12 @@ struct stDef_CameraValues
     QString sUser;
     QString sPassword;
 
-    /// What counts for a key that a node lacks. A port without a default is taken as the text that stands there.
-    struct stDef_Defaults
-    {
-        int nVendorID;
-        std::optional<int> nHttpPort;
-        std::optional<int> nRtspPort;
-    };
-    static constexpr stDef_Defaults s_stStored{-1, 80, 554}; ///< for a camera object
-    static constexpr stDef_Defaults s_stShown{0, {}, {}};    ///< for the form
-
-    static stDef_CameraValues s_F_o_Read(const CXmlObj& xmlCamera, const QString& sNode,
-                                         const stDef_Defaults& stDefaults);
+    /// A stored camera as the form shows it: ports as the texts that stand there.
+    static stDef_CameraValues s_F_o_Read(const CXmlObj& xmlCamera, const QString& sNode);
+    /// A stored camera as its object has it: ports are numbers, and a missing one is the usual one.
+    static stDef_CamConnect s_F_o_ReadConnect(const CXmlObj& xmlCamera, const QString& sNode);
+    /// Writes what an update changes: neither the vendor nor the authentication, which reaches the object alone.
+    void m_S_WriteUpdate(CXmlObj& xmlCamera, const QString& sNode) const;
     /// Ports that are no numbers become 0.
     stDef_CamConnect m_F_o_Connect() const;
 };

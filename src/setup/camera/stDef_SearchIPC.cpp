@@ -1,25 +1,48 @@
 #include "setup/camera/stDef_SearchIPC.h"
 
-#include "host/Lib_Bedrock.h"
+#include "drivers/stDef_CameraTemplate.h"
+#include "setup/camera/stDef_CameraValues.h"
+#include "toolkit/form/MemberRows.h"
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+using Row = stDef_SearchIPC;
+
+constexpr stDef_Member<Row> g_astRows[] = {
+    {"Vendor", &Row::Vendor},
+    {"DeviceModel", &Row::DeviceModel},
+    {"DeviceName", &Row::DeviceName},
+    {"IpType", &Row::IpType},
+    {"IP", &Row::IP},
+    {"BonjouIP", &Row::BonjouIP},
+    {"HttpPort", &Row::HttpPort, "", 80},
+    {"RtspPort", &Row::RtspPort, "", 554},
+    {"OnvifAuth", &Row::OnvifAuth, "", 1},
+    {"MAC", &Row::MAC},
+};
+
+} // namespace
+
 void stDef_SearchIPC::m_S_Read(const CXmlNode& objNode)
 {
-    const auto Number = [&](const QString& sKey, qint32 nDefault) {
-        return CXmlObj::s_F_n_GetNodeValInt(objNode, sKey, nDefault);
-    };
-    const auto Read = [&](const QString& sKey, QString& sOut) { CXmlObj::s_S_GetNodeVal(objNode, sKey, sOut, {}); };
-    Vendor = Number(u"Vendor"_s, 0);
-    Read(u"DeviceModel"_s, DeviceModel);
-    Read(u"DeviceName"_s, DeviceName);
-    IpType = Number(u"IpType"_s, 0);
-    Read(u"IP"_s, IP);
-    Read(u"BonjouIP"_s, BonjouIP);
-    HttpPort = Number(u"HttpPort"_s, 80);
-    RtspPort = Number(u"RtspPort"_s, 554);
-    OnvifAuth = Number(u"OnvifAuth"_s, 1);
-    Read(u"MAC"_s, MAC);
+    nsMembers::Read<Row>(objNode, g_astRows, *this);
+}
+
+stDef_CameraValues stDef_SearchIPC::m_F_o_Camera(const stDef_CameraTemplate& stTemplate) const
+{
+    stDef_CameraValues st;
+    st.nVendorID = Vendor;
+    st.sModel = DeviceName;
+    st.sIP = m_F_s_Address();
+    st.sName = DeviceName + u' ' + st.sIP;
+    st.sHttpPort = QString::number(HttpPort);
+    st.sRtspPort = QString::number(RtspPort);
+    st.nOnvifAuth = OnvifAuth;
+    st.sUser = stTemplate.sAccount;
+    st.sPassword = stTemplate.sPassword;
+    return st;
 }
 
 QString stDef_SearchIPC::m_F_s_Address() const

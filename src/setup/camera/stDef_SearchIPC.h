@@ -3,6 +3,8 @@
 #include <QString>
 
 class CXmlNode;
+struct stDef_CameraTemplate;
+struct stDef_CameraValues;
 
 /// A camera that the recorder found on its network.
 struct stDef_SearchIPC
@@ -23,6 +25,8 @@ struct stDef_SearchIPC
     void m_S_Read(const CXmlNode& objNode);
     /// The address as the list and the form have it: link-local ones in the recorder's short form, "ID@12.7".
     QString m_F_s_Address() const;
+    /// As the form shows it, with the account of the template.
+    stDef_CameraValues m_F_o_Camera(const stDef_CameraTemplate& stTemplate) const;
     /// Whether it has a link-local address only.
     bool m_F_b_LinkLocal() const { return IpType != 0; }
 };

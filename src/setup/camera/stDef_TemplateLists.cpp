@@ -2,7 +2,6 @@
 
 #include <QComboBox>
 
-#include "drivers/stDef_CameraTemplate.h"
 #include "toolkit/form/CFormGroup.h"
 
 using namespace Qt::StringLiterals;
@@ -12,24 +11,28 @@ namespace {
 constexpr int RateStep = 5;
 constexpr int HighestRate = 30;
 
+struct AsRate
+{
+    static void s_S_Show(QComboBox& objList, const QString& sValue)
+    {
+        objList.setCurrentIndex(sValue.toInt() / RateStep);
+    }
+    static QString s_F_s_Stored(const QComboBox& objList) { return nsForms::ByData::s_F_s_Stored(objList); }
+};
+
 } // namespace
 
-stDef_TemplateLists stDef_TemplateLists::s_F_o_Make(CFormGroup& grp)
+stDef_TemplateLists stDef_TemplateLists::s_F_o_Make(CFormGroup& grp, CMemberForm<stDef_CameraTemplate>& objForm)
 {
+    QList<stDef_ListItem> arResolutions;
+    for (const stDef_TemplateResolution& stRow : stDef_CameraTemplate::s_F_ar_Resolutions())
+        arResolutions.append({QString::fromLatin1(stRow.pszText), static_cast<int>(arResolutions.size())});
     QList<stDef_ListItem> arRates = {{u"MAX"_s, 0}};
     for (int nRate = RateStep; nRate <= HighestRate; nRate += RateStep)
         arRates.append({QString::number(nRate), nRate});
-    QStringList arResolutions;
-    for (const stDef_TemplateResolution& stRow : stDef_CameraTemplate::s_F_ar_Resolutions())
-        arResolutions.append(QString::fromLatin1(stRow.pszText));
-    stDef_TemplateLists st;
-    st.pResolution = grp.m_F_p_List(Text{"Resolution", "Resolution"}, "Resolution", arResolutions);
-    st.pFps = grp.m_F_p_List(Text{"FPS", "FPS"}, "FPS", arRates);
-    return st;
-}
-
-void stDef_TemplateLists::m_S_Show(const stDef_CameraTemplate& stTemplate) const
-{
-    pResolution->setCurrentIndex(stTemplate.nResolution);
-    pFps->setCurrentIndex(stTemplate.nFPS / RateStep);
+    return {
+        objForm.m_F_p_Bind<nsForms::ByData>(
+            &stDef_CameraTemplate::nResolution,
+            grp.m_F_p_List(Text{"Resolution", "Resolution"}, "Resolution", arResolutions)),
+        objForm.m_F_p_Bind<AsRate>(&stDef_CameraTemplate::nFPS, grp.m_F_p_List(Text{"FPS", "FPS"}, "FPS", arRates))};
 }

@@ -1,17 +1,18 @@
 #pragma once
 
+#include "drivers/stDef_CameraTemplate.h"
+#include "toolkit/form/CMemberForm.h"
+
 class CFormGroup;
 class QComboBox;
-struct stDef_CameraTemplate;
 
 /// The two lists of the camera template that stand on the Camera page as well as in the template's own dialog.
 struct stDef_TemplateLists
 {
-    QComboBox* pResolution = nullptr;
-    QComboBox* pFps = nullptr; ///< item data is the frame rate
+    QComboBox* pResolution;
+    QComboBox* pFps; ///< a stored rate between two entries counts as the lower one
 
-    /// Two rows of a group.
-    static stDef_TemplateLists s_F_o_Make(CFormGroup& grp);
-    /// A stored rate between two entries counts as the lower one.
-    void m_S_Show(const stDef_CameraTemplate& stTemplate) const;
+    /// Two rows of a group, bound to their members. A list that has no entry for its value shows none, and then it is
+    /// -1.
+    static stDef_TemplateLists s_F_o_Make(CFormGroup& grp, CMemberForm<stDef_CameraTemplate>& objForm);
 };

@@ -6,12 +6,15 @@
 
 #include "host/Lib_Bedrock.h"
 
-/// One value of a structure and the attribute that holds it: reading, writing and comparing walk the same rows.
+/// One value of a structure and the attribute that holds it. All that goes over the values, reading, writing, showing,
+/// walks the same rows.
 template <class Structure>
 struct stDef_Member
 {
+    using Pointer = std::variant<int Structure::*, QString Structure::*, bool Structure::*>;
+
     const char* pszKey;
-    std::variant<int Structure::*, QString Structure::*> pMember;
+    Pointer pMember;
     const char* pszDefault = ""; ///< of a text that isn't there
     int nDefault = 0;            ///< of a number that isn't there
 };
@@ -20,18 +23,72 @@ namespace nsMembers {
 
 template <class Structure>
 using Rows = std::span<const stDef_Member<Structure>>;
+template <class Structure>
+using Pointer = typename stDef_Member<Structure>::Pointer;
+
+/// A value as text; flags are 0 and 1.
+template <class Structure>
+QString Text(const Structure& st, Pointer<Structure> pMember)
+{
+    if (const auto* const pText = std::get_if<QString Structure::*>(&pMember))
+        return st.**pText;
+    const auto* const pFlag = std::get_if<bool Structure::*>(&pMember);
+    return QString::number(pFlag ? int(st.**pFlag) : st.*std::get<int Structure::*>(pMember));
+}
+
+/// Sets a value from a text; what is no number counts as 0.
+template <class Structure>
+void SetText(Structure& st, Pointer<Structure> pMember, const QString& sValue)
+{
+    if (auto* const pText = std::get_if<QString Structure::*>(&pMember))
+        st.** pText = sValue;
+    else if (auto* const pFlag = std::get_if<bool Structure::*>(&pMember))
+        st.** pFlag = sValue.toInt() != 0;
+    else
+        st.*std::get<int Structure::*>(pMember) = sValue.toInt();
+}
+
+/// Takes over one value of what `fnNumber` and `fnText` read by key and default.
+template <class Structure, class Number, class TextOf>
+void Take(const stDef_Member<Structure>& row, Structure& st, Number fnNumber, TextOf fnText)
+{
+    const QString sKey = QString::fromLatin1(row.pszKey);
+    if (const auto* const pText = std::get_if<QString Structure::*>(&row.pMember))
+        fnText(sKey, st.**pText, QString::fromUtf8(row.pszDefault));
+    else if (const auto* const pFlag = std::get_if<bool Structure::*>(&row.pMember))
+        st.** pFlag = fnNumber(sKey, row.nDefault) != 0;
+    else
+        st.*std::get<int Structure::*>(row.pMember) = fnNumber(sKey, row.nDefault);
+}
+
+template <class Structure>
+void ReadOne(const CXmlObj& xml, const QString& sNode, const stDef_Member<Structure>& row, Structure& st)
+{
+    Take(
+        row, st, [&](const QString& sKey, int nDefault) { return xml.m_F_n_GetValueInt(sNode, sKey, nDefault); },
+        [&](const QString& sKey, QString& sOut, const QString& sDefault) {
+            xml.m_F_n_GetValue(sNode, sKey, sOut, sDefault);
+        });
+}
 
 /// Takes over what the node has.
 template <class Structure>
 void Read(const CXmlObj& xml, const QString& sNode, Rows<Structure> arRows, Structure& st)
 {
+    for (const stDef_Member<Structure>& row : arRows)
+        ReadOne(xml, sNode, row, st);
+}
+
+template <class Structure>
+void Read(const CXmlNode& objNode, Rows<Structure> arRows, Structure& st)
+{
     for (const stDef_Member<Structure>& row : arRows) {
-        const QString sKey = QString::fromLatin1(row.pszKey);
-        if (const auto* const pNumber = std::get_if<int Structure::*>(&row.pMember))
-            st.** pNumber = xml.m_F_n_GetValueInt(sNode, sKey, row.nDefault);
-        else
-            xml.m_F_n_GetValue(sNode, sKey, st.*std::get<QString Structure::*>(row.pMember),
-                               QString::fromUtf8(row.pszDefault));
+        Take(
+            row, st,
+            [&](const QString& sKey, int nDefault) { return CXmlObj::s_F_n_GetNodeValInt(objNode, sKey, nDefault); },
+            [&](const QString& sKey, QString& sOut, const QString& sDefault) {
+                CXmlObj::s_S_GetNodeVal(objNode, sKey, sOut, sDefault);
+            });
     }
 }
 
@@ -39,8 +96,7 @@ void Read(const CXmlObj& xml, const QString& sNode, Rows<Structure> arRows, Stru
 template <class Structure>
 void WriteOne(CXmlObj& xml, const QString& sNode, const stDef_Member<Structure>& row, const Structure& st)
 {
-    std::visit([&](auto pMember) { xml.m_F_b_SetValue(sNode, QString::fromLatin1(row.pszKey), st.*pMember); },
-               row.pMember);
+    xml.m_F_b_SetValue(sNode, QString::fromLatin1(row.pszKey), Text(st, row.pMember));
 }
 
 template <class Structure>
