@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "CRecorderStore.h"
-#include "host/Lib_Bedrock.h"
+#include "toolkit/form/MemberRows.h"
 
 using namespace Qt::StringLiterals;
 
@@ -14,6 +14,24 @@ namespace {
 
 const QString g_sWindow = u"/root/Window"_s;
 const QString g_sLayout = u"/root/Layout"_s;
+
+struct stDef_Row
+{
+    const QString& sNode;
+    stDef_Member<stDef_Layout> stMember;
+    int nMin = 0;
+    int nMax = 1;
+};
+
+// A number beyond its range takes its default.
+const stDef_Row g_astRows[] = {
+    {g_sWindow, {"FullScreen", &stDef_Layout::bFullScreen}},
+    {g_sWindow, {"Language", &stDef_Layout::nLanguage, "", 1}},
+    {g_sWindow, {"PtzPanel", &stDef_Layout::bPtzPanel}},
+    {g_sWindow, {"PtzSpeed", &stDef_Layout::nPtzSpeed, "", 5}, 1, 10},
+    {g_sLayout, {"Shape", &stDef_Layout::nShape, "", 4}, 1, 16},
+    {g_sLayout, {"Page", &stDef_Layout::nPage}, 0, CLayoutStore::MaxSlots},
+};
 
 QString SlotPath(int nSlot)
 {
@@ -51,17 +69,18 @@ bool CLayoutStore::m_F_b_Load(stDef_Layout& stLayout) const
         QFile::rename(vm_sFile, vm_sDamaged);
         return false;
     }
-    const int nShape = objXml.m_F_n_GetValueInt(g_sLayout, u"Shape"_s, 4);
-    const int nSlots = std::min(objXml.m_F_n_GetValueInt(g_sLayout, u"count"_s, 0), MaxSlots);
     QString sGeometry;
     objXml.m_F_n_GetValue(g_sWindow, u"Geometry"_s, sGeometry, {});
-    stLayout.nShape = IsShape(nShape) ? nShape : 4;
-    stLayout.nPage = std::clamp(objXml.m_F_n_GetValueInt(g_sLayout, u"Page"_s, 0), 0, MaxSlots);
     stLayout.sGeometry = QByteArray::fromBase64(sGeometry.toLatin1());
-    stLayout.bFullScreen = objXml.m_F_n_GetValueInt(g_sWindow, u"FullScreen"_s, 0) == 1;
-    stLayout.nLanguage = objXml.m_F_n_GetValueInt(g_sWindow, u"Language"_s, 1) == 0 ? 0 : 1;
-    stLayout.bPtzPanel = objXml.m_F_n_GetValueInt(g_sWindow, u"PtzPanel"_s, 0) == 1;
-    stLayout.nPtzSpeed = std::clamp(objXml.m_F_n_GetValueInt(g_sWindow, u"PtzSpeed"_s, 5), 1, 10);
+    for (const stDef_Row& stRow : g_astRows) {
+        nsMembers::ReadOne(objXml, stRow.sNode, stRow.stMember, stLayout);
+        const int nValue = nsMembers::Text(stLayout, stRow.stMember.pMember).toInt();
+        if (nValue < stRow.nMin || nValue > stRow.nMax)
+            nsMembers::SetText(stLayout, stRow.stMember.pMember, QString::number(stRow.stMember.nDefault));
+    }
+    if (!IsShape(stLayout.nShape))
+        stLayout.nShape = stDef_Layout().nShape;
+    const int nSlots = std::min(objXml.m_F_n_GetValueInt(g_sLayout, u"count"_s, 0), MaxSlots);
     stLayout.arSlots.clear();
     for (int nSlot = 0; nSlot < nSlots; ++nSlot)
         stLayout.arSlots.push_back(ReadSlot(objXml, SlotPath(nSlot)));
@@ -73,12 +92,8 @@ bool CLayoutStore::m_F_b_Save(const stDef_Layout& stLayout) const
     CXmlObj objXml;
     objXml.m_F_b_LoadXML(u"<root/>"_s);
     objXml.m_F_b_SetValue(g_sWindow, u"Geometry"_s, QString::fromLatin1(stLayout.sGeometry.toBase64()));
-    objXml.m_F_b_SetValue(g_sWindow, u"FullScreen"_s, stLayout.bFullScreen ? 1 : 0);
-    objXml.m_F_b_SetValue(g_sWindow, u"Language"_s, stLayout.nLanguage);
-    objXml.m_F_b_SetValue(g_sWindow, u"PtzPanel"_s, stLayout.bPtzPanel ? 1 : 0);
-    objXml.m_F_b_SetValue(g_sWindow, u"PtzSpeed"_s, stLayout.nPtzSpeed);
-    objXml.m_F_b_SetValue(g_sLayout, u"Shape"_s, stLayout.nShape);
-    objXml.m_F_b_SetValue(g_sLayout, u"Page"_s, stLayout.nPage);
+    for (const stDef_Row& stRow : g_astRows)
+        nsMembers::WriteOne(objXml, stRow.sNode, stRow.stMember, stLayout);
     const int nSlots = std::min(static_cast<int>(stLayout.arSlots.size()), MaxSlots);
     objXml.m_F_b_SetValue(g_sLayout, u"count"_s, nSlots);
     for (int nSlot = 0; nSlot < nSlots; ++nSlot) {

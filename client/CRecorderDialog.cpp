@@ -29,6 +29,25 @@ void Tint(QLabel& objLabel, emDef_LiveState nState)
     objLabel.setPalette(objPalette);
 }
 
+struct ByPosition
+{
+    static void s_S_Show(QComboBox& objList, const QString& sValue) { objList.setCurrentIndex(sValue.toInt()); }
+    static QString s_F_s_Stored(const QComboBox& objList) { return QString::number(objList.currentIndex()); }
+};
+
+struct AsNumber
+{
+    static void s_S_Show(QSpinBox& objSpin, const QString& sValue) { objSpin.setValue(sValue.toInt()); }
+    static QString s_F_s_Stored(const QSpinBox& objSpin) { return QString::number(objSpin.value()); }
+};
+
+// Where the address comes from has three values, of which one is the directory service.
+struct FromDips
+{
+    static void s_S_Show(QCheckBox& objBox, const QString& sValue) { objBox.setChecked(sValue.toInt() == 1); }
+    static QString s_F_s_Stored(const QCheckBox& objBox) { return QString::number(objBox.isChecked() ? 1 : 0); }
+};
+
 bool IsMissing(const stDef_RecorderForm& stForm, emDef_RecorderField nField)
 {
     return (nField == emDef_RecorderField::Address && stForm.sAddress.isEmpty()) ||
@@ -130,20 +149,23 @@ QComboBox* CRecorderDialog::m_F_p_AddChoice(const char* pszName, emDef_Text nLab
 void CRecorderDialog::m_S_MakeFields()
 {
     using enum emDef_RecorderField;
-    vm_pName = m_F_p_AddEdit("Name", FieldName, Name);
-    vm_pType = m_F_p_AddChoice("Type", FieldType, Type, {TypePC, TypeEmbedded});
-    vm_pAddress = m_F_p_AddEdit("IP", FieldAddress, Address);
-    vm_pFromDips = new QCheckBox;
+    using nsForms::AsText;
+    using Form = stDef_RecorderForm;
+    auto& obj = vm_objValues;
+    vm_pName = obj.m_F_p_Bind<AsText>(&Form::sName, m_F_p_AddEdit("Name", FieldName, Name));
+    obj.m_F_p_Bind<ByPosition>(&Form::nType, m_F_p_AddChoice("Type", FieldType, Type, {TypePC, TypeEmbedded}));
+    obj.m_F_p_Bind<AsText>(&Form::sAddress, m_F_p_AddEdit("IP", FieldAddress, Address));
+    vm_pFromDips = obj.m_F_p_Bind<FromDips>(&Form::nDstType, new QCheckBox);
     vm_pFromDips->setObjectName(u"DstType"_s);
     vm_pForm->addRow(QString(), vm_pFromDips);
     connect(vm_pFromDips, &QCheckBox::toggled, this, &CRecorderDialog::m_S_Check);
-    vm_pDips = m_F_p_AddEdit("DIPS", FieldDips, Dips);
-    vm_pHttpPort = m_F_p_AddNumber("HttpPort", FieldHttpPort, HttpPort, 65535);
-    vm_pRtspPort = m_F_p_AddNumber("RtspPort", FieldRtspPort, RtspPort, 65535);
-    vm_pTransport =
-        m_F_p_AddChoice("StreamType", FieldTransport, StreamType, {TransportTunnel, TransportTCP, TransportUDP});
-    vm_pUser = m_F_p_AddEdit("UID", FieldUser, User);
-    vm_pPassword = new QLineEdit;
+    vm_pDips = obj.m_F_p_Bind<AsText>(&Form::sDips, m_F_p_AddEdit("DIPS", FieldDips, Dips));
+    obj.m_F_p_Bind<AsNumber>(&Form::nHttpPort, m_F_p_AddNumber("HttpPort", FieldHttpPort, HttpPort, 65535));
+    obj.m_F_p_Bind<AsNumber>(&Form::nRtspPort, m_F_p_AddNumber("RtspPort", FieldRtspPort, RtspPort, 65535));
+    obj.m_F_p_Bind<ByPosition>(&Form::nStreamType, m_F_p_AddChoice("StreamType", FieldTransport, StreamType,
+                                                                   {TransportTunnel, TransportTCP, TransportUDP}));
+    obj.m_F_p_Bind<AsText>(&Form::sUser, m_F_p_AddEdit("UID", FieldUser, User));
+    vm_pPassword = obj.m_F_p_Bind<AsText>(&Form::sPassword, new QLineEdit);
     vm_pPassword->setObjectName(u"PWD"_s);
     vm_pPassword->setEchoMode(QLineEdit::Password);
     vm_pPassword->setMaxLength(128);
@@ -156,7 +178,8 @@ void CRecorderDialog::m_S_MakeFields()
     vm_pForm->addRow(QString(), vm_pShow);
     connect(vm_pShow, &QCheckBox::toggled, this,
             [this](bool bOn) { vm_pPassword->setEchoMode(bOn ? QLineEdit::Normal : QLineEdit::Password); });
-    vm_pChannels = m_F_p_AddNumber("Channels", FieldChannels, Channels, CRecorderStore::MaxChannels);
+    vm_pChannels = obj.m_F_p_Bind<AsNumber>(
+        &Form::nChannels, m_F_p_AddNumber("Channels", FieldChannels, Channels, CRecorderStore::MaxChannels));
 }
 
 void CRecorderDialog::m_S_MakeTest()
@@ -184,37 +207,17 @@ void CRecorderDialog::m_S_MakeTest()
     });
 }
 
-void CRecorderDialog::m_S_Load(const stDef_RecorderForm& stForm)
+void CRecorderDialog::m_S_Load(stDef_RecorderForm stForm)
 {
-    const bool bNamed = stForm.sName != stForm.sAddress;
-    vm_pName->setText(bNamed ? stForm.sName : QString());
-    vm_pType->setCurrentIndex(stForm.nType);
-    vm_pAddress->setText(stForm.sAddress);
-    vm_pFromDips->setChecked(stForm.nDstType == 1);
-    vm_pDips->setText(stForm.sDips);
-    vm_pHttpPort->setValue(stForm.nHttpPort);
-    vm_pRtspPort->setValue(stForm.nRtspPort);
-    vm_pTransport->setCurrentIndex(stForm.nStreamType);
-    vm_pUser->setText(stForm.sUser);
-    vm_pChannels->setValue(stForm.nChannels);
+    if (stForm.sName == stForm.sAddress)
+        stForm.sName.clear(); // the address stands for it
+    vm_objValues.m_S_Show(stForm);
     m_S_Check();
 }
 
 stDef_RecorderForm CRecorderDialog::m_F_o_Form() const
 {
-    stDef_RecorderForm stForm;
-    stForm.sName = vm_pName->text();
-    stForm.sAddress = vm_pAddress->text();
-    stForm.sDips = vm_pDips->text();
-    stForm.sUser = vm_pUser->text();
-    stForm.sPassword = vm_pPassword->text();
-    stForm.nType = vm_pType->currentIndex();
-    stForm.nHttpPort = vm_pHttpPort->value();
-    stForm.nRtspPort = vm_pRtspPort->value();
-    stForm.nStreamType = vm_pTransport->currentIndex();
-    stForm.nDstType = vm_pFromDips->isChecked() ? 1 : 0;
-    stForm.nChannels = vm_pChannels->value();
-    return stForm;
+    return vm_objValues.m_F_o_Taken();
 }
 
 void CRecorderDialog::m_S_Check()

@@ -5,6 +5,7 @@
 
 #include "CConnectionTest.h"
 #include "CRecorderStore.h"
+#include "toolkit/form/CMemberForm.h"
 
 class QCheckBox;
 class QComboBox;
@@ -42,7 +43,7 @@ private:
     QSpinBox* m_F_p_AddNumber(const char* pszName, emDef_Text nLabel, emDef_RecorderField nField, int nMax);
     QComboBox* m_F_p_AddChoice(const char* pszName, emDef_Text nLabel, emDef_RecorderField nField,
                                std::initializer_list<emDef_Text> arTexts);
-    void m_S_Load(const stDef_RecorderForm& stForm);
+    void m_S_Load(stDef_RecorderForm stForm);
     stDef_RecorderForm m_F_o_Form() const;
     void m_S_Check();
     void m_S_ToggleTest();
@@ -54,15 +55,10 @@ private:
     CConnectionTest vm_objTest;
     stDef_TestResult vm_stResult;
     QFormLayout* vm_pForm = nullptr;
+    CMemberForm<stDef_RecorderForm> vm_objValues;
     QLineEdit* vm_pName = nullptr;
-    QComboBox* vm_pType = nullptr;
-    QLineEdit* vm_pAddress = nullptr;
     QCheckBox* vm_pFromDips = nullptr;
     QLineEdit* vm_pDips = nullptr;
-    QSpinBox* vm_pHttpPort = nullptr;
-    QSpinBox* vm_pRtspPort = nullptr;
-    QComboBox* vm_pTransport = nullptr;
-    QLineEdit* vm_pUser = nullptr;
     QLineEdit* vm_pPassword = nullptr;
     QCheckBox* vm_pShow = nullptr;
     QSpinBox* vm_pChannels = nullptr;

@@ -307,23 +307,17 @@ QString CRecorderStore::m_F_s_Write(int nNvrID, const stDef_RecorderForm& stForm
 
 stDef_NvrInit CRecorderStore::m_F_o_InitRecord(int nNvrID) const
 {
-    const CXmlObj& objXml = *vm_pEnv->m_F_p_GetMemSysXML();
-    const QString sPath = NodePath(nNvrID);
-    const auto Narrow = [&](const QString& sKey) {
-        QString sValue;
-        objXml.m_F_n_GetValue(sPath, sKey, sValue, {});
-        return CSFunc::s_F_s_UnicodeToAnsi(sValue);
-    };
+    const stDef_RecorderForm stForm = m_F_o_Form(nNvrID);
     QString sStored;
-    objXml.m_F_n_GetValue(sPath, u"PWD"_s, sStored, {});
+    vm_pEnv->m_F_p_GetMemSysXML()->m_F_n_GetValue(NodePath(nNvrID), u"PWD"_s, sStored, {});
     stDef_NvrInit stInit;
     stInit.nNvrID = nNvrID;
-    stInit.sIP = Narrow(u"IP"_s);
-    stInit.sDips = Narrow(u"DIPS"_s);
-    stInit.sUID = Narrow(u"UID"_s);
+    stInit.sIP = CSFunc::s_F_s_UnicodeToAnsi(stForm.sAddress);
+    stInit.sDips = CSFunc::s_F_s_UnicodeToAnsi(stForm.sDips);
+    stInit.sUID = CSFunc::s_F_s_UnicodeToAnsi(stForm.sUser);
     stInit.sPWD = CSFunc::s_F_s_UnicodeToAnsi(CWinAES_CMS::s_F_s_Decrypt(sStored));
-    stInit.nHttpPort = objXml.m_F_n_GetValueInt(sPath, u"HttpPort"_s, 80);
-    stInit.nRtspPort = objXml.m_F_n_GetValueInt(sPath, u"RtspPort"_s, 554);
-    stInit.bDips = objXml.m_F_n_GetValueInt(sPath, u"DstType"_s, 0) == 1;
+    stInit.nHttpPort = stForm.nHttpPort;
+    stInit.nRtspPort = stForm.nRtspPort;
+    stInit.bDips = stForm.nDstType == 1;
     return stInit;
 }

@@ -16,8 +16,8 @@ public:
 
     /// Gives the control back, so that one line makes and binds it. The control is borrowed.
     template <class Form, class Control>
-    requires nsForms::Shows<Form, Control> && nsForms::Stores<Form, Control>
-    Control* m_F_p_Bind(Pointer pMember, Control* pControl)
+    requires nsForms::Shows<Form, Control> && nsForms::Stores<Form, Control> Control* m_F_p_Bind(Pointer pMember,
+                                                                                                 Control* pControl)
     {
         vm_arRows.push_back({pMember, [pControl](const QString& sValue) { Form::s_S_Show(*pControl, sValue); },
                              [pControl] { return Form::s_F_s_Stored(*pControl); }});
