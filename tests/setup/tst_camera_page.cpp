@@ -108,7 +108,12 @@ protected:
             arNames << vm_pTree->topLevelItem(i)->text(0);
         return arNames;
     }
-    QString Note() { return vm_pTree->window()->findChild<QLabel*>("Note")->text(); }
+    QString Note()
+    {
+        const auto* const pNote = vm_pTree->window()->findChild<QLabel*>("Note");
+        EXPECT_EQ(pNote->isVisible(), !pNote->text().isEmpty());
+        return pNote->text();
+    }
     QStringList Calls() { return std::exchange(vm_arCalls, {}); }
     /// What was asked of cameras since the last call.
     std::vector<std::string> Asked() { return TakeAnswered(vm_nvr.m_F_o_Log(), "param.cgi?"); }

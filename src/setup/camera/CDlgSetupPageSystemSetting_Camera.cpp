@@ -3,7 +3,6 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QLabel>
 #include <QPushButton>
 
 #include "core/CPageRequests.h"
@@ -80,11 +79,6 @@ void Page::m_S_Make(CForm& objForm)
     pGrid->addWidget(m_F_p_MakeList(objForm), 0, 0);
     pGrid->addLayout(m_F_p_MakeForm(objForm), 0, 1);
     pGrid->addWidget(m_F_p_MakeSearch(objForm), 1, 0, 1, 2);
-    vm_pNote = new QLabel;
-    vm_pNote->setObjectName(u"Note"_s);
-    vm_pNote->setTextFormat(Qt::PlainText);
-    vm_pNote->setWordWrap(true);
-    pGrid->addWidget(vm_pNote, 2, 0, 1, 2);
     pGrid->setColumnStretch(0, 2);
     pGrid->setColumnStretch(1, 5);
     pGrid->setRowStretch(1, 1);
@@ -168,22 +162,11 @@ QWidget* Page::m_F_p_MakeSearch(CForm& objForm)
     return grp.m_F_p_Box();
 }
 
-// A note goes with the next action. The release of a button comes just before its click, which may leave a new note; at
-// the press already, the buttons below would move away from under the pointer.
-void Page::m_S_ConnectNote()
-{
-    for (const QAbstractButton* const pButton : findChildren<QAbstractButton*>())
-        connect(pButton, &QAbstractButton::released, vm_pNote, &QLabel::clear);
-    for (const QComboBox* const pList : findChildren<QComboBox*>())
-        connect(pList, &QComboBox::activated, vm_pNote, &QLabel::clear);
-    connect(vm_pTree, &CCameraTree::S_Chosen, vm_pNote, &QLabel::clear);
-    connect(vm_pTree, &CCameraTree::S_EnableChanged, vm_pNote, &QLabel::clear);
-    connect(vm_pFound, &CCameraSearchList::S_RowChosen, vm_pNote, &QLabel::clear);
-}
-
 void Page::m_S_Connect()
 {
-    m_S_ConnectNote();
+    connect(vm_pTree, &CCameraTree::S_Chosen, this, &Page::m_S_ClearNote);
+    connect(vm_pTree, &CCameraTree::S_EnableChanged, this, &Page::m_S_ClearNote);
+    connect(vm_pFound, &CCameraSearchList::S_RowChosen, this, &Page::m_S_ClearNote);
     connect(vm_pTree, &CCameraTree::S_Chosen, this, &Page::m_S_ShowCamera);
     connect(vm_pTree, &CCameraTree::S_EnableChanged, this,
             [this](int nIndex, bool bEnabled) { vm_pCameras->m_S_SetEnabled(nIndex, bEnabled); });
@@ -213,11 +196,6 @@ void Page::m_S_EnableShown(bool bShown)
     for (QPushButton* const pButton : vm_arShownButtons)
         pButton->setEnabled(bShown);
     vm_pParameter->setEnabled(bShown && vm_pTable->m_F_p_Camera(vm_pTree->m_F_n_Selected()));
-}
-
-QString Page::m_F_s_Line(const stDef_Text& stText, const QString& sValue) const
-{
-    return vm_pNvr->m_F_s_Text(stText, QString::fromUtf8(stText.pszDefault)).replace(u"%1"_s, sValue);
 }
 
 void Page::m_S_ShowCamera(int nIndex)
@@ -278,7 +256,7 @@ void Page::m_S_Add()
     stDef_CameraReplies stReplies;
     CPageRequests objRequests(vm_pNvr, this, nsTexts::AskingCamera);
     if (!CCameraProbe(objRequests).m_F_b_DetectAndSupport(stCamera, stReplies)) {
-        vm_pNote->setText(m_F_s_Line(NobodyText));
+        m_S_Tell(m_F_s_Line(NobodyText));
         return;
     }
     if (!vm_pCameras->m_F_b_AddDescribed(stCamera, stReplies))
@@ -318,7 +296,7 @@ void Page::m_S_Update()
     stDef_CameraReplies stReplies;
     CPageRequests objRequests(vm_pNvr, this, nsTexts::AskingCamera);
     if (!CCameraProbe(objRequests).m_F_b_DetectAndSupport(stCamera, stReplies)) {
-        vm_pNote->setText(m_F_s_Line(NobodyText));
+        m_S_Tell(m_F_s_Line(NobodyText));
         return;
     }
     if (!vm_pCameras->m_F_b_Replace(nIndex, stCamera, stReplies))
@@ -422,9 +400,9 @@ void Page::m_S_SearchCameras()
     CXmlObj xmlReply;
     if (CCameraProbe(objRequests).m_F_b_Search(xmlReply)) {
         m_S_ReadRows(xmlReply, [&](const stDef_SearchIPC& st) { return !m_bQuickAdd || objFilter.m_F_b_Passes(st); });
-        vm_pNote->setText(m_F_s_Line(FoundText, QString::number(m_listSearch.size())));
+        m_S_Tell(m_F_s_Line(FoundText, QString::number(m_listSearch.size())));
     } else {
-        vm_pNote->setText(m_F_s_Line(NoSearchText));
+        m_S_Tell(m_F_s_Line(NoSearchText));
     }
     m_bQuickAdd = m_bQuickAdd && !m_listSearch.empty();
 }
@@ -472,5 +450,5 @@ void Page::m_S_TellResult(const stDef_AutoSettingResult& stResult)
         arLines << m_F_s_Line(RefusedText, stResult.arRefused.join(u", "_s));
     if (!stResult.arUnreached.isEmpty())
         arLines << m_F_s_Line(UnreachedText, stResult.arUnreached.join(u", "_s));
-    vm_pNote->setText(arLines.join(u'\n'));
+    m_S_Tell(arLines.join(u'\n'));
 }

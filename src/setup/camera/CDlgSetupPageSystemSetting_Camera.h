@@ -16,7 +16,6 @@ class CCameraTree;
 class CEnvObj;
 class CForm;
 class CWndNvrEmbedded;
-class QLabel;
 class QLayout;
 class QPushButton;
 struct stDef_AutoSettingResult;
@@ -46,7 +45,6 @@ private:
     QWidget* m_F_p_MakeTemplate(CForm& objForm);
     QWidget* m_F_p_MakeSearch(CForm& objForm);
     void m_S_Connect();
-    void m_S_ConnectNote();
     void m_S_ShowTemplate();
     void m_S_StoreTemplate(int stDef_CameraTemplate::*pMember);
     void m_S_EnableAdding();
@@ -78,8 +76,6 @@ private:
     void m_S_AutoSetting();
     void m_S_TellResult(const stDef_AutoSettingResult& stResult);
 
-    QString m_F_s_Line(const stDef_Text& stText, const QString& sValue = {}) const;
-
     CCameraTable* vm_pTable = nullptr;
     std::unique_ptr<CCameraList> vm_pCameras;
     CCameraTree* vm_pTree = nullptr;
@@ -90,7 +86,6 @@ private:
     QPushButton* vm_pParameter = nullptr;  ///< for it, too
     QPushButton* vm_pAdd = nullptr;
     QPushButton* vm_pAutoSetting = nullptr;
-    QLabel* vm_pNote = nullptr;
 
     CCameraSearchList::Rows m_listSearch; ///< what the last search found, in its order
     bool m_bQuickAdd = false;             ///< while Auto Setting runs

@@ -34,7 +34,7 @@ void Give(Connect& st, const stDef_Row& stRow, const Values& stValues)
 {
     const QString sValue = nsMembers::Text(stValues, stRow.stMember.pMember);
     if (const auto* const pNumber = std::get_if<qint32 Connect::*>(&stRow.pConnect))
-        st.** pNumber = sValue.toInt();
+        st.** pNumber = CXmlObj::s_F_n_ToInt(sValue);
     else
         st.*std::get<QByteArray Connect::*>(stRow.pConnect) =
             stRow.bUtf8 ? CSFunc::s_F_s_UnicodeToUtf8(sValue) : CSFunc::s_F_s_UnicodeToAnsi(sValue);

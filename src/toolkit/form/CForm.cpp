@@ -32,8 +32,10 @@ CForm::CForm(QWidget* pWindow) : vm_pWindow(pWindow) {}
 
 void CForm::m_S_BeginColumn()
 {
-    if (!vm_pColumns)
-        vm_pColumns = new QHBoxLayout(vm_pWindow);
+    if (!vm_pColumns) {
+        vm_pColumns = new QHBoxLayout;
+        (new QVBoxLayout(vm_pWindow))->addLayout(vm_pColumns, 1); // a note may stand below them
+    }
     vm_pColumn = new QVBoxLayout;
     vm_pColumn->addStretch(); // what is left stays below the groups
     vm_pColumns->addLayout(vm_pColumn, 1);

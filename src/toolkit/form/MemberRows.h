@@ -43,9 +43,9 @@ void SetText(Structure& st, Pointer<Structure> pMember, const QString& sValue)
     if (auto* const pText = std::get_if<QString Structure::*>(&pMember))
         st.** pText = sValue;
     else if (auto* const pFlag = std::get_if<bool Structure::*>(&pMember))
-        st.** pFlag = sValue.toInt() != 0;
+        st.** pFlag = CXmlObj::s_F_n_ToInt(sValue) != 0;
     else
-        st.*std::get<int Structure::*>(pMember) = sValue.toInt();
+        st.*std::get<int Structure::*>(pMember) = CXmlObj::s_F_n_ToInt(sValue);
 }
 
 /// Takes over one value of what `fnNumber` and `fnText` read by key and default.

@@ -1,5 +1,8 @@
 #include "toolkit/sheet/CSettingPage.h"
 
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLabel>
 #include <QPushButton>
 
 #include "toolkit/user/CPrompts.h"
@@ -8,7 +11,9 @@ CSettingPage::CSettingPage(const CTextSource* pTexts) : vm_pTexts(pTexts), vm_ob
 
 int CSettingPage::OnInitDialog()
 {
+    vm_pNote = new QLabel(this);
     m_S_Make(vm_objForm);
+    m_S_PlaceNote();
     vm_bFilled = vm_objForm.m_F_o_Values().m_F_b_CanLoad();
     if (vm_bFilled) {
         vm_objForm.m_F_o_Values().m_S_Load();
@@ -17,6 +22,36 @@ int CSettingPage::OnInitDialog()
     vm_objForm.m_S_Finish(*vm_pTexts);
     m_S_Opened();
     return CPropertyPage::OnInitDialog();
+}
+
+// Below a page that is laid out in columns or as a grid; hidden, it takes no room. A button's release comes just before
+// its click, which may leave a new note; at the press already, the buttons below would move away from under the
+// pointer.
+void CSettingPage::m_S_PlaceNote()
+{
+    vm_pNote->setObjectName(QStringLiteral("Note"));
+    vm_pNote->setTextFormat(Qt::PlainText);
+    vm_pNote->setWordWrap(true);
+    vm_pNote->hide();
+    if (auto* const pGrid = qobject_cast<QGridLayout*>(layout()))
+        pGrid->addWidget(vm_pNote, pGrid->rowCount(), 0, 1, -1);
+    else if (layout())
+        layout()->addWidget(vm_pNote);
+    for (const QAbstractButton* const pButton : findChildren<QAbstractButton*>())
+        connect(pButton, &QAbstractButton::released, this, &CSettingPage::m_S_ClearNote);
+    for (const QComboBox* const pList : findChildren<QComboBox*>())
+        connect(pList, &QComboBox::activated, this, &CSettingPage::m_S_ClearNote);
+}
+
+void CSettingPage::m_S_Tell(const QString& sNote)
+{
+    vm_pNote->setText(sNote);
+    vm_pNote->setVisible(!sNote.isEmpty());
+}
+
+QString CSettingPage::m_F_s_Line(const stDef_Text& stText, const QString& sValue) const
+{
+    return vm_pTexts->m_F_s_Text(stText, QString::fromUtf8(stText.pszDefault)).replace(u"%1", sValue);
 }
 
 void CSettingPage::OnEnter()

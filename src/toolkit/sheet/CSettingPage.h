@@ -42,8 +42,19 @@ protected:
     /// What a button says that recorders have no request for. It is not translated.
     void m_S_TellNoCgi();
 
+    /// Shows a quiet note at the page's foot, where no message tells what came of an action. It goes with the next
+    /// button or list of choices that is used; what else counts as an action the page connects to `m_S_ClearNote`.
+    /// Empty: none.
+    void m_S_Tell(const QString& sNote);
+    void m_S_ClearNote() { m_S_Tell({}); }
+    /// A line for a note, in English where the language has none; "%1" in it becomes the value.
+    QString m_F_s_Line(const stDef_Text& stText, const QString& sValue = {}) const;
+
 private:
+    void m_S_PlaceNote();
+
     const CTextSource* vm_pTexts;
     CForm vm_objForm;
     bool vm_bFilled = false;
+    QLabel* vm_pNote = nullptr;
 };
