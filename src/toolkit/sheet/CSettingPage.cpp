@@ -51,7 +51,7 @@ void CSettingPage::m_S_Tell(const QString& sNote)
 
 QString CSettingPage::m_F_s_Line(const stDef_Text& stText, const QString& sValue) const
 {
-    return vm_pTexts->m_F_s_Text(stText, QString::fromUtf8(stText.pszDefault)).replace(u"%1", sValue);
+    return vm_pTexts->m_F_s_Text(stText, QString::fromUtf8(stText.pszDefault)).replace(QStringLiteral("%1"), sValue);
 }
 
 void CSettingPage::OnEnter()
