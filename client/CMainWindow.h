@@ -125,5 +125,5 @@ private:
     QLabel* vm_pPages = nullptr;
     QLabel* vm_pTotals = nullptr;
     QLabel* vm_pNotTaken = nullptr; ///< what a recorder did not take when its menu was used last
-    QLabel* vm_pSheetOf = nullptr; ///< whose settings are open
+    QLabel* vm_pSheetOf = nullptr;  ///< whose settings are open
 };

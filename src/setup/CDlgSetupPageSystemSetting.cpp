@@ -58,7 +58,7 @@ CDlgSetupPageSystemSetting::~CDlgSetupPageSystemSetting()
 {
     for (CPropertyPage* const pPage : m_F_ar_Pages())
         delete pPage;
-    m_S_ReleaseAll();    // while the connection is there for sure:
+    m_S_ReleaseAll();   // while the connection is there for sure:
     setParent(nullptr); // it may go with this use of it
 }
 

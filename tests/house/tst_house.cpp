@@ -80,7 +80,7 @@ TEST(House, OtherLibrariesStandBehindOneClass)
 {
     const struct
     {
-        const char* pszHeader;                 ///< how its path begins
+        const char* pszHeader;             ///< how its path begins
         std::vector<std::string> arPlaces; ///< part of the path of a file that may include it
     } arRows[] = {
         {"pugixml", {"src/host/bedrock/CXml", "virtualnvr/"}},
