@@ -126,7 +126,7 @@ TEST_F(RecorderStoreTest, ABadCardIsToldAndChangesNothing)
         {"bad-port.xml", "recorder 2: HttpPort"},
         {"bad-port-text.xml", "RtspPort"},
         {"bad-type.xml", "Type"},
-        {"bad-channels.xml", "Channels: A number from 1 to 64"},
+        {"bad-channels.xml", "Channels: Enter a number from 1 to 64"},
     };
     for (const auto& stCase : arCases) {
         const stDef_ImportResult stResult = vm_store.m_F_o_Import(Fixture(stCase.pszFile));

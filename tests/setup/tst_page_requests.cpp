@@ -9,6 +9,7 @@
 #include "core/CPageRequests.h"
 #include "support/Process.h"
 #include "support/Waiting.h"
+#include "toolkit/form/CommonTexts.h"
 
 namespace {
 
@@ -67,7 +68,7 @@ protected:
     bool Get(QWidget* pPage, const char* pszUrl = CameraUrl)
     {
         CXmlObj xml;
-        return CPageRequests(&Nvr(), pPage, Text{"A", "The recorder asks the camera."}).m_F_b_Get(pszUrl, &xml, LongMs);
+        return CPageRequests(&Nvr(), pPage, nsTexts::AskingCamera).m_F_b_Get(pszUrl, &xml, LongMs);
     }
     bool PlainGet(const char* pszUrl)
     {
@@ -175,7 +176,7 @@ TEST_F(PageRequests, OthersOfTheObjectGoTheirOwnWayAndCommandsDoNothing)
              EXPECT_FALSE(Asked("systeminfo"));
              When(Box, [] { At(Box()).Click("Stop"); });
          });
-    CPageRequests objSeries(&Nvr(), nullptr, Text{"A", "A"});
+    CPageRequests objSeries(&Nvr(), nullptr, nsTexts::AskingCamera);
     CXmlObj xml;
     EXPECT_FALSE(objSeries.m_F_b_Get(CameraUrl, &xml, LongMs));
     vm_nvr.m_F_o_Log().m_S_Clear();
