@@ -1,6 +1,6 @@
 #include <QApplication>
 
-#include "CHostApp.h"
+#include "window/CHostApp.h"
 
 int main(int argc, char* argv[])
 {

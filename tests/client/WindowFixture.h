@@ -7,11 +7,11 @@
 #include <gtest/gtest.h>
 #include <memory>
 
-#include "CLiveGrid.h"
-#include "CMainWindow.h"
 #include "CVirtualNvr.h"
 #include "RecorderCard.h"
+#include "live/CLiveGrid.h"
 #include "support/Waiting.h"
+#include "window/CMainWindow.h"
 
 /// The host's window over a folder of its own, and a virtual recorder that its list can have.
 class WindowFixture : public testing::Test

@@ -8,15 +8,16 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
-#include "CHostApp.h"
-#include "CLiveGrid.h"
-#include "CMainWindow.h"
 #include "CVirtualNvr.h"
 #include "RecorderCard.h"
 #include "host/Lib_Hostenv.h"
+#include "live/CLiveGrid.h"
 #include "rtsp/CStreamServer.h"
 #include "support/ServerProcess.h"
 #include "support/Waiting.h"
+#include "tour/CTourApp.h"
+#include "window/CHostApp.h"
+#include "window/CMainWindow.h"
 
 namespace {
 
@@ -25,12 +26,18 @@ class HostAppTest : public testing::Test
 protected:
     void SetUp() override { CWinAES_CMS::s_S_SetKeyFolder(vm_dir.path()); }
 
-    int Run(QStringList arArguments)
+    int Run(const QStringList& arArguments) { return RunAs(&RunHost, {"fleetlink-client"}, arArguments); }
+    int RunTour(const QStringList& arArguments)
     {
-        arArguments.prepend("fleetlink-client");
+        return RunAs(&CTourApp::s_F_n_Run, {"fleetlink-tour", Path("tour")}, arArguments);
+    }
+
+    static int RunHost(QStringList arArguments) { return CHostApp::s_F_n_Run(arArguments); }
+    int RunAs(int (*fnProgram)(QStringList), const QStringList& arFirst, const QStringList& arArguments)
+    {
         testing::internal::CaptureStdout();
         testing::internal::CaptureStderr();
-        const int nExit = CHostApp::s_F_n_Run(arArguments);
+        const int nExit = fnProgram(arFirst + arArguments);
         vm_sOut = testing::internal::GetCapturedStdout();
         vm_sErr = testing::internal::GetCapturedStderr();
         EXPECT_EQ((vm_sOut + vm_sErr).find("Fl33t!ink"), std::string::npos);
@@ -73,7 +80,7 @@ TEST_F(HostAppTest, UnusableOptionsEndWithTwo)
 TEST_F(HostAppTest, TheProgramTellsOfItselfWithoutADisplayAndEndsCleanlyWhenItIsAskedTo)
 {
     qputenv("QT_QPA_PLATFORM", "none");
-    for (const auto& [pszOption, pszTold] : {std::pair{"--help", "--tour"}, {"--version", FLEETLINK_VERSION}}) {
+    for (const auto& [pszOption, pszTold] : {std::pair{"--help", "--import"}, {"--version", FLEETLINK_VERSION}}) {
         ServerProcess objProgram({pszOption});
         EXPECT_NE(objProgram.AllPrinted().find(pszTold), std::string::npos) << pszOption;
         EXPECT_EQ(objProgram.End(0), CHostApp::ExitOk);
@@ -125,7 +132,6 @@ TEST_F(HostAppTest, ALaterHostOnTheSameFolderLeavesItToTheFirst)
             {{"--import", "none.xml"}, CHostApp::ExitSetup, "no such file", true},
             {{"--import", "card.xml", "--import-only"}, CHostApp::ExitOk, "added: 1", false},
             {{"--import", "card.xml"}, CHostApp::ExitOk, "updated: 1", true},
-            {{"--tour", "tour"}, CHostApp::ExitSetup, "another host uses", false},
             {{}, CHostApp::ExitOk, "", true},
         };
         for (const auto& stCase : arCases) {
@@ -140,6 +146,10 @@ TEST_F(HostAppTest, ALaterHostOnTheSameFolderLeavesItToTheFirst)
             EXPECT_EQ(pWindow->isMinimized(), !stCase.bShown);
         }
         EXPECT_EQ(pWindow->m_F_p_Grid()->m_F_ar_Cells()[0]->m_F_o_Key().nNvrID, 0) << "the new recorder is shown";
+        QProcess objTour; // it needs a window of its own
+        objTour.start(TOUR_PROGRAM, {"tour", "--config", "config"});
+        EXPECT_EQ(Ends(objTour), CHostApp::ExitSetup);
+        EXPECT_TRUE(objTour.readAllStandardError().contains("another host uses"));
         QProcess objBeside;
         objBeside.start(PROGRAM, {"--config", Path("other"), "--import", "card.xml", "--import-only"});
         EXPECT_EQ(Ends(objBeside), CHostApp::ExitOk) << "another folder is another host's";
@@ -157,8 +167,8 @@ TEST_F(HostAppTest, TheTourTellsWhatItSaw)
     std::string sError;
     ASSERT_TRUE(nvr.m_F_b_Start({}, sError)) << sError;
     WriteCard(Path("card.xml"), "Lab", nvr.m_F_n_HttpPort(), nvr.m_F_n_RtspPort(), 4);
-    const QStringList arArguments = {"--config", Path("config"), "--import", Path("card.xml"), "--tour", Path("tour")};
-    EXPECT_EQ(Run(arArguments), CHostApp::ExitOk) << vm_sErr;
+    const QStringList arArguments = {"--config", Path("config"), "--import", Path("card.xml")};
+    EXPECT_EQ(RunTour(arArguments), CHostApp::ExitOk) << vm_sErr;
     for (const char* const pszName :
          {"1-live", "3-sixteen-cells", "5-enlarged", "7-dark", "8-test-good", "9-shortcuts", "10-documents",
           "settings-1-camera", "settings-progress", "settings-8-notification-chinese", "11-disconnected",
@@ -177,7 +187,7 @@ TEST_F(HostAppTest, TheTourTellsWhatItSaw)
     nvr.m_S_Stop();
     ASSERT_TRUE(nvr.m_F_b_Start(WithChannels(2), sError)) << sError;
     WriteCard(Path("card.xml"), "Lab", nvr.m_F_n_HttpPort(), nvr.m_F_n_RtspPort(), 4);
-    EXPECT_EQ(Run(arArguments), CHostApp::ExitTourFailed);
+    EXPECT_EQ(RunTour(arArguments), CTourApp::ExitTourFailed);
     EXPECT_EQ(vm_sErr.find("cell 2"), std::string::npos);
     EXPECT_NE(vm_sErr.find("cell 3 shows no moving picture: Connecting"), std::string::npos) << vm_sErr;
     EXPECT_NE(vm_sErr.find("Refused"), std::string::npos) << vm_sErr;
@@ -186,7 +196,7 @@ TEST_F(HostAppTest, TheTourTellsWhatItSaw)
 
 TEST_F(HostAppTest, ATourWithoutARecorderFails)
 {
-    EXPECT_EQ(Run({"--config", Path("config"), "--tour", Path("tour")}), CHostApp::ExitTourFailed);
+    EXPECT_EQ(RunTour({"--config", Path("config")}), CTourApp::ExitTourFailed);
     EXPECT_NE(vm_sErr.find("no recorder in the list"), std::string::npos);
 }
 

@@ -4,9 +4,9 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include "CLayoutStore.h"
-#include "CReconnectPause.h"
-#include "CSnapshot.h"
+#include "live/CLayoutStore.h"
+#include "live/CReconnectPause.h"
+#include "live/CSnapshot.h"
 
 namespace {
 

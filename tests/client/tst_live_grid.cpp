@@ -4,12 +4,12 @@
 #include <QtTest/QSignalSpy>
 #include <algorithm>
 
-#include "CChannelDrag.h"
-#include "CNvrQuery.h"
-#include "CRecorderFilter.h"
-#include "CRecorderTree.h"
-#include "CSnapshot.h"
 #include "WindowFixture.h"
+#include "live/CChannelDrag.h"
+#include "live/CSnapshot.h"
+#include "recorders/CNvrQuery.h"
+#include "recorders/CRecorderFilter.h"
+#include "recorders/CRecorderTree.h"
 #include "rtsp/CStreamServer.h"
 
 namespace {

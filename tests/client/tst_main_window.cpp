@@ -16,11 +16,11 @@
 #include <array>
 #include <optional>
 
-#include "CChannelDrag.h"
-#include "CRecorderTree.h"
 #include "WindowFixture.h"
 #include "cgi/CDocumentStore.h"
 #include "http/CFaultTable.h"
+#include "live/CChannelDrag.h"
+#include "recorders/CRecorderTree.h"
 #include "rtsp/CStreamServer.h"
 #include "scene/CPictureCode.h"
 #include "support/LogReading.h"

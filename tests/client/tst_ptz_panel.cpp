@@ -6,13 +6,13 @@
 #include <QSlider>
 #include <QTimer>
 
-#include "CLoginPanel.h"
-#include "CPtzPad.h"
-#include "CPtzPanel.h"
-#include "CRecorderTree.h"
 #include "WindowFixture.h"
 #include "http/CFaultTable.h"
 #include "http/CRequestLog.h"
+#include "ptz/CPtzPad.h"
+#include "ptz/CPtzPanel.h"
+#include "recorders/CLoginPanel.h"
+#include "recorders/CRecorderTree.h"
 #include "scene/CPtzBoard.h"
 #include "support/Process.h"
 

@@ -5,8 +5,8 @@
 #include <map>
 #include <random>
 
-#include "CNvrQuery.h"
-#include "CPtzSender.h"
+#include "ptz/CPtzSender.h"
+#include "recorders/CNvrQuery.h"
 #include "scene/CPtzBoard.h"
 #include "support/HostFixture.h"
 #include "support/LogReading.h"

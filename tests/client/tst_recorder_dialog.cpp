@@ -11,20 +11,20 @@
 #include <QtTest/QTest>
 #include <gtest/gtest.h>
 
-#include "CCameraNames.h"
-#include "CChannelDrag.h"
-#include "CHostLanguage.h"
-#include "CHostText.h"
-#include "CRecorderDialog.h"
-#include "CRecorderFilter.h"
-#include "CRecorderTree.h"
-#include "CRecorderWatch.h"
 #include "CVirtualNvr.h"
 #include "RecorderCard.h"
 #include "http/CFaultTable.h"
+#include "live/CChannelDrag.h"
+#include "recorders/CCameraNames.h"
+#include "recorders/CRecorderDialog.h"
+#include "recorders/CRecorderFilter.h"
+#include "recorders/CRecorderTree.h"
+#include "recorders/CRecorderWatch.h"
 #include "rtsp/CStreamServer.h"
 #include "support/LanguageFile.h"
 #include "support/Waiting.h"
+#include "window/CHostLanguage.h"
+#include "window/CHostText.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include "CRecorderStore.h"
+#include "recorders/CRecorderStore.h"
 
 namespace {
 

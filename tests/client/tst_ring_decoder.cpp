@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <thread>
 
-#include "CRingDecoder.h"
+#include "live/CRingDecoder.h"
 
 namespace {
 

@@ -86,8 +86,8 @@ TEST(House, OtherLibrariesStandBehindOneClass)
         {"pugixml", {"src/host/bedrock/CXml", "virtualnvr/"}},
         {"curl/", {"src/host/bedrock/CHttpTransfer.cpp"}},
         {"openssl/", {"src/host/hostenv/CWinAES_CMS.cpp", "src/host/bedrock/CDigest"}},
-        {"libav", {"src/host/livefeed/", "/CPictureDecoder.cpp"}},
-        {"libsw", {"/CPictureDecoder.cpp"}},
+        {"libav", {"src/host/livefeed/", "client/live/CPictureDecoder.cpp"}},
+        {"libsw", {"client/live/CPictureDecoder.cpp"}},
         {"gst/", {"virtualnvr/"}},
         {"httplib", {"virtualnvr/"}},
     };

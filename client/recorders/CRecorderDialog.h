@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QDialog>
+#include <QHash>
+
+#include "recorders/CConnectionTest.h"
+#include "recorders/CRecorderStore.h"
+#include "toolkit/form/CMemberForm.h"
+
+class QCheckBox;
+class QComboBox;
+class QDialogButtonBox;
+class QFormLayout;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QSpinBox;
+enum class emDef_Text;
+
+/// Adds or edits a recorder. What is wrong stands beside its field while it is typed; OK stores the recorder.
+class CRecorderDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// Edits the recorder of that number; -1 adds one. The store is borrowed.
+    CRecorderDialog(CRecorderStore* pStore, int nNvrID, QWidget* pParent = nullptr);
+    ~CRecorderDialog() override;
+
+    /// Number of the recorder that was stored; -1 before.
+    int m_F_n_NvrID() const { return vm_nNvrID; }
+    void accept() override;
+    void done(int nResult) override;
+
+protected:
+    void changeEvent(QEvent* pEvent) override;
+
+private:
+    void m_S_MakeFields();
+    void m_S_MakeTest();
+    QLabel* m_F_p_AddRow(emDef_Text nLabel, QWidget* pField, emDef_RecorderField nField);
+    QLineEdit* m_F_p_AddEdit(const char* pszName, emDef_Text nLabel, emDef_RecorderField nField);
+    QSpinBox* m_F_p_AddNumber(const char* pszName, emDef_Text nLabel, emDef_RecorderField nField, int nMax);
+    QComboBox* m_F_p_AddChoice(const char* pszName, emDef_Text nLabel, emDef_RecorderField nField,
+                               std::initializer_list<emDef_Text> arTexts);
+    void m_S_Load(stDef_RecorderForm stForm);
+    stDef_RecorderForm m_F_o_Form() const;
+    void m_S_Check();
+    void m_S_ToggleTest();
+    void m_S_ShowResult(const stDef_TestResult& stResult);
+    void m_S_Retranslate();
+
+    CRecorderStore* vm_pStore;
+    int vm_nNvrID;
+    CConnectionTest vm_objTest;
+    stDef_TestResult vm_stResult;
+    QFormLayout* vm_pForm = nullptr;
+    CMemberForm<stDef_RecorderForm> vm_objValues;
+    QLineEdit* vm_pName = nullptr;
+    QCheckBox* vm_pFromDips = nullptr;
+    QLineEdit* vm_pDips = nullptr;
+    QLineEdit* vm_pPassword = nullptr;
+    QCheckBox* vm_pShow = nullptr;
+    QSpinBox* vm_pChannels = nullptr;
+    QPushButton* vm_pTest = nullptr;
+    QPushButton* vm_pTake = nullptr;
+    QLabel* vm_pVerdict = nullptr;
+    QLabel* vm_pTwin = nullptr;
+    QDialogButtonBox* vm_pButtons = nullptr;
+    QHash<emDef_RecorderField, QLabel*> vm_mapFaults;
+    QList<std::pair<QLabel*, emDef_Text>> vm_arLabels;
+    QList<std::pair<QComboBox*, QList<emDef_Text>>> vm_arChoices;
+};

@@ -1,0 +1,323 @@
+#include "recorders/CRecorderStore.h"
+
+#include <algorithm>
+
+#include "host/Lib_Bedrock.h"
+#include "window/CHostText.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using enum emDef_RecorderField;
+
+const QString g_sList = u"/root/NVR"_s;
+
+QString NodeName(int nNvrID)
+{
+    return QString::asprintf("N%03d", nNvrID);
+}
+
+QString NodePath(int nNvrID)
+{
+    return g_sList + u'/' + NodeName(nNvrID);
+}
+
+struct stDef_TextRow
+{
+    const char* pszKey;
+    QString stDef_RecorderForm::*pValue;
+    emDef_RecorderField nField;
+};
+
+constexpr stDef_TextRow g_astTexts[] = {
+    {"Name", &stDef_RecorderForm::sName, Name},
+    {"IP", &stDef_RecorderForm::sAddress, Address},
+    {"DIPS", &stDef_RecorderForm::sDips, Dips},
+    {"UID", &stDef_RecorderForm::sUser, User},
+};
+
+struct stDef_NumberRow
+{
+    const char* pszKey;
+    int stDef_RecorderForm::*pValue;
+    emDef_RecorderField nField;
+    int nMin;
+    int nMax;
+};
+
+// The defaults are those of the form.
+constexpr stDef_NumberRow g_astNumbers[] = {
+    {"Type", &stDef_RecorderForm::nType, Type, 0, 1},
+    {"HttpPort", &stDef_RecorderForm::nHttpPort, HttpPort, 1, 65535},
+    {"RtspPort", &stDef_RecorderForm::nRtspPort, RtspPort, 1, 65535},
+    {"StreamType", &stDef_RecorderForm::nStreamType, StreamType, 0, 2},
+    {"DstType", &stDef_RecorderForm::nDstType, DstType, 0, 2},
+    {"Channels", &stDef_RecorderForm::nChannels, Channels, 1, CRecorderStore::MaxChannels},
+};
+
+QString Key(const char* pszKey)
+{
+    return QString::fromLatin1(pszKey);
+}
+
+// A host that stands in a URL as it is. One colon is a port that went into the wrong field; more are an IPv6 address.
+bool IsAddress(const QString& sText)
+{
+    return !sText.isEmpty() && sText.count(u':') != 1 && std::none_of(sText.begin(), sText.end(), [](QChar c) {
+        return c.unicode() <= ' ' || c.unicode() == 0x7f || u"/@?#\\"_s.contains(c);
+    });
+}
+
+QString FieldKey(emDef_RecorderField nField)
+{
+    for (const stDef_TextRow& stRow : g_astTexts) {
+        if (stRow.nField == nField)
+            return Key(stRow.pszKey);
+    }
+    for (const stDef_NumberRow& stRow : g_astNumbers) {
+        if (stRow.nField == nField)
+            return Key(stRow.pszKey);
+    }
+    return {};
+}
+
+stDef_RecorderForm Tidy(stDef_RecorderForm stForm)
+{
+    stForm.sAddress = stForm.sAddress.trimmed();
+    stForm.sDips = stForm.sDips.trimmed();
+    stForm.sName = stForm.sName.trimmed();
+    if (stForm.sName.isEmpty())
+        stForm.sName = stForm.sAddress.isEmpty() ? stForm.sDips : stForm.sAddress;
+    return stForm;
+}
+
+// Reads a card; what is wrong with it comes back, empty if nothing is.
+QString ReadCard(const CXmlNode& objNode, stDef_RecorderForm& stForm)
+{
+    const auto Text = [&objNode](const QString& sKey) {
+        QString sValue;
+        CXmlObj::s_S_GetNodeVal(objNode, sKey, sValue, {});
+        return sValue;
+    };
+    for (const stDef_TextRow& stRow : g_astTexts)
+        stForm.*stRow.pValue = Text(Key(stRow.pszKey));
+    stForm.sPassword = Text(u"ClearPWD"_s);
+    for (const stDef_NumberRow& stRow : g_astNumbers) {
+        const QString sValue = Text(Key(stRow.pszKey));
+        if (!sValue.isEmpty())
+            stForm.*stRow.pValue = CXmlObj::s_F_n_ToInt(sValue);
+    }
+    stForm = Tidy(stForm);
+    const QList<stDef_FormFault> arFaults = CRecorderStore::s_F_ar_Faults(stForm);
+    return arFaults.isEmpty() ? QString() : u"%1: %2"_s.arg(FieldKey(arFaults[0].nField), arFaults[0].sText);
+}
+
+} // namespace
+
+QString stDef_ImportResult::m_F_s_Text() const
+{
+    return sError.isEmpty() ? Tr(emDef_Text::Imported).arg(arAdded.size()).arg(arUpdated.size()) : sError;
+}
+
+CRecorderStore::CRecorderStore(CEnvObj* pEnv) : vm_pEnv(pEnv) {}
+
+int CRecorderStore::m_F_n_Count() const
+{
+    return std::clamp(vm_pEnv->m_F_p_GetMemSysXML()->m_F_n_GetValueInt(g_sList, u"count"_s, 0), 0, MaxRecorders);
+}
+
+bool CRecorderStore::m_F_b_Known(int nNvrID) const
+{
+    return nNvrID >= 0 && nNvrID < m_F_n_Count() &&
+           vm_pEnv->m_F_p_GetMemSysXML()->m_F_n_GetValueInt(NodePath(nNvrID), u"Type"_s, -1) >= 0;
+}
+
+int CRecorderStore::m_F_n_FreeNumber() const
+{
+    int nNvrID = 0;
+    while (nNvrID < MaxRecorders && m_F_b_Known(nNvrID))
+        ++nNvrID;
+    return nNvrID;
+}
+
+QList<stDef_Recorder> CRecorderStore::m_F_ar_Recorders() const
+{
+    QList<stDef_Recorder> arRecorders;
+    for (int nNvrID = 0; nNvrID < m_F_n_Count(); ++nNvrID) {
+        if (!m_F_b_Known(nNvrID))
+            continue;
+        const stDef_RecorderForm stForm = m_F_o_Form(nNvrID);
+        arRecorders.append({nNvrID, stForm.sName, stForm.sAddress, stForm.nType, stForm.nHttpPort, stForm.nRtspPort,
+                            std::clamp(stForm.nChannels, 1, MaxChannels), stForm.nStreamType, stForm.nDstType});
+    }
+    return arRecorders;
+}
+
+stDef_RecorderForm CRecorderStore::m_F_o_Form(int nNvrID) const
+{
+    const CXmlObj& objXml = *vm_pEnv->m_F_p_GetMemSysXML();
+    const QString sPath = NodePath(nNvrID);
+    stDef_RecorderForm stForm;
+    for (const stDef_TextRow& stRow : g_astTexts)
+        objXml.m_F_n_GetValue(sPath, Key(stRow.pszKey), stForm.*stRow.pValue, {});
+    for (const stDef_NumberRow& stRow : g_astNumbers)
+        stForm.*stRow.pValue = objXml.m_F_n_GetValueInt(sPath, Key(stRow.pszKey), stForm.*stRow.pValue);
+    return Tidy(stForm);
+}
+
+QList<stDef_FormFault> CRecorderStore::s_F_ar_Faults(const stDef_RecorderForm& stForm)
+{
+    QList<stDef_FormFault> arFaults;
+    const bool bDips = stForm.nDstType == 1;
+    if (stForm.sAddress.trimmed().isEmpty() ? !bDips : !IsAddress(stForm.sAddress.trimmed()))
+        arFaults.append({Address, Tr(emDef_Text::FaultAddress)});
+    if (bDips && !IsAddress(stForm.sDips.trimmed()))
+        arFaults.append({Dips, Tr(emDef_Text::FaultDips)});
+    if (stForm.sUser.isEmpty())
+        arFaults.append({User, Tr(emDef_Text::FaultUser)});
+    for (const stDef_NumberRow& stRow : g_astNumbers) {
+        if (stForm.*stRow.pValue < stRow.nMin || stForm.*stRow.pValue > stRow.nMax)
+            arFaults.append({stRow.nField, Tr(emDef_Text::FaultNumber).arg(stRow.nMin).arg(stRow.nMax)});
+    }
+    return arFaults;
+}
+
+template <class TChange>
+QString CRecorderStore::m_F_s_Change(TChange objChange)
+{
+    CXmlObj& objXml = *vm_pEnv->m_F_p_GetMemSysXML();
+    const QString sBefore = objXml.m_F_s_GetXML();
+    QString sError = objChange();
+    if (sError.isEmpty() && !vm_pEnv->m_F_b_SaveSysXML())
+        sError = Tr(emDef_Text::FaultSave);
+    if (!sError.isEmpty())
+        objXml.m_F_b_LoadXML(sBefore);
+    return sError;
+}
+
+stDef_AddResult CRecorderStore::m_F_o_Add(const stDef_RecorderForm& stForm)
+{
+    const int nNvrID = m_F_n_FreeNumber();
+    const QString sError = m_F_s_Change([&] { return m_F_s_Write(nNvrID, stForm); });
+    return {sError.isEmpty() ? nNvrID : -1, sError};
+}
+
+QString CRecorderStore::m_F_s_Edit(int nNvrID, const stDef_RecorderForm& stForm)
+{
+    if (!m_F_b_Known(nNvrID))
+        return Tr(emDef_Text::FaultGone);
+    return m_F_s_Change([&] { return m_F_s_Write(nNvrID, stForm); });
+}
+
+QString CRecorderStore::m_F_s_Remove(int nNvrID)
+{
+    if (!m_F_b_Known(nNvrID))
+        return Tr(emDef_Text::FaultGone);
+    return m_F_s_Change([&] {
+        CXmlObj& objXml = *vm_pEnv->m_F_p_GetMemSysXML();
+        objXml.m_F_b_RemoveNods(g_sList, NodeName(nNvrID));
+        int nCount = m_F_n_Count();
+        while (nCount > 0 && !m_F_b_Known(nCount - 1))
+            --nCount;
+        objXml.m_F_b_SetValue(g_sList, u"count"_s, nCount);
+        return QString();
+    });
+}
+
+int CRecorderStore::m_F_n_Twin(const stDef_RecorderForm& stForm, int nExceptNvrID) const
+{
+    const QString sAddress = stForm.sAddress.trimmed();
+    for (const stDef_Recorder& stRecorder : m_F_ar_Recorders()) {
+        if (stRecorder.nNvrID != nExceptNvrID && stRecorder.nHttpPort == stForm.nHttpPort && !sAddress.isEmpty() &&
+            stRecorder.sAddress.compare(sAddress, Qt::CaseInsensitive) == 0)
+            return stRecorder.nNvrID;
+    }
+    return -1;
+}
+
+stDef_ImportResult CRecorderStore::m_F_o_Import(const QString& sFile)
+{
+    stDef_ImportResult stResult;
+    CXmlObj objCards;
+    if (!objCards.m_F_b_LoadXMLFile(sFile)) {
+        stResult.sError = u"%1: no such file, or not a recorder card"_s.arg(sFile);
+        return stResult;
+    }
+    QList<stDef_RecorderForm> arForms;
+    CXmlNodeList objList = objCards.m_S_SelectNodesByKey(u"/root/Recorder"_s);
+    for (CXmlNode objNode = objList.m_F_o_NextNode(); !objNode.m_F_b_IsNull(); objNode = objList.m_F_o_NextNode()) {
+        stDef_RecorderForm stForm;
+        const QString sError = ReadCard(objNode, stForm);
+        if (!sError.isEmpty()) {
+            stResult.sError = u"%1: recorder %2: %3"_s.arg(sFile).arg(arForms.size() + 1).arg(sError);
+            return stResult;
+        }
+        arForms.append(stForm);
+    }
+    stResult.sError = arForms.isEmpty() ? u"no recorder in it"_s : m_F_s_Apply(arForms, stResult);
+    if (!stResult.sError.isEmpty())
+        stResult = {{}, {}, u"%1: %2"_s.arg(sFile, stResult.sError)};
+    return stResult;
+}
+
+QString CRecorderStore::m_F_s_Apply(const QList<stDef_RecorderForm>& arForms, stDef_ImportResult& stResult)
+{
+    return m_F_s_Change([&] {
+        for (const stDef_RecorderForm& stForm : arForms) {
+            const QList<stDef_Recorder> arKnown = m_F_ar_Recorders();
+            const auto pKnown = std::find_if(arKnown.begin(), arKnown.end(),
+                                             [&stForm](const stDef_Recorder& st) { return st.sName == stForm.sName; });
+            const bool bNew = pKnown == arKnown.end();
+            const int nNvrID = bNew ? m_F_n_FreeNumber() : pKnown->nNvrID;
+            const QString sError = m_F_s_Write(nNvrID, stForm);
+            if (!sError.isEmpty())
+                return sError;
+            (bNew ? stResult.arAdded : stResult.arUpdated).append(nNvrID);
+        }
+        return QString();
+    });
+}
+
+QString CRecorderStore::m_F_s_Write(int nNvrID, const stDef_RecorderForm& stForm)
+{
+    const stDef_RecorderForm stTidy = Tidy(stForm);
+    const QList<stDef_FormFault> arFaults = s_F_ar_Faults(stTidy);
+    if (!arFaults.isEmpty())
+        return arFaults[0].sText;
+    if (nNvrID >= MaxRecorders)
+        return Tr(emDef_Text::FaultFull);
+    CXmlObj& objXml = *vm_pEnv->m_F_p_GetMemSysXML();
+    const QString sPath = NodePath(nNvrID);
+    if (!m_F_b_Known(nNvrID)) // what a damaged list left there must not lend its password
+        objXml.m_F_b_RemoveNods(g_sList, NodeName(nNvrID));
+    if (!stTidy.sPassword.isEmpty()) {
+        const QString sStored = CWinAES_CMS::s_F_s_Encrypt(stTidy.sPassword);
+        if (sStored.isEmpty())
+            return Tr(emDef_Text::FaultKey);
+        objXml.m_F_b_SetValue(sPath, u"PWD"_s, sStored);
+    }
+    for (const stDef_TextRow& stRow : g_astTexts)
+        objXml.m_F_b_SetValue(sPath, Key(stRow.pszKey), stTidy.*stRow.pValue);
+    for (const stDef_NumberRow& stRow : g_astNumbers)
+        objXml.m_F_b_SetValue(sPath, Key(stRow.pszKey), stTidy.*stRow.pValue);
+    objXml.m_F_b_SetValue(g_sList, u"count"_s, std::max(m_F_n_Count(), nNvrID + 1));
+    return {};
+}
+
+stDef_NvrInit CRecorderStore::m_F_o_InitRecord(int nNvrID) const
+{
+    const stDef_RecorderForm stForm = m_F_o_Form(nNvrID);
+    QString sStored;
+    vm_pEnv->m_F_p_GetMemSysXML()->m_F_n_GetValue(NodePath(nNvrID), u"PWD"_s, sStored, {});
+    stDef_NvrInit stInit;
+    stInit.nNvrID = nNvrID;
+    stInit.sIP = CSFunc::s_F_s_UnicodeToAnsi(stForm.sAddress);
+    stInit.sDips = CSFunc::s_F_s_UnicodeToAnsi(stForm.sDips);
+    stInit.sUID = CSFunc::s_F_s_UnicodeToAnsi(stForm.sUser);
+    stInit.sPWD = CSFunc::s_F_s_UnicodeToAnsi(CWinAES_CMS::s_F_s_Decrypt(sStored));
+    stInit.nHttpPort = stForm.nHttpPort;
+    stInit.nRtspPort = stForm.nRtspPort;
+    stInit.bDips = stForm.nDstType == 1;
+    return stInit;
+}

@@ -1,0 +1,100 @@
+#include "window/CDocumentPanel.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QTableWidget>
+#include <QVBoxLayout>
+#include <iterator>
+
+#include "window/CHostText.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr emDef_Text g_anColumns[] = {
+    emDef_Text::ColumnDocument,  emDef_Text::ColumnResult, emDef_Text::ColumnFetched,
+    emDef_Text::ColumnFetchTime, emDef_Text::ColumnPosted, emDef_Text::ColumnPostTime,
+};
+
+constexpr int TextColumns = 2; // the rest are figures
+constexpr int Rows = 6;
+
+QString Figure(bool bThere, emDef_Text nUnit, std::int64_t nValue)
+{
+    return bThere ? Tr(nUnit).arg(QLocale().toString(qlonglong(nValue))) : u"\u2013"_s;
+}
+
+} // namespace
+
+CDocumentPanel::CDocumentPanel(QWidget* pParent)
+    : QDockWidget(Tr(emDef_Text::Documents), pParent),
+      vm_pTable(new QTableWidget(0, int(std::size(g_anColumns)))),
+      vm_pSummary(new QLabel(Tr(emDef_Text::ExchangeIdle)))
+{
+    setObjectName(u"Documents"_s);
+    setAllowedAreas(Qt::BottomDockWidgetArea | Qt::TopDockWidgetArea);
+    QStringList arTitles;
+    for (const emDef_Text nColumn : g_anColumns)
+        arTitles.append(Tr(nColumn));
+    vm_pTable->setObjectName(u"DocumentTable"_s);
+    vm_pTable->setAccessibleName(Tr(emDef_Text::Documents));
+    vm_pTable->setHorizontalHeaderLabels(arTitles);
+    vm_pTable->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    vm_pTable->horizontalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    for (int nColumn = 0; nColumn < TextColumns; ++nColumn)
+        vm_pTable->horizontalHeaderItem(nColumn)->setTextAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    vm_pTable->verticalHeader()->hide();
+    vm_pTable->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    vm_pTable->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    vm_pTable->setSelectionBehavior(QAbstractItemView::SelectRows);
+    vm_pTable->setTabKeyNavigation(false);
+    vm_pTable->setShowGrid(false);
+    vm_pTable->setAlternatingRowColors(true);
+    vm_pTable->setFrameShape(QFrame::NoFrame);
+    vm_pTable->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
+    vm_pTable->setMinimumHeight(vm_pTable->horizontalHeader()->sizeHint().height() +
+                                Rows * vm_pTable->verticalHeader()->defaultSectionSize());
+    vm_pSummary->setObjectName(u"DocumentSummary"_s);
+    auto* const pBody = new QWidget(this);
+    auto* const pLayout = new QVBoxLayout(pBody);
+    pLayout->addWidget(vm_pTable);
+    pLayout->addWidget(vm_pSummary);
+    setWidget(pBody);
+}
+
+void CDocumentPanel::m_S_ShowResults(const QList<stDef_DocumentResult>& arResults)
+{
+    vm_pTable->setRowCount(int(arResults.size()));
+    for (int nRow = 0; nRow < arResults.size(); ++nRow) {
+        const stDef_DocumentResult& stResult = arResults[nRow];
+        const QString arTexts[] = {
+            stResult.sDocument,
+            s_F_s_Result(stResult),
+            Figure(stResult.bFetched, emDef_Text::Bytes, stResult.nFetchedBytes),
+            Figure(true, emDef_Text::Milliseconds, stResult.nFetchMs),
+            Figure(stResult.bPosted, emDef_Text::Bytes, stResult.nPostedBytes),
+            Figure(stResult.bPostable && stResult.bFetched, emDef_Text::Milliseconds, stResult.nPostMs),
+        };
+        for (int nColumn = 0; nColumn < int(std::size(arTexts)); ++nColumn) {
+            auto* const pItem = new QTableWidgetItem(arTexts[nColumn]);
+            pItem->setTextAlignment((nColumn < TextColumns ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
+            vm_pTable->setItem(nRow, nColumn, pItem);
+        }
+    }
+    vm_pTable->viewport()->repaint();
+}
+
+void CDocumentPanel::m_S_ShowSummary(const QString& sText)
+{
+    vm_pSummary->setText(sText);
+}
+
+QString CDocumentPanel::s_F_s_Result(const stDef_DocumentResult& stResult)
+{
+    if (!stResult.bFetched)
+        return Tr(emDef_Text::ResultFetchFailed);
+    if (!stResult.bPostable)
+        return Tr(emDef_Text::ResultReadOnly);
+    return Tr(stResult.bPosted ? emDef_Text::ResultOk : emDef_Text::ResultPostFailed);
+}
