@@ -1,7 +1,7 @@
 #include "recorders/CLoginPanel.h"
 
 #include <QEvent>
-#include <QFormLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QVBoxLayout>
 #include <iterator>
@@ -46,7 +46,7 @@ CLoginPanel::CLoginPanel(CEnvObj* pEnv, const CRecorderStore* pStore, CRecorderT
       vm_pTree(pTree),
       vm_pWatch(pWatch),
       vm_pTitle(new QLabel),
-      vm_pForm(new QFormLayout)
+      vm_pForm(new QGridLayout)
 {
     m_S_Build();
     vm_objAskSoon.setSingleShot(true);
@@ -73,14 +73,17 @@ void CLoginPanel::m_S_Build()
     pLayout->addLayout(vm_pForm);
     vm_pForm->setContentsMargins(0, 0, 0, 0);
     vm_pForm->setVerticalSpacing(3);
-    vm_pForm->setLabelAlignment(Qt::AlignLeft);
+    vm_pForm->setHorizontalSpacing(8);
+    vm_pForm->setColumnStretch(1, 1);
     for (const stDef_Row& stRow : g_astRows) {
         vm_arNames.append(new QLabel);
         vm_arValues.append(new QLabel);
         vm_arValues.last()->setObjectName(QString::fromLatin1(stRow.pszName));
         vm_arValues.last()->setWordWrap(true);
         vm_arValues.last()->setTextFormat(Qt::PlainText);
-        vm_pForm->addRow(vm_arNames.last(), vm_arValues.last());
+        const int nRow = int(vm_arNames.size()) - 1;
+        vm_pForm->addWidget(vm_arNames.last(), nRow, 0, Qt::AlignTop);
+        vm_pForm->addWidget(vm_arValues.last(), nRow, 1, Qt::AlignTop);
     }
 }
 

@@ -10,7 +10,7 @@ class CNvrQuery;
 class CRecorderStore;
 class CRecorderTree;
 class CRecorderWatch;
-class QFormLayout;
+class QGridLayout;
 class QLabel;
 
 /// Tells of the recorder that is picked in the tree with which account the host logs in, what that account may see, and
@@ -55,7 +55,7 @@ private:
     QString vm_sRights;   ///< a character a channel; empty if the recorder doesn't tell
     QStringList vm_arCan; ///< flags of what the recorder can
     QLabel* vm_pTitle;
-    QFormLayout* vm_pForm;
+    QGridLayout* vm_pForm;
     QList<QLabel*> vm_arNames;
     QList<QLabel*> vm_arValues;
 };
