@@ -230,6 +230,8 @@ TEST_F(PageRequests, AReleaseMeanwhileClosesTheSheetAndIsFinishedAtTheEnd)
         const bool bSheet = !row.pszFault || std::string(row.pszFault) != "systeminfo";
         if (bSheet)
             vm_objPrompts.ExpectDialog([&](QDialog& sheet) {
+                auto& xmlSystem = static_cast<CWndNvrEmbedded*>(pReleased)->vm_xmlSystem;
+                xmlSystem.m_F_b_SetValue("/root/system", "DeviceTitle", "changed"); // nobody is asked about it
                 if (*row.pszPressed)
                     At(&sheet).Click(row.pszPressed);
                 else
