@@ -420,38 +420,51 @@ QImage Painted(QWidget* pWidget, qreal nRatio)
     return objImage;
 }
 
-// Only the colours that are meant: none is a mixture, and every pixel is painted.
+// Widths of the lines in a row of pixels.
+std::set<int> LineWidths(const QImage& objImage, int nY, QRgb nColor)
+{
+    std::set<int> setWidths;
+    for (int x = 0, nWidth = 0; x < objImage.width(); ++x) {
+        if (objImage.pixel(x, nY) == nColor)
+            ++nWidth;
+        else if (nWidth > 0)
+            setWidths.insert(std::exchange(nWidth, 0));
+    }
+    return setWidths;
+}
+
+// Only the colours that are meant, none a mixture, and every pixel painted; all lines of the same width.
 TEST(TimeBar, IsSharpAtEveryWidthAndScale)
 {
     QPalette objPalette;
     objPalette.setColor(QPalette::Base, QColor(251, 252, 253));
-    const QRgb nBase = qRgb(251, 252, 253), nCell = qRgb(200, 200, 200), nBlock = qRgb(0x78, 0xA8, 0xD8);
+    const QRgb nBase = qRgb(251, 252, 253), nCell = qRgb(200, 200, 200), nBlock = qRgb(0x78, 0xA8, 0xD8),
+               nWhite = qRgb(255, 255, 255), nBlack = qRgb(0, 0, 0);
     for (const int nWidth : {40, 96, 300, 576, 1400}) {
-        CTimeStateBar objBar(false);
         QWidget objParent;
-        objBar.m_F_b_Create({0, 0, nWidth, 30}, &objParent, 7);
-        objBar.setPalette(objPalette);
+        CTimeStateBar* const pBar = new CTimeStateBar(false);
+        pBar->m_F_b_Create({0, 0, nWidth, 30}, &objParent, 7);
+        pBar->setPalette(objPalette);
         for (TIME_STATE& st : Read("60-300 700-701 720-1200"))
-            objBar.m_S_AddState(st);
-        CTimeStateWnd::s_S_Focus(objBar.vm_arState[2].pWnd);
+            pBar->m_S_AddState(st);
+        CTimeStateWnd::s_S_Focus(pBar->vm_arState[2].pWnd);
         for (const qreal nRatio : {1.0, 1.25, 1.5, 2.0}) {
-            const QImage objImage = Painted(&objBar, nRatio);
-            std::set<QRgb> setColors;
-            for (int y = 0; y < objImage.height(); ++y)
-                for (int x = 0; x < objImage.width(); ++x)
-                    setColors.insert(objImage.pixel(x, y));
-            std::set<QRgb> setMeant{nBase, nCell, nBlock, qRgb(255, 255, 255)};
-            setMeant.insert(qRgb(0, 0, 0));
-            EXPECT_TRUE(std::includes(setMeant.begin(), setMeant.end(), setColors.begin(), setColors.end()))
-                << nWidth << " at " << nRatio;
+            SCOPED_TRACE(std::to_string(nWidth) + " at " + std::to_string(nRatio));
+            const QImage objImage = Painted(pBar, nRatio);
+            for (int i = 0; i < objImage.width() * objImage.height(); ++i) {
+                const QRgb nPixel = objImage.pixel(i % objImage.width(), i / objImage.width());
+                ASSERT_TRUE(std::set({nBase, nCell, nBlock, nWhite, nBlack}).contains(nPixel)) << std::hex << nPixel;
+            }
+            const int nLine = static_cast<int>(nRatio);
+            if (nWidth >= 300)
+                EXPECT_EQ(LineWidths(objImage, int(4 * nRatio), nCell), (std::set{nLine, 2 * nLine}));
             const auto At = [&](double x, double y) { return objImage.pixel(int(x * nRatio), int(y * nRatio)); };
-            EXPECT_EQ(At(0, 2), nCell) << nWidth;
-            EXPECT_EQ(At(nWidth - 0.5, 2), nWidth % 96 == 0 ? nCell : nBase) << nWidth; // the strip at the right
-            EXPECT_EQ(At(nWidth / 8.0, 15), nBlock) << nWidth;
-            EXPECT_EQ(At(nWidth / 8.0, 8.5), nWidth > 48 ? qRgb(255, 255, 255) : nBlock) << nWidth << ' ' << nRatio;
-            EXPECT_EQ(At(nWidth / 8.0, 21.9), nWidth > 48 ? qRgb(0, 0, 0) : nBlock) << nWidth;
+            EXPECT_EQ(At(0, 2), nCell);
+            EXPECT_EQ(At(nWidth - 0.5, 2), nWidth % 96 == 0 ? nCell : nBase); // the strip at the right
+            EXPECT_EQ(At(nWidth / 8.0, 15), nBlock);
+            EXPECT_EQ(At(nWidth / 8.0, 8.5), nWidth > 48 ? nWhite : nBlock);
+            EXPECT_EQ(At(nWidth / 8.0, 21.9), nWidth > 48 ? nBlack : nBlock);
         }
-        objBar.setParent(nullptr);
     }
 }
 
