@@ -37,6 +37,7 @@ CDocumentPanel::CDocumentPanel(QWidget* pParent)
     QStringList arTitles;
     for (const emDef_Text nColumn : g_anColumns)
         arTitles.append(Tr(nColumn));
+    vm_pSummary->setTextFormat(Qt::PlainText); // names of recorders stand in it
     vm_pTable->setObjectName(u"DocumentTable"_s);
     vm_pTable->setAccessibleName(Tr(emDef_Text::Documents));
     vm_pTable->setHorizontalHeaderLabels(arTitles);
