@@ -64,7 +64,7 @@ void CTimeRuler::m_S_PaintNumbers(QPainter* pPainter, const QRect& rcSection) co
     for (int nHour = 0; nHour < HoursPerDay; nHour += *pStep) {
         const int nLeft = qRound(TickLeft(rcSection, nHour * CellsPerHour)) - nNumber / 2;
         const QRect rcNumber(std::max(nLeft, rcSection.left()), rcSection.top(), nNumber, rcSection.height() / 2);
-        pPainter->drawText(rcNumber, nHour == 0 ? Qt::AlignLeft | Qt::AlignVCenter : Qt::AlignCenter,
-                           QString::number(nHour));
+        const Qt::Alignment nAlign = nHour == 0 ? Qt::AlignLeft | Qt::AlignVCenter : Qt::AlignCenter;
+        pPainter->drawText(QRectF(rcNumber), QString::number(nHour), QTextOption(nAlign));
     }
 }

@@ -45,7 +45,7 @@ QCursor Draw(emDef_TimeCursor nCursor, qreal nRatio)
     objPicture.fill(Qt::transparent);
     QPainter objPainter(&objPicture);
     objPainter.setRenderHint(QPainter::Antialiasing);
-    objPainter.translate(CursorSize / 2, CursorSize / 2);
+    objPainter.translate(CursorSize / 2.0, CursorSize / 2.0);
     objPainter.setPen(QPen(Qt::white, 1.5));
     objPainter.setBrush(Qt::black);
     objPainter.drawPath(CursorPath(nCursor));
