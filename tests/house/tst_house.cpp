@@ -3,7 +3,6 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <map>
-#include <regex>
 #include <set>
 #include <string>
 #include <vector>
@@ -21,19 +20,28 @@ struct stDef_Include
     bool bQuoted;
 };
 
+/// What an include names, with its opening sign before it; empty for any other line.
+std::string Included(const std::string& sLine)
+{
+    const std::size_t nHash = sLine.find_first_not_of(" \t");
+    const std::size_t nOpen = sLine.find_first_of("\"<");
+    if (nHash == std::string::npos || nOpen == std::string::npos || sLine[nHash] != '#' ||
+        sLine.substr(nHash, nOpen - nHash).find("include") == std::string::npos)
+        return {};
+    return sLine.substr(nOpen, sLine.find_first_of("\">", nOpen + 1) - nOpen);
+}
+
 std::vector<stDef_Include> IncludesOf(const std::string& sFolder)
 {
-    static const std::regex s_objInclude(R"re(^\s*#\s*include\s*(["<])([^">]+)[">])re");
     std::vector<stDef_Include> arIncludes;
     for (const auto& entry : fs::recursive_directory_iterator(SOURCE_FOLDER + ("/" + sFolder))) {
         if (entry.path().extension() != ".h" && entry.path().extension() != ".cpp")
             continue;
         std::ifstream file(entry.path());
-        std::smatch arParts;
         for (std::string sLine; std::getline(file, sLine);) {
-            if (std::regex_search(sLine, arParts, s_objInclude))
+            if (const std::string sName = Included(sLine); !sName.empty())
                 arIncludes.push_back(
-                    {fs::relative(entry.path(), SOURCE_FOLDER).string(), arParts[2], arParts[1] == "\""});
+                    {fs::relative(entry.path(), SOURCE_FOLDER).string(), sName.substr(1), sName[0] == '"'});
         }
     }
     EXPECT_FALSE(arIncludes.empty()) << sFolder;
