@@ -27,8 +27,9 @@ public:
 private:
     struct st_Spare
     {
+        st_Spare() : objReply(0) {}
         CHTTP objHttp;
-        CMemManage objReply{0};
+        CMemManage objReply;
     };
 
     CWndNvrBase& vm_objNvr;
