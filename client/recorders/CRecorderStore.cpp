@@ -1,6 +1,7 @@
 #include "recorders/CRecorderStore.h"
 
 #include <algorithm>
+#include <variant>
 
 #include "host/Lib_Bedrock.h"
 #include "window/CHostText.h"
@@ -23,37 +24,28 @@ QString NodePath(int nNvrID)
     return g_sList + u'/' + NodeName(nNvrID);
 }
 
-struct stDef_TextRow
+/// A value of a recorder: its attribute, its field of the form, and for a number what it may be.
+struct stDef_FieldRow
 {
     const char* pszKey;
-    QString stDef_RecorderForm::*pValue;
     emDef_RecorderField nField;
+    std::variant<QString stDef_RecorderForm::*, int stDef_RecorderForm::*> pValue;
+    int nMin = 0;
+    int nMax = 0;
 };
 
-constexpr stDef_TextRow g_astTexts[] = {
-    {"Name", &stDef_RecorderForm::sName, Name},
-    {"IP", &stDef_RecorderForm::sAddress, Address},
-    {"DIPS", &stDef_RecorderForm::sDips, Dips},
-    {"UID", &stDef_RecorderForm::sUser, User},
-};
-
-struct stDef_NumberRow
-{
-    const char* pszKey;
-    int stDef_RecorderForm::*pValue;
-    emDef_RecorderField nField;
-    int nMin;
-    int nMax;
-};
-
-// The defaults are those of the form.
-constexpr stDef_NumberRow g_astNumbers[] = {
-    {"Type", &stDef_RecorderForm::nType, Type, 0, 1},
-    {"HttpPort", &stDef_RecorderForm::nHttpPort, HttpPort, 1, 65535},
-    {"RtspPort", &stDef_RecorderForm::nRtspPort, RtspPort, 1, 65535},
-    {"StreamType", &stDef_RecorderForm::nStreamType, StreamType, 0, 2},
-    {"DstType", &stDef_RecorderForm::nDstType, DstType, 0, 2},
-    {"Channels", &stDef_RecorderForm::nChannels, Channels, 1, CRecorderStore::MaxChannels},
+// The defaults are those of the form. The password is none of them: it is stored in another form than it is given in.
+constexpr stDef_FieldRow g_astFields[] = {
+    {"Name", Name, &stDef_RecorderForm::sName},
+    {"IP", Address, &stDef_RecorderForm::sAddress},
+    {"DIPS", Dips, &stDef_RecorderForm::sDips},
+    {"UID", User, &stDef_RecorderForm::sUser},
+    {"Type", Type, &stDef_RecorderForm::nType, 0, 1},
+    {"HttpPort", HttpPort, &stDef_RecorderForm::nHttpPort, 1, 65535},
+    {"RtspPort", RtspPort, &stDef_RecorderForm::nRtspPort, 1, 65535},
+    {"StreamType", StreamType, &stDef_RecorderForm::nStreamType, 0, 2},
+    {"DstType", DstType, &stDef_RecorderForm::nDstType, 0, 2},
+    {"Channels", Channels, &stDef_RecorderForm::nChannels, 1, CRecorderStore::MaxChannels},
 };
 
 QString Key(const char* pszKey)
@@ -71,11 +63,7 @@ bool IsAddress(const QString& sText)
 
 QString FieldKey(emDef_RecorderField nField)
 {
-    for (const stDef_TextRow& stRow : g_astTexts) {
-        if (stRow.nField == nField)
-            return Key(stRow.pszKey);
-    }
-    for (const stDef_NumberRow& stRow : g_astNumbers) {
+    for (const stDef_FieldRow& stRow : g_astFields) {
         if (stRow.nField == nField)
             return Key(stRow.pszKey);
     }
@@ -92,6 +80,25 @@ stDef_RecorderForm Tidy(stDef_RecorderForm stForm)
     return stForm;
 }
 
+void SetText(QString& sValue, const QString& sText)
+{
+    sValue = sText;
+}
+
+void SetText(int& nValue, const QString& sText)
+{
+    if (!sText.isEmpty())
+        nValue = CXmlObj::s_F_n_ToInt(sText);
+}
+
+// `fnText` reads an attribute, which is empty where it isn't there.
+template <class TText>
+void Fill(stDef_RecorderForm& stForm, const TText& fnText)
+{
+    for (const stDef_FieldRow& stRow : g_astFields)
+        std::visit([&](auto pValue) { SetText(stForm.*pValue, fnText(Key(stRow.pszKey))); }, stRow.pValue);
+}
+
 // Reads a card; what is wrong with it comes back, empty if nothing is.
 QString ReadCard(const CXmlNode& objNode, stDef_RecorderForm& stForm)
 {
@@ -100,14 +107,8 @@ QString ReadCard(const CXmlNode& objNode, stDef_RecorderForm& stForm)
         CXmlObj::s_S_GetNodeVal(objNode, sKey, sValue, {});
         return sValue;
     };
-    for (const stDef_TextRow& stRow : g_astTexts)
-        stForm.*stRow.pValue = Text(Key(stRow.pszKey));
+    Fill(stForm, Text);
     stForm.sPassword = Text(u"ClearPWD"_s);
-    for (const stDef_NumberRow& stRow : g_astNumbers) {
-        const QString sValue = Text(Key(stRow.pszKey));
-        if (!sValue.isEmpty())
-            stForm.*stRow.pValue = CXmlObj::s_F_n_ToInt(sValue);
-    }
     stForm = Tidy(stForm);
     const QList<stDef_FormFault> arFaults = CRecorderStore::s_F_ar_Faults(stForm);
     return arFaults.isEmpty() ? QString() : u"%1: %2"_s.arg(FieldKey(arFaults[0].nField), arFaults[0].sText);
@@ -159,10 +160,11 @@ stDef_RecorderForm CRecorderStore::m_F_o_Form(int nNvrID) const
     const CXmlObj& objXml = *vm_pEnv->m_F_p_GetMemSysXML();
     const QString sPath = NodePath(nNvrID);
     stDef_RecorderForm stForm;
-    for (const stDef_TextRow& stRow : g_astTexts)
-        objXml.m_F_n_GetValue(sPath, Key(stRow.pszKey), stForm.*stRow.pValue, {});
-    for (const stDef_NumberRow& stRow : g_astNumbers)
-        stForm.*stRow.pValue = objXml.m_F_n_GetValueInt(sPath, Key(stRow.pszKey), stForm.*stRow.pValue);
+    Fill(stForm, [&](const QString& sKey) {
+        QString sValue;
+        objXml.m_F_n_GetValue(sPath, sKey, sValue, {});
+        return sValue;
+    });
     return Tidy(stForm);
 }
 
@@ -176,8 +178,9 @@ QList<stDef_FormFault> CRecorderStore::s_F_ar_Faults(const stDef_RecorderForm& s
         arFaults.append({Dips, Tr(emDef_Text::FaultDips)});
     if (stForm.sUser.isEmpty())
         arFaults.append({User, Tr(emDef_Text::FaultUser)});
-    for (const stDef_NumberRow& stRow : g_astNumbers) {
-        if (stForm.*stRow.pValue < stRow.nMin || stForm.*stRow.pValue > stRow.nMax)
+    for (const stDef_FieldRow& stRow : g_astFields) {
+        const auto* const pNumber = std::get_if<int stDef_RecorderForm::*>(&stRow.pValue);
+        if (pNumber && (stForm.**pNumber < stRow.nMin || stForm.**pNumber > stRow.nMax))
             arFaults.append({stRow.nField, Tr(emDef_Text::FaultNumber).arg(stRow.nMin).arg(stRow.nMax)});
     }
     return arFaults;
@@ -297,10 +300,8 @@ QString CRecorderStore::m_F_s_Write(int nNvrID, const stDef_RecorderForm& stForm
             return Tr(emDef_Text::FaultKey);
         objXml.m_F_b_SetValue(sPath, u"PWD"_s, sStored);
     }
-    for (const stDef_TextRow& stRow : g_astTexts)
-        objXml.m_F_b_SetValue(sPath, Key(stRow.pszKey), stTidy.*stRow.pValue);
-    for (const stDef_NumberRow& stRow : g_astNumbers)
-        objXml.m_F_b_SetValue(sPath, Key(stRow.pszKey), stTidy.*stRow.pValue);
+    for (const stDef_FieldRow& stRow : g_astFields)
+        std::visit([&](auto pValue) { objXml.m_F_b_SetValue(sPath, Key(stRow.pszKey), stTidy.*pValue); }, stRow.pValue);
     objXml.m_F_b_SetValue(g_sList, u"count"_s, std::max(m_F_n_Count(), nNvrID + 1));
     return {};
 }
