@@ -65,6 +65,9 @@ TEST_F(NvrObject, OutlivesItsHostWindow)
     EXPECT_EQ(nvr->parentWidget(), pWindow.get());
     pWindow->show();
     EXPECT_FALSE(nvr->isVisible());
+    nvr->setProperty("id", 5);
+    ASSERT_EQ(nvr->m_F_n_Init(Init()), 1);
+    EXPECT_EQ(nvr->property("id"), 5) << "its window is made once";
     const QPointer<CWndNvrBase> watch(nvr.get());
     pWindow.reset();
     ASSERT_FALSE(watch.isNull()) << "the host releases the object, not its window";

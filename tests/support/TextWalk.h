@@ -44,6 +44,7 @@ public:
             for (const QString& sText : Texts(pWidget))
                 CheckText(sText, sName);
             CheckPlace(pWidget, pPage->isAncestorOf(pWidget) ? pPage : pWindow, sName);
+            CheckAlone(pWidget, sName);
         }
     }
     /// The menu that opens next, which is closed again.
@@ -131,6 +132,16 @@ private:
                             std::any_of(vm_arComposed.begin(), vm_arComposed.end(),
                                         [&](const QRegularExpression& obj) { return obj.match(sBare).hasMatch(); });
         EXPECT_TRUE(bKnown) << "no text of this language: " << sText.toStdString() << " at " << sWhere.toStdString();
+    }
+    /// What is left out of its layout stands over its neighbours.
+    static void CheckAlone(const QWidget* pWidget, const QString& sName)
+    {
+        for (const QObject* const pObject : pWidget->parent()->children()) {
+            const auto* const pOther = qobject_cast<const QWidget*>(pObject);
+            if (pOther && pOther != pWidget && pOther->isVisible() && !pOther->isWindow() &&
+                pOther->geometry().intersects(pWidget->geometry()))
+                ADD_FAILURE() << sName.toStdString() << " stands over " << Describe(pOther).toStdString();
+        }
     }
     static void CheckPlace(const QWidget* pWidget, const QWidget* pPage, const QString& sName)
     {

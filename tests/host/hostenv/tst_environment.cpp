@@ -147,6 +147,8 @@ TEST_F(Environment, EachConfigurationFolderHasAnInstance)
     EXPECT_NE(envOther.m_F_s_Instance(), vm_env.m_F_s_Instance());
     EXPECT_EQ(envLink.m_F_s_GetLangFolder(), "/opt/early/");
     EXPECT_EQ(envOther.m_F_s_GetLangFolder(), "");
+    CEnvObj::s_S_SetInstance("09-AZ_az/.:@[`{");
+    EXPECT_EQ(envOther.m_F_s_Instance(), "09-AZ_az_______") << "it becomes part of a name in shared memory";
     CEnvObj::s_S_SetInstance(sGiven);
     EXPECT_EQ(envOther.m_F_s_Instance(), sGiven);
 }
