@@ -69,9 +69,7 @@ bool CLayoutStore::m_F_b_Load(stDef_Layout& stLayout) const
         QFile::rename(vm_sFile, vm_sDamaged);
         return false;
     }
-    QString sGeometry;
-    objXml.m_F_n_GetValue(g_sWindow, u"Geometry"_s, sGeometry, {});
-    stLayout.sGeometry = QByteArray::fromBase64(sGeometry.toLatin1());
+    stLayout.sGeometry = QByteArray::fromBase64(objXml.m_F_s_Value(g_sWindow, u"Geometry"_s).toLatin1());
     for (const stDef_Row& stRow : g_astRows) {
         nsMembers::ReadOne(objXml, stRow.sNode, stRow.stMember, stLayout);
         const int nValue = nsMembers::Text(stLayout, stRow.stMember.pMember).toInt();

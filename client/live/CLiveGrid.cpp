@@ -422,10 +422,8 @@ void CLiveGrid::m_S_OnResolved(int nNvrID, const QByteArray& sDips, const QStrin
     vm_setResolved.insert(nNvrID);
     const QString sPath = QString::asprintf("/root/NVR/N%03d", nNvrID);
     CXmlObj& xmlList = *vm_pEnv->m_F_p_GetMemSysXML();
-    QString sListed;
-    xmlList.m_F_n_GetValue(sPath, u"IP"_s, sListed, {});
-    const bool bMoved = !sAddress.isEmpty() &&
-                        (sListed != sAddress || xmlList.m_F_n_GetValueInt(sPath, u"HttpPort"_s, 80) != nHttpPort);
+    const bool bMoved = !sAddress.isEmpty() && (xmlList.m_F_s_Value(sPath, u"IP"_s) != sAddress ||
+                                                xmlList.m_F_n_GetValueInt(sPath, u"HttpPort"_s, 80) != nHttpPort);
     if (bMoved) {
         xmlList.m_F_b_SetValue(sPath, u"IP"_s, sAddress);
         xmlList.m_F_b_SetValue(sPath, u"HttpPort"_s, nHttpPort);

@@ -29,11 +29,8 @@ QStringList ReadNames(const CXmlObj& xmlCamera)
 {
     QStringList arNames;
     const int nCount = std::min(xmlCamera.m_F_n_GetValueInt(g_sCameras, u"count"_s, 0), CRecorderStore::MaxChannels);
-    for (int nChannel = 0; nChannel < nCount; ++nChannel) {
-        QString sName;
-        xmlCamera.m_F_n_GetValue(CameraPath(nChannel), u"Name"_s, sName, {});
-        arNames.append(CCameraNames::s_F_s_OneLine(sName));
-    }
+    for (int nChannel = 0; nChannel < nCount; ++nChannel)
+        arNames.append(CCameraNames::s_F_s_OneLine(xmlCamera.m_F_s_Value(CameraPath(nChannel), u"Name"_s)));
     return arNames;
 }
 
@@ -132,9 +129,7 @@ void CCameraNames::m_S_Load(int nNvrID, stDef_Known& stKnown) const
     if (pNvr)
         pNvr->m_S_GetXmlCamera(&xmlNames);
     CWndNvrBase::s_S_ReleaseNvrObject(&pNvr);
-    QString sOrigin;
-    xmlNames.m_F_n_GetValue(g_sCameras, u"Origin"_s, sOrigin, {});
-    if (sOrigin == stKnown.sOrigin)
+    if (xmlNames.m_F_s_Value(g_sCameras, u"Origin"_s) == stKnown.sOrigin)
         stKnown.arNames = ReadNames(xmlNames);
 }
 

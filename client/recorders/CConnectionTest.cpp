@@ -132,8 +132,7 @@ bool CConnectionTest::m_F_b_ReadDocument(const QByteArray& sReply)
         CXmlNodeList objList = objXml.m_S_SelectNodesByKey(sLocal);
         if (objList.m_F_o_NextNode().m_F_b_IsNull())
             continue;
-        objXml.m_F_n_GetValue(sLocal, u"Model"_s, vm_stResult.sModel, {});
-        vm_stResult.sModel = vm_stResult.sModel.left(64);
+        vm_stResult.sModel = objXml.m_F_s_Value(sLocal, u"Model"_s).left(64);
         const int nChannels = objXml.m_F_n_GetValueInt(sLocal, u"MaxCam"_s, 0);
         vm_stResult.nChannels = std::clamp(nChannels, 0, CRecorderStore::MaxChannels);
         return true;

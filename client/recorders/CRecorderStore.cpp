@@ -160,11 +160,7 @@ stDef_RecorderForm CRecorderStore::m_F_o_Form(int nNvrID) const
     const CXmlObj& objXml = *vm_pEnv->m_F_p_GetMemSysXML();
     const QString sPath = NodePath(nNvrID);
     stDef_RecorderForm stForm;
-    Fill(stForm, [&](const QString& sKey) {
-        QString sValue;
-        objXml.m_F_n_GetValue(sPath, sKey, sValue, {});
-        return sValue;
-    });
+    Fill(stForm, [&](const QString& sKey) { return objXml.m_F_s_Value(sPath, sKey); });
     return Tidy(stForm);
 }
 
@@ -309,8 +305,7 @@ QString CRecorderStore::m_F_s_Write(int nNvrID, const stDef_RecorderForm& stForm
 stDef_NvrInit CRecorderStore::m_F_o_InitRecord(int nNvrID) const
 {
     const stDef_RecorderForm stForm = m_F_o_Form(nNvrID);
-    QString sStored;
-    vm_pEnv->m_F_p_GetMemSysXML()->m_F_n_GetValue(NodePath(nNvrID), u"PWD"_s, sStored, {});
+    const QString sStored = vm_pEnv->m_F_p_GetMemSysXML()->m_F_s_Value(NodePath(nNvrID), u"PWD"_s);
     stDef_NvrInit stInit;
     stInit.nNvrID = nNvrID;
     stInit.sIP = CSFunc::s_F_s_UnicodeToAnsi(stForm.sAddress);

@@ -40,8 +40,7 @@ void CWndNvrEmbedded::m_S_CreateNewRtsp(int nNvrID, int nChannel, int nStream)
     const QString sNode = QString::asprintf("/root/NVR/N%03d", nNvrID);
     CXmlObj& xmlList = *vm_pEnv->m_F_p_GetMemSysXML();
     if (xmlList.m_F_n_GetValueInt(sNode, u"DstType"_s, 0) == DstTypeDipsStream) {
-        QString sDips;
-        xmlList.m_F_n_GetValue(sNode, u"DIPS"_s, sDips, {});
+        const QString sDips = xmlList.m_F_s_Value(sNode, u"DIPS"_s);
         QByteArray sAddress;
         // A failed look-up leaves the listed address and port in force.
         if (m_F_b_DipsToIpPort(CSFunc::s_F_s_UnicodeToAnsi(sDips), sAddress, stTarget.nHttpPort))
@@ -95,9 +94,6 @@ void CWndNvrEmbedded::m_S_ReadPtzNames(const CXmlObj& xmlReply, int nCamera, con
 {
     const QString sPath = QString::asprintf("/root/Cam%03d/", nCamera) + sGroup;
     const int nCount = std::min(xmlReply.m_F_n_GetValueInt(sPath, u"count"_s, 0), MostPtzNames);
-    for (int i = 0; i < nCount; ++i) {
-        QString sName;
-        xmlReply.m_F_n_GetValue(sPath, QString::asprintf("Name%03d", i), sName, {});
-        arNames.append(sName);
-    }
+    for (int i = 0; i < nCount; ++i)
+        arNames.append(xmlReply.m_F_s_Value(sPath, QString::asprintf("Name%03d", i)));
 }

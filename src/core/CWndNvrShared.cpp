@@ -60,9 +60,9 @@ CWndNvrShared::stDef_StreamTarget CWndNvrShared::m_F_o_ReadTarget(int nNvrID) co
     const QString sNode = QString::asprintf("/root/NVR/N%03d", nNvrID);
     CXmlObj& xmlList = *vm_pEnv->m_F_p_GetMemSysXML();
     stDef_StreamTarget stTarget;
-    xmlList.m_F_n_GetValue(sNode, u"IP"_s, stTarget.sIP, {});
-    xmlList.m_F_n_GetValue(sNode, u"UID"_s, stTarget.sUID, {});
-    xmlList.m_F_n_GetValue(sNode, u"PWD"_s, stTarget.sPWD, {});
+    stTarget.sIP = xmlList.m_F_s_Value(sNode, u"IP"_s);
+    stTarget.sUID = xmlList.m_F_s_Value(sNode, u"UID"_s);
+    stTarget.sPWD = xmlList.m_F_s_Value(sNode, u"PWD"_s);
     stTarget.nHttpPort = xmlList.m_F_n_GetValueInt(sNode, u"HttpPort"_s, stTarget.nHttpPort);
     stTarget.nRtspPort = xmlList.m_F_n_GetValueInt(sNode, u"RtspPort"_s, stTarget.nRtspPort);
     stTarget.nStreamType = xmlList.m_F_n_GetValueInt(sNode, u"StreamType"_s, stTarget.nStreamType);

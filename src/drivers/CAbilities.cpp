@@ -30,9 +30,7 @@ int CAbilities::m_F_n_Width(int nEntry) const
 
 QString CAbilities::m_F_s_Text(const QString& sPath, const QString& sKey) const
 {
-    QString sValue;
-    vm_xmlSupport.m_F_n_GetValue(sPath, sKey, sValue, {});
-    return sValue;
+    return vm_xmlSupport.m_F_s_Value(sPath, sKey);
 }
 
 int CAbilities::m_F_n_Number(const QString& sPath, const QString& sKey, int nDefault) const

@@ -47,9 +47,7 @@ void Copy(const stDef_DriverRow& stRow, const CXmlObj& xmlFrom, int nFrom, CXmlO
 
 QString Value(const CXmlObj& xml, int nIndex, const QString& sKey)
 {
-    QString sValue;
-    xml.m_F_n_GetValue(NodePath(nIndex), sKey, sValue, {});
-    return sValue;
+    return xml.m_F_s_Value(NodePath(nIndex), sKey);
 }
 
 /// The documents of the connection; a closed one where there is no connection.

@@ -44,9 +44,7 @@ protected:
 
     QString Attribute(const char* pszNode, const char* pszKey)
     {
-        QString sValue;
-        vm_env.m_F_p_GetMemSysXML()->m_F_n_GetValue(QString("/root/NVR/") + pszNode, pszKey, sValue, "missing");
-        return sValue;
+        return vm_env.m_F_p_GetMemSysXML()->m_F_s_Value(QString("/root/NVR/") + pszNode, pszKey, "missing");
     }
 
     QTemporaryDir vm_dir;

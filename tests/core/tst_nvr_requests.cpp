@@ -57,9 +57,7 @@ TEST_F(NvrRequests, ExchangesEachDocument)
         xml.m_F_b_SetValue("/root/Mark", "Text", sMark);
         ASSERT_TRUE(vm_pNvr->m_F_b_PostRequest(row.pPost, &xml, TimeoutMs));
         ASSERT_TRUE(vm_pNvr->m_F_b_GetRequest(row.pGet, &xml, TimeoutMs));
-        QString sRead;
-        xml.m_F_n_GetValue("/root/Mark", "Text", sRead, {});
-        EXPECT_EQ(sRead, sMark) << row.pGet;
+        EXPECT_EQ(xml.m_F_s_Value("/root/Mark", "Text"), sMark) << row.pGet;
     }
 }
 

@@ -80,9 +80,7 @@ protected:
         EXPECT_TRUE(xmlDetect.m_F_b_LoadXML(vm_sDetect));
         Attributes arTaken;
         for (const QString& sKey : vm_mapKeys[nVendor]) {
-            QString sValue;
-            xmlDetect.m_F_n_GetValue("/root/Camera/Cam000", sKey, sValue, "missing");
-            arTaken.append({sKey, sValue});
+            arTaken.append({sKey, xmlDetect.m_F_s_Value("/root/Camera/Cam000", sKey, "missing")});
             if (sKey == pszBefore)
                 arTaken.append({"Name", sName});
         }

@@ -88,9 +88,7 @@ protected:
     const CXmlObj& Document() { return Nvr().vm_xmlCamera; }
     QString Value(int nIndex, const char* pszKey)
     {
-        QString sValue;
-        Document().m_F_n_GetValue(QString::asprintf("/root/Camera/Cam%03d", nIndex), pszKey, sValue, "missing");
-        return sValue;
+        return Document().m_F_s_Value(QString::asprintf("/root/Camera/Cam%03d", nIndex), pszKey, "missing");
     }
     int Count() { return Document().m_F_n_GetValueInt("/root/Camera", "count", -1); }
     QStringList Names()

@@ -45,9 +45,7 @@ TEST_F(CycleFixture, CancelPostsNothingAndTheNextCycleBeginsAnew)
     EXPECT_EQ(Posts(), Names());
     EXPECT_TRUE(vm_objPrompts.TakeWaits().empty());
     EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
-        QString sTitle;
-        Nvr().vm_xmlSystem.m_F_n_GetValue("/root/system", "DeviceTitle", sTitle, {});
-        EXPECT_NE(sTitle, "changed");
+        EXPECT_NE(Nvr().vm_xmlSystem.m_F_s_Value("/root/system", "DeviceTitle"), "changed");
         QTest::keyClick(&sheet, Qt::Key_Escape);
         EXPECT_FALSE(sheet.isVisible());
     }));
@@ -124,9 +122,7 @@ TEST_F(CycleFixture, EnterBelongsToThePageAndWithCtrlIsOk)
         const auto Count = [this] { return Nvr().vm_xmlEMail.m_F_n_GetValueInt("/root/EMail", "count", -1); };
         at.Type("Phone", "110");
         Enter(at, "Phone");
-        QString sPhone;
-        Nvr().vm_xmlEMail.m_F_n_GetValue("/root/EMail/Mail000", "Phone", sPhone, {});
-        EXPECT_EQ(sPhone, "110") << "an entry is chosen: Modify";
+        EXPECT_EQ(Nvr().vm_xmlEMail.m_F_s_Value("/root/EMail/Mail000", "Phone"), "110") << "an entry is chosen: Modify";
         while (Count() > 0)
             at.Click("Delete");
         at.Type("Name", "Only");

@@ -48,8 +48,7 @@ QString Stored(Control* pControl, const char* pszValue)
     rows.m_S_Add<Form>({{&xml, "/root/A"}, "v"}, pControl);
     rows.m_S_Load();
     EXPECT_TRUE(rows.m_F_b_Store());
-    QString sAfter;
-    xml.m_F_n_GetValue("/root/A", "v", sAfter, {});
+    const QString sAfter = xml.m_F_s_Value("/root/A", "v");
     EXPECT_TRUE(xml.m_F_b_Close());
     EXPECT_FALSE(rows.m_F_b_Store());
     return sAfter;

@@ -12,8 +12,7 @@ namespace {
 // made names no language.
 void CheckText(const CLangXMLObj& objFile, const QString& sKey, const QString& sDefault, const QString* pText)
 {
-    QString sLanguage;
-    objFile.m_F_n_GetValue(u"/root"_s, u"Language"_s, sLanguage, u"none"_s);
+    const QString sLanguage = objFile.m_F_s_Value(u"/root"_s, u"Language"_s, u"none"_s);
     if (sLanguage == u"none"_s)
         return;
     if (!pText) {

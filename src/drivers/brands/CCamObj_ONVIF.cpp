@@ -43,8 +43,7 @@ void CCamObj_ONVIF::m_S_MapTemplate(CTemplateMap& objMap) const
     QString sPath = CAbilities::s_F_s_Entry(*nPick);
     for (const auto& [sKey, sTarget] :
          {std::pair{u"Width"_s, u"VEncoderWidth_M"_s}, {u"Height"_s, u"VEncoderHeight_M"_s}}) {
-        QString sValue;
-        objMap.m_F_o_Detect().m_F_n_GetValue(sPath, sKey, sValue, {});
+        const QString sValue = objMap.m_F_o_Detect().m_F_s_Value(sPath, sKey);
         objMap.m_S_Set(sTarget, sValue);
         sPath = sValue;
     }

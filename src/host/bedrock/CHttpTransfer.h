@@ -98,8 +98,8 @@ private:
     bool vm_bRunning = false;
     bool vm_bWholeHead = false;   ///< the line that came last was the blank one behind a head
     bool vm_bChallenged = false;  ///< the server asked for a login in this exchange
-    bool vm_bBegun = false;       ///< a byte of the body has come
     bool vm_bAskedBefore = false; ///< it did so in an earlier one of the same handle
+    bool vm_bBegun = false;       ///< a byte of the body has come
     bool vm_bRefused = false;     ///< the head that came last is that of a 401
     bool vm_bDigestSeen = false;  ///< a line of it offers a Digest; the first one counts
     bool vm_bAnswers = false;     ///< the exchange was broken off to answer `vm_objOffered`

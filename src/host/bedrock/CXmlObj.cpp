@@ -490,6 +490,13 @@ int CXmlObj::m_F_n_GetValue(const QString& sPath, const QString& sKey, QString& 
     return objAttribute ? 1 : 0;
 }
 
+QString CXmlObj::m_F_s_Value(const QString& sPath, const QString& sKey, const QString& sDefault) const
+{
+    QString sValue;
+    m_F_n_GetValue(sPath, sKey, sValue, sDefault);
+    return sValue;
+}
+
 qint32 CXmlObj::m_F_n_GetValueInt(const QString& sPath, const QString& sKey, qint32 nDefault) const
 {
     const pugi::xml_attribute objAttribute = vm_pImpl ? vm_pImpl->m_F_o_Attribute(sPath, sKey) : pugi::xml_attribute();

@@ -49,6 +49,8 @@ public:
     /// `sOut` receives the attribute, or the default if node or attribute is missing. Returns 1 if it was there, else
     /// 0.
     int m_F_n_GetValue(const QString& sPath, const QString& sKey, QString& sOut, const QString& sDefault) const;
+    /// The attribute, or the default if node or attribute is missing.
+    QString m_F_s_Value(const QString& sPath, const QString& sKey, const QString& sDefault = {}) const;
     /// The attribute as a decimal number, or the default if node or attribute is missing. Leading blanks and a sign are
     /// allowed, text after the digits is ignored, without digits it is 0, and numbers beyond 32 bits stop at their end.
     qint32 m_F_n_GetValueInt(const QString& sPath, const QString& sKey, qint32 nDefault) const;
@@ -86,9 +88,9 @@ public:
 
     /// All elements at the path; every element that fits a name of the path is followed.
     CXmlNodeList m_S_SelectNodesByKey(const QString& sPath) const;
-    /// `m_F_n_GetValue` and `m_F_n_GetValueInt` for a node in hand; a null handle has no attributes.
     /// Text content of a node; empty for a null handle.
     static QString s_F_s_GetNodeText(const CXmlNode& objNode);
+    /// `m_F_n_GetValue` and `m_F_n_GetValueInt` for a node in hand; a null handle has no attributes.
     static void s_S_GetNodeVal(const CXmlNode& objNode, const QString& sKey, QString& sOut, const QString& sDefault);
     static qint32 s_F_n_GetNodeValInt(const CXmlNode& objNode, const QString& sKey, qint32 nDefault);
     /// A value in hand as a number, by the rules of `m_F_n_GetValueInt`; 0 for an empty one.

@@ -40,9 +40,7 @@ bool CCameraList::m_F_b_HasRoom() const
 
 QString CCameraList::m_F_s_Value(int nIndex, const QString& sKey) const
 {
-    QString sValue;
-    vm_pNvr->vm_xmlCamera.m_F_n_GetValue(vm_objNodes.m_F_s_Path(nIndex), sKey, sValue, {});
-    return sValue;
+    return vm_pNvr->vm_xmlCamera.m_F_s_Value(vm_objNodes.m_F_s_Path(nIndex), sKey);
 }
 
 int CCameraList::m_F_n_Value(int nIndex, const QString& sKey, int nDefault) const

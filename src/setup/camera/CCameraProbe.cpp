@@ -21,9 +21,7 @@ QString Url(const QString& sAction, const stDef_CameraValues& st)
 
 bool stDef_CameraReplies::s_F_b_Recognized(const CXmlObj& xmlDetect)
 {
-    QString sModel;
-    xmlDetect.m_F_n_GetValue(u"/root/Camera/Cam000"_s, u"Model"_s, sModel, u"Any"_s);
-    return sModel != "Any"_L1;
+    return xmlDetect.m_F_s_Value(u"/root/Camera/Cam000"_s, u"Model"_s, u"Any"_s) != "Any"_L1;
 }
 
 bool CCameraProbe::m_F_b_Detect(const stDef_CameraValues& stCamera, CXmlObj& xmlReply) const

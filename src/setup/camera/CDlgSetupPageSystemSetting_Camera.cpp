@@ -318,11 +318,7 @@ void Page::m_S_Detect()
         m_S_Message(NoReplyText, DetectText);
         return;
     }
-    const auto Value = [&](const QString& sKey) {
-        QString sValue;
-        xmlReply.m_F_n_GetValue(u"/root/Camera/Cam000"_s, sKey, sValue, {});
-        return sValue;
-    };
+    const auto Value = [&](const QString& sKey) { return xmlReply.m_F_s_Value(u"/root/Camera/Cam000"_s, sKey); };
     m_S_Message(stDef_CameraReplies::s_F_b_Recognized(xmlReply) ? DetectedText : NotDetectedText, DetectText);
     vm_pForm->m_S_SetModel(Value(u"Model"_s));
     vm_pForm->m_S_SetRtspPort(Value(u"RtspPort"_s));

@@ -72,10 +72,8 @@ void CDlgSetupPageSystemSetting_Network::m_S_MakeUpnp(CForm& objForm)
     QLineEdit* const pFriendly = grp.m_F_p_ReadOnly(Text{"Friendly", "Friendly"}, {stLocal, "FriendlyName"});
     objForm.m_F_o_Rules().m_S_Enable({pFriendly}, {{pEnable}});
     objForm.m_F_o_Rules().m_S_Also([pEnable, pFriendly, stLocal] { // the name goes and comes with the box
-        QString sName;
-        if (pEnable->isChecked())
-            stLocal.pDocument->m_F_n_GetValue(stLocal.sPath, u"FriendlyName"_s, sName, {});
-        pFriendly->setText(sName);
+        pFriendly->setText(pEnable->isChecked() ? stLocal.pDocument->m_F_s_Value(stLocal.sPath, u"FriendlyName"_s)
+                                                : QString());
     });
 
     CFormGroup grpTraversal(objForm, Text{"UPnPTraversal", "UPnP Traversal"},

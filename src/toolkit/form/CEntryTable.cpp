@@ -78,11 +78,8 @@ QStringList CEntryTable::m_F_ar_Edited() const
 QStringList CEntryTable::m_F_ar_Stored(int nEntry) const
 {
     QStringList arTexts;
-    for (const QString& sKey : vm_arKeys) {
-        QString sValue;
-        vm_pDocument->m_F_n_GetValue(vm_objEntries.m_F_s_Path(nEntry), sKey, sValue, {});
-        arTexts.append(sValue);
-    }
+    for (const QString& sKey : vm_arKeys)
+        arTexts.append(vm_pDocument->m_F_s_Value(vm_objEntries.m_F_s_Path(nEntry), sKey));
     return arTexts;
 }
 

@@ -29,10 +29,8 @@ void CValueRows::m_S_Load(const QString& sEntry) const
 {
     for (const stDef_Row& stRow : vm_arRows) {
         const stDef_Value& st = stRow.stValue;
-        QString sValue;
-        st.stNode.pDocument->m_F_n_GetValue(PathOf(st.stNode.sPath, sEntry), QString::fromLatin1(st.pszKey), sValue,
-                                            QString::fromUtf8(st.pszDefault));
-        stRow.fnShow(sValue);
+        stRow.fnShow(st.stNode.pDocument->m_F_s_Value(PathOf(st.stNode.sPath, sEntry), QString::fromLatin1(st.pszKey),
+                                                      QString::fromUtf8(st.pszDefault)));
     }
 }
 

@@ -54,9 +54,7 @@ TEST_F(Environment, RecorderListSurvives)
 
     CEnvObj other;
     ASSERT_TRUE(other.m_F_b_Init(sFolder));
-    QString sIP;
-    other.m_F_p_GetMemSysXML()->m_F_n_GetValue("/root/NVR/N003", "IP", sIP, {});
-    EXPECT_EQ(sIP, "192.0.2.3");
+    EXPECT_EQ(other.m_F_p_GetMemSysXML()->m_F_s_Value("/root/NVR/N003", "IP"), "192.0.2.3");
 }
 
 TEST_F(Environment, DamagedListsAreKeptAside)
