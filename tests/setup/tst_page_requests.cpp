@@ -198,17 +198,9 @@ TEST_F(PageRequests, AWindowThatOpensMeanwhileCanBeClosedWhenTheyAreOver)
     EXPECT_TRUE(Get(nullptr));
 }
 
-/// No window is painted: whole sheets are painted by threads of Qt, whose locks the thread sanitizer can't see.
-struct st_Unpainted : QObject
-{
-    st_Unpainted() { qApp->installEventFilter(this); }
-    bool eventFilter(QObject*, QEvent* pEvent) override { return pEvent->type() == QEvent::Expose; }
-};
-
 // Each row: where a release finds the object that its sheet is open of.
 TEST_F(PageRequests, AReleaseMeanwhileClosesTheSheetAndIsFinishedAtTheEnd)
 {
-    const st_Unpainted unpainted;
     auto* const pHost = new QWidget;
     pHost->show();
     const struct
@@ -223,6 +215,9 @@ TEST_F(PageRequests, AReleaseMeanwhileClosesTheSheetAndIsFinishedAtTheEnd)
                   {"detect", "Detect", true}};
     for (const auto& row : arRows) {
         SCOPED_TRACE(std::string(row.pszFault ? row.pszFault : "none") + ' ' + row.pszPressed);
+        const bool bSheet = !row.pszFault || std::string(row.pszFault) != "systeminfo";
+        if (bSheet && !Process::CanPaintMuch)
+            continue;
         CWndNvrBase* pReleased = CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, pHost, &vm_env);
         ASSERT_EQ(pReleased->m_F_n_Init(Init()), 1);
         const QPointer<CWndNvrBase> pNvr(pReleased);
@@ -235,7 +230,6 @@ TEST_F(PageRequests, AReleaseMeanwhileClosesTheSheetAndIsFinishedAtTheEnd)
         };
         if (row.pszFault)
             Fault(row.pszFault, {"silence"});
-        const bool bSheet = !row.pszFault || std::string(row.pszFault) != "systeminfo";
         if (bSheet)
             vm_objPrompts.ExpectDialog([&](QDialog& sheet) {
                 auto& xmlSystem = static_cast<CWndNvrEmbedded*>(pReleased)->vm_xmlSystem;

@@ -23,6 +23,13 @@ inline constexpr int Slowness = 1;
 inline constexpr int Weight = 1;
 #endif
 
+/// Qt's own threads, which paint large windows, hold locks that the thread sanitizer can't see.
+#if defined(__SANITIZE_THREAD__)
+inline constexpr bool CanPaintMuch = false;
+#else
+inline constexpr bool CanPaintMuch = true;
+#endif
+
 /// A number of /proc/self/status, such as "VmRSS" (in KiB) or "Threads"; 0 if there is none.
 inline long Status(const std::string& sKey)
 {
