@@ -11,7 +11,7 @@
 #include "host/Lib_Livefeed.h"
 #include "live/CChannelDrag.h"
 #include "recorders/CRecorderStore.h"
-#include "window/CHostText.h"
+#include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -251,7 +251,7 @@ void CLiveCell::m_S_Snapshot()
 void CLiveCell::m_S_UpdateTexts()
 {
     const bool bLive = m_F_n_State() == emDef_LiveState::Live;
-    const QString sRate = bLive ? Tr(emDef_Text::FramesPerSecond).arg(vm_pChannel->m_F_n_Rate(), 0, 'f', 1) : QString();
+    const QString sRate = bLive ? Tr(nsHost::FramesPerSecond).arg(vm_pChannel->m_F_n_Rate(), 0, 'f', 1) : QString();
     if (sRate != vm_sRate) {
         vm_sRate = sRate;
         update(0, 0, width(), m_F_n_CaptionHeight());
@@ -267,12 +267,12 @@ void CLiveCell::m_S_UpdateTexts()
 QString CLiveCell::m_F_s_Hint() const
 {
     if (vm_stKey.nNvrID < 0)
-        return Tr(emDef_Text::EmptyCellHint);
+        return Tr(nsHost::EmptyCellHint);
     if (m_F_n_State() == emDef_LiveState::Stalled)
-        return Tr(emDef_Text::PictureAge).arg(vm_pChannel->m_F_n_PictureAgeMs() / 1000);
+        return Tr(nsHost::PictureAge).arg(vm_pChannel->m_F_n_PictureAgeMs() / 1000);
     const QString sHint = CLiveState::s_F_s_Hint(m_F_n_State(), vm_objDecoder.m_F_n_Lack());
     const std::int64_t nRetryMs = vm_pChannel ? vm_pChannel->m_F_n_RetryInMs() : -1;
-    return nRetryMs < 0 ? sHint : sHint + u'\n' + Tr(emDef_Text::NextTry).arg((nRetryMs + 999) / 1000);
+    return nRetryMs < 0 ? sHint : sHint + u'\n' + Tr(nsHost::NextTry).arg((nRetryMs + 999) / 1000);
 }
 
 QString CLiveCell::m_F_s_Description() const
@@ -310,7 +310,7 @@ void CLiveCell::m_S_OnState()
         vm_stPicture.nSerial = 0;
     m_S_UpdateTexts();
     const bool bEmpty = vm_stKey.nNvrID < 0;
-    setAccessibleName(bEmpty ? Tr(emDef_Text::EmptyCell) : vm_sTitle);
+    setAccessibleName(bEmpty ? Tr(nsHost::EmptyCell) : vm_sTitle);
     setAccessibleDescription(m_F_s_Description());
     update();
     if (vm_pChannel && m_F_n_State() == emDef_LiveState::Lost)
@@ -480,7 +480,7 @@ void CLiveCell::m_S_PaintCaption(QPainter& objPainter) const
     QRect rcText = rcCaption.adjusted(2 * CaptionPad, 0, -2 * CaptionPad, 0);
     const emDef_LiveState nState = m_F_n_State();
     const bool bEmpty = vm_stKey.nNvrID < 0;
-    const QString sTitle = bEmpty ? Tr(emDef_Text::EmptyCell) : vm_sTitle;
+    const QString sTitle = bEmpty ? Tr(nsHost::EmptyCell) : vm_sTitle;
     QFont objBold = font();
     objBold.setBold(true);
     const int nTitle = QFontMetrics(objBold).horizontalAdvance(sTitle);
@@ -555,7 +555,7 @@ void CLiveCell::m_S_PaintMessage(QPainter& objPainter) const
     const QRect rcArea = m_F_o_PictureArea();
     const emDef_LiveState nState = m_F_n_State();
     const bool bEmpty = vm_stKey.nNvrID < 0;
-    const QString sHead = bEmpty ? Tr(emDef_Text::EmptyCell) : CLiveState::s_F_s_Text(nState);
+    const QString sHead = bEmpty ? Tr(nsHost::EmptyCell) : CLiveState::s_F_s_Text(nState);
     QFont objLarge = font();
     objLarge.setPointSizeF(font().pointSizeF() * 1.3);
     objLarge.setBold(true);

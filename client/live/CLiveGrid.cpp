@@ -7,7 +7,7 @@
 
 #include "recorders/CCameraNames.h"
 #include "recorders/CRecorderStore.h"
-#include "window/CHostText.h"
+#include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -38,7 +38,7 @@ CLiveGrid::CLiveGrid(CEnvObj* pEnv, const CRecorderStore* pStore, CCameraNames* 
 {
     for (int i = 0; i < MaxShape; ++i)
         vm_arCells.append(m_F_p_MakeCell(i));
-    setAccessibleName(Tr(emDef_Text::LiveGrid));
+    setAccessibleName(Tr(nsHost::LiveGrid));
     setMinimumSize(320, 200);
     connect(vm_pResolver, &CDipsResolver::S_Resolved, this, &CLiveGrid::m_S_OnResolved);
     connect(pNames, &CCameraNames::S_Changed, this, [this](int nNvrID) { m_S_Retitle(m_F_ar_CellsOf(nNvrID)); });
@@ -290,7 +290,7 @@ void CLiveGrid::m_S_Arrange()
 QString CLiveGrid::m_F_s_Title(const stDef_ChannelKey& stKey) const
 {
     const stDef_Recorder* const pRecorder = m_F_p_Recorder(stKey.nNvrID);
-    return Tr(emDef_Text::CellTitle).arg(vm_pNames->m_F_s_Label(stKey), pRecorder ? pRecorder->sName : QString());
+    return Tr(nsHost::CellTitle).arg(vm_pNames->m_F_s_Label(stKey), pRecorder ? pRecorder->sName : QString());
 }
 
 void CLiveGrid::m_S_Retitle(const QList<CLiveCell*>& arCells)
@@ -362,7 +362,7 @@ void CLiveGrid::changeEvent(QEvent* pEvent)
     QWidget::changeEvent(pEvent);
     if (pEvent->type() != QEvent::LanguageChange)
         return;
-    setAccessibleName(Tr(emDef_Text::LiveGrid));
+    setAccessibleName(Tr(nsHost::LiveGrid));
     m_S_Retitle(vm_arCells);
 }
 

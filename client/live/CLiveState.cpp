@@ -2,7 +2,7 @@
 
 #include <QPainter>
 
-#include "window/CHostText.h"
+#include "window/HostTexts.h"
 
 namespace {
 
@@ -16,32 +16,40 @@ enum class emDef_Tone
 
 struct stDef_StateRow
 {
-    emDef_Text nText;
-    emDef_Text nHint;
+    stDef_Text stText;
+    stDef_Text stHint;
     emDef_Tone nTone;
 };
 
+// clang-format off
 // In the order of emDef_LiveState.
 constexpr stDef_StateRow g_astStates[] = {
-    {emDef_Text::StateIdle, emDef_Text::HintIdle, emDef_Tone::Quiet},
-    {emDef_Text::StateConnecting, emDef_Text::HintConnecting, emDef_Tone::Busy},
-    {emDef_Text::StateWaiting, emDef_Text::HintWaiting, emDef_Tone::Busy},
-    {emDef_Text::StateLive, emDef_Text::HintWaiting, emDef_Tone::Good},
-    {emDef_Text::StateStalled, emDef_Text::HintStalled, emDef_Tone::Bad},
-    {emDef_Text::StateDisconnecting, emDef_Text::HintDisconnected, emDef_Tone::Busy},
-    {emDef_Text::StateDisconnected, emDef_Text::HintDisconnected, emDef_Tone::Quiet},
-    {emDef_Text::StateLost, emDef_Text::HintLost, emDef_Tone::Bad},
-    {emDef_Text::StateNoAnswer, emDef_Text::HintNoAnswer, emDef_Tone::Bad},
-    {emDef_Text::StateRefused, emDef_Text::HintRefused, emDef_Tone::Bad},
-    {emDef_Text::StateNoPicture, emDef_Text::HintNoPicture, emDef_Tone::Bad},
-    {emDef_Text::StateUnusable, emDef_Text::HintUnusable, emDef_Tone::Bad},
+    {{"StateIdle", "Not connected"}, {"HintIdle", "Choose \"Connect all\" to start the stream"}, emDef_Tone::Quiet},
+    {{"StateConnecting", "Connecting"}, {"HintConnecting", "Waiting for the recorder to answer"}, emDef_Tone::Busy},
+    {{"StateWaiting", "Connected"}, nsHost::HintWaiting, emDef_Tone::Busy},
+    {{"StateLive", "Live"}, nsHost::HintWaiting, emDef_Tone::Good},
+    {{"StateStalled", "Stalled"}, {"HintStalled", "No new picture arrives"}, emDef_Tone::Bad},
+    {{"StateDisconnecting", "Disconnecting"}, nsHost::HintDisconnected, emDef_Tone::Busy},
+    {{"StateDisconnected", "Disconnected"}, nsHost::HintDisconnected, emDef_Tone::Quiet},
+    {{"StateLost", "Connection lost"}, {"HintLost", "The recorder ended the stream or stopped sending"}, emDef_Tone::Bad},
+    {{"StateNoAnswer", "No answer"}, {"HintNoAnswer", "No answer from the recorder's address"}, emDef_Tone::Bad},
+    {{"StateRefused", "Refused"}, {"HintRefused", "Wrong account or password, or no such channel"}, emDef_Tone::Bad},
+    {{"StateNoPicture", "No picture"}, nsHost::HintNoPicture, emDef_Tone::Bad},
+    {{"StateUnusable", "Not usable"}, nsHost::HintUnusable, emDef_Tone::Bad},
 };
 
 // In the order of emDef_RingLack.
-constexpr emDef_Text g_anLacks[] = {
-    emDef_Text::HintNoPicture, emDef_Text::LackVideo,    emDef_Text::LackCodec, emDef_Text::LackKeyFrame,
-    emDef_Text::LackSets,      emDef_Text::LackLongSets, emDef_Text::LackRoom,  emDef_Text::LackDecoding,
+constexpr stDef_Text g_astLacks[] = {
+    nsHost::HintNoPicture,
+    {"LackVideo", "The camera sends no video"},
+    {"LackCodec", "The camera's video format can't be shown here. H.264, H.265, MPEG-4 and MJPEG can."},
+    {"LackKeyFrame", "The camera has not sent a key frame yet"},
+    {"LackSets", "The camera sends no parameter sets (SPS, PPS)"},
+    {"LackLongSets", "The camera's parameter sets are too long"},
+    {"LackRoom", "The camera's key frames are too large, or memory for streams is short"},
+    {"LackDecoding", "The camera's pictures can't be decoded"},
 };
+// clang-format on
 
 struct stDef_ToneRow
 {
@@ -66,19 +74,19 @@ const stDef_StateRow& Row(emDef_LiveState nState)
 
 QString CLiveState::s_F_s_Text(emDef_LiveState nState)
 {
-    return Tr(Row(nState).nText);
+    return Tr(Row(nState).stText);
 }
 
 QString CLiveState::s_F_s_Hint(emDef_LiveState nState)
 {
-    return Tr(Row(nState).nHint);
+    return Tr(Row(nState).stHint);
 }
 
 QString CLiveState::s_F_s_Hint(emDef_LiveState nState, emDef_RingLack nLack)
 {
     // A stream whose description is unfit counts as refused, too.
     const bool bLacks = nState == emDef_LiveState::NoPicture || nState == emDef_LiveState::Refused;
-    return bLacks && nLack != emDef_RingLack::Nothing ? Tr(g_anLacks[static_cast<std::size_t>(nLack)])
+    return bLacks && nLack != emDef_RingLack::Nothing ? Tr(g_astLacks[static_cast<std::size_t>(nLack)])
                                                       : s_F_s_Hint(nState);
 }
 

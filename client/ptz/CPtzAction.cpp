@@ -5,7 +5,7 @@
 #include <cstring>
 #include <iterator>
 
-#include "window/CHostText.h"
+#include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -16,31 +16,31 @@ using enum emDef_PtzKind;
 // The nine letters of the pad lie on the keyboard as the directions do on the pad.
 // clang-format off
 constexpr stDef_PtzAction g_astActions[] = {
-    {"UpLeft", Qt::Key_Q, emDef_Text::PtzUpLeft, Hold, -1, 1, 0, 0},
-    {"Up", Qt::Key_W, emDef_Text::PtzUp, Hold, 0, 1, 0, 0},
-    {"UpRight", Qt::Key_E, emDef_Text::PtzUpRight, Hold, 1, 1, 0, 0},
-    {"Left", Qt::Key_A, emDef_Text::PtzLeft, Hold, -1, 0, 0, 0},
-    {"Home", Qt::Key_S, emDef_Text::PtzHome, Once, 0, 0, 0, 8},
-    {"Right", Qt::Key_D, emDef_Text::PtzRight, Hold, 1, 0, 0, 0},
-    {"DownLeft", Qt::Key_Z, emDef_Text::PtzDownLeft, Hold, -1, -1, 0, 0},
-    {"Down", Qt::Key_X, emDef_Text::PtzDown, Hold, 0, -1, 0, 0},
-    {"DownRight", Qt::Key_C, emDef_Text::PtzDownRight, Hold, 1, -1, 0, 0},
-    {"Slower", Qt::Key_Comma, emDef_Text::PtzSlower, Speed, -1, 0, 0, 0},
-    {"Faster", Qt::Key_Period, emDef_Text::PtzFaster, Speed, 1, 0, 0, 0},
-    {"ZoomOut", Qt::Key_F, emDef_Text::PtzZoomOut, Hold, 0, 0, -1, 0},
-    {"ZoomIn", Qt::Key_R, emDef_Text::PtzZoomIn, Hold, 0, 0, 1, 0},
-    {"FocusDown", Qt::Key_G, emDef_Text::PtzFocusDown, Once, 0, 0, 0, 16},
-    {"FocusUp", Qt::Key_T, emDef_Text::PtzFocusUp, Once, 0, 0, 0, 15},
-    {"AutoFocus", Qt::Key_U, emDef_Text::PtzAutoFocus, Once, 0, 0, 0, 17},
-    {"IrisDown", Qt::Key_H, emDef_Text::PtzIrisDown, Once, 0, 0, 0, 13},
-    {"IrisUp", Qt::Key_Y, emDef_Text::PtzIrisUp, Once, 0, 0, 0, 12},
-    {"AutoIris", Qt::Key_J, emDef_Text::PtzAutoIris, Once, 0, 0, 0, 14},
-    {"AutoPanOn", Qt::Key_P, emDef_Text::PtzAutoPanOn, Once, 0, 0, 0, 20},
-    {"AutoPanOff", Qt::Key_O, emDef_Text::PtzAutoPanOff, Once, 0, 0, 0, 21},
-    {"PresetGo", Qt::Key_V, emDef_Text::PtzPresetGo, Preset, 0, 0, 0, 23},
-    {"PresetKeys", Qt::Key_1, emDef_Text::PtzPresetKeys, PresetKey, 0, 0, 0, 23},
-    {"TourOn", Qt::Key_K, emDef_Text::PtzTourOn, Tour, 0, 0, 0, 10},
-    {"TourOff", Qt::Key_L, emDef_Text::PtzTourOff, Tour, 0, 0, 0, 11},
+    {"UpLeft", Qt::Key_Q, {"PtzUpLeft", "Up left"}, Hold, -1, 1, 0, 0},
+    {"Up", Qt::Key_W, {"PtzUp", "Up"}, Hold, 0, 1, 0, 0},
+    {"UpRight", Qt::Key_E, {"PtzUpRight", "Up right"}, Hold, 1, 1, 0, 0},
+    {"Left", Qt::Key_A, {"PtzLeft", "Left"}, Hold, -1, 0, 0, 0},
+    {"Home", Qt::Key_S, {"PtzHome", "Home position"}, Once, 0, 0, 0, 8},
+    {"Right", Qt::Key_D, {"PtzRight", "Right"}, Hold, 1, 0, 0, 0},
+    {"DownLeft", Qt::Key_Z, {"PtzDownLeft", "Down left"}, Hold, -1, -1, 0, 0},
+    {"Down", Qt::Key_X, {"PtzDown", "Down"}, Hold, 0, -1, 0, 0},
+    {"DownRight", Qt::Key_C, {"PtzDownRight", "Down right"}, Hold, 1, -1, 0, 0},
+    {"Slower", Qt::Key_Comma, {"PtzSlower", "Slower"}, Speed, -1, 0, 0, 0},
+    {"Faster", Qt::Key_Period, {"PtzFaster", "Faster"}, Speed, 1, 0, 0, 0},
+    {"ZoomOut", Qt::Key_F, {"PtzZoomOut", "Zoom out"}, Hold, 0, 0, -1, 0},
+    {"ZoomIn", Qt::Key_R, {"PtzZoomIn", "Zoom in"}, Hold, 0, 0, 1, 0},
+    {"FocusDown", Qt::Key_G, {"PtzFocusDown", "Focus down"}, Once, 0, 0, 0, 16},
+    {"FocusUp", Qt::Key_T, {"PtzFocusUp", "Focus up"}, Once, 0, 0, 0, 15},
+    {"AutoFocus", Qt::Key_U, {"PtzAutoFocus", "Auto focus"}, Once, 0, 0, 0, 17},
+    {"IrisDown", Qt::Key_H, {"PtzIrisDown", "Close the iris"}, Once, 0, 0, 0, 13},
+    {"IrisUp", Qt::Key_Y, {"PtzIrisUp", "Open the iris"}, Once, 0, 0, 0, 12},
+    {"AutoIris", Qt::Key_J, {"PtzAutoIris", "Auto iris"}, Once, 0, 0, 0, 14},
+    {"AutoPanOn", Qt::Key_P, {"PtzAutoPanOn", "Start auto pan"}, Once, 0, 0, 0, 20},
+    {"AutoPanOff", Qt::Key_O, {"PtzAutoPanOff", "Stop auto pan"}, Once, 0, 0, 0, 21},
+    {"PresetGo", Qt::Key_V, {"PtzPresetGo", "Go to the preset"}, Preset, 0, 0, 0, 23},
+    {"PresetKeys", Qt::Key_1, {"PtzPresetKeys", "Go to preset 1 to 9"}, PresetKey, 0, 0, 0, 23},
+    {"TourOn", Qt::Key_K, {"PtzTourOn", "Start the tour"}, Tour, 0, 0, 0, 10},
+    {"TourOff", Qt::Key_L, {"PtzTourOff", "Stop the tour"}, Tour, 0, 0, 0, 11},
 };
 // clang-format on
 
@@ -88,5 +88,5 @@ QString CPtzAction::s_F_s_Key(const stDef_PtzAction& stAction)
 
 QString CPtzAction::s_F_s_Tip(const stDef_PtzAction& stAction)
 {
-    return u"%1 (%2)"_s.arg(Tr(stAction.nText), s_F_s_Key(stAction));
+    return u"%1 (%2)"_s.arg(Tr(stAction.stText), s_F_s_Key(stAction));
 }

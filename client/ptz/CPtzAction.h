@@ -3,7 +3,7 @@
 #include <QString>
 #include <span>
 
-enum class emDef_Text;
+#include "toolkit/form/CTextSource.h"
 
 /// What an action of the PTZ panel is.
 enum class emDef_PtzKind
@@ -21,7 +21,7 @@ struct stDef_PtzAction
 {
     const char* pszName; ///< object name of its button
     Qt::Key nKey;
-    emDef_Text nText;
+    stDef_Text stText;
     emDef_PtzKind nKind;
     int nPan;  ///< of a movement: -1 left, 1 right; of a speed: the step
     int nTilt; ///< -1 down, 1 up

@@ -19,7 +19,7 @@
 #include "recorders/CRecorderStore.h"
 #include "recorders/CRecorderWatch.h"
 #include "window/CHostIcon.h"
-#include "window/CHostText.h"
+#include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -34,13 +34,15 @@ constexpr int PresetKind = 22;
 struct stDef_ResultRow
 {
     int nResult;
-    emDef_Text nText;
+    stDef_Text stText;
 };
 
 constexpr stDef_ResultRow g_astResults[] = {
-    {CHTTP::Result_TimedOut, emDef_Text::PtzSilent},       {CHTTP::Result_Unreachable, emDef_Text::PtzAway},
-    {CHTTP::Result_Unauthorised, emDef_Text::PtzAccount},  {CHTTP::Result_ErrorStatus, emDef_Text::PtzRefused},
-    {CHTTP::Result_BadArgument, emDef_Text::HintUnusable},
+    {CHTTP::Result_TimedOut, {"PtzSilent", "The recorder did not answer the last command."}},
+    {CHTTP::Result_Unreachable, nsHost::PtzAway},
+    {CHTTP::Result_Unauthorised, {"PtzAccount", "The recorder refused the account."}},
+    {CHTTP::Result_ErrorStatus, {"PtzRefused", "The recorder refused the last command."}},
+    {CHTTP::Result_BadArgument, nsHost::HintUnusable},
 };
 
 struct stDef_Face
@@ -66,13 +68,13 @@ bool IsPlaying(const CLiveCell& objCell)
            nState == emDef_LiveState::Stalled;
 }
 
-void FillPlaces(QComboBox& objPlaces, const QStringList& arNames, emDef_Text nUnnamed)
+void FillPlaces(QComboBox& objPlaces, const QStringList& arNames, stDef_Text stUnnamed)
 {
     const int nPicked = objPlaces.currentIndex();
     objPlaces.clear();
     for (qsizetype i = 0; i < arNames.size(); ++i) {
         const QString sName = arNames[i].trimmed();
-        objPlaces.addItem(u"%1  %2"_s.arg(i + 1).arg(sName.isEmpty() ? Tr(nUnnamed).arg(i + 1) : sName));
+        objPlaces.addItem(u"%1  %2"_s.arg(i + 1).arg(sName.isEmpty() ? Tr(stUnnamed).arg(i + 1) : sName));
     }
     if (nPicked > 0 && nPicked < arNames.size())
         objPlaces.setCurrentIndex(nPicked);
@@ -149,24 +151,24 @@ QWidget* CPtzPanel::m_F_p_Controls()
     pControls->addWidget(m_F_p_SpeedRow());
     auto* const pGrid = new QGridLayout;
     pGrid->setColumnStretch(0, 1);
-    m_S_AddRow(*pGrid, emDef_Text::PtzZoom, {"ZoomOut", "ZoomIn"});
-    m_S_AddRow(*pGrid, emDef_Text::PtzFocus, {"FocusDown", "FocusUp", "AutoFocus"});
-    m_S_AddRow(*pGrid, emDef_Text::PtzIris, {"IrisDown", "IrisUp", "AutoIris"});
-    m_S_AddRow(*pGrid, emDef_Text::PtzAutoPan, {"AutoPanOn", "AutoPanOff"});
+    m_S_AddRow(*pGrid, nsHost::PtzZoom, {"ZoomOut", "ZoomIn"});
+    m_S_AddRow(*pGrid, nsHost::PtzFocus, {"FocusDown", "FocusUp", "AutoFocus"});
+    m_S_AddRow(*pGrid, nsHost::PtzIris, {"IrisDown", "IrisUp", "AutoIris"});
+    m_S_AddRow(*pGrid, nsHost::PtzAutoPan, {"AutoPanOn", "AutoPanOff"});
     pControls->addLayout(pGrid);
     vm_pPresets = new QComboBox;
     vm_pPresets->setObjectName(u"PtzPresets"_s);
-    m_S_AddPlaces(*pControls, vm_pPresets, emDef_Text::PtzPresets, {"PresetGo"});
+    m_S_AddPlaces(*pControls, vm_pPresets, nsHost::PtzPresets, {"PresetGo"});
     vm_pTours = new QComboBox;
     vm_pTours->setObjectName(u"PtzTours"_s);
-    m_S_AddPlaces(*pControls, vm_pTours, emDef_Text::PtzTours, {"TourOn", "TourOff"});
+    m_S_AddPlaces(*pControls, vm_pTours, nsHost::PtzTours, {"TourOn", "TourOff"});
     return pPart;
 }
 
-QLabel* CPtzPanel::m_F_p_Label(emDef_Text nText)
+QLabel* CPtzPanel::m_F_p_Label(stDef_Text stText)
 {
     auto* const pLabel = new QLabel;
-    vm_arLabels.append({pLabel, nText});
+    vm_arLabels.append({pLabel, stText});
     return pLabel;
 }
 
@@ -182,7 +184,7 @@ QWidget* CPtzPanel::m_F_p_SpeedRow()
     vm_pSpeedValue = new QLabel;
     vm_pSpeedValue->setMinimumWidth(fontMetrics().horizontalAdvance(u"00"_s));
     vm_pSpeedValue->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    pLayout->addWidget(m_F_p_Label(emDef_Text::PtzSpeed));
+    pLayout->addWidget(m_F_p_Label(nsHost::PtzSpeed));
     pLayout->addWidget(vm_pSpeed, 1);
     pLayout->addWidget(vm_pSpeedValue);
     return pRow;
@@ -202,18 +204,18 @@ QAbstractButton* CPtzPanel::m_F_p_Button(const char* pszAction)
     return pButton;
 }
 
-void CPtzPanel::m_S_AddRow(QGridLayout& objGrid, emDef_Text nText, std::initializer_list<const char*> arActions)
+void CPtzPanel::m_S_AddRow(QGridLayout& objGrid, stDef_Text stText, std::initializer_list<const char*> arActions)
 {
     const int nRow = objGrid.rowCount();
-    objGrid.addWidget(m_F_p_Label(nText), nRow, 0);
+    objGrid.addWidget(m_F_p_Label(stText), nRow, 0);
     for (int nColumn = 1; const char* const pszAction : arActions)
         objGrid.addWidget(m_F_p_Button(pszAction), nRow, nColumn++);
 }
 
-void CPtzPanel::m_S_AddPlaces(QBoxLayout& objLayout, QComboBox* pPlaces, emDef_Text nText,
+void CPtzPanel::m_S_AddPlaces(QBoxLayout& objLayout, QComboBox* pPlaces, stDef_Text stText,
                               std::initializer_list<const char*> arActions)
 {
-    QLabel* const pLabel = m_F_p_Label(nText);
+    QLabel* const pLabel = m_F_p_Label(stText);
     pLabel->setBuddy(pPlaces);
     objLayout.addWidget(pLabel);
     auto* const pLine = new QHBoxLayout;
@@ -288,28 +290,28 @@ void CPtzPanel::m_S_ConnectKeys()
 
 void CPtzPanel::m_S_Retranslate()
 {
-    setWindowTitle(Tr(emDef_Text::PtzTitle));
+    setWindowTitle(Tr(nsHost::PtzTitle));
     QAction& objShow = *toggleViewAction();
-    objShow.setText(Tr(emDef_Text::PtzPanel));
-    objShow.setIconText(Tr(emDef_Text::PtzTitle));
-    objShow.setStatusTip(Tr(emDef_Text::PtzPanelTip));
-    objShow.setToolTip(u"%1 (%2)"_s.arg(Tr(emDef_Text::PtzPanelTip), objShow.shortcut().toString()));
-    for (const auto& [pLabel, nText] : vm_arLabels)
-        pLabel->setText(Tr(nText));
+    objShow.setText(Tr(nsHost::PtzPanel));
+    objShow.setIconText(Tr(nsHost::PtzTitle));
+    objShow.setStatusTip(Tr(nsHost::PtzPanelTip));
+    objShow.setToolTip(u"%1 (%2)"_s.arg(Tr(nsHost::PtzPanelTip), objShow.shortcut().toString()));
+    for (const auto& [pLabel, stText] : vm_arLabels)
+        pLabel->setText(Tr(stText));
     for (const auto& [pButton, pAction] : vm_arButtons) {
         pButton->setToolTip(CPtzAction::s_F_s_Tip(*pAction));
-        pButton->setAccessibleName(Tr(pAction->nText));
+        pButton->setAccessibleName(Tr(pAction->stText));
         if (pButton->icon().isNull())
-            pButton->setText(Tr(emDef_Text::PtzAuto));
+            pButton->setText(Tr(nsHost::PtzAuto));
     }
-    vm_pPad->setAccessibleName(Tr(emDef_Text::PtzPad));
-    vm_pPad->setAccessibleDescription(Tr(emDef_Text::PtzHint));
-    vm_pSpeed->setAccessibleName(Tr(emDef_Text::PtzSpeed));
+    vm_pPad->setAccessibleName(Tr(nsHost::PtzPad));
+    vm_pPad->setAccessibleDescription(Tr(nsHost::PtzHint));
+    vm_pSpeed->setAccessibleName(Tr(nsHost::PtzSpeed));
     vm_pSpeed->setToolTip(CPtzAction::s_F_s_Tip(*CPtzAction::s_F_p_Named("Slower")) + u'\n' +
                           CPtzAction::s_F_s_Tip(*CPtzAction::s_F_p_Named("Faster")));
-    vm_pPresets->setAccessibleName(Tr(emDef_Text::PtzPresets));
+    vm_pPresets->setAccessibleName(Tr(nsHost::PtzPresets));
     vm_pPresets->setToolTip(CPtzAction::s_F_s_Tip(*CPtzAction::s_F_p_Named("PresetKeys")));
-    vm_pTours->setAccessibleName(Tr(emDef_Text::PtzTours));
+    vm_pTours->setAccessibleName(Tr(nsHost::PtzTours));
     m_S_ShowPlaces();
     m_S_UpdateLine();
     vm_pScroll->setMinimumWidth(vm_pScroll->widget()->minimumSizeHint().width() +
@@ -398,8 +400,8 @@ void CPtzPanel::m_S_TakePlaces(const QStringList& arPresets, const QStringList& 
 
 void CPtzPanel::m_S_ShowPlaces()
 {
-    FillPlaces(*vm_pPresets, vm_arPresets, emDef_Text::PtzPresetNumber);
-    FillPlaces(*vm_pTours, vm_arTours, emDef_Text::PtzTourNumber);
+    FillPlaces(*vm_pPresets, vm_arPresets, nsHost::PtzPresetNumber);
+    FillPlaces(*vm_pTours, vm_arTours, nsHost::PtzTourNumber);
     vm_pPresets->setEnabled(!vm_arPresets.isEmpty());
     vm_pTours->setEnabled(!vm_arTours.isEmpty());
     for (const auto& [pButton, pAction] : vm_arButtons) {
@@ -470,19 +472,19 @@ QString CPtzPanel::m_F_s_Line() const
 {
     const stDef_ChannelKey stKey = vm_objDriver.m_F_o_Channel();
     if (stKey.nNvrID < 0)
-        return Tr(emDef_Text::PtzNoChannel);
+        return Tr(nsHost::PtzNoChannel);
     if (vm_pWatch->m_F_n_Reach(stKey.nNvrID) == emDef_Reach::Away)
-        return Tr(emDef_Text::PtzAway);
+        return Tr(nsHost::PtzAway);
     if (!vm_bReady)
-        return Tr(emDef_Text::PtzNotLive).arg(CLiveState::s_F_s_Text(vm_pGrid->m_F_p_Current()->m_F_n_State()));
+        return Tr(nsHost::PtzNotLive).arg(CLiveState::s_F_s_Text(vm_pGrid->m_F_p_Current()->m_F_n_State()));
     if (vm_nResult < 0) {
         for (const stDef_ResultRow& stRow : g_astResults) {
             if (stRow.nResult == vm_nResult)
-                return Tr(stRow.nText);
+                return Tr(stRow.stText);
         }
-        return Tr(emDef_Text::PtzFailed);
+        return Tr(nsHost::PtzFailed);
     }
     if (!vm_bPlaces)
-        return Tr(emDef_Text::PtzAsking);
-    return Tr(vm_arPresets.isEmpty() && vm_arTours.isEmpty() ? emDef_Text::PtzNoPlaces : emDef_Text::PtzHint);
+        return Tr(nsHost::PtzAsking);
+    return Tr(vm_arPresets.isEmpty() && vm_arTours.isEmpty() ? nsHost::PtzNoPlaces : nsHost::PtzHint);
 }

@@ -6,6 +6,7 @@
 
 #include "ptz/CPtzDriver.h"
 #include "ptz/CPtzKeys.h"
+#include "toolkit/form/CTextSource.h"
 
 class CLiveGrid;
 class CNvrQuery;
@@ -53,11 +54,11 @@ private:
     void m_S_Build();
     QWidget* m_F_p_Controls();
     QWidget* m_F_p_SpeedRow();
-    void m_S_AddRow(QGridLayout& objGrid, emDef_Text nText, std::initializer_list<const char*> arActions);
-    void m_S_AddPlaces(QBoxLayout& objLayout, QComboBox* pPlaces, emDef_Text nText,
+    void m_S_AddRow(QGridLayout& objGrid, stDef_Text stText, std::initializer_list<const char*> arActions);
+    void m_S_AddPlaces(QBoxLayout& objLayout, QComboBox* pPlaces, stDef_Text stText,
                        std::initializer_list<const char*> arActions);
     QAbstractButton* m_F_p_Button(const char* pszAction);
-    QLabel* m_F_p_Label(emDef_Text nText);
+    QLabel* m_F_p_Label(stDef_Text stText);
     void m_S_Connect();
     void m_S_ConnectButton(int nButton);
     void m_S_ConnectKeys();
@@ -97,5 +98,5 @@ private:
     QComboBox* vm_pTours = nullptr;
     std::unique_ptr<CPtzKeys> vm_pKeys;
     QList<stDef_Button> vm_arButtons;
-    QList<std::pair<QLabel*, emDef_Text>> vm_arLabels;
+    QList<std::pair<QLabel*, stDef_Text>> vm_arLabels;
 };

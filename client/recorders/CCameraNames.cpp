@@ -7,7 +7,7 @@
 #include "recorders/CNvrQuery.h"
 #include "recorders/CRecorderStore.h"
 #include "recorders/CRecorderWatch.h"
-#include "window/CHostText.h"
+#include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -89,7 +89,7 @@ QString CCameraNames::m_F_s_Label(const stDef_ChannelKey& stKey)
     }
     const QString sNumber = QString::number(stKey.nChannel + 1);
     // Both at once: a name may look like a place holder.
-    return sName.isEmpty() ? Tr(emDef_Text::TreeChannel).arg(sNumber) : Tr(emDef_Text::Camera).arg(sName, sNumber);
+    return sName.isEmpty() ? Tr(nsHost::TreeChannel).arg(sNumber) : Tr(nsHost::Camera).arg(sName, sNumber);
 }
 
 QString CCameraNames::s_F_s_OneLine(const QString& sName)

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "recorders/CRecorderStore.h"
-#include "window/CHostText.h"
+#include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -19,19 +19,35 @@ using emDef_Outcome = CTcpProbe::emDef_Outcome;
 struct stDef_VerdictRow
 {
     stDef_TestResult::emDef_Verdict nVerdict;
-    emDef_Text nText;
+    stDef_Text stText;
     int stDef_RecorderForm::*pPort; // that the text names; null if it names none
 };
 
 constexpr stDef_VerdictRow g_astVerdicts[] = {
-    {Fine, emDef_Text::TestFine, nullptr},
-    {NoHost, emDef_Text::TestNoHost, nullptr},
-    {Unreachable, emDef_Text::TestUnreachable, nullptr},
-    {Closed, emDef_Text::TestClosed, &stDef_RecorderForm::nHttpPort},
-    {Silent, emDef_Text::TestSilent, &stDef_RecorderForm::nHttpPort},
-    {Account, emDef_Text::TestAccount, nullptr},
-    {NoRecorder, emDef_Text::TestNoRecorder, nullptr},
-    {NoStream, emDef_Text::TestNoStream, &stDef_RecorderForm::nRtspPort},
+    {Fine, {"TestFine", "Everything works: the recorder answers and accepts the account."}, nullptr},
+    {NoHost,
+     {"TestNoHost",
+      "No host of that name was found. Check the spelling of the address, and the network's name server (DNS)."},
+     nullptr},
+    {Unreachable,
+     {"TestUnreachable",
+      "Nothing answers at that address. Check the address, the cable and whether the recorder is switched on."},
+     nullptr},
+    {Closed,
+     {"TestClosed", "The device is there, but nothing listens on port %1. Check the HTTP port."},
+     &stDef_RecorderForm::nHttpPort},
+    {Silent,
+     {"TestSilent",
+      "Port %1 accepts the connection but does not answer. Check the HTTP port, or restart the recorder."},
+     &stDef_RecorderForm::nHttpPort},
+    {Account, {"TestAccount", "The recorder refused the account. Check account and password."}, nullptr},
+    {NoRecorder,
+     {"TestNoRecorder", "Something answers, but it is not a recorder. Check address and HTTP port."},
+     nullptr},
+    {NoStream,
+     {"TestNoStream",
+      "The recorder answers and accepts the account, but there are no streams on port %1. Check the RTSP port."},
+     &stDef_RecorderForm::nRtspPort},
 };
 
 } // namespace
@@ -39,9 +55,9 @@ constexpr stDef_VerdictRow g_astVerdicts[] = {
 QString stDef_TestResult::m_F_s_Text(const stDef_RecorderForm& stForm) const
 {
     if (nVerdict == Fine && !sModel.isEmpty())
-        return Tr(emDef_Text::TestFineModel).arg(sModel);
+        return Tr(nsHost::TestFineModel).arg(sModel);
     const stDef_VerdictRow& stRow = g_astVerdicts[std::size_t(nVerdict)];
-    return stRow.pPort ? Tr(stRow.nText).arg(stForm.*stRow.pPort) : Tr(stRow.nText);
+    return stRow.pPort ? Tr(stRow.stText).arg(stForm.*stRow.pPort) : Tr(stRow.stText);
 }
 
 CConnectionTest::CConnectionTest(QObject* pParent) : QObject(pParent)

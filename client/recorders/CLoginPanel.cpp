@@ -11,7 +11,7 @@
 #include "recorders/CRecorderStore.h"
 #include "recorders/CRecorderTree.h"
 #include "recorders/CRecorderWatch.h"
-#include "window/CHostText.h"
+#include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -19,21 +19,23 @@ namespace {
 
 constexpr int AskDelayMs = 250;
 constexpr int FirstStyleFlag = 1;
-constexpr emDef_Text g_anStyles[] = {emDef_Text::LoginStyleNormal, emDef_Text::LoginStyleSimple,
-                                     emDef_Text::LoginStyleProfessional, emDef_Text::LoginStyleAdvanced};
+constexpr stDef_Text g_astStyles[] = {{"LoginStyleNormal", "Normal"},
+                                      {"LoginStyleSimple", "Simple"},
+                                      {"LoginStyleProfessional", "Professional"},
+                                      {"LoginStyleAdvanced", "Advanced"}};
 constexpr int SecondOnlyFlag = 13;
 
 struct stDef_Row
 {
-    emDef_Text nText;
+    stDef_Text stText;
     const char* pszName; ///< object name of the value
 };
 
 constexpr stDef_Row g_astRows[] = {
-    {emDef_Text::LoginAccount, "LoginAccount"},
-    {emDef_Text::LoginView, "LoginView"},
-    {emDef_Text::LoginStyles, "LoginStyles"},
-    {emDef_Text::LoginSecondOnly, "LoginSecondOnly"},
+    {{"LoginAccount", "Account"}, "LoginAccount"},
+    {{"LoginView", "Live view"}, "LoginView"},
+    {{"LoginStyles", "Monitor styles"}, "LoginStyles"},
+    {{"LoginSecondOnly", "Second stream"}, "LoginSecondOnly"},
 };
 
 } // namespace
@@ -140,26 +142,26 @@ QString CLoginPanel::m_F_s_View() const
 {
     const auto nAllowed = vm_sRights.count(u'1');
     if (nAllowed == 0)
-        return Tr(emDef_Text::LoginNoChannels).arg(vm_sRights.size());
+        return Tr(nsHost::LoginNoChannels).arg(vm_sRights.size());
     // No line ends within a range: word joiners hold it together.
     const QString sChannels = s_F_s_Channels(vm_sRights).replace(u'\u2013', u"\u2060\u2013\u2060"_s);
-    return Tr(emDef_Text::LoginChannels).arg(nAllowed).arg(vm_sRights.size()).arg(sChannels);
+    return Tr(nsHost::LoginChannels).arg(nAllowed).arg(vm_sRights.size()).arg(sChannels);
 }
 
 QString CLoginPanel::m_F_s_Styles() const
 {
     QStringList arStyles;
-    for (int nFlag = FirstStyleFlag; const emDef_Text nStyle : g_anStyles) {
+    for (int nFlag = FirstStyleFlag; const stDef_Text& stStyle : g_astStyles) {
         if (vm_arCan.value(nFlag++).trimmed() == u"1"_s)
-            arStyles.append(Tr(nStyle));
+            arStyles.append(Tr(stStyle));
     }
-    return arStyles.isEmpty() ? Tr(emDef_Text::LoginNone) : arStyles.join(u", "_s);
+    return arStyles.isEmpty() ? Tr(nsHost::LoginNone) : arStyles.join(u", "_s);
 }
 
 QString CLoginPanel::m_F_s_SecondOnly() const
 {
     const bool bCan = vm_arCan.value(SecondOnlyFlag).trimmed() == u"1"_s;
-    return Tr(bCan ? emDef_Text::LoginCan : emDef_Text::LoginCannot);
+    return Tr(bCan ? nsHost::LoginCan : nsHost::LoginCannot);
 }
 
 void CLoginPanel::m_S_Show()
@@ -168,11 +170,9 @@ void CLoginPanel::m_S_Show()
     setVisible(vm_nNvrID >= 0);
     if (vm_nNvrID < 0)
         return;
-    vm_pTitle->setText(Tr(emDef_Text::LoginTitle));
+    vm_pTitle->setText(Tr(nsHost::LoginTitle));
     const bool bAway = vm_pWatch->m_F_n_Reach(vm_nNvrID) == emDef_Reach::Away;
-    QString sUntold = Tr(vm_bAsking ? emDef_Text::LoginAsking
-                         : bAway    ? emDef_Text::ReachAway
-                                    : emDef_Text::LoginSilent);
+    QString sUntold = Tr(vm_bAsking ? nsHost::LoginAsking : bAway ? nsHost::ReachAway : nsHost::LoginSilent);
     const QString asValues[] = {
         vm_pStore->m_F_o_Form(vm_nNvrID).sUser,
         vm_sRights.isEmpty() ? sUntold : m_F_s_View(),
@@ -180,9 +180,9 @@ void CLoginPanel::m_S_Show()
         vm_arCan.isEmpty() ? QString() : m_F_s_SecondOnly(),
     };
     for (std::size_t i = 0; i < std::size(g_astRows); ++i) {
-        vm_arNames[int(i)]->setText(Tr(g_astRows[i].nText));
+        vm_arNames[int(i)]->setText(Tr(g_astRows[i].stText));
         vm_arValues[int(i)]->setText(asValues[i].isEmpty() ? u"\u2013"_s : asValues[i]);
-        vm_arValues[int(i)]->setAccessibleName(u"%1: %2"_s.arg(Tr(g_astRows[i].nText), asValues[i]));
+        vm_arValues[int(i)]->setAccessibleName(u"%1: %2"_s.arg(Tr(g_astRows[i].stText), asValues[i]));
     }
 }
 

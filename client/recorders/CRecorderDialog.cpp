@@ -14,13 +14,11 @@
 
 #include "live/CLiveState.h"
 #include "toolkit/user/CPrompts.h"
-#include "window/CHostText.h"
+#include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-using enum emDef_Text;
 
 void Tint(QLabel& objLabel, emDef_LiveState nState)
 {
@@ -99,11 +97,11 @@ CRecorderDialog::CRecorderDialog(CRecorderStore* pStore, int nNvrID, QWidget* pP
 
 CRecorderDialog::~CRecorderDialog() = default;
 
-QLabel* CRecorderDialog::m_F_p_AddRow(emDef_Text nLabel, QWidget* pField, emDef_RecorderField nField)
+QLabel* CRecorderDialog::m_F_p_AddRow(stDef_Text stLabel, QWidget* pField, emDef_RecorderField nField)
 {
     auto* const pLabel = new QLabel;
     pLabel->setBuddy(pField);
-    vm_arLabels.append({pLabel, nLabel});
+    vm_arLabels.append({pLabel, stLabel});
     auto* const pColumn = new QVBoxLayout;
     pColumn->setSpacing(2);
     pColumn->addWidget(pField);
@@ -113,35 +111,36 @@ QLabel* CRecorderDialog::m_F_p_AddRow(emDef_Text nLabel, QWidget* pField, emDef_
     return pLabel;
 }
 
-QLineEdit* CRecorderDialog::m_F_p_AddEdit(const char* pszName, emDef_Text nLabel, emDef_RecorderField nField)
+QLineEdit* CRecorderDialog::m_F_p_AddEdit(const char* pszName, stDef_Text stLabel, emDef_RecorderField nField)
 {
     auto* const pEdit = new QLineEdit;
     pEdit->setObjectName(QString::fromLatin1(pszName));
     pEdit->setMaxLength(128);
-    m_F_p_AddRow(nLabel, pEdit, nField);
+    m_F_p_AddRow(stLabel, pEdit, nField);
     connect(pEdit, &QLineEdit::textChanged, this, &CRecorderDialog::m_S_Check);
     return pEdit;
 }
 
-QSpinBox* CRecorderDialog::m_F_p_AddNumber(const char* pszName, emDef_Text nLabel, emDef_RecorderField nField, int nMax)
+QSpinBox* CRecorderDialog::m_F_p_AddNumber(const char* pszName, stDef_Text stLabel, emDef_RecorderField nField,
+                                           int nMax)
 {
     auto* const pSpin = new QSpinBox;
     pSpin->setObjectName(QString::fromLatin1(pszName));
     pSpin->setRange(1, nMax);
-    m_F_p_AddRow(nLabel, pSpin, nField);
+    m_F_p_AddRow(stLabel, pSpin, nField);
     connect(pSpin, &QSpinBox::valueChanged, this, &CRecorderDialog::m_S_Check);
     return pSpin;
 }
 
-QComboBox* CRecorderDialog::m_F_p_AddChoice(const char* pszName, emDef_Text nLabel, emDef_RecorderField nField,
-                                            std::initializer_list<emDef_Text> arTexts)
+QComboBox* CRecorderDialog::m_F_p_AddChoice(const char* pszName, stDef_Text stLabel, emDef_RecorderField nField,
+                                            std::initializer_list<stDef_Text> arTexts)
 {
     auto* const pChoice = new QComboBox;
     pChoice->setObjectName(QString::fromLatin1(pszName));
-    for (const emDef_Text nText : arTexts)
-        pChoice->addItem(Tr(nText));
-    vm_arChoices.append({pChoice, QList<emDef_Text>(arTexts)});
-    m_F_p_AddRow(nLabel, pChoice, nField);
+    for (const stDef_Text& stText : arTexts)
+        pChoice->addItem(Tr(stText));
+    vm_arChoices.append({pChoice, QList<stDef_Text>(arTexts)});
+    m_F_p_AddRow(stLabel, pChoice, nField);
     connect(pChoice, &QComboBox::currentIndexChanged, this, &CRecorderDialog::m_S_Check);
     return pChoice;
 }
@@ -152,26 +151,28 @@ void CRecorderDialog::m_S_MakeFields()
     using nsForms::AsText;
     using Form = stDef_RecorderForm;
     auto& obj = vm_objValues;
-    vm_pName = obj.m_F_p_Bind<AsText>(&Form::sName, m_F_p_AddEdit("Name", FieldName, Name));
-    obj.m_F_p_Bind<ByPosition>(&Form::nType, m_F_p_AddChoice("Type", FieldType, Type, {TypePC, TypeEmbedded}));
-    obj.m_F_p_Bind<AsText>(&Form::sAddress, m_F_p_AddEdit("IP", FieldAddress, Address));
+    vm_pName = obj.m_F_p_Bind<AsText>(&Form::sName, m_F_p_AddEdit("Name", nsHost::FieldName, Name));
+    obj.m_F_p_Bind<ByPosition>(
+        &Form::nType, m_F_p_AddChoice("Type", nsHost::FieldType, Type, {nsHost::TypePC, nsHost::TypeEmbedded}));
+    obj.m_F_p_Bind<AsText>(&Form::sAddress, m_F_p_AddEdit("IP", nsHost::FieldAddress, Address));
     vm_pFromDips = obj.m_F_p_Bind<FromDips>(&Form::nDstType, new QCheckBox);
     vm_pFromDips->setObjectName(u"DstType"_s);
     vm_pForm->addRow(QString(), vm_pFromDips);
     connect(vm_pFromDips, &QCheckBox::toggled, this, &CRecorderDialog::m_S_Check);
-    vm_pDips = obj.m_F_p_Bind<AsText>(&Form::sDips, m_F_p_AddEdit("DIPS", FieldDips, Dips));
-    obj.m_F_p_Bind<AsNumber>(&Form::nHttpPort, m_F_p_AddNumber("HttpPort", FieldHttpPort, HttpPort, 65535));
-    obj.m_F_p_Bind<AsNumber>(&Form::nRtspPort, m_F_p_AddNumber("RtspPort", FieldRtspPort, RtspPort, 65535));
-    obj.m_F_p_Bind<ByPosition>(&Form::nStreamType, m_F_p_AddChoice("StreamType", FieldTransport, StreamType,
-                                                                   {TransportTunnel, TransportTCP, TransportUDP}));
-    obj.m_F_p_Bind<AsText>(&Form::sUser, m_F_p_AddEdit("UID", FieldUser, User));
+    vm_pDips = obj.m_F_p_Bind<AsText>(&Form::sDips, m_F_p_AddEdit("DIPS", nsHost::FieldDips, Dips));
+    obj.m_F_p_Bind<AsNumber>(&Form::nHttpPort, m_F_p_AddNumber("HttpPort", nsHost::FieldHttpPort, HttpPort, 65535));
+    obj.m_F_p_Bind<AsNumber>(&Form::nRtspPort, m_F_p_AddNumber("RtspPort", nsHost::FieldRtspPort, RtspPort, 65535));
+    obj.m_F_p_Bind<ByPosition>(&Form::nStreamType,
+                               m_F_p_AddChoice("StreamType", nsHost::FieldTransport, StreamType,
+                                               {nsHost::TransportTunnel, nsHost::TransportTCP, nsHost::TransportUDP}));
+    obj.m_F_p_Bind<AsText>(&Form::sUser, m_F_p_AddEdit("UID", nsHost::FieldUser, User));
     vm_pPassword = obj.m_F_p_Bind<AsText>(&Form::sPassword, new QLineEdit);
     vm_pPassword->setObjectName(u"PWD"_s);
     vm_pPassword->setEchoMode(QLineEdit::Password);
     vm_pPassword->setMaxLength(128);
     auto* const pLabel = new QLabel;
     pLabel->setBuddy(vm_pPassword);
-    vm_arLabels.append({pLabel, FieldPassword});
+    vm_arLabels.append({pLabel, nsHost::FieldPassword});
     vm_pForm->addRow(pLabel, vm_pPassword);
     vm_pShow = new QCheckBox;
     vm_pShow->setObjectName(u"ShowPassword"_s);
@@ -179,7 +180,7 @@ void CRecorderDialog::m_S_MakeFields()
     connect(vm_pShow, &QCheckBox::toggled, this,
             [this](bool bOn) { vm_pPassword->setEchoMode(bOn ? QLineEdit::Normal : QLineEdit::Password); });
     vm_pChannels = obj.m_F_p_Bind<AsNumber>(
-        &Form::nChannels, m_F_p_AddNumber("Channels", FieldChannels, Channels, CRecorderStore::MaxChannels));
+        &Form::nChannels, m_F_p_AddNumber("Channels", nsHost::FieldChannels, Channels, CRecorderStore::MaxChannels));
 }
 
 void CRecorderDialog::m_S_MakeTest()
@@ -239,7 +240,7 @@ void CRecorderDialog::m_S_Check()
     pOk->setToolTip(arFaults.isEmpty() ? QString() : arFaults[0].sText);
     vm_pTest->setEnabled(vm_objTest.m_F_b_Running() || (arFaults.isEmpty() && !stForm.sAddress.trimmed().isEmpty()));
     const int nTwin = vm_pStore->m_F_n_Twin(stForm, vm_nNvrID);
-    Tell(*vm_pTwin, nTwin < 0 ? QString() : Tr(TwinWarning).arg(vm_pStore->m_F_o_Form(nTwin).sName));
+    Tell(*vm_pTwin, nTwin < 0 ? QString() : Tr(nsHost::TwinWarning).arg(vm_pStore->m_F_o_Form(nTwin).sName));
     Tint(*vm_pTwin, emDef_LiveState::Connecting);
 }
 
@@ -249,15 +250,15 @@ void CRecorderDialog::m_S_ToggleTest()
     Tint(*vm_pVerdict, emDef_LiveState::Connecting);
     if (vm_objTest.m_F_b_Running()) {
         vm_objTest.m_S_Stop();
-        Tell(*vm_pVerdict, Tr(TestStopped));
+        Tell(*vm_pVerdict, Tr(nsHost::TestStopped));
     } else {
         stDef_RecorderForm stForm = m_F_o_Form();
         if (stForm.sPassword.isEmpty() && vm_nNvrID >= 0)
             stForm.sPassword = CSFunc::s_F_s_AnsiToUnicode(vm_pStore->m_F_o_InitRecord(vm_nNvrID).sPWD);
-        Tell(*vm_pVerdict, Tr(stForm.nDstType == 1 ? TestDips : TestRunning));
+        Tell(*vm_pVerdict, Tr(stForm.nDstType == 1 ? nsHost::TestDips : nsHost::TestRunning));
         vm_objTest.m_S_Start(stForm);
     }
-    vm_pTest->setText(Tr(vm_objTest.m_F_b_Running() ? TestStop : TestButton));
+    vm_pTest->setText(Tr(vm_objTest.m_F_b_Running() ? nsHost::TestStop : nsHost::TestButton));
 }
 
 void CRecorderDialog::m_S_ShowResult(const stDef_TestResult& stResult)
@@ -266,8 +267,8 @@ void CRecorderDialog::m_S_ShowResult(const stDef_TestResult& stResult)
     const bool bFine = stResult.nVerdict == stDef_TestResult::emDef_Verdict::Fine;
     Tint(*vm_pVerdict, bFine ? emDef_LiveState::Live : emDef_LiveState::Refused);
     Tell(*vm_pVerdict, stResult.m_F_s_Text(m_F_o_Form()));
-    vm_pTest->setText(Tr(TestButton));
-    vm_pTake->setText(Tr(TestTakeChannels).arg(stResult.nChannels));
+    vm_pTest->setText(Tr(nsHost::TestButton));
+    vm_pTake->setText(Tr(nsHost::TestTakeChannels).arg(stResult.nChannels));
     vm_pTake->setVisible(stResult.nChannels > 0 && stResult.nChannels != vm_pChannels->value());
     m_S_Check();
 }
@@ -310,17 +311,17 @@ void CRecorderDialog::changeEvent(QEvent* pEvent)
 
 void CRecorderDialog::m_S_Retranslate()
 {
-    setWindowTitle(Tr(vm_nNvrID < 0 ? DialogAdd : DialogEdit));
-    for (const auto& [pLabel, nText] : std::as_const(vm_arLabels))
-        pLabel->setText(Tr(nText));
+    setWindowTitle(Tr(vm_nNvrID < 0 ? nsHost::DialogAdd : nsHost::DialogEdit));
+    for (const auto& [pLabel, stText] : std::as_const(vm_arLabels))
+        pLabel->setText(Tr(stText));
     for (const auto& [pChoice, arTexts] : std::as_const(vm_arChoices)) {
         for (int i = 0; i < arTexts.size(); ++i)
             pChoice->setItemText(i, Tr(arTexts[i]));
     }
-    vm_pName->setPlaceholderText(Tr(FieldNameHint));
-    vm_pPassword->setPlaceholderText(vm_nNvrID < 0 ? QString() : Tr(FieldPasswordKept));
-    vm_pFromDips->setText(Tr(FieldFromDips));
-    vm_pShow->setText(Tr(FieldShowPassword));
-    vm_pTest->setText(Tr(vm_objTest.m_F_b_Running() ? TestStop : TestButton));
+    vm_pName->setPlaceholderText(Tr(nsHost::FieldNameHint));
+    vm_pPassword->setPlaceholderText(vm_nNvrID < 0 ? QString() : Tr(nsHost::FieldPasswordKept));
+    vm_pFromDips->setText(Tr(nsHost::FieldFromDips));
+    vm_pShow->setText(Tr(nsHost::FieldShowPassword));
+    vm_pTest->setText(Tr(vm_objTest.m_F_b_Running() ? nsHost::TestStop : nsHost::TestButton));
     m_S_Check();
 }

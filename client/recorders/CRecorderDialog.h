@@ -6,6 +6,7 @@
 #include "recorders/CConnectionTest.h"
 #include "recorders/CRecorderStore.h"
 #include "toolkit/form/CMemberForm.h"
+#include "toolkit/form/CTextSource.h"
 
 class QCheckBox;
 class QComboBox;
@@ -15,7 +16,6 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 class QSpinBox;
-enum class emDef_Text;
 
 /// Adds or edits a recorder. What is wrong stands beside its field while it is typed; OK stores the recorder.
 class CRecorderDialog : public QDialog
@@ -38,11 +38,11 @@ protected:
 private:
     void m_S_MakeFields();
     void m_S_MakeTest();
-    QLabel* m_F_p_AddRow(emDef_Text nLabel, QWidget* pField, emDef_RecorderField nField);
-    QLineEdit* m_F_p_AddEdit(const char* pszName, emDef_Text nLabel, emDef_RecorderField nField);
-    QSpinBox* m_F_p_AddNumber(const char* pszName, emDef_Text nLabel, emDef_RecorderField nField, int nMax);
-    QComboBox* m_F_p_AddChoice(const char* pszName, emDef_Text nLabel, emDef_RecorderField nField,
-                               std::initializer_list<emDef_Text> arTexts);
+    QLabel* m_F_p_AddRow(stDef_Text stLabel, QWidget* pField, emDef_RecorderField nField);
+    QLineEdit* m_F_p_AddEdit(const char* pszName, stDef_Text stLabel, emDef_RecorderField nField);
+    QSpinBox* m_F_p_AddNumber(const char* pszName, stDef_Text stLabel, emDef_RecorderField nField, int nMax);
+    QComboBox* m_F_p_AddChoice(const char* pszName, stDef_Text stLabel, emDef_RecorderField nField,
+                               std::initializer_list<stDef_Text> arTexts);
     void m_S_Load(stDef_RecorderForm stForm);
     stDef_RecorderForm m_F_o_Form() const;
     void m_S_Check();
@@ -68,6 +68,6 @@ private:
     QLabel* vm_pTwin = nullptr;
     QDialogButtonBox* vm_pButtons = nullptr;
     QHash<emDef_RecorderField, QLabel*> vm_mapFaults;
-    QList<std::pair<QLabel*, emDef_Text>> vm_arLabels;
-    QList<std::pair<QComboBox*, QList<emDef_Text>>> vm_arChoices;
+    QList<std::pair<QLabel*, stDef_Text>> vm_arLabels;
+    QList<std::pair<QComboBox*, QList<stDef_Text>>> vm_arChoices;
 };

@@ -4,7 +4,7 @@
 #include <QShortcut>
 
 #include "recorders/CRecorderTree.h"
-#include "window/CHostText.h"
+#include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -53,7 +53,7 @@ void CRecorderFilter::changeEvent(QEvent* pEvent)
 
 void CRecorderFilter::m_S_Retranslate()
 {
-    setPlaceholderText(Tr(emDef_Text::TreeFilter));
-    setAccessibleName(Tr(emDef_Text::TreeFilter));
-    setToolTip(Tr(emDef_Text::TreeFilterTip));
+    setPlaceholderText(Tr(nsHost::TreeFilter));
+    setAccessibleName(Tr(nsHost::TreeFilter));
+    setToolTip(Tr(nsHost::TreeFilterTip));
 }

@@ -4,7 +4,7 @@
 #include <variant>
 
 #include "host/Lib_Bedrock.h"
-#include "window/CHostText.h"
+#include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -118,7 +118,7 @@ QString ReadCard(const CXmlNode& objNode, stDef_RecorderForm& stForm)
 
 QString stDef_ImportResult::m_F_s_Text() const
 {
-    return sError.isEmpty() ? Tr(emDef_Text::Imported).arg(arAdded.size()).arg(arUpdated.size()) : sError;
+    return sError.isEmpty() ? Tr(nsHost::Imported).arg(arAdded.size()).arg(arUpdated.size()) : sError;
 }
 
 CRecorderStore::CRecorderStore(CEnvObj* pEnv) : vm_pEnv(pEnv) {}
@@ -169,15 +169,15 @@ QList<stDef_FormFault> CRecorderStore::s_F_ar_Faults(const stDef_RecorderForm& s
     QList<stDef_FormFault> arFaults;
     const bool bDips = stForm.nDstType == 1;
     if (stForm.sAddress.trimmed().isEmpty() ? !bDips : !IsAddress(stForm.sAddress.trimmed()))
-        arFaults.append({Address, Tr(emDef_Text::FaultAddress)});
+        arFaults.append({Address, Tr(nsHost::FaultAddress)});
     if (bDips && !IsAddress(stForm.sDips.trimmed()))
-        arFaults.append({Dips, Tr(emDef_Text::FaultDips)});
+        arFaults.append({Dips, Tr(nsHost::FaultDips)});
     if (stForm.sUser.isEmpty())
-        arFaults.append({User, Tr(emDef_Text::FaultUser)});
+        arFaults.append({User, Tr(nsHost::FaultUser)});
     for (const stDef_FieldRow& stRow : g_astFields) {
         const auto* const pNumber = std::get_if<int stDef_RecorderForm::*>(&stRow.pValue);
         if (pNumber && (stForm.**pNumber < stRow.nMin || stForm.**pNumber > stRow.nMax))
-            arFaults.append({stRow.nField, Tr(emDef_Text::FaultNumber).arg(stRow.nMin).arg(stRow.nMax)});
+            arFaults.append({stRow.nField, Tr(nsHost::FaultNumber).arg(stRow.nMin).arg(stRow.nMax)});
     }
     return arFaults;
 }
@@ -189,7 +189,7 @@ QString CRecorderStore::m_F_s_Change(TChange objChange)
     const QString sBefore = objXml.m_F_s_GetXML();
     QString sError = objChange();
     if (sError.isEmpty() && !vm_pEnv->m_F_b_SaveSysXML())
-        sError = Tr(emDef_Text::FaultSave);
+        sError = Tr(nsHost::FaultSave);
     if (!sError.isEmpty())
         objXml.m_F_b_LoadXML(sBefore);
     return sError;
@@ -205,14 +205,14 @@ stDef_AddResult CRecorderStore::m_F_o_Add(const stDef_RecorderForm& stForm)
 QString CRecorderStore::m_F_s_Edit(int nNvrID, const stDef_RecorderForm& stForm)
 {
     if (!m_F_b_Known(nNvrID))
-        return Tr(emDef_Text::FaultGone);
+        return Tr(nsHost::FaultGone);
     return m_F_s_Change([&] { return m_F_s_Write(nNvrID, stForm); });
 }
 
 QString CRecorderStore::m_F_s_Remove(int nNvrID)
 {
     if (!m_F_b_Known(nNvrID))
-        return Tr(emDef_Text::FaultGone);
+        return Tr(nsHost::FaultGone);
     return m_F_s_Change([&] {
         CXmlObj& objXml = *vm_pEnv->m_F_p_GetMemSysXML();
         objXml.m_F_b_RemoveNods(g_sList, NodeName(nNvrID));
@@ -285,7 +285,7 @@ QString CRecorderStore::m_F_s_Write(int nNvrID, const stDef_RecorderForm& stForm
     if (!arFaults.isEmpty())
         return arFaults[0].sText;
     if (nNvrID >= MaxRecorders)
-        return Tr(emDef_Text::FaultFull);
+        return Tr(nsHost::FaultFull);
     CXmlObj& objXml = *vm_pEnv->m_F_p_GetMemSysXML();
     const QString sPath = NodePath(nNvrID);
     if (!m_F_b_Known(nNvrID)) // what a damaged list left there must not lend its password
@@ -293,7 +293,7 @@ QString CRecorderStore::m_F_s_Write(int nNvrID, const stDef_RecorderForm& stForm
     if (!stTidy.sPassword.isEmpty()) {
         const QString sStored = CWinAES_CMS::s_F_s_Encrypt(stTidy.sPassword);
         if (sStored.isEmpty())
-            return Tr(emDef_Text::FaultKey);
+            return Tr(nsHost::FaultKey);
         objXml.m_F_b_SetValue(sPath, u"PWD"_s, sStored);
     }
     for (const stDef_FieldRow& stRow : g_astFields)

@@ -11,7 +11,7 @@
 
 #include "live/CChannelDrag.h"
 #include "recorders/CCameraNames.h"
-#include "window/CHostText.h"
+#include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -34,16 +34,16 @@ constexpr int MarkSize = 10;
 
 struct stDef_ReachRow
 {
-    emDef_Text nText;
+    stDef_Text stText;
     emDef_LiveState nMark;
 };
 
 // In the order of emDef_Reach.
 constexpr stDef_ReachRow g_astReaches[] = {
-    {emDef_Text::ReachUnknown, emDef_LiveState::Idle},
-    {emDef_Text::ReachThere, emDef_LiveState::Live},
-    {emDef_Text::ReachSilent, emDef_LiveState::NoAnswer},
-    {emDef_Text::ReachAway, emDef_LiveState::NoAnswer},
+    {{"ReachUnknown", "Not checked yet"}, emDef_LiveState::Idle},
+    {{"ReachThere", "Reachable"}, emDef_LiveState::Live},
+    {{"ReachSilent", "Not responding"}, emDef_LiveState::NoAnswer},
+    {nsHost::ReachAway, emDef_LiveState::NoAnswer},
 };
 
 quint64 StateKey(const stDef_ChannelKey& stKey)
@@ -251,10 +251,10 @@ void CRecorderTree::m_S_Dress(QTreeWidgetItem& objItem)
     if (IsRecorder(objItem)) {
         const stDef_ReachRow& stReach = g_astReaches[objItem.data(0, RoleReach).toInt()];
         const QString sOwn = objItem.data(0, RoleOwnText).toString();
-        sState = sOwn.isEmpty() ? Tr(stReach.nText) : sOwn;
+        sState = sOwn.isEmpty() ? Tr(stReach.stText) : sOwn;
         objItem.setData(0, RoleState, int(stReach.nMark));
         arParts = {objItem.text(0), objItem.data(0, RoleAddress).toString(),
-                   Tr(emDef_Text::TreeChannels).arg(objItem.data(0, RoleChannels).toInt()), sState};
+                   Tr(nsHost::TreeChannels).arg(objItem.data(0, RoleChannels).toInt()), sState};
     } else {
         objItem.setText(0, vm_pNames->m_F_s_Label({RecorderOf(&objItem), objItem.data(0, RoleChannel).toInt()}));
         arParts = {objItem.parent()->text(0), objItem.text(0), sState};
@@ -434,7 +434,7 @@ void CRecorderTree::paintEvent(QPaintEvent* pEvent)
     objPainter.setPen(CLiveState::s_F_o_Quiet(palette().color(QPalette::Text)));
     objPainter.drawText(viewport()->rect().adjusted(16, 16, -16, -16),
                         Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
-                        Tr(vm_mapRows.isEmpty() ? emDef_Text::TreeEmpty : emDef_Text::TreeNoMatch));
+                        Tr(vm_mapRows.isEmpty() ? nsHost::TreeEmpty : nsHost::TreeNoMatch));
 }
 
 void CRecorderTree::changeEvent(QEvent* pEvent)
@@ -446,7 +446,7 @@ void CRecorderTree::changeEvent(QEvent* pEvent)
 
 void CRecorderTree::m_S_Retranslate()
 {
-    setAccessibleName(Tr(emDef_Text::Recorders));
+    setAccessibleName(Tr(nsHost::Recorders));
     for (QTreeWidgetItem* const pRow : std::as_const(vm_mapRows))
         m_S_DressAll(pRow);
     viewport()->update();

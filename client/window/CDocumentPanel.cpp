@@ -6,40 +6,40 @@
 #include <QVBoxLayout>
 #include <iterator>
 
-#include "window/CHostText.h"
+#include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr emDef_Text g_anColumns[] = {
-    emDef_Text::ColumnDocument,  emDef_Text::ColumnResult, emDef_Text::ColumnFetched,
-    emDef_Text::ColumnFetchTime, emDef_Text::ColumnPosted, emDef_Text::ColumnPostTime,
+constexpr stDef_Text g_astColumns[] = {
+    {"ColumnDocument", "Document"},       {"ColumnResult", "Result"},   {"ColumnFetched", "Downloaded"},
+    {"ColumnFetchTime", "Download time"}, {"ColumnPosted", "Uploaded"}, {"ColumnPostTime", "Upload time"},
 };
 
 constexpr int TextColumns = 2; // the rest are figures
 constexpr int Rows = 6;
 
-QString Figure(bool bThere, emDef_Text nUnit, std::int64_t nValue)
+QString Figure(bool bThere, stDef_Text stUnit, std::int64_t nValue)
 {
-    return bThere ? Tr(nUnit).arg(QLocale().toString(qlonglong(nValue))) : u"\u2013"_s;
+    return bThere ? Tr(stUnit).arg(QLocale().toString(qlonglong(nValue))) : u"\u2013"_s;
 }
 
 } // namespace
 
 CDocumentPanel::CDocumentPanel(QWidget* pParent)
-    : QDockWidget(Tr(emDef_Text::Documents), pParent),
-      vm_pTable(new QTableWidget(0, int(std::size(g_anColumns)))),
-      vm_pSummary(new QLabel(Tr(emDef_Text::ExchangeIdle)))
+    : QDockWidget(Tr(nsHost::Documents), pParent),
+      vm_pTable(new QTableWidget(0, int(std::size(g_astColumns)))),
+      vm_pSummary(new QLabel(Tr(nsHost::ExchangeIdle)))
 {
     setObjectName(u"Documents"_s);
     setAllowedAreas(Qt::BottomDockWidgetArea | Qt::TopDockWidgetArea);
     QStringList arTitles;
-    for (const emDef_Text nColumn : g_anColumns)
-        arTitles.append(Tr(nColumn));
+    for (const stDef_Text& stColumn : g_astColumns)
+        arTitles.append(Tr(stColumn));
     vm_pSummary->setTextFormat(Qt::PlainText); // names of recorders stand in it
     vm_pTable->setObjectName(u"DocumentTable"_s);
-    vm_pTable->setAccessibleName(Tr(emDef_Text::Documents));
+    vm_pTable->setAccessibleName(Tr(nsHost::Documents));
     vm_pTable->setHorizontalHeaderLabels(arTitles);
     vm_pTable->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     vm_pTable->horizontalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -72,10 +72,10 @@ void CDocumentPanel::m_S_ShowResults(const QList<stDef_DocumentResult>& arResult
         const QString arTexts[] = {
             stResult.sDocument,
             s_F_s_Result(stResult),
-            Figure(stResult.bFetched, emDef_Text::Bytes, stResult.nFetchedBytes),
-            Figure(true, emDef_Text::Milliseconds, stResult.nFetchMs),
-            Figure(stResult.bPosted, emDef_Text::Bytes, stResult.nPostedBytes),
-            Figure(stResult.bPostable && stResult.bFetched, emDef_Text::Milliseconds, stResult.nPostMs),
+            Figure(stResult.bFetched, nsHost::Bytes, stResult.nFetchedBytes),
+            Figure(true, nsHost::Milliseconds, stResult.nFetchMs),
+            Figure(stResult.bPosted, nsHost::Bytes, stResult.nPostedBytes),
+            Figure(stResult.bPostable && stResult.bFetched, nsHost::Milliseconds, stResult.nPostMs),
         };
         for (int nColumn = 0; nColumn < int(std::size(arTexts)); ++nColumn) {
             auto* const pItem = new QTableWidgetItem(arTexts[nColumn]);
@@ -94,8 +94,8 @@ void CDocumentPanel::m_S_ShowSummary(const QString& sText)
 QString CDocumentPanel::s_F_s_Result(const stDef_DocumentResult& stResult)
 {
     if (!stResult.bFetched)
-        return Tr(emDef_Text::ResultFetchFailed);
+        return Tr(nsHost::ResultFetchFailed);
     if (!stResult.bPostable)
-        return Tr(emDef_Text::ResultReadOnly);
-    return Tr(stResult.bPosted ? emDef_Text::ResultOk : emDef_Text::ResultPostFailed);
+        return Tr(nsHost::ResultReadOnly);
+    return Tr(stResult.bPosted ? nsHost::ResultOk : nsHost::ResultPostFailed);
 }

@@ -10,7 +10,6 @@
 
 #include "host/CEndRequest.h"
 #include "recorders/CRecorderStore.h"
-#include "window/CHostText.h"
 #include "window/CMainWindow.h"
 #include "window/CSingleHost.h"
 

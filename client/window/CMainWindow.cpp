@@ -7,7 +7,6 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
-#include <QRegularExpression>
 #include <QScreen>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -30,8 +29,8 @@
 #include "toolkit/user/CUserSide.h"
 #include "window/CDocumentPanel.h"
 #include "window/CHostIcon.h"
-#include "window/CHostText.h"
 #include "window/CShortcutDialog.h"
+#include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -43,13 +42,6 @@ constexpr int MessageMs = 10000;
 constexpr int UntilTheNextMs = 0;
 constexpr QSize FirstSize(1200, 760);
 constexpr int NoIcon = -1;
-
-// Without the mnemonic, which stands in brackets of its own in Chinese.
-QString PlainText(QString sText)
-{
-    static const QRegularExpression s_objMnemonic(u"\\(&.\\)|&|\u2026"_s);
-    return sText.remove(s_objMnemonic);
-}
 
 // Gives a connection object back at the end of a scope.
 class CNvrHolder
@@ -70,50 +62,50 @@ private:
 struct CMainWindow::stDef_ActionRow
 {
     const char* pszName;
-    emDef_Text nText;
-    emDef_Text nTip;
+    stDef_Text stText;
+    stDef_Text stTip;
     const char* pszKeys; ///< divided by "; "
     int nIcon;           ///< an emDef_HostIcon, or none
 };
 
 // clang-format off
 const CMainWindow::stDef_ActionRow CMainWindow::s_astActions[] = {
-    {"AddRecorder", emDef_Text::AddRecorder, emDef_Text::AddRecorderTip, "Ctrl+N; Ins", int(emDef_HostIcon::Plus)},
-    {"EditRecorder", emDef_Text::EditRecorder, emDef_Text::EditRecorderTip, "", NoIcon},
-    {"RemoveRecorder", emDef_Text::RemoveRecorder, emDef_Text::RemoveRecorderTip, "", NoIcon},
-    {"Quit", emDef_Text::Quit, emDef_Text::QuitTip, "Ctrl+Q", NoIcon},
-    {"Shape1", emDef_Text::Shape1, emDef_Text::ShapeTip, "Ctrl+1", NoIcon},
-    {"Shape4", emDef_Text::Shape4, emDef_Text::ShapeTip, "Ctrl+2", NoIcon},
-    {"Shape9", emDef_Text::Shape9, emDef_Text::ShapeTip, "Ctrl+3", NoIcon},
-    {"Shape16", emDef_Text::Shape16, emDef_Text::ShapeTip, "Ctrl+4", NoIcon},
-    {"PreviousPage", emDef_Text::PreviousPage, emDef_Text::PreviousPageTip, "PgUp", int(emDef_HostIcon::Previous)},
-    {"NextPage", emDef_Text::NextPage, emDef_Text::NextPageTip, "PgDown", int(emDef_HostIcon::Next)},
-    {"FullScreen", emDef_Text::FullScreen, emDef_Text::FullScreenTip, "F11", int(emDef_HostIcon::FullScreen)},
-    {"ConnectAll", emDef_Text::ConnectAll, emDef_Text::ConnectAllTip, "Ctrl+L", int(emDef_HostIcon::Connect)},
-    {"DisconnectAll", emDef_Text::DisconnectAll, emDef_Text::DisconnectAllTip, "Ctrl+D", int(emDef_HostIcon::Disconnect)},
-    {"Snapshot", emDef_Text::Snapshot, emDef_Text::SnapshotTip, "Ctrl+S", int(emDef_HostIcon::Snapshot)},
-    {"Settings", emDef_Text::Settings, emDef_Text::SettingsTip, "", int(emDef_HostIcon::Settings)},
-    {"NvrMenu", emDef_Text::NvrMenu, emDef_Text::NvrMenuTip, "Ctrl+M", NoIcon},
-    {"Exchange", emDef_Text::Exchange, emDef_Text::ExchangeTip, "Ctrl+E", int(emDef_HostIcon::Exchange)},
-    {"Shortcuts", emDef_Text::Shortcuts, emDef_Text::Shortcuts, "F1", NoIcon},
-    {"About", emDef_Text::About, emDef_Text::AboutTip, "", NoIcon},
-    {"English", emDef_Text::LanguageEnglish, emDef_Text::LanguageEnglish, "", NoIcon},
-    {"Chinese", emDef_Text::LanguageChinese, emDef_Text::LanguageChinese, "", NoIcon},
+    {"AddRecorder", {"AddRecorder", "&Add recorder\u2026"}, {"AddRecorderTip", "Add a recorder to the list"}, "Ctrl+N; Ins", int(emDef_HostIcon::Plus)},
+    {"EditRecorder", {"EditRecorder", "&Edit recorder\u2026"}, {"EditRecorderTip", "Edit the selected recorder"}, "", NoIcon},
+    {"RemoveRecorder", {"RemoveRecorder", "&Remove recorder\u2026"}, {"RemoveRecorderTip", "Remove the selected recorder from the list"}, "", NoIcon},
+    {"Quit", {"Quit", "&Quit"}, {"QuitTip", "Stop all streams and close the program"}, "Ctrl+Q", NoIcon},
+    {"Shape1", {"Shape1", "&1 cell"}, nsHost::ShapeTip, "Ctrl+1", NoIcon},
+    {"Shape4", {"Shape4", "&4 cells"}, nsHost::ShapeTip, "Ctrl+2", NoIcon},
+    {"Shape9", {"Shape9", "&9 cells"}, nsHost::ShapeTip, "Ctrl+3", NoIcon},
+    {"Shape16", {"Shape16", "1&6 cells"}, nsHost::ShapeTip, "Ctrl+4", NoIcon},
+    {"PreviousPage", {"PreviousPage", "&Previous page"}, {"PreviousPageTip", "Show the previous page"}, "PgUp", int(emDef_HostIcon::Previous)},
+    {"NextPage", {"NextPage", "&Next page"}, {"NextPageTip", "Show the next page"}, "PgDown", int(emDef_HostIcon::Next)},
+    {"FullScreen", {"FullScreen", "&Full screen"}, {"FullScreenTip", "Show only the live pictures"}, "F11", int(emDef_HostIcon::FullScreen)},
+    {"ConnectAll", {"ConnectAll", "&Connect all"}, {"ConnectAllTip", "Connect all channels in the view"}, "Ctrl+L", int(emDef_HostIcon::Connect)},
+    {"DisconnectAll", {"DisconnectAll", "&Disconnect all"}, {"DisconnectAllTip", "Disconnect all channels in the view"}, "Ctrl+D", int(emDef_HostIcon::Disconnect)},
+    {"Snapshot", {"Snapshot", "&Save picture"}, {"SnapshotTip", "Save the picture of the selected cell as a PNG file"}, "Ctrl+S", int(emDef_HostIcon::Snapshot)},
+    {"Settings", {"Settings", "&Settings\u2026"}, nsHost::SettingsTip, "", int(emDef_HostIcon::Settings)},
+    {"NvrMenu", {"NvrMenu", "Recorder &menu"}, {"NvrMenuTip", "Show the menu of the selected recorder"}, "Ctrl+M", NoIcon},
+    {"Exchange", {"Exchange", "E&xchange documents\u2026"}, {"ExchangeTip", "Download the recorder's documents and upload its settings again, unchanged"}, "Ctrl+E", int(emDef_HostIcon::Exchange)},
+    {"Shortcuts", nsHost::Shortcuts, nsHost::Shortcuts, "F1", NoIcon},
+    {"About", {"About", "&About"}, {"AboutTip", "About this program"}, "", NoIcon},
+    {"English", nsHost::LanguageEnglish, nsHost::LanguageEnglish, "", NoIcon},
+    {"Chinese", nsHost::LanguageChinese, nsHost::LanguageChinese, "", NoIcon},
 };
 
 struct CMainWindow::stDef_MenuRow
 {
     const char* pszName;
-    emDef_Text nText;
+    stDef_Text stText;
     std::vector<const char*> arActions; ///< null is a line
 };
 
 const CMainWindow::stDef_MenuRow CMainWindow::s_astMenus[] = {
-    {"MenuFile", emDef_Text::MenuFile, {"Snapshot", nullptr, "Quit"}},
-    {"MenuView", emDef_Text::MenuView, {"Shape1", "Shape4", "Shape9", "Shape16", nullptr, "PreviousPage", "NextPage", nullptr, "FullScreen"}},
-    {"MenuRecorder", emDef_Text::MenuRecorder, {"AddRecorder", "EditRecorder", "RemoveRecorder", nullptr, "ConnectAll", "DisconnectAll", nullptr, "Settings", "NvrMenu", "Exchange"}},
-    {"MenuLanguage", emDef_Text::Language, {"English", "Chinese"}},
-    {"MenuHelp", emDef_Text::MenuHelp, {"Shortcuts", "About"}},
+    {"MenuFile", {"MenuFile", "&File"}, {"Snapshot", nullptr, "Quit"}},
+    {"MenuView", {"MenuView", "&View"}, {"Shape1", "Shape4", "Shape9", "Shape16", nullptr, "PreviousPage", "NextPage", nullptr, "FullScreen"}},
+    {"MenuRecorder", {"MenuRecorder", "&Recorder"}, {"AddRecorder", "EditRecorder", "RemoveRecorder", nullptr, "ConnectAll", "DisconnectAll", nullptr, "Settings", "NvrMenu", "Exchange"}},
+    {"MenuLanguage", {"Language", "&Language"}, {"English", "Chinese"}},
+    {"MenuHelp", {"MenuHelp", "&Help"}, {"Shortcuts", "About"}},
 };
 // clang-format on
 
@@ -358,20 +350,20 @@ void CMainWindow::m_S_ConnectParts()
 
 void CMainWindow::m_S_Retranslate()
 {
-    setWindowTitle(Tr(emDef_Text::AppTitle));
-    vm_pTitle->setText(Tr(emDef_Text::Recorders));
-    vm_pFirstSteps->setText(Tr(emDef_Text::FirstSteps));
-    vm_pToolBar->setWindowTitle(Tr(emDef_Text::Toolbar));
+    setWindowTitle(Tr(nsHost::AppTitle));
+    vm_pTitle->setText(Tr(nsHost::Recorders));
+    vm_pFirstSteps->setText(Tr(nsHost::FirstSteps));
+    vm_pToolBar->setWindowTitle(Tr(nsHost::Toolbar));
     for (const stDef_ActionRow& stRow : s_astActions) {
         QAction* const pAction = m_F_p_Action(stRow.pszName);
         const QString sKey = pAction->shortcut().toString(QKeySequence::NativeText);
-        pAction->setText(Tr(stRow.nText));
-        pAction->setIconText(PlainText(Tr(stRow.nText)));
-        pAction->setStatusTip(Tr(stRow.nTip));
-        pAction->setToolTip(sKey.isEmpty() ? Tr(stRow.nTip) : u"%1 (%2)"_s.arg(Tr(stRow.nTip), sKey));
+        pAction->setText(Tr(stRow.stText));
+        pAction->setIconText(PlainText(Tr(stRow.stText)));
+        pAction->setStatusTip(Tr(stRow.stTip));
+        pAction->setToolTip(sKey.isEmpty() ? Tr(stRow.stTip) : u"%1 (%2)"_s.arg(Tr(stRow.stTip), sKey));
     }
     for (const stDef_MenuRow& stRow : s_astMenus)
-        menuBar()->findChild<QMenu*>(QString::fromLatin1(stRow.pszName))->setTitle(Tr(stRow.nText));
+        menuBar()->findChild<QMenu*>(QString::fromLatin1(stRow.pszName))->setTitle(Tr(stRow.stText));
     m_S_UpdatePages();
     m_S_UpdateStates();
     m_S_UpdateActions();
@@ -427,13 +419,13 @@ void CMainWindow::m_S_SaveLayout()
     stLayout.bPtzPanel = !vm_pPtz->isHidden();
     stLayout.nPtzSpeed = vm_pPtz->m_F_n_Speed();
     if (!vm_objLayouts.m_F_b_Save(stLayout))
-        m_S_Tell(Tr(emDef_Text::LayoutLost).arg(vm_pEnv->m_F_s_GetConfigFolder()));
+        m_S_Tell(Tr(nsHost::LayoutLost).arg(vm_pEnv->m_F_s_GetConfigFolder()));
 }
 
 void CMainWindow::m_S_SetLanguage(int nLanguage)
 {
     if (!vm_objLanguage.m_F_b_Set(nLanguage))
-        m_S_Tell(Tr(emDef_Text::LanguageMissing));
+        m_S_Tell(Tr(nsHost::LanguageMissing));
     m_S_UpdatePages();
 }
 
@@ -445,7 +437,7 @@ void CMainWindow::m_S_UpdatePages()
     };
     Check(vm_pShapes, vm_pGrid->m_F_n_Shape());
     Check(vm_pLanguages, vm_objLanguage.m_F_n_Language());
-    vm_pPages->setText(Tr(emDef_Text::PageOf).arg(vm_pGrid->m_F_n_Page() + 1).arg(vm_pGrid->m_F_n_Pages()));
+    vm_pPages->setText(Tr(nsHost::PageOf).arg(vm_pGrid->m_F_n_Page() + 1).arg(vm_pGrid->m_F_n_Pages()));
     m_F_p_Action("PreviousPage")->setEnabled(vm_pGrid->m_F_n_Page() > 0);
     m_F_p_Action("NextPage")->setEnabled(vm_pGrid->m_F_n_Page() + 1 < vm_pGrid->m_F_n_Pages());
     m_S_SaveSoon();
@@ -465,7 +457,7 @@ void CMainWindow::m_S_UpdateActions()
     });
     QAction* const pSettings = m_F_p_Action("Settings");
     pSettings->setEnabled(bSettings);
-    const QString sTip = Tr(bSettings || nNvrID < 0 ? emDef_Text::SettingsTip : emDef_Text::SettingsNone);
+    const QString sTip = Tr(bSettings || nNvrID < 0 ? nsHost::SettingsTip : nsHost::SettingsNone);
     pSettings->setToolTip(sTip);
     pSettings->setStatusTip(sTip);
 }
@@ -475,10 +467,10 @@ QString CMainWindow::m_F_s_StartFaults() const
     QStringList arFaults;
     const QStringList arFiles = CHostLanguage::s_F_ar_Faulty(vm_pEnv->m_F_s_GetLangFolder());
     if (!arFiles.isEmpty())
-        arFaults.append(Tr(emDef_Text::LanguageFault).arg(arFiles.join(u", "_s)));
+        arFaults.append(Tr(nsHost::LanguageFault).arg(arFiles.join(u", "_s)));
     const QString sDamaged = vm_pEnv->m_F_s_DamagedSysXML();
     if (!sDamaged.isEmpty())
-        arFaults.append(Tr(emDef_Text::DamagedList).arg(sDamaged));
+        arFaults.append(Tr(nsHost::DamagedList).arg(sDamaged));
     return arFaults.join(u"   "_s);
 }
 
@@ -557,12 +549,12 @@ void CMainWindow::m_S_ShowImported(const stDef_ImportResult& stResult)
 
 void CMainWindow::m_S_RemoveRecorder(int nNvrID)
 {
-    const QString sQuestion = Tr(emDef_Text::RemoveQuestion).arg(vm_pStore->m_F_o_Form(nNvrID).sName);
-    if (nNvrID < 0 || !CPrompts::s_F_b_AskToDestroy(this, sQuestion, Tr(emDef_Text::AppTitle)))
+    const QString sQuestion = Tr(nsHost::RemoveQuestion).arg(vm_pStore->m_F_o_Form(nNvrID).sName);
+    if (nNvrID < 0 || !CPrompts::s_F_b_AskToDestroy(this, sQuestion, Tr(nsHost::AppTitle)))
         return;
     const QString sError = vm_pStore->m_F_s_Remove(nNvrID);
     if (!sError.isEmpty()) {
-        CPrompts::s_S_Message(this, sError, Tr(emDef_Text::AppTitle));
+        CPrompts::s_S_Message(this, sError, Tr(nsHost::AppTitle));
         return;
     }
     vm_pGrid->m_S_RecorderRemoved(nNvrID);
@@ -586,11 +578,11 @@ void CMainWindow::m_S_RunCommand(int nNvrID, int nCommand)
 {
     const CNvrHolder objNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, this, vm_pEnv));
     if (!objNvr.m_F_p_Get() || objNvr.m_F_p_Get()->m_F_n_Init(vm_pStore->m_F_o_InitRecord(nNvrID)) != 1) {
-        m_S_Tell(Tr(emDef_Text::HintUnusable));
+        m_S_Tell(Tr(nsHost::HintUnusable));
         return;
     }
     statusBar()->show();
-    vm_pSheetOf->setText(Tr(emDef_Text::SettingsOpen).arg(vm_pStore->m_F_o_Form(nNvrID).sName));
+    vm_pSheetOf->setText(Tr(nsHost::SettingsOpen).arg(vm_pStore->m_F_o_Form(nNvrID).sName));
     vm_pNotTaken->clear();
     connect(objNvr.m_F_p_Get(), &CWndNvrBase::S_NotTaken, this, [this, nNvrID](const QString& sText) {
         vm_pNotTaken->setText(vm_pStore->m_F_o_Form(nNvrID).sName + u": "_s + sText);
@@ -608,13 +600,13 @@ void CMainWindow::m_S_ShowTreeMenu(int nNvrID, const QPoint& ptGlobal)
     objMenu.setObjectName(u"RecorderMenu"_s);
     for (const stDef_MenuItem& stItem : m_F_ar_Commands(nNvrID)) {
         QAction* const pItem =
-            objMenu.addAction(stItem.bWorks ? stItem.sText : Tr(emDef_Text::CommandMissing).arg(stItem.sText));
+            objMenu.addAction(stItem.bWorks ? stItem.sText : Tr(nsHost::CommandMissing).arg(stItem.sText));
         pItem->setEnabled(stItem.bWorks);
         pItem->setData(stItem.nId);
     }
     objMenu.addSeparator();
     if (nNvrID >= 0)
-        connect(objMenu.addAction(Tr(emDef_Text::ShowRecorder)), &QAction::triggered, vm_pGrid,
+        connect(objMenu.addAction(Tr(nsHost::ShowRecorder)), &QAction::triggered, vm_pGrid,
                 [this, nNvrID] { vm_pGrid->m_S_ShowRecorder(nNvrID); });
     objMenu.addAction(m_F_p_Action("AddRecorder"));
     if (nNvrID >= 0)
@@ -628,8 +620,8 @@ void CMainWindow::m_S_ShowTreeMenu(int nNvrID, const QPoint& ptGlobal)
 
 void CMainWindow::m_S_AskAndExchange()
 {
-    const QString sQuestion = Tr(emDef_Text::ExchangeQuestion).arg(vm_pStore->m_F_o_Form(m_F_n_Picked()).sName);
-    if (CPrompts::s_F_b_AskToDestroy(this, sQuestion, Tr(emDef_Text::AppTitle)))
+    const QString sQuestion = Tr(nsHost::ExchangeQuestion).arg(vm_pStore->m_F_o_Form(m_F_n_Picked()).sName);
+    if (CPrompts::s_F_b_AskToDestroy(this, sQuestion, Tr(nsHost::AppTitle)))
         m_S_Exchange();
 }
 
@@ -643,7 +635,7 @@ void CMainWindow::m_S_Exchange()
     const QString sName = vm_pStore->m_F_o_Form(nNvrID).sName;
     const CNvrHolder objNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, this, vm_pEnv));
     if (!objNvr.m_F_p_Get() || objNvr.m_F_p_Get()->m_F_n_Init(vm_pStore->m_F_o_InitRecord(nNvrID)) != 1) {
-        vm_pDocuments->m_S_ShowSummary(u"%1: %2"_s.arg(sName, Tr(emDef_Text::HintUnusable)));
+        vm_pDocuments->m_S_ShowSummary(u"%1: %2"_s.arg(sName, Tr(nsHost::HintUnusable)));
         return;
     }
     QElapsedTimer objClock;
@@ -652,9 +644,9 @@ void CMainWindow::m_S_Exchange()
         *objNvr.m_F_p_Get(), [this](const auto& arResults) { vm_pDocuments->m_S_ShowResults(arResults); });
     const auto nFailed = std::count_if(vm_arDocuments.begin(), vm_arDocuments.end(),
                                        [](const stDef_DocumentResult& stResult) { return !stResult.m_F_b_Ok(); });
-    vm_pDocuments->m_S_ShowSummary(
-        nFailed == 0 ? Tr(emDef_Text::ExchangeDone).arg(sName).arg(objClock.elapsed())
-                     : Tr(emDef_Text::ExchangeFailed).arg(sName).arg(nFailed).arg(vm_arDocuments.size()));
+    vm_pDocuments->m_S_ShowSummary(nFailed == 0
+                                       ? Tr(nsHost::ExchangeDone).arg(sName).arg(objClock.elapsed())
+                                       : Tr(nsHost::ExchangeFailed).arg(sName).arg(nFailed).arg(vm_arDocuments.size()));
 }
 
 // In full screen the bar comes for as long as it has something to say.
@@ -667,13 +659,13 @@ void CMainWindow::m_S_Tell(const QString& sText)
 void CMainWindow::m_S_SaveSnapshot(const QImage& objImage, const QString& sTitle)
 {
     if (objImage.isNull()) {
-        m_S_Tell(Tr(emDef_Text::SnapshotNone));
+        m_S_Tell(Tr(nsHost::SnapshotNone));
         return;
     }
     const QString sFile =
         CSnapshot::s_F_s_Save(objImage, vm_sPictureFolder, sTitle, CUserSide::s_F_o_Get().m_F_o_Now());
-    m_S_Tell(sFile.isEmpty() ? Tr(emDef_Text::SnapshotFailed).arg(vm_sPictureFolder)
-                             : Tr(emDef_Text::SnapshotSaved).arg(sFile));
+    m_S_Tell(sFile.isEmpty() ? Tr(nsHost::SnapshotFailed).arg(vm_sPictureFolder)
+                             : Tr(nsHost::SnapshotSaved).arg(sFile));
 }
 
 void CMainWindow::m_S_ShowShortcuts()
@@ -684,8 +676,7 @@ void CMainWindow::m_S_ShowShortcuts()
 
 void CMainWindow::m_S_About()
 {
-    CPrompts::s_S_Notice(this, Tr(emDef_Text::AboutBody).arg(QStringLiteral(FLEETLINK_VERSION)),
-                         Tr(emDef_Text::AppTitle));
+    CPrompts::s_S_Notice(this, Tr(nsHost::AboutBody).arg(QStringLiteral(FLEETLINK_VERSION)), Tr(nsHost::AppTitle));
 }
 
 // The states of what is on the page go into the tree; rows that left the page are quiet again.
@@ -715,15 +706,15 @@ void CMainWindow::m_S_UpdateStates()
     }
     for (const auto& [nNvrID, stCount] : mapCounts) {
         const QString sText =
-            stCount.nLive > 0 ? Tr(emDef_Text::RecorderLive).arg(stCount.nLive).arg(stCount.nAll) : QString();
+            stCount.nLive > 0 ? Tr(nsHost::RecorderLive).arg(stCount.nLive).arg(stCount.nAll) : QString();
         vm_pTree->m_S_SetRecorderState(nNvrID, vm_objWatch.m_F_n_Reach(nNvrID), sText);
     }
     vm_arShown = arShown;
     const stDef_GridTotals stTotals = vm_pGrid->m_F_o_Totals();
     const QStringList arParts = {
-        Tr(emDef_Text::TotalRecorders).arg(vm_nRecorders),
-        Tr(emDef_Text::TotalLive).arg(stTotals.nLive).arg(stTotals.nChannels),
-        Tr(emDef_Text::TotalFrames).arg(stTotals.nRate, 0, 'f', 1),
+        Tr(nsHost::TotalRecorders).arg(vm_nRecorders),
+        Tr(nsHost::TotalLive).arg(stTotals.nLive).arg(stTotals.nChannels),
+        Tr(nsHost::TotalFrames).arg(stTotals.nRate, 0, 'f', 1),
     };
     vm_pTotals->setText(arParts.join(g_sTotalsGap));
 }

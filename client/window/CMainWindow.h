@@ -25,7 +25,6 @@ class QLabel;
 class QStackedWidget;
 class QToolBar;
 enum class emDef_HostIcon;
-enum class emDef_Text;
 
 /// The host's window: recorders at the left, live cells at the right, the document table below on demand. It comes back
 /// with the layout that it was closed with.

@@ -4,12 +4,12 @@
 #include <QDialogButtonBox>
 #include <QEvent>
 #include <QHeaderView>
-#include <QRegularExpression>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <vector>
 
 #include "ptz/CPtzAction.h"
-#include "window/CHostText.h"
+#include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -17,39 +17,44 @@ namespace {
 
 struct stDef_KeyRow
 {
-    emDef_Text nGroup;
     const char* pszKeys;
-    emDef_Text nText;
+    stDef_Text stText;
 };
 
-constexpr stDef_KeyRow g_astKeys[] = {
-    {emDef_Text::ShortcutGroupWindow, "Tab", emDef_Text::KeyTab},
-    {emDef_Text::ShortcutGroupTree, "Enter", emDef_Text::KeyTreePlace},
-    {emDef_Text::ShortcutGroupTree, "F2", emDef_Text::KeyTreeEdit},
-    {emDef_Text::ShortcutGroupTree, "Del", emDef_Text::KeyTreeRemove},
-    {emDef_Text::ShortcutGroupTree, "Left, Right", emDef_Text::KeyTreeExpand},
-    {emDef_Text::ShortcutGroupTree, "Menu", emDef_Text::KeyTreeMenu},
-    {emDef_Text::ShortcutGroupTree, "Ctrl+F", emDef_Text::KeyTreeFilter},
-    {emDef_Text::ShortcutGroupGrid, "Left, Right, Up, Down", emDef_Text::KeyGridMove},
-    {emDef_Text::ShortcutGroupGrid, "Enter", emDef_Text::KeyGridEnlarge},
-    {emDef_Text::ShortcutGroupGrid, "Del", emDef_Text::KeyGridEmpty},
+struct stDef_KeyGroup
+{
+    stDef_Text stTitle;
+    std::vector<stDef_KeyRow> arKeys;
 };
 
-QString NativeKeys(const QString& sKeys)
+// Keys that belong to no action; those of the window's actions come first of all.
+const stDef_KeyGroup g_astGroups[] = {
+    {{"ShortcutGroupWindow", "Window"}, {{"Tab", {"KeyTab", "Go to the next part of the window"}}}},
+    {{"ShortcutGroupTree", "Recorder list"},
+     {
+         {"Enter", {"KeyTreePlace", "Show the channel, or the recorder's channels"}},
+         {"F2", {"KeyTreeEdit", "Edit the recorder"}},
+         {"Del", {"KeyTreeRemove", "Remove the recorder"}},
+         {"Left, Right", {"KeyTreeExpand", "Expand or collapse a recorder's channels"}},
+         {"Menu", {"KeyTreeMenu", "Menu of the recorder"}},
+         {"Ctrl+F", {"KeyTreeFilter", "Filter the list"}},
+     }},
+    {{"ShortcutGroupGrid", "Live pictures"},
+     {
+         {"Left, Right, Up, Down", {"KeyGridMove", "Select another cell"}},
+         {"Enter", {"KeyGridEnlarge", "Enlarge the selected cell, and back"}},
+         {"Del", {"KeyGridEmpty", "Empty the selected cell"}},
+     }},
+};
+
+QString NativeKeys(const QList<QKeySequence>& arKeys)
 {
-    return QKeySequence::listToString(QKeySequence::listFromString(sKeys), QKeySequence::NativeText);
+    return QKeySequence::listToString(arKeys, QKeySequence::NativeText);
 }
 
-// Without the mnemonic, which stands in brackets of its own in Chinese.
-QString PlainText(QString sText)
+QTreeWidgetItem* MakeGroup(QTreeWidget& objTable, const stDef_Text& stTitle)
 {
-    static const QRegularExpression objBrackets(u"\\(&.\\)"_s);
-    return sText.remove(objBrackets).remove(u'&');
-}
-
-QTreeWidgetItem* MakeGroup(QTreeWidget& objTable, emDef_Text nGroup)
-{
-    auto* const pGroup = new QTreeWidgetItem(&objTable, {Tr(nGroup)});
+    auto* const pGroup = new QTreeWidgetItem(&objTable, {Tr(stTitle)});
     QFont objBold = objTable.font();
     objBold.setBold(true);
     pGroup->setFont(0, objBold);
@@ -80,30 +85,34 @@ CShortcutDialog::CShortcutDialog(QWidget* pWindow) : QDialog(pWindow)
 
 void CShortcutDialog::m_S_Fill()
 {
-    setWindowTitle(Tr(emDef_Text::Shortcuts));
-    vm_pTable->setAccessibleName(Tr(emDef_Text::Shortcuts));
+    setWindowTitle(Tr(nsHost::Shortcuts));
+    vm_pTable->setAccessibleName(Tr(nsHost::Shortcuts));
     vm_pTable->clear();
-    vm_pTable->setHeaderLabels({Tr(emDef_Text::ShortcutWhat), Tr(emDef_Text::ShortcutKey)});
-    QHash<emDef_Text, QTreeWidgetItem*> mapGroups;
-    for (const emDef_Text nGroup : {emDef_Text::ShortcutGroupWindow, emDef_Text::ShortcutGroupTree,
-                                    emDef_Text::ShortcutGroupGrid, emDef_Text::ShortcutGroupPtz})
-        mapGroups[nGroup] = MakeGroup(*vm_pTable, nGroup);
-    for (const QAction* const pAction : parentWidget()->actions()) {
-        if (pAction->shortcuts().isEmpty() || pAction->text().isEmpty())
-            continue;
-        new QTreeWidgetItem(
-            mapGroups[emDef_Text::ShortcutGroupWindow],
-            {PlainText(pAction->text()), QKeySequence::listToString(pAction->shortcuts(), QKeySequence::NativeText)});
+    vm_pTable->setHeaderLabels({Tr(nsHost::ShortcutWhat), Tr(nsHost::ShortcutKey)});
+    for (const stDef_KeyGroup& stGroup : g_astGroups) {
+        QTreeWidgetItem* const pGroup = MakeGroup(*vm_pTable, stGroup.stTitle);
+        if (&stGroup == &g_astGroups[0])
+            m_S_FillActions(pGroup);
+        for (const stDef_KeyRow& stRow : stGroup.arKeys)
+            new QTreeWidgetItem(pGroup, {Tr(stRow.stText),
+                                         NativeKeys(QKeySequence::listFromString(QString::fromLatin1(stRow.pszKeys)))});
     }
-    for (const stDef_KeyRow& stRow : g_astKeys)
-        new QTreeWidgetItem(mapGroups[stRow.nGroup], {Tr(stRow.nText), NativeKeys(QString::fromLatin1(stRow.pszKeys))});
+    QTreeWidgetItem* const pPtz =
+        MakeGroup(*vm_pTable, {"ShortcutGroupPtz", "PTZ panel, there and in the live pictures"});
     for (const stDef_PtzAction& stAction : CPtzAction::s_F_ar_All())
-        new QTreeWidgetItem(mapGroups[emDef_Text::ShortcutGroupPtz],
-                            {Tr(stAction.nText), CPtzAction::s_F_s_Key(stAction)});
+        new QTreeWidgetItem(pPtz, {Tr(stAction.stText), CPtzAction::s_F_s_Key(stAction)});
     vm_pTable->expandAll();
     vm_pTable->header()->setSectionResizeMode(0, QHeaderView::Stretch);
     vm_pTable->header()->setStretchLastSection(false);
     vm_pTable->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+}
+
+void CShortcutDialog::m_S_FillActions(QTreeWidgetItem* pGroup)
+{
+    for (const QAction* const pAction : parentWidget()->actions()) {
+        if (!pAction->shortcuts().isEmpty() && !pAction->text().isEmpty())
+            new QTreeWidgetItem(pGroup, {PlainText(pAction->text()), NativeKeys(pAction->shortcuts())});
+    }
 }
 
 void CShortcutDialog::changeEvent(QEvent* pEvent)

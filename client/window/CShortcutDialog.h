@@ -3,6 +3,7 @@
 #include <QDialog>
 
 class QTreeWidget;
+class QTreeWidgetItem;
 
 /// All keys of a window, in groups: those of its actions, and those that belong to no action.
 class CShortcutDialog : public QDialog
@@ -18,6 +19,7 @@ protected:
 
 private:
     void m_S_Fill();
+    void m_S_FillActions(QTreeWidgetItem* pGroup);
 
     QTreeWidget* vm_pTable = nullptr;
 };

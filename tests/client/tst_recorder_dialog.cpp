@@ -24,7 +24,7 @@
 #include "support/LanguageFile.h"
 #include "support/Waiting.h"
 #include "window/CHostLanguage.h"
-#include "window/CHostText.h"
+#include "window/HostTexts.h"
 
 namespace {
 
@@ -111,10 +111,10 @@ TEST_F(RecorderDialogTest, ASilentTestIsStoppedAndTheDialogClosesAtOnce)
     auto* const pTest = objDialog.findChild<QPushButton*>("Test");
     auto* const pVerdict = objDialog.findChild<QLabel*>("Verdict");
     QTest::mouseClick(pTest, Qt::LeftButton);
-    EXPECT_EQ(pVerdict->text(), Tr(emDef_Text::TestRunning));
+    EXPECT_EQ(pVerdict->text(), Tr(nsHost::TestRunning));
     ASSERT_TRUE(WaitUntil([&] { return vm_nvr.m_F_o_Faults().m_F_o_Find("x")->nPlayed > 0; })) << "it is running";
     QTest::mouseClick(pTest, Qt::LeftButton);
-    EXPECT_EQ(pVerdict->text(), Tr(emDef_Text::TestStopped));
+    EXPECT_EQ(pVerdict->text(), Tr(nsHost::TestStopped));
     QTest::mouseClick(pTest, Qt::LeftButton);
     QElapsedTimer objClock;
     objClock.start();
@@ -262,18 +262,7 @@ TEST_F(RecorderDialogTest, EachLanguageHasEachTextAndSwitchesOpenWindows)
     EXPECT_FALSE(objLanguage.m_F_b_Set(7));
     ASSERT_TRUE(objLanguage.m_F_b_Set(0));
     EXPECT_TRUE(WaitUntil([&] { return objDialog.windowTitle() == QString::fromUtf8("新增錄影主機"); }));
-    for (const char* const pszFile : {"lang_HOST_eng.xml", "lang_HOST_cht.xml"}) {
-        QMap<QString, QString> mapTexts = ReadLanguageFile(pszFile);
-        for (int i = 0; i < int(emDef_Text::Count); ++i) {
-            const QString sKey = CHostText::s_F_s_Key(emDef_Text(i)),
-                          sDefault = CHostText::s_F_s_English(emDef_Text(i));
-            const QString sText = mapTexts.take(sKey);
-            EXPECT_FALSE(sText.isEmpty()) << pszFile << " lacks " << sKey.toStdString();
-            for (const char* const pszSign : {"%1", "%2", "%3", "&"})
-                EXPECT_EQ(sText.count(pszSign), sDefault.count(pszSign)) << pszFile << ' ' << sKey.toStdString();
-        }
-        EXPECT_TRUE(mapTexts.isEmpty()) << pszFile << ": nobody asks for " << mapTexts.keys().join(' ').toStdString();
-    }
+    CheckLanguageFiles("lang_HOST_cht.xml", "lang_HOST_eng.xml", HOST_PROGRAM);
     ASSERT_TRUE(objLanguage.m_F_b_Set(1));
 }
 
