@@ -1,6 +1,5 @@
 #include "ptz/CPtzPanel.h"
 
-#include <QAction>
 #include <QComboBox>
 #include <QEvent>
 #include <QGridLayout>
@@ -93,9 +92,6 @@ CPtzPanel::CPtzPanel(CEnvObj* pEnv, const CRecorderStore* pStore, CLiveGrid* pGr
 {
     setObjectName(u"PtzPanel"_s);
     setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
-    toggleViewAction()->setObjectName(u"ShowPtzPanel"_s);
-    toggleViewAction()->setShortcut(QKeySequence(u"Ctrl+T"_s));
-    toggleViewAction()->setIcon(CHostIcon::s_F_o_Get(emDef_HostIcon::Ptz));
     m_S_Build();
     m_S_Connect();
     m_S_Retranslate();
@@ -290,12 +286,6 @@ void CPtzPanel::m_S_ConnectKeys()
 
 void CPtzPanel::m_S_Retranslate()
 {
-    setWindowTitle(Tr(nsHost::PtzTitle));
-    QAction& objShow = *toggleViewAction();
-    objShow.setText(Tr(nsHost::PtzPanel));
-    objShow.setIconText(Tr(nsHost::PtzTitle));
-    objShow.setStatusTip(Tr(nsHost::PtzPanelTip));
-    objShow.setToolTip(u"%1 (%2)"_s.arg(Tr(nsHost::PtzPanelTip), objShow.shortcut().toString()));
     for (const auto& [pLabel, stText] : vm_arLabels)
         pLabel->setText(Tr(stText));
     for (const auto& [pButton, pAction] : vm_arButtons) {

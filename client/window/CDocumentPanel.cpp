@@ -28,7 +28,7 @@ QString Figure(bool bThere, stDef_Text stUnit, std::int64_t nValue)
 } // namespace
 
 CDocumentPanel::CDocumentPanel(QWidget* pParent)
-    : QDockWidget(Tr(nsHost::Documents), pParent),
+    : QDockWidget(pParent),
       vm_pTable(new QTableWidget(0, int(std::size(g_astColumns)))),
       vm_pSummary(new QLabel(Tr(nsHost::ExchangeIdle)))
 {

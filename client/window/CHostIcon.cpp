@@ -141,5 +141,5 @@ private:
 
 QIcon CHostIcon::s_F_o_Get(emDef_HostIcon nIcon)
 {
-    return QIcon(new CDrawnIcon(nIcon));
+    return nIcon == emDef_HostIcon::None ? QIcon() : QIcon(new CDrawnIcon(nIcon));
 }

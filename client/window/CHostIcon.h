@@ -14,7 +14,8 @@ enum class emDef_HostIcon
     Ptz,
     Plus,
     Minus,
-    Settings
+    Settings,
+    None ///< an empty one
 };
 
 /// Icons that are drawn in the palette's colours at the very size and ratio they are shown at.

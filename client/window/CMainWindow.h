@@ -3,28 +3,28 @@
 #include <QList>
 #include <QMainWindow>
 #include <QTimer>
-#include <vector>
+#include <memory>
 
 #include "live/CLayoutStore.h"
 #include "recorders/CCameraNames.h"
 #include "recorders/CRecorderStore.h"
 #include "recorders/CRecorderWatch.h"
 #include "window/CDocumentRunner.h"
+#include "window/CHostActions.h"
 #include "window/CHostLanguage.h"
 
-struct stDef_MenuItem;
 class CDocumentPanel;
+class CHostStatus;
 class CLiveGrid;
-class CLoginPanel;
 class CPtzPanel;
-class CRecorderFilter;
+class CRecorderCommands;
+class CRecorderPanel;
 class CRecorderTree;
-class QAction;
-class QActionGroup;
+class CTreeStates;
 class QLabel;
 class QStackedWidget;
 class QToolBar;
-enum class emDef_HostIcon;
+class QToolButton;
 
 /// The host's window: recorders at the left, live cells at the right, the document table below on demand. It comes back
 /// with the layout that it was closed with.
@@ -47,7 +47,7 @@ public:
     void m_S_SetPictureFolder(const QString& sFolder) { vm_sPictureFolder = sFolder; }
 
     CLiveGrid* m_F_p_Grid() const { return vm_pGrid; }
-    CRecorderTree* m_F_p_Tree() const { return vm_pTree; }
+    CRecorderTree* m_F_p_Tree() const;
     const CRecorderWatch& m_F_o_Watch() const { return vm_objWatch; }
     /// Rows of the last exchange; empty if there was none.
     const QList<stDef_DocumentResult>& m_F_ar_Documents() const { return vm_arDocuments; }
@@ -57,18 +57,11 @@ protected:
     void resizeEvent(QResizeEvent* pEvent) override;
 
 private:
-    struct stDef_ActionRow;
-    struct stDef_MenuRow;
     static const stDef_ActionRow s_astActions[];
-    static const stDef_MenuRow s_astMenus[];
 
     void m_S_MakeLayout();
-    void m_S_MakeSide();
     QWidget* m_F_p_MakeFirstSteps();
-    void m_S_MakeActions();
-    void m_S_MakeMenus();
     void m_S_MakeToolBar();
-    void m_S_ConnectActions();
     void m_S_ConnectParts();
     void m_S_Retranslate();
     QAction* m_F_p_Action(const char* pszName) const;
@@ -83,11 +76,8 @@ private:
     void m_S_EditRecorder(int nNvrID);
     void m_S_RemoveRecorder(int nNvrID);
     void m_S_AskAndExchange();
-    QList<stDef_MenuItem> m_F_ar_Commands(int nNvrID) const;
-    void m_S_RunCommand(int nNvrID, int nCommand);
     void m_S_ShowTreeMenu(int nNvrID, const QPoint& ptGlobal);
     void m_S_SaveSoon();
-    void m_S_Tell(const QString& sText);
     void m_S_SaveSnapshot(const QImage& objImage, const QString& sTitle);
     void m_S_UpdateRecorders();
     void m_S_UpdateStates();
@@ -105,24 +95,19 @@ private:
     QTimer vm_objSaveTimer;
     QString vm_sPictureFolder;
     QList<stDef_DocumentResult> vm_arDocuments;
-    std::vector<stDef_ChannelKey> vm_arShown; ///< channels whose state stands in the tree
     int vm_nRecorders = 0;
     bool vm_bRestored = false;
-    CRecorderTree* vm_pTree = nullptr;
-    CRecorderFilter* vm_pFilter = nullptr;
     QStackedWidget* vm_pView = nullptr; ///< the grid, or the first steps while there is no recorder
     QLabel* vm_pFirstSteps = nullptr;
+    QToolButton* vm_pFirstButton = nullptr;
     CLiveGrid* vm_pGrid = nullptr;
     CDocumentPanel* vm_pDocuments = nullptr;
     CPtzPanel* vm_pPtz = nullptr;
-    CLoginPanel* vm_pLogin = nullptr;
-    QWidget* vm_pSide = nullptr;
-    QLabel* vm_pTitle = nullptr;
+    CRecorderPanel* vm_pSide = nullptr;
     QToolBar* vm_pToolBar = nullptr;
-    QActionGroup* vm_pShapes = nullptr;
-    QActionGroup* vm_pLanguages = nullptr;
     QLabel* vm_pPages = nullptr;
-    QLabel* vm_pTotals = nullptr;
-    QLabel* vm_pNotTaken = nullptr; ///< what a recorder did not take when its menu was used last
-    QLabel* vm_pSheetOf = nullptr;  ///< whose settings are open
+    CHostStatus* vm_pStatus = nullptr;
+    std::unique_ptr<CHostActions> vm_pActions;
+    std::unique_ptr<CRecorderCommands> vm_pCommands;
+    std::unique_ptr<CTreeStates> vm_pStates;
 };

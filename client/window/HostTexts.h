@@ -97,14 +97,12 @@ inline constexpr Text ShortcutKey{"ShortcutKey", "Key"};
 inline constexpr Text ShortcutWhat{"ShortcutWhat", "What it does"};
 inline constexpr Text PictureAge{"PictureAge", "This picture is %1 s old"};
 inline constexpr Text NextTry{"NextTry", "Trying again in %1 s"};
-inline constexpr Text ShapeTip{"ShapeTip", "Number of cells on a page"};
 inline constexpr Text PageOf{"PageOf", "Page %1 of %2"};
 inline constexpr Text SnapshotSaved{"SnapshotSaved", "Picture saved: %1"};
 inline constexpr Text SnapshotFailed{"SnapshotFailed", "The picture can't be written to %1"};
 inline constexpr Text SnapshotNone{"SnapshotNone", "This cell has no picture to save"};
 inline constexpr Text RemoveQuestion{
     "RemoveQuestion", "Remove %1 from the list? Its streams stop, and its account and password are deleted here."};
-inline constexpr Text ShowRecorder{"ShowRecorder", "&Show channels"};
 inline constexpr Text LanguageEnglish{"LanguageEnglish", "English"};
 inline constexpr Text LanguageChinese{"LanguageChinese", "\u7e41\u9ad4\u4e2d\u6587"};
 inline constexpr Text LanguageMissing{"LanguageMissing", "The language file is missing or damaged"};
@@ -117,9 +115,6 @@ inline constexpr Text SettingsTip{"SettingsTip", "Edit the settings of the selec
 inline constexpr Text SettingsNone{"SettingsNone", "The settings of this kind of recorder can't be edited here"};
 inline constexpr Text SettingsOpen{"SettingsOpen", "Settings of %1"};
 inline constexpr Text CommandMissing{"CommandMissing", "%1 (not in this version)"};
-inline constexpr Text PtzTitle{"PtzTitle", "PTZ"};
-inline constexpr Text PtzPanel{"PtzPanel", "P&TZ panel"};
-inline constexpr Text PtzPanelTip{"PtzPanelTip", "Move the camera of the selected cell"};
 inline constexpr Text PtzPad{"PtzPad", "Directions"};
 inline constexpr Text PtzSpeed{"PtzSpeed", "Speed"};
 inline constexpr Text PtzZoom{"PtzZoom", "Zoom"};
