@@ -131,6 +131,7 @@ void CLiveGrid::m_S_SetSlot(int nSlot, const stDef_ChannelKey& stKey)
     if (nSlot >= static_cast<int>(vm_arSlots.size()))
         vm_arSlots.resize(static_cast<std::size_t>(nSlot) + 1);
     vm_arSlots[static_cast<std::size_t>(nSlot)] = stKey;
+    // The last slot is a filled one, so that the number of pages follows.
     while (!vm_arSlots.empty() && IsEmpty(vm_arSlots.back()))
         vm_arSlots.pop_back();
 }
@@ -279,6 +280,7 @@ void CLiveGrid::m_S_Arrange()
     }
     vm_nCurrent = std::min(vm_nCurrent, vm_nShape - 1);
     m_S_LayOut();
+    // Filling a cell waits for the end of its stream: all are told first, so that they end side by side.
     for (CLiveCell* const pCell : arChanged)
         pCell->m_S_RequestStop();
     for (CLiveCell* const pCell : arChanged)
@@ -309,6 +311,7 @@ void CLiveGrid::m_S_Fill(CLiveCell* pCell, const stDef_ChannelKey& stKey)
         return;
     }
     const QString sTitle = m_F_s_Title(stKey);
+    // Until the directory service has answered nothing logs in: the listed address may be somebody else's by now.
     if (pRecorder->nDstType == 1 && !vm_setResolved.contains(stKey.nNvrID)) {
         pCell->m_S_Announce(stKey, sTitle);
         vm_pResolver->m_S_Resolve(stKey.nNvrID, vm_pStore->m_F_o_InitRecord(stKey.nNvrID).sDips);
@@ -338,7 +341,7 @@ void CLiveGrid::m_S_LayOut()
             vm_arCells[i]->setGeometry(Margin + nPlace % nSide * (nWidth + Margin),
                                        Margin + nPlace / nSide * (nHeight + Margin), nWidth, nHeight);
         vm_arCells[i]->setVisible(bShown);
-        if (i > 0)
+        if (i > 0) // cells change places, and Tab goes by places
             setTabOrder(vm_arCells[i - 1], vm_arCells[i]);
     }
 }
@@ -379,6 +382,7 @@ QList<CLiveCell*> CLiveGrid::m_F_ar_CellsOf(int nNvrID) const
 void CLiveGrid::m_S_RecorderChanged(int nNvrID)
 {
     vm_arRecorders = vm_pStore->m_F_ar_Recorders();
+    // Whatever was edited, its streams begin anew: account, ports and transport are read when one is made.
     vm_setResolved.remove(nNvrID);
     const stDef_Recorder* const pRecorder = m_F_p_Recorder(nNvrID);
     m_S_EmptySlots([nNvrID, pRecorder](const stDef_ChannelKey& stKey) {
@@ -437,6 +441,7 @@ void CLiveGrid::m_S_OnResolved(int nNvrID, const QByteArray& sDips, const QStrin
 
 // --- commands and figures
 
+// Holds for what comes into a cell later, too; a stream that was ended from here doesn't come back by itself.
 void CLiveGrid::m_S_ConnectAll()
 {
     vm_bConnect = true;

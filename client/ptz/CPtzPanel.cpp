@@ -24,9 +24,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+// Whatever can hold a movement has a number: one that is let go doesn't end what another holds. Keys have theirs.
 constexpr int PadSource = 1;
 constexpr int ButtonSources = 2; // the first of them
-constexpr int AskDelayMs = 200;
+constexpr int AskDelayMs = 200;  // a mark that moves on by key asks only where it comes to rest
 constexpr int TourKind = 9;
 constexpr int PresetKind = 22;
 
@@ -257,6 +258,7 @@ void CPtzPanel::m_S_Connect()
     connect(vm_pWatch, &CRecorderWatch::S_Changed, this, &CPtzPanel::m_S_Follow);
 }
 
+// A movement lasts as long as its button is down; the rest is done at its release, as buttons do.
 void CPtzPanel::m_S_ConnectButton(int nButton)
 {
     const auto [pButton, pAction] = vm_arButtons[nButton];
@@ -331,6 +333,8 @@ void CPtzPanel::showEvent(QShowEvent* pEvent)
     Q_EMIT S_SettingChanged();
 }
 
+// Comes with every move of the mark, of a state, of a page and of a recorder's reach. The camera that was driven is
+// stopped before the driver turns to another: afterwards nobody would send its stop.
 void CPtzPanel::m_S_Follow()
 {
     const CLiveCell& objCell = *vm_pGrid->m_F_p_Current();
@@ -347,6 +351,8 @@ void CPtzPanel::m_S_Follow()
     m_S_UpdateLine();
 }
 
+// Presets and tours are asked for once a picture plays: a recorder that only seems to be there would keep the answer
+// waiting, and the lists with it.
 void CPtzPanel::m_S_SetReady(bool bReady)
 {
     if (!bReady && std::exchange(vm_bReady, false)) {
@@ -368,6 +374,7 @@ void CPtzPanel::m_S_AskPlaces()
     const stDef_ChannelKey stKey = vm_objDriver.m_F_o_Channel();
     if (stKey.nNvrID < 0)
         return;
+    // The query fills lists of its own: the panel may follow another camera, or be gone, before the answer comes.
     const auto pLists = std::make_shared<std::array<QStringList, 2>>();
     const auto Ask = [pLists, nCamera = stKey.nChannel](CWndNvrBase& objNvr) {
         objNvr.m_S_GetPTZData(PresetKind, nCamera, &(*pLists)[0]);
@@ -382,7 +389,7 @@ void CPtzPanel::m_S_TakePlaces(const QStringList& arPresets, const QStringList& 
     vm_arPresets = arPresets;
     vm_arTours = arTours;
     vm_bPlaces = true;
-    vm_pPresets->setCurrentIndex(-1);
+    vm_pPresets->setCurrentIndex(-1); // what was picked was another camera's
     vm_pTours->setCurrentIndex(-1);
     m_S_ShowPlaces();
     m_S_UpdateLine();
@@ -437,6 +444,7 @@ void CPtzPanel::m_S_Do(const stDef_PtzAction& stAction, int nDigit)
     }
 }
 
+// Keys and pad forget what they hold, so that a late release or a repeated key says nothing any more.
 void CPtzPanel::m_S_StopAll()
 {
     vm_objDriver.m_S_StopAll();
@@ -458,6 +466,7 @@ void CPtzPanel::m_S_UpdateLine()
         vm_pLine->setText(sLine);
 }
 
+// From the outside in: no camera, no recorder, no picture, then what became of the last command.
 QString CPtzPanel::m_F_s_Line() const
 {
     const stDef_ChannelKey stKey = vm_objDriver.m_F_o_Channel();

@@ -155,7 +155,7 @@ QString CLoginPanel::m_F_s_Styles() const
         if (vm_arCan.value(nFlag++).trimmed() == u"1"_s)
             arStyles.append(Tr(stStyle));
     }
-    return arStyles.isEmpty() ? Tr(nsHost::LoginNone) : arStyles.join(u", "_s);
+    return arStyles.isEmpty() ? Tr(nsHost::LoginNone) : arStyles.join(Tr({"ListSeparator", ", "}));
 }
 
 QString CLoginPanel::m_F_s_SecondOnly() const

@@ -2,7 +2,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QEvent>
 #include <QFormLayout>
 #include <QLabel>
@@ -14,6 +13,7 @@
 
 #include "live/CLiveState.h"
 #include "toolkit/user/CPrompts.h"
+#include "window/CDialogButtons.h"
 #include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;
@@ -84,7 +84,7 @@ CRecorderDialog::CRecorderDialog(CRecorderStore* pStore, int nNvrID, QWidget* pP
     vm_pTwin = MakeNote("Twin");
     pLayout->addWidget(vm_pTwin);
     pLayout->addStretch();
-    vm_pButtons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    vm_pButtons = new CDialogButtons(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     pLayout->addWidget(vm_pButtons);
     connect(vm_pButtons, &QDialogButtonBox::accepted, this, &CRecorderDialog::accept);
     connect(vm_pButtons, &QDialogButtonBox::rejected, this, &CRecorderDialog::reject);
@@ -298,6 +298,15 @@ void CRecorderDialog::done(int nResult)
 {
     vm_objTest.m_S_Stop();
     QDialog::done(nResult);
+}
+
+// A note that takes several lines would be squeezed into the height that the dialog has.
+bool CRecorderDialog::event(QEvent* pEvent)
+{
+    const bool bTaken = QDialog::event(pEvent);
+    if (pEvent->type() == QEvent::LayoutRequest)
+        resize(width(), std::max(height(), layout()->totalHeightForWidth(width())));
+    return bTaken;
 }
 
 void CRecorderDialog::changeEvent(QEvent* pEvent)

@@ -33,6 +33,7 @@ public:
     void done(int nResult) override;
 
 protected:
+    bool event(QEvent* pEvent) override;
     void changeEvent(QEvent* pEvent) override;
 
 private:

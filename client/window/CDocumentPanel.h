@@ -17,12 +17,22 @@ public:
 
     /// Shows the rows so far and paints them at once, also while the GUI thread is busy with requests.
     void m_S_ShowResults(const QList<stDef_DocumentResult>& arResults);
-    void m_S_ShowSummary(const QString& sText);
+    /// Sums up what was shown: of which recorder, and in how many ms; -1 if nothing could be asked.
+    void m_S_ShowOutcome(const QString& sRecorder, qint64 nMs);
 
     /// What the last column says of a document.
     static QString s_F_s_Result(const stDef_DocumentResult& stResult);
 
+protected:
+    void changeEvent(QEvent* pEvent) override;
+
 private:
+    void m_S_Retranslate();
+    QString m_F_s_Summary() const;
+
+    QList<stDef_DocumentResult> vm_arResults;
+    QString vm_sRecorder; ///< empty before the first exchange
+    qint64 vm_nMs = 0;
     QTableWidget* vm_pTable;
     QLabel* vm_pSummary;
 };

@@ -6,6 +6,8 @@
 #include <QWidget>
 #include <iterator>
 
+#include "toolkit/user/CUserSide.h"
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -25,13 +27,24 @@ constexpr stDef_LanguageRow g_astLanguages[] = {
 
 } // namespace
 
-CHostLanguage::CHostLanguage(CEnvObj* pEnv) : vm_pEnv(pEnv) {}
+CHostLanguage::CHostLanguage(CEnvObj* pEnv) : vm_pEnv(pEnv)
+{
+    CUserSide::s_S_SetTexts(this);
+}
 
-CHostLanguage::~CHostLanguage() = default;
+CHostLanguage::~CHostLanguage()
+{
+    CUserSide::s_S_SetTexts(nullptr);
+}
 
 int CHostLanguage::m_F_n_Language() const
 {
     return vm_pEnv->vm_nLanguage;
+}
+
+int CHostLanguage::m_F_n_LoadString(const QString& sKey, QString& sOut, const QString& sDefault) const
+{
+    return vm_pEnv->m_F_n_LoadString(sKey, sOut, sDefault);
 }
 
 bool CHostLanguage::m_F_b_Set(int nLanguage)

@@ -74,7 +74,7 @@ const stDef_ActionRow CMainWindow::s_astActions[] = {
      "", Icon::None, OfPicked, [](CMainWindow& o, int) { o.m_S_EditRecorder(o.m_F_n_Picked()); }, 0},
     {"RemoveRecorder", {"RemoveRecorder", "&Remove recorder\u2026"}, {"RemoveRecorderTip", "Remove the selected recorder from the list"},
      "", Icon::None, OfPicked, [](CMainWindow& o, int) { o.m_S_RemoveRecorder(o.m_F_n_Picked()); }, 0},
-    {"ShowRecorder", {"ShowRecorder", "&Show channels"}, {"ShowRecorderTip", "Show the channels of the selected recorder"},
+    {"ShowRecorder", {"ShowRecorder", "Sho&w channels"}, {"ShowRecorderTip", "Show the channels of the selected recorder"},
      "", Icon::None, OfPicked, [](CMainWindow& o, int) { o.vm_pGrid->m_S_ShowRecorder(o.m_F_n_Picked()); }, 0},
     {"Quit", {"Quit", "&Quit"}, {"QuitTip", "Stop all streams and close the program"},
      "Ctrl+Q", Icon::None, Plain, [](CMainWindow& o, int) { o.close(); }, 0},
@@ -271,6 +271,7 @@ void CMainWindow::resizeEvent(QResizeEvent* pEvent)
 
 // --- layout
 
+// Nothing is saved before all is restored, and the language comes first: what is made from here on speaks it.
 void CMainWindow::m_S_Restore()
 {
     stDef_Layout stLayout;
@@ -290,6 +291,7 @@ void CMainWindow::m_S_Restore()
     vm_bRestored = true;
 }
 
+// A window that is drawn larger tells of each step.
 void CMainWindow::m_S_SaveSoon()
 {
     if (vm_bRestored)
@@ -372,6 +374,7 @@ void CMainWindow::m_S_Leave()
 
 // --- recorders
 
+// Of the tree, and where nothing is picked there that of the marked cell.
 int CMainWindow::m_F_n_Picked() const
 {
     const int nTree = m_F_p_Tree()->m_F_n_CurrentRecorder();

@@ -93,16 +93,13 @@ QList<stDef_DocumentResult> CRecorderCommands::m_F_ar_Exchange(int nNvrID, CDocu
     const QString sName = vm_pStore->m_F_o_Form(nNvrID).sName;
     const CNvrHolder objNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, vm_pWindow, vm_pEnv));
     if (!objNvr.m_F_b_Init(vm_pStore->m_F_o_InitRecord(nNvrID))) {
-        objPanel.m_S_ShowSummary(u"%1: %2"_s.arg(sName, Tr(nsHost::HintUnusable)));
+        objPanel.m_S_ShowOutcome(sName, -1);
         return {};
     }
     QElapsedTimer objClock;
     objClock.start();
     const QList<stDef_DocumentResult> arResults =
         CDocumentRunner::s_F_ar_Run(*objNvr, [&objPanel](const auto& arSoFar) { objPanel.m_S_ShowResults(arSoFar); });
-    const auto nFailed = std::count_if(arResults.begin(), arResults.end(),
-                                       [](const stDef_DocumentResult& stResult) { return !stResult.m_F_b_Ok(); });
-    objPanel.m_S_ShowSummary(nFailed == 0 ? Tr(nsHost::ExchangeDone).arg(sName).arg(objClock.elapsed())
-                                          : Tr(nsHost::ExchangeFailed).arg(sName).arg(nFailed).arg(arResults.size()));
+    objPanel.m_S_ShowOutcome(sName, objClock.elapsed());
     return arResults;
 }

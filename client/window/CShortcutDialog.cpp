@@ -1,7 +1,6 @@
 #include "window/CShortcutDialog.h"
 
 #include <QAction>
-#include <QDialogButtonBox>
 #include <QEvent>
 #include <QHeaderView>
 #include <QTreeWidget>
@@ -9,6 +8,7 @@
 #include <vector>
 
 #include "ptz/CPtzAction.h"
+#include "window/CDialogButtons.h"
 #include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;
@@ -76,7 +76,7 @@ CShortcutDialog::CShortcutDialog(QWidget* pWindow) : QDialog(pWindow)
     vm_pTable->setItemsExpandable(false);
     vm_pTable->setAlternatingRowColors(true);
     pLayout->addWidget(vm_pTable);
-    auto* const pButtons = new QDialogButtonBox(QDialogButtonBox::Close);
+    auto* const pButtons = new CDialogButtons(QDialogButtonBox::Close);
     pLayout->addWidget(pButtons);
     connect(pButtons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     m_S_Fill();

@@ -73,7 +73,7 @@ protected:
     }
 
     QTemporaryDir vm_dir;
-    CEnvObj vm_env;
+    CEnvObj& vm_env = CAppEnv::s_objEnv; // where texts come from
     CRecorderStore vm_store{&vm_env};
     mutable CVirtualNvr vm_nvr;
     std::unique_ptr<CMainWindow> vm_pWindow;

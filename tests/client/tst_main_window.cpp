@@ -143,7 +143,7 @@ TEST_F(MainWindowTest, ARecordersMenuHasItsOwnCommandsAndTheHosts)
         QApplication::sendEvent(objTree.viewport(), &objEvent);
     };
     const QStringList arHosts = {"",
-                                 "&Show channels",
+                                 "Sho&w channels",
                                  "&Add recorder\u2026",
                                  "&Edit recorder\u2026",
                                  "&Remove recorder\u2026",

@@ -21,9 +21,7 @@
 #include "recorders/CRecorderTree.h"
 #include "recorders/CRecorderWatch.h"
 #include "rtsp/CStreamServer.h"
-#include "support/LanguageFile.h"
 #include "support/Waiting.h"
-#include "window/CHostLanguage.h"
 #include "window/HostTexts.h"
 
 namespace {
@@ -249,21 +247,6 @@ TEST_F(RecorderDialogTest, TheTreeServesKeysDragAndFilter)
     EXPECT_FALSE(objTree.topLevelItem(1)->isHidden());
     QTest::keyClick(&objFilter, Qt::Key_Escape);
     EXPECT_FALSE(objTree.topLevelItem(0)->isHidden());
-}
-
-TEST_F(RecorderDialogTest, EachLanguageHasEachTextAndSwitchesOpenWindows)
-{
-    CEnvObj& objEnv = CAppEnv::s_objEnv;
-    ASSERT_TRUE(objEnv.m_F_b_Init(vm_dir.path()));
-    ASSERT_TRUE(objEnv.m_F_b_SetLangFolder(LANG_FOLDER));
-    EXPECT_EQ(CHostLanguage::s_F_ar_Faulty(LANG_FOLDER), QStringList());
-    CHostLanguage objLanguage(&objEnv);
-    CRecorderDialog objDialog(&vm_store, -1);
-    EXPECT_FALSE(objLanguage.m_F_b_Set(7));
-    ASSERT_TRUE(objLanguage.m_F_b_Set(0));
-    EXPECT_TRUE(WaitUntil([&] { return objDialog.windowTitle() == QString::fromUtf8("新增錄影主機"); }));
-    CheckLanguageFiles("lang_HOST_cht.xml", "lang_HOST_eng.xml", HOST_PROGRAM);
-    ASSERT_TRUE(objLanguage.m_F_b_Set(1));
 }
 
 } // namespace

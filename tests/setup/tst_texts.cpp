@@ -41,7 +41,7 @@ INSTANTIATE_TEST_SUITE_P(BothLanguages, SetupTexts, testing::Values(0, 1));
 
 TEST(LanguageFiles, HaveTheSameKeysAndNoneThatNobodyAsksFor)
 {
-    CheckLanguageFiles(g_apszFiles[0], g_apszFiles[1], LIBRARY_FILE);
+    CheckLanguageFiles(g_apszFiles[0], g_apszFiles[1], {LIBRARY_FILE});
 }
 
 } // namespace

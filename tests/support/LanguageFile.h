@@ -26,11 +26,14 @@ inline QMap<QString, QString> ReadLanguageFile(const char* pszFile)
 
 /// Two languages have the same keys, with the same signs to fill in and as many mnemonics, and none that the program
 /// never asks for: its keys stand in it, if only as the end of a longer text that the linker shares.
-inline void CheckLanguageFiles(const char* pszFile, const char* pszOther, const char* pszProgram)
+inline void CheckLanguageFiles(const char* pszFile, const char* pszOther, const QStringList& arPrograms)
 {
-    QFile program(pszProgram);
-    ASSERT_TRUE(program.open(QIODevice::ReadOnly));
-    const QByteArray sProgram = program.readAll();
+    QByteArray sProgram;
+    for (const QString& sFile : arPrograms) {
+        QFile program(sFile);
+        ASSERT_TRUE(program.open(QIODevice::ReadOnly));
+        sProgram += program.readAll();
+    }
     const QMap<QString, QString> mapTexts = ReadLanguageFile(pszFile), mapOther = ReadLanguageFile(pszOther);
     EXPECT_EQ(mapTexts.keys(), mapOther.keys());
     for (auto i = mapTexts.begin(); i != mapTexts.end(); ++i) {

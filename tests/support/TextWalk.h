@@ -3,12 +3,15 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
+#include <QDockWidget>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QRegularExpression>
 #include <QSet>
+#include <QShortcut>
 #include <QTabBar>
 #include <QTimer>
 
@@ -19,33 +22,46 @@
 class TextWalk
 {
 public:
-    explicit TextWalk(const char* pszFile)
+    template <class... Files>
+    explicit TextWalk(Files... apszFiles)
     {
-        for (const QString& sWord : ReadLanguageFile(pszFile)) {
-            if (sWord.contains("%1"))
-                vm_arComposed.append(
-                    QRegularExpression(Pattern(sWord), QRegularExpression::DotMatchesEverythingOption));
-            vm_setWords.insert(Bare(sWord));
+        for (const char* const pszFile : {apszFiles...}) {
+            for (const QString& sWord : ReadLanguageFile(pszFile)) {
+                if (sWord.contains("%1") && Bare(sWord).contains(Words()))
+                    vm_arComposed.append(
+                        QRegularExpression(Pattern(sWord), QRegularExpression::DotMatchesEverythingOption));
+                vm_setWords.insert(Bare(sWord));
+            }
         }
     }
+
+    /// Words that are no texts, such as the names of recorders.
+    void Know(const QStringList& arWords) { vm_setWords += QSet<QString>(arWords.begin(), arWords.end()); }
 
     /// All that stands in the window now. The page is a part of it, or the window itself.
     void Window(QWidget* pWindow, const QWidget* pPage)
     {
-        QApplication::processEvents(); // lays out what has changed
+        for (int nLevel = 0; nLevel < 4; ++nLevel)
+            QApplication::processEvents(); // lays out what has changed, from part to whole
         CheckText(pWindow->windowTitle(), "the title");
         QSet<QString> setNames;
+        QStringList arMnemonics;
         for (QWidget* const pWidget : pWindow->findChildren<QWidget*>()) {
-            if (!pWidget->isVisible() || pWidget->window() != pWindow)
-                continue;
+            if (!pWidget->isVisible() || pWidget->window() != pWindow || pWidget->objectName().startsWith("qt_"))
+                continue; // the last are parts of Qt's own controls
             if (pWidget->focusPolicy() & Qt::TabFocus)
                 CheckFocus(pWidget, setNames);
             const QString sName = Describe(pWidget);
-            for (const QString& sText : Texts(pWidget))
+            for (const QString& sText : Texts(pWidget)) {
                 CheckText(sText, sName);
+                arMnemonics << sText;
+            }
+            for (const QString& sTip : pWidget->toolTip().split('\n'))
+                CheckText(sTip, "the tip of " + sName);
             CheckPlace(pWidget, pPage->isAncestorOf(pWidget) ? pPage : pWindow, sName);
             CheckAlone(pWidget, sName);
         }
+        CheckMnemonics(arMnemonics, pWindow->objectName());
     }
     /// The menu that opens next, which is closed again.
     void NextMenu()
@@ -57,14 +73,36 @@ public:
             pMenu->close();
         });
     }
-    void Menu(const QMenu& menu)
+    /// A menu or the bar of the menus, with all below it.
+    void Menu(const QWidget& menu)
     {
         EXPECT_FALSE(menu.actions().isEmpty());
+        QStringList arTexts;
         for (const QAction* const pAction : menu.actions()) {
+            arTexts << pAction->text();
             CheckText(pAction->text(), menu.objectName());
+            CheckText(pAction->statusTip(), "the tip of " + pAction->objectName());
             if (pAction->menu())
                 Menu(*pAction->menu());
         }
+        CheckMnemonics(arTexts, menu.objectName());
+    }
+    /// A key does one thing in a window.
+    static void Keys(const QWidget& window)
+    {
+        QSet<QKeySequence> setKeys;
+        const auto Check = [&setKeys](const QObject* pOwner, const QList<QKeySequence>& arKeys) {
+            for (const QKeySequence& objKey : arKeys) {
+                EXPECT_FALSE(setKeys.contains(objKey))
+                    << objKey.toString().toStdString() << " twice, at " << pOwner->objectName().toStdString();
+                setKeys.insert(objKey);
+            }
+        };
+        for (const QAction* const pAction : window.findChildren<QAction*>())
+            Check(pAction, pAction->shortcuts());
+        for (const QShortcut* const pShortcut : window.findChildren<QShortcut*>())
+            Check(pShortcut, pShortcut->keys());
+        EXPECT_FALSE(setKeys.isEmpty());
     }
 
     int vm_nTexts = 0; ///< that were looked at, of two letters and more
@@ -83,6 +121,28 @@ private:
         return QRegularExpression::anchoredPattern(
             QRegularExpression::escape(Bare(sWord)).replace("\\%", "%").replace(s_objPlace, ".*"));
     }
+    static const QRegularExpression& Words()
+    {
+        static const QRegularExpression s_objWords(R"(\pL\pL)");
+        return s_objWords;
+    }
+    static const QRegularExpression& KeyAtEnd()
+    {
+        static const QRegularExpression s_objKey(R"(^Ctrl\+\w+$| \([^ ()]+\)$)");
+        return s_objKey;
+    }
+    static void CheckMnemonics(const QStringList& arTexts, const QString& sWhere)
+    {
+        static const QRegularExpression s_objMnemonic("&([^& ])");
+        QMap<QString, QString> mapTexts;
+        for (const QString& sText : arTexts) {
+            const QString sKey = s_objMnemonic.match(sText).captured(1).toUpper();
+            EXPECT_FALSE(!sKey.isEmpty() && mapTexts.contains(sKey))
+                << "one mnemonic in " << sWhere.toStdString() << ": " << sText.toStdString() << " and "
+                << mapTexts[sKey].toStdString();
+            mapTexts[sKey] = sText;
+        }
+    }
     static QString Describe(const QWidget* pWidget)
     {
         return QString("%1 \"%2\"").arg(pWidget->metaObject()->className(), pWidget->objectName());
@@ -100,6 +160,10 @@ private:
             arTexts << pWidget->property("text").toString();
         } else if (auto* const pBox = qobject_cast<const QGroupBox*>(pWidget)) {
             arTexts << pBox->title();
+        } else if (auto* const pEdit = qobject_cast<const QLineEdit*>(pWidget)) {
+            arTexts << pEdit->placeholderText();
+        } else if (qobject_cast<const QDockWidget*>(pWidget)) {
+            arTexts << pWidget->windowTitle();
         }
         return arTexts;
     }
@@ -121,17 +185,25 @@ private:
         QAccessibleInterface* const pRead = QAccessible::queryAccessibleInterface(pWidget);
         EXPECT_TRUE(pRead && !pRead->text(QAccessible::Name).isEmpty()) << "can't be read out: " << sName.toStdString();
     }
+    bool Knows(const QString& sText) const
+    {
+        const QString sBare = Bare(sText);
+        return !sBare.contains(Words()) || vm_setWords.contains(sBare) ||
+               std::any_of(vm_arComposed.begin(), vm_arComposed.end(), [&](const QRegularExpression& obj) {
+                   return obj.match(sBare).hasMatch() || obj.match(sText).hasMatch();
+               });
+    }
     void CheckText(const QString& sText, const QString& sWhere)
     {
-        static const QRegularExpression s_objWord(R"(\pL\pL)");
         const QString sBare = Bare(sText);
-        if (!sBare.contains(s_objWord))
+        if (!sBare.contains(Words()))
             return;
         ++vm_nTexts;
-        const bool bKnown = vm_setWords.contains(sBare) ||
-                            std::any_of(vm_arComposed.begin(), vm_arComposed.end(),
-                                        [&](const QRegularExpression& obj) { return obj.match(sBare).hasMatch(); });
-        EXPECT_TRUE(bKnown) << "no text of this language: " << sText.toStdString() << " at " << sWhere.toStdString();
+        static const QRegularExpression s_objComma(", |\u3001");
+        const QStringList arParts = sText.split(s_objComma);
+        const bool bList = std::all_of(arParts.begin(), arParts.end(), [&](const QString& s) { return Knows(s); });
+        EXPECT_TRUE(bList || Knows(sText) || Knows(QString(sText).remove(KeyAtEnd())))
+            << "no text of this language: " << sText.toStdString() << " at " << sWhere.toStdString();
     }
     /// What is left out of its layout stands over its neighbours.
     static void CheckAlone(const QWidget* pWidget, const QString& sName)

@@ -5,10 +5,12 @@
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
 
+#include "toolkit/form/CommonTexts.h"
 #include "toolkit/user/CHeldLoop.h"
 #include "toolkit/user/CWaitBox.h"
 
@@ -17,6 +19,7 @@ namespace {
 constexpr int StepMs = 100;
 
 CUserSide* g_pReplacement = nullptr;
+const CTextSource* g_pTexts = nullptr;
 
 struct stDef_BoxRow
 {
@@ -32,6 +35,33 @@ constexpr stDef_BoxRow g_astBoxes[] = {
     {QMessageBox::Warning, QMessageBox::Yes | QMessageBox::No, QMessageBox::No},
 };
 
+struct stDef_ButtonRow
+{
+    QMessageBox::StandardButton nButton;
+    stDef_Text stText; ///< its key is the object name, too
+};
+
+constexpr stDef_ButtonRow g_astButtons[] = {
+    {QMessageBox::Ok, nsTexts::Ok},
+    {QMessageBox::Yes, {"Yes", "&Yes"}},
+    {QMessageBox::No, {"No", "&No"}},
+};
+
+// Qt has words of its own only for languages whose translations were installed with it: the host's come first.
+void NameButtons(const QMessageBox& objBox)
+{
+    for (const stDef_ButtonRow& stRow : g_astButtons) {
+        QAbstractButton* const pButton = objBox.button(stRow.nButton);
+        if (!pButton)
+            continue;
+        const QString sKey = QString::fromLatin1(stRow.stText.pszKey);
+        pButton->setObjectName(sKey);
+        QString sText;
+        if (g_pTexts && g_pTexts->m_F_n_LoadString(sKey, sText, QString::fromLatin1(stRow.stText.pszDefault)) > 0)
+            pButton->setText(sText);
+    }
+}
+
 /// A dialog that may go with its parent while it runs.
 template <class Dialog>
 class CGuarded
@@ -43,6 +73,7 @@ public:
     CGuarded& operator=(const CGuarded&) = delete;
 
     Dialog* operator->() const { return vm_pDialog; }
+    Dialog* m_F_p_Get() const { return vm_pDialog; }
     int m_F_n_Run() { return CUserSide::s_F_o_Get().m_F_n_RunModal(*vm_pDialog); }
     bool m_F_b_Gone() const { return vm_pDialog.isNull(); }
 
@@ -56,12 +87,14 @@ bool CUserSide::m_F_b_Prompt(QWidget* pParent, const stDef_Prompt& stPrompt)
 {
     const stDef_BoxRow& stRow = g_astBoxes[static_cast<std::size_t>(stPrompt.nKind)];
     CGuarded<QMessageBox> objBox(pParent);
+    objBox->setObjectName(QStringLiteral("Prompt"));
     objBox->setTextFormat(Qt::PlainText); // what a recorder says is no mark-up
     objBox->setIcon(stRow.nIcon);
     objBox->setWindowTitle(stPrompt.sCaption);
     objBox->setText(stPrompt.sText);
     objBox->setStandardButtons(stRow.nButtons);
     objBox->setDefaultButton(stRow.nDefault);
+    NameButtons(*objBox.m_F_p_Get());
     const int nPressed = objBox.m_F_n_Run();
     return nPressed == QMessageBox::Yes || nPressed == QMessageBox::Ok;
 }
@@ -143,4 +176,9 @@ CUserSide& CUserSide::s_F_o_Get()
 void CUserSide::s_S_Replace(CUserSide* pUserSide)
 {
     g_pReplacement = pUserSide;
+}
+
+void CUserSide::s_S_SetTexts(const CTextSource* pTexts)
+{
+    g_pTexts = pTexts;
 }

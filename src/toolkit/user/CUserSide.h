@@ -7,6 +7,7 @@
 
 #include "host/Export.h"
 
+class CTextSource;
 class QDialog;
 class QWidget;
 
@@ -72,4 +73,7 @@ public:
     static CUserSide& s_F_o_Get();
     /// Borrowed; null brings the real one back.
     static void s_S_Replace(CUserSide* pUserSide);
+    /// Where the buttons of messages and questions have their words from, under the keys "OK", "Yes" and "No"; one that
+    /// is not there, and all of them without a source, are Qt's own. Borrowed; null takes it back.
+    static void s_S_SetTexts(const CTextSource* pTexts);
 };
