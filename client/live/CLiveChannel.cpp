@@ -149,6 +149,8 @@ emDef_LiveState CLiveChannel::m_F_n_ReadState()
     case nsCMS::ConnectStat_Disconnected:
         vm_nLastPictureMs = 0;
         m_S_PlanRetry(emDef_LiveState::NoAnswer);
+        if (!vm_pNvr->m_F_b_HasRing())
+            return emDef_LiveState::NoRing;
         // What is lost stays lost until it is back, however often nothing answers in between.
         return vm_bConnected || vm_nPictures > 0 ? emDef_LiveState::Lost : emDef_LiveState::NoAnswer;
     default:

@@ -33,6 +33,7 @@ constexpr stDef_StateRow g_astStates[] = {
     {{"StateDisconnected", "Disconnected"}, nsHost::HintDisconnected, emDef_Tone::Quiet},
     {{"StateLost", "Connection lost"}, {"HintLost", "The recorder ended the stream or stopped sending"}, emDef_Tone::Bad},
     {{"StateNoAnswer", "No answer"}, {"HintNoAnswer", "No answer from the recorder's address"}, emDef_Tone::Bad},
+    {{"StateNoRing", "No shared memory"}, {"HintNoRing", "Another program holds this channel's shared memory, or it is full. The log says which"}, emDef_Tone::Bad},
     {{"StateRefused", "Refused"}, {"HintRefused", "Wrong account or password, or no such channel"}, emDef_Tone::Bad},
     {{"StateNoPicture", "No picture"}, nsHost::HintNoPicture, emDef_Tone::Bad},
     {{"StateUnusable", "Not usable"}, nsHost::HintUnusable, emDef_Tone::Bad},

@@ -21,6 +21,7 @@ enum class emDef_LiveState
     Disconnected,  ///< ended from here
     Lost,          ///< ended from the other side, or fallen silent
     NoAnswer,      ///< nothing ever came
+    NoRing,        ///< there is no shared memory for its pictures
     Refused,       ///< the recorder said no
     NoPicture,     ///< the stream plays, but something keeps its pictures from being shown
     Unusable       ///< no connection object can be made of the recorder's entry

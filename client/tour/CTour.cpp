@@ -40,7 +40,7 @@ constexpr int MovingPictures = 3; // different ones, until a cell counts as movi
 bool IsHopeless(const CLiveCell& objCell)
 {
     using enum emDef_LiveState;
-    constexpr emDef_LiveState anFailed[] = {Lost, NoAnswer, Refused, Unusable, Disconnected};
+    constexpr emDef_LiveState anFailed[] = {Lost, NoAnswer, NoRing, Refused, Unusable, Disconnected};
     return !objCell.m_F_p_Channel() || std::ranges::find(anFailed, objCell.m_F_n_State()) != std::end(anFailed);
 }
 

@@ -95,6 +95,9 @@ public:
     /// counts as alive: ms of the steady clock (`CRtspClient::s_F_n_NowMs`), usually now less 10000. Silence since then
     /// tells the client to stop.
     virtual nsCMS::emDef_ConnectStat m_F_n_GetConnectStat(std::uint64_t nStamp) = 0;
+    /// False while the stream has no ring to write its pictures to, which the state tells as an end: shared memory is
+    /// full, or the ring another process's. The log says which.
+    virtual bool m_F_b_HasRing() { return true; }
     /// Copies the records of a time span into a folder. 1 if all was done, 0 if it failed or was stopped.
     virtual int m_F_n_RecordBackup(stDef_RecordBackupInfo stInfo) = 0;
     /// Local caches of the host's documents, below the configuration folder.

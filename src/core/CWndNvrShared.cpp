@@ -95,8 +95,11 @@ void CWndNvrShared::m_S_StartClient()
         vm_pRtsp->vm_objClient.m_S_Connect(&vm_pRtsp->vm_objInfo);
 }
 
+// The log is told each reason once.
 bool CWndNvrShared::m_F_b_HasRing()
 {
+    if (!vm_pRtsp)
+        return true;
     const std::string sVideo = vm_pRtsp->vm_objShmVideo.m_F_s_WhyNot();
     const std::string sAudio = vm_pRtsp->vm_objShmAudio.m_F_s_WhyNot();
     for (const std::string& sWhy : {sVideo, sAudio}) {

@@ -35,6 +35,7 @@ public:
     void m_S_Connect(int nNvrID, int nChannel, int nStream) override;
     void m_S_Disconnect(bool bWait) override;
     nsCMS::emDef_ConnectStat m_F_n_GetConnectStat(std::uint64_t nStamp) override;
+    bool m_F_b_HasRing() override;
 
     void m_S_ShowMenu() override;
     QList<stDef_MenuItem> m_F_ar_MenuItems() const override;
@@ -100,8 +101,6 @@ private:
     void m_S_AttachAgain();
     /// Connects, unless there is no ring to write to.
     void m_S_StartClient();
-    /// False while the video ring can't be written; the log is told each reason once.
-    bool m_F_b_HasRing();
     void m_S_StoreConnectStat(nsCMS::emDef_ConnectStat nStat);
 
     std::string vm_sToldRings; ///< what the log was told last of rings that can't be written

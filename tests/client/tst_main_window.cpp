@@ -15,6 +15,8 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "WindowFixture.h"
 #include "cgi/CDocumentStore.h"
@@ -239,6 +241,14 @@ TEST_F(MainWindowTest, ACellSaysInPlainWordsWhyItShowsNothing)
     ASSERT_TRUE(vm_nvr.m_F_o_Streams().m_F_b_SetFault("*", "missing"));
     Check(emDef_LiveState::Refused, "Refused");
     ASSERT_TRUE(vm_nvr.m_F_o_Streams().m_F_b_SetFault("*", "none"));
+    QStringList arNames;
+    for (int i = 0; i < 4; ++i) { // no ring can be made where a pipe stands
+        arNames << QString("/dev/shm/fleetlink.%1.%2.v.0.%3.0").arg(geteuid()).arg(vm_env.m_F_s_Instance()).arg(i);
+        ASSERT_EQ(mkfifo(arNames[i].toUtf8(), 0600), 0);
+    }
+    Check(emDef_LiveState::NoRing, "No shared memory");
+    for (const QString& sName : arNames)
+        QFile::remove(sName);
     vm_nvr.m_S_Stop();
     Check(emDef_LiveState::NoAnswer, "No answer");
 }

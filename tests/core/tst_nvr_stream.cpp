@@ -190,6 +190,7 @@ TEST_F(NvrStream, WithoutARingItIsDisconnectedAndTheLogSaysWhy)
             return nStat == nsCMS::ConnectStat_Disconnected;
         }));
         EXPECT_EQ(nvr->m_F_n_GetConnectStat(UINT64_MAX), nsCMS::ConnectStat_Disconnected) << "however long it lasts";
+        EXPECT_FALSE(nvr->m_F_b_HasRing());
         const std::string sLog = testing::internal::GetCapturedStderr();
         EXPECT_NE(sLog.find(row.pLog), std::string::npos) << sLog;
         EXPECT_EQ(sLog.find(sRing), sLog.rfind(sRing)) << "said once: " << sLog;
