@@ -1,11 +1,10 @@
 #pragma once
 
-#include "scene/CCanvas.h"
-#include "scene/stDef_PtzView.h"
+#include "scene/CSceneMaker.h"
 
-/// Draws the pictures of one stream: a scene by channel (street, yard, gate, lobby, in other colours from channel 4 on)
-/// with something moving in it, the channel's name, a clock of the clip, a sweep bar, and the code strip of
-/// CPictureCode.h at the bottom edge. The same arguments give the same pictures. For one thread.
+/// Draws the pictures of one stream: the scene that its camera sees, the channel's name, a clock of the clip, a sweep
+/// bar, and the code strip of CPictureCode.h at the bottom edge. The same arguments give the same pictures. For one
+/// thread.
 class CPictureMaker
 {
 public:
@@ -17,15 +16,12 @@ public:
     const std::vector<std::uint8_t>& m_F_ar_Draw(int nFrame, const stDef_PtzView& stView = {});
 
 private:
-    void m_S_TurnTo(const stDef_PtzView& stView);
-    void m_S_DrawCaptions(int nFrame);
-    void m_S_DrawReadOut(const stDef_PtzView& stView);
-    void m_S_DrawStrip(int nFrame);
+    void m_S_DrawReadOut(CCanvas& objPicture, const stDef_PtzView& stView) const;
+    void m_S_DrawCaptions(CCanvas& objPicture, int nFrame) const;
+    void m_S_DrawStrip(CCanvas& objPicture, int nFrame) const;
 
     int vm_nChannel;
     bool vm_bSecond;
-    int vm_nFrames;
     int vm_nFps;
-    CCanvas vm_objBackground;
-    CCanvas vm_objPicture;
+    CSceneMaker vm_objScene;
 };
