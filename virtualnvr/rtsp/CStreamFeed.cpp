@@ -1,6 +1,7 @@
 #include "rtsp/CStreamFeed.h"
 
 #include "scene/CClipLibrary.h"
+#include "scene/CSceneClock.h"
 #include "scene/CSoundMaker.h"
 
 #include <algorithm>
@@ -175,10 +176,18 @@ void CStreamFeed::m_S_SkipToKey()
         vm_nFrame = (vm_nFrame + 1) % vm_pClip->arUnits.size();
 }
 
+// As above, after a gap that leaves the order of pictures free.
+void CStreamFeed::m_S_TakeKey(std::int64_t nNowNs)
+{
+    vm_pLive.reset();
+    vm_nFrame = static_cast<std::size_t>(CSceneClock::s_F_n_KeyFrame(nNowNs)) % vm_pClip->arUnits.size();
+}
+
 const std::vector<std::uint8_t>& CStreamFeed::m_F_ar_NextPicture()
 {
     const std::vector<std::uint8_t>* pLive = m_F_p_LivePicture();
     const auto& stUnit = vm_pClip->arUnits[vm_nFrame];
+    vm_stVideo.nPeriodNs = CSceneClock::s_F_n_PeriodNs(static_cast<int>(vm_nFrame), vm_stVideo.nDueNs);
     vm_nFrame = (vm_nFrame + 1) % vm_pClip->arUnits.size();
     return m_F_ar_Spoilt(pLive != nullptr ? *pLive : stUnit.arBytes);
 }
@@ -260,14 +269,14 @@ void CStreamFeed::m_S_ChooseClip()
 }
 
 // Before somebody plays, the media needs one piece of each track to be prepared; it doesn't go out. With the start, the
-// clip begins, so that no client gets pictures that waited for it.
+// clip begins at the key frame next to the scene's clock, so that no client gets pictures that waited for it.
 bool CStreamFeed::m_F_b_Begin(std::int64_t nNowNs, std::int64_t nBaseNs)
 {
     if (!vm_bPlaying)
         return vm_nFrame == 0 && vm_nSound == 0;
     if (*vm_pStartNs == g_nNever) {
-        vm_nFrame = vm_nSound = 0;
-        vm_pLive.reset();
+        m_S_TakeKey(nNowNs);
+        vm_nSound = 0;
         vm_stVideo.nDueNs = vm_stAudio.nDueNs = nNowNs;
         *vm_pStartNs = static_cast<std::uint64_t>(std::max<std::int64_t>(nNowNs - nBaseNs, 0));
     }
@@ -282,7 +291,7 @@ std::int64_t CStreamFeed::m_F_n_Push(std::int64_t nNowNs)
         return nNowNs + g_nPollNs;
     m_S_ChooseClip();
     if (vm_bHeld)
-        m_S_SkipToKey();
+        m_S_TakeKey(nNowNs);
     vm_bHeld = false;
     m_S_PushTrack(
         vm_stVideo, nNowNs, nBaseNs, [this]() -> const auto& { return m_F_ar_NextPicture(); });

@@ -26,7 +26,7 @@ public:
     /// Called when the media is prepared: what leaves it passes the faults from here on.
     void m_S_OnPrepared(GstRTSPMedia* pMedia);
 
-    /// Called when its client plays: the clip begins now.
+    /// Called when its client plays: its pictures begin now, near to where the scene is.
     void m_S_OnPlaying();
 
     /// Pushes what is due and tells when to be called next; times in nanoseconds of the steady clock. For one thread.
@@ -48,6 +48,7 @@ private:
     bool m_F_b_Begin(std::int64_t nNowNs, std::int64_t nBaseNs);
     void m_S_ChooseClip();
     void m_S_SkipToKey();
+    void m_S_TakeKey(std::int64_t nNowNs);
 
     std::shared_ptr<const stDef_StreamMount> vm_pMount;
     std::shared_ptr<const stDef_EncodedClip> vm_pClip;
