@@ -9,6 +9,7 @@
 #include "cgi/CDocumentCgi.h"
 #include "cgi/CDocumentStore.h"
 #include "cgi/CMotionCgi.h"
+#include "cgi/CMotionStore.h"
 #include "cgi/CPtzCgi.h"
 #include "http/CDigestAuth.h"
 #include "http/CFaultTable.h"
@@ -58,6 +59,7 @@ struct CVirtualNvr::stDef_Impl
     CFaultTable objFaults;
     CRequestLog objLog;
     CDocumentStore objDocuments;
+    CMotionStore objMotion{objDocuments};
     const std::shared_ptr<CPtzBoard> pPtz = std::make_shared<CPtzBoard>();
     CCameraRegistry objCameras;
     CStreamServer objStreams;
@@ -71,6 +73,8 @@ struct CVirtualNvr::stDef_Impl
 
     bool Start(const stDef_VirtualNvrConfig& stConfig, std::string& sError);
     void MakeRouter(const stDef_VirtualNvrConfig& stConfig);
+    bool OpenDocuments(const stDef_VirtualNvrConfig& stConfig, const std::string& sState, const std::string& sData,
+                       std::string& sError);
     bool StartStreams(const stDef_VirtualNvrConfig& stConfig, std::string& sError);
     void Stop();
 };
@@ -85,7 +89,22 @@ void CVirtualNvr::stDef_Impl::MakeRouter(const stDef_VirtualNvrConfig& stConfig)
     pRouter->m_S_Add(std::make_unique<CCameraCgi>(objCameras, stConfig.nProbeDelayMs));
     pRouter->m_S_Add(std::make_unique<CPtzCgi>(*pPtz, nChannels, stConfig.bPC));
     pRouter->m_S_Add(std::make_unique<CDisplayCgi>());
-    pRouter->m_S_Add(std::make_unique<CMotionCgi>(nChannels));
+    pRouter->m_S_Add(std::make_unique<CMotionCgi>(objMotion, *pPtz, nChannels));
+}
+
+/// A change of the list of cameras takes their motion windows along.
+bool CVirtualNvr::stDef_Impl::OpenDocuments(const stDef_VirtualNvrConfig& stConfig, const std::string& sState,
+                                            const std::string& sData, std::string& sError)
+{
+    objDocuments.m_S_SetListener({});
+    if (!objDocuments.m_F_b_Open(sState, sData, stConfig.nChannels, sError) || !objCameras.m_F_b_Load(sData, sError))
+        return false;
+    objMotion.m_S_Load(stConfig.nChannels);
+    objDocuments.m_S_SetListener([this](emDef_Document eDocument) {
+        if (eDocument == emDef_Document::Camera)
+            objMotion.m_S_TakeCameras();
+    });
+    return true;
 }
 
 bool CVirtualNvr::stDef_Impl::StartStreams(const stDef_VirtualNvrConfig& stConfig, std::string& sError)
@@ -111,8 +130,8 @@ bool CVirtualNvr::stDef_Impl::Start(const stDef_VirtualNvrConfig& stConfig, std:
     pPtz->m_S_Reset(stConfig.nChannels);
     MakeRouter(stConfig);
     pAuth = std::make_unique<CDigestAuth>(stConfig.arAccounts, stConfig.nNonceLifetimeMs);
-    if (!objDocuments.m_F_b_Open(sState, sData, stConfig.nChannels, sError) || !objCameras.m_F_b_Load(sData, sError) ||
-        !StartStreams(stConfig, sError) || !objCgiServer.m_F_b_Start(*pRouter, *pAuth, sError) ||
+    if (!OpenDocuments(stConfig, sState, sData, sError) || !StartStreams(stConfig, sError) ||
+        !objCgiServer.m_F_b_Start(*pRouter, *pAuth, sError) ||
         !objProxy.m_F_b_Start(stConfig.sBind, stConfig.nHttpPort, objCgiServer.m_F_n_Port(), objFaults, objLog, sError))
         return false;
     stPorts.nHttp = objProxy.m_F_n_Port();

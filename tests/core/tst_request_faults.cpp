@@ -16,7 +16,7 @@ constexpr const char* Camera = "cgi-bin/SyncSetting.cgi?action=CameraXML";
 constexpr const char* UpdateCamera = "cgi-bin/SyncSetting.cgi?action=UpdateCamera";
 constexpr const char* CameraOfPC = "cgi-bin/CMS.cgi?action=CamXml";
 constexpr const char* Motion = "cgi-bin/motiondata.cgi?camera=0";
-constexpr const char* OtherMotion = "cgi-bin/motiondata.cgi?camera=1";
+constexpr const char* OtherMotion = "cgi-bin/motiondata.cgi?camera=2";
 constexpr const char* DipsId = "FL-000001";
 
 using enum CHTTP::emDef_Result;

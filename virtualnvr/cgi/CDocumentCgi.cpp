@@ -1,7 +1,5 @@
 #include "cgi/CDocumentCgi.h"
 
-#include <pugixml.hpp>
-
 std::vector<stDef_CgiRoute> CDocumentCgi::m_F_ar_Routes()
 {
     using enum emDef_NvrKinds;
@@ -33,10 +31,5 @@ stDef_CgiReply CDocumentCgi::m_F_o_Put(emDef_Document eDocument, const std::stri
 {
     std::string sError;
     const bool bStored = vm_objDocuments.m_F_b_Put(eDocument, sText, sError);
-    pugi::xml_document objDocument;
-    pugi::xml_node objResult = objDocument.append_child("root").append_child("Result");
-    objResult.append_attribute("Code") = bStored ? "OK" : "ERROR";
-    if (!bStored)
-        objResult.append_attribute("Reason") = sError.c_str();
-    return stDef_CgiReply::s_F_o_Envelope(objDocument, bStored ? 200 : 400);
+    return stDef_CgiReply::s_F_o_Result(bStored ? 200 : 400, sError);
 }

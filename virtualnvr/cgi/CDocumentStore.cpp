@@ -10,7 +10,7 @@
 
 namespace {
 constexpr int g_nMaxDepth = 256;
-constexpr std::array<std::string_view, 4> g_arNames = {"System", "Schedule", "Camera", "EMail"};
+constexpr std::array<std::string_view, 5> g_arNames = {"System", "Schedule", "Camera", "EMail", "Motion"};
 
 /// Stops at the first thing that a document may not hold.
 struct stDef_Limits : pugi::xml_tree_walker
@@ -106,7 +106,9 @@ bool CDocumentStore::m_F_b_OpenOne(emDef_Document eDocument, const std::string& 
         std::filesystem::rename(sPath, sPath + ".damaged", objError);
     }
     const std::string sSeed = sDataFolder + "/" + std::string(s_F_s_Name(eDocument)) + ".xml";
-    if (!CAtomicFile::s_F_b_Read(sSeed, sText) || !s_F_b_Check(sText, sWrong)) {
+    if (eDocument == emDef_Document::Motion)
+        sText = "<root/>";
+    else if (!CAtomicFile::s_F_b_Read(sSeed, sText) || !s_F_b_Check(sText, sWrong)) {
         sError = sSeed + ": " + sWrong;
         return false;
     }
@@ -132,11 +134,15 @@ bool CDocumentStore::m_F_b_Put(emDef_Document eDocument, const std::string& sTex
     if (!s_F_b_Check(sText, sError))
         return false;
     std::string sBare = WithoutEnvelope(sText);
-    const std::lock_guard objWriter(vm_objWriteLock);
-    if (!CAtomicFile::s_F_b_Write(m_F_s_Path(eDocument), sBare, 0600, sError))
-        return false;
-    const std::lock_guard objGuard(vm_objTextLock);
-    vm_arText[static_cast<std::size_t>(eDocument)] = std::move(sBare);
+    {
+        const std::lock_guard objWriter(vm_objWriteLock);
+        if (!CAtomicFile::s_F_b_Write(m_F_s_Path(eDocument), sBare, 0600, sError))
+            return false;
+        const std::lock_guard objGuard(vm_objTextLock);
+        vm_arText[static_cast<std::size_t>(eDocument)] = std::move(sBare);
+    }
+    if (vm_fnListener)
+        vm_fnListener(eDocument); // without a lock: it may read and put documents
     return true;
 }
 

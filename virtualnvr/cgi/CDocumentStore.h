@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -11,6 +12,7 @@ enum class emDef_Document
     Schedule,
     Camera,
     EMail,
+    Motion, ///< the recorder's own, which begins empty and isn't fetched or posted
     Count
 };
 
@@ -44,7 +46,10 @@ public:
     /// @return false with sError set, and nothing changed, if the text fails s_F_b_Check or can't be written.
     bool m_F_b_Put(emDef_Document eDocument, const std::string& sText, std::string& sError);
 
-    /// "System", "Schedule", "Camera" or "EMail"; the file is named <name>.xml.
+    /// Called after each document that was put, by its thread. Set it before others use the store.
+    void m_S_SetListener(std::function<void(emDef_Document)> fnListener) { vm_fnListener = std::move(fnListener); }
+
+    /// "System", "Schedule", "Camera", "EMail" or "Motion"; the file is named <name>.xml.
     static std::string_view s_F_s_Name(emDef_Document eDocument);
 
     /// True if the text is UTF-8 and well-formed XML, its root element is "root" (or an envelope "XML" around that), it
@@ -58,6 +63,7 @@ private:
     std::mutex vm_objWriteLock; ///< one writer at a time; held during disk work
     mutable std::mutex vm_objTextLock;
     std::string vm_sFolder;
+    std::function<void(emDef_Document)> vm_fnListener;
     int vm_nFolderLock = -1; ///< descriptor of the folder's lock file
     std::array<std::string, static_cast<std::size_t>(emDef_Document::Count)> vm_arText;
 };

@@ -35,6 +35,16 @@ stDef_CgiReply stDef_CgiReply::s_F_o_Envelope(const pugi::xml_document& objDocum
     return s_F_o_Envelope(objText.str(), nStatus);
 }
 
+stDef_CgiReply stDef_CgiReply::s_F_o_Result(int nStatus, const std::string& sReason)
+{
+    pugi::xml_document objDocument;
+    pugi::xml_node objResult = objDocument.append_child("root").append_child("Result");
+    objResult.append_attribute("Code") = nStatus == 200 ? "OK" : "ERROR";
+    if (nStatus != 200)
+        objResult.append_attribute("Reason") = sReason.c_str();
+    return s_F_o_Envelope(objDocument, nStatus);
+}
+
 stDef_CgiReply stDef_CgiReply::s_F_o_Plain(int nStatus, const std::string& sText)
 {
     stDef_CgiReply stReply;

@@ -36,8 +36,9 @@ stDef_PtzState CPtzBoard::m_F_o_State(int nCamera) const
     return m_F_b_Has(nCamera) ? vm_arCameras[static_cast<std::size_t>(nCamera)].m_F_o_State(Now()) : stDef_PtzState();
 }
 
-stDef_PtzView CPtzBoard::m_F_o_View(int nCamera) const
+stDef_PtzView CPtzBoard::m_F_o_View(int nCamera, double fAgo) const
 {
     const std::lock_guard objGuard(vm_objLock);
-    return m_F_b_Has(nCamera) ? vm_arCameras[static_cast<std::size_t>(nCamera)].m_F_o_View(Now()) : stDef_PtzView();
+    return m_F_b_Has(nCamera) ? vm_arCameras[static_cast<std::size_t>(nCamera)].m_F_o_View(Now() - fAgo)
+                              : stDef_PtzView();
 }

@@ -17,7 +17,8 @@ public:
 
     /// Of a camera that there isn't: as at home.
     stDef_PtzState m_F_o_State(int nCamera) const;
-    stDef_PtzView m_F_o_View(int nCamera) const;
+    /// @param fAgo as the camera looked so many seconds ago, but not before its last command
+    stDef_PtzView m_F_o_View(int nCamera, double fAgo = 0.0) const;
 
 private:
     bool m_F_b_Has(int nCamera) const;
