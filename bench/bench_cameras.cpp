@@ -21,8 +21,8 @@ class CSheetOf
 {
 public:
     explicit CSheetOf(int nCameras)
-        : vm_pBase(CWndNvrBase::s_F_p_CreateNvrObject(1, nullptr, nullptr)),
-          vm_pNvr(static_cast<CWndNvrEmbedded*>(vm_pBase))
+        : vm_pHolder(CWndNvrBase::s_F_p_CreateNvrObject(1, nullptr, nullptr)),
+          vm_pNvr(static_cast<CWndNvrEmbedded*>(vm_pHolder.get()))
     {
         QString sXml = u"<root><Camera count=\"%1\">"_s.arg(nCameras);
         static constexpr int s_arVendors[] = {2, 4, 6, 8, 0, 7, 9, 10};
@@ -35,13 +35,6 @@ public:
         vm_pNvr->vm_xmlCamera.m_F_b_LoadXML(sXml + u"</Camera></root>"_s);
         vm_pNvr->vm_xmlSystemInfo.m_F_b_LoadXML(u"<root><Local MaxCam=\"64\"/></root>"_s);
     }
-    ~CSheetOf()
-    {
-        vm_pSheet.reset();
-        CWndNvrBase::s_S_ReleaseNvrObject(&vm_pBase);
-    }
-    CSheetOf(const CSheetOf&) = delete;
-    CSheetOf& operator=(const CSheetOf&) = delete;
 
     /// Opens it anew, up to its first painting.
     void m_S_Open()
@@ -60,7 +53,7 @@ public:
     void m_S_Close() { vm_pSheet.reset(); }
 
 private:
-    CWndNvrBase* vm_pBase;
+    CNvrHolder vm_pHolder; // goes after the sheet
     CWndNvrEmbedded* vm_pNvr;
     std::unique_ptr<CDlgSetupPageSystemSetting> vm_pSheet;
 };

@@ -26,14 +26,14 @@ void BenchObjects()
     stInit.sUID = "admin";
 
     const auto nBefore = mallinfo2();
-    std::vector<CWndNvrBase*> arNvr;
+    std::vector<CNvrHolder> arNvr;
     for (int i = 0; i < Objects; ++i) {
         stInit.nNvrID = i;
-        arNvr.push_back(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(i, nullptr, &env));
+        arNvr.emplace_back(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(i, nullptr, &env));
         arNvr.back()->m_F_n_Init(stInit);
         arNvr.back()->m_S_Connect(i, 0, 0);
     }
-    for (CWndNvrBase* pNvr : arNvr)
+    for (const CNvrHolder& pNvr : arNvr)
         pNvr->m_S_Disconnect(true);
     const auto nAfter = mallinfo2();
     const double dBytes = static_cast<double>(nAfter.uordblks + nAfter.hblkhd - nBefore.uordblks - nBefore.hblkhd);
@@ -42,11 +42,9 @@ void BenchObjects()
     std::vector<double> arMs;
     for (int nRound = 0; nRound < 200; ++nRound) {
         const long long nBegin = NowNs();
-        for (CWndNvrBase* pNvr : arNvr)
+        for (const CNvrHolder& pNvr : arNvr)
             pNvr->m_F_n_GetConnectStat(CRtspClient::s_F_n_NowMs() - 10000);
         arMs.push_back(static_cast<double>(NowNs() - nBegin) / 1e6);
     }
     PrintRow({"poll of 1000 connection objects", Median(arMs), 0, "ms", 1, "median of 200"});
-    for (CWndNvrBase*& pNvr : arNvr)
-        CWndNvrBase::s_S_ReleaseNvrObject(&pNvr);
 }

@@ -100,15 +100,11 @@ public:
         stInit.sUID = QByteArray::fromStdString(vm_stConfig.arAccounts.front().sUser);
         stInit.sPWD = QByteArray::fromStdString(vm_stConfig.arAccounts.front().sPassword);
         stInit.nHttpPort = vm_objNvr.m_F_n_HttpPort();
-        vm_pBase = CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, nullptr, &vm_objEnv);
-        return vm_pBase && vm_pBase->m_F_n_Init(stInit) == 1;
+        vm_pHolder.reset(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, nullptr, &vm_objEnv));
+        return vm_pHolder && vm_pHolder->m_F_n_Init(stInit) == 1;
     }
-    CManyCameras() = default;
-    ~CManyCameras() { CWndNvrBase::s_S_ReleaseNvrObject(&vm_pBase); }
-    CManyCameras(const CManyCameras&) = delete;
-    CManyCameras& operator=(const CManyCameras&) = delete;
 
-    CWndNvrEmbedded& m_F_o_Nvr() { return *static_cast<CWndNvrEmbedded*>(vm_pBase); }
+    CWndNvrEmbedded& m_F_o_Nvr() { return *static_cast<CWndNvrEmbedded*>(vm_pHolder.get()); }
 
     CVirtualNvr vm_objNvr;
     stDef_VirtualNvrConfig vm_stConfig;
@@ -116,7 +112,7 @@ public:
 private:
     QTemporaryDir vm_dirConfig;
     CEnvObj vm_objEnv;
-    CWndNvrBase* vm_pBase = nullptr;
+    CNvrHolder vm_pHolder;
 };
 
 struct stDef_Cycle

@@ -5,8 +5,8 @@
 #include <QSaveFile>
 #include <algorithm>
 
+#include "fleetlink/fleetlink.h"
 #include "recorders/CRecorderStore.h"
-#include "toolkit/form/MemberRows.h"
 
 using namespace Qt::StringLiterals;
 

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "host/Lib_Livefeed.h"
+#include "fleetlink/fleetlink.h"
 #include "live/CChannelDrag.h"
 #include "recorders/CRecorderStore.h"
 #include "window/HostTexts.h"

@@ -3,8 +3,6 @@
 #include <QRandomGenerator>
 #include <algorithm>
 
-#include "host/Lib_Livefeed.h"
-
 namespace {
 
 constexpr std::uint64_t SilenceMs = 10000; // without data the stream counts as dead
@@ -28,18 +26,15 @@ CLiveChannel::CLiveChannel(CEnvObj* pEnv, QWidget* pHost, const stDef_LiveSource
       vm_objPause([] { return QRandomGenerator::global()->generateDouble(); })
 {}
 
-CLiveChannel::~CLiveChannel()
-{
-    CWndNvrBase::s_S_ReleaseNvrObject(&vm_pNvr);
-}
+CLiveChannel::~CLiveChannel() = default;
 
 bool CLiveChannel::m_F_b_Open(const stDef_NvrInit& stInit)
 {
-    CWndNvrBase::s_S_ReleaseNvrObject(&vm_pNvr);
-    vm_pNvr = CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(vm_stSource.nNvrID, vm_pHost, vm_pEnv);
+    vm_pNvr.reset(); // its ring is free for the next one
+    vm_pNvr.reset(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(vm_stSource.nNvrID, vm_pHost, vm_pEnv));
     if (vm_pNvr && vm_pNvr->m_F_n_Init(stInit) == 1)
         return true;
-    CWndNvrBase::s_S_ReleaseNvrObject(&vm_pNvr);
+    vm_pNvr.reset();
     vm_nConnectMs = NowMs();
     m_S_SetState(emDef_LiveState::Unusable);
     return false;

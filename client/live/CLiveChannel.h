@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/CWndNvrBase.h"
+#include "fleetlink/fleetlink.h"
 #include "live/CLiveState.h"
 #include "live/CReconnectPause.h"
 
@@ -87,7 +87,7 @@ private:
     CEnvObj* vm_pEnv;
     QWidget* vm_pHost;
     const stDef_LiveSource vm_stSource;
-    CWndNvrBase* vm_pNvr = nullptr;
+    CNvrHolder vm_pNvr;
     emDef_LiveState vm_nState = emDef_LiveState::Idle;
     std::vector<stDef_StateChange> vm_arHistory;
     emDef_RingLack vm_nLack = emDef_RingLack::Nothing;

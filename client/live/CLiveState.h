@@ -4,7 +4,7 @@
 #include <QPalette>
 #include <QString>
 
-#include "host/hostenv/CShmRing.h"
+#include "fleetlink/fleetlink.h"
 
 class QPainter;
 class QRectF;

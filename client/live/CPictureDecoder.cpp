@@ -16,24 +16,12 @@ namespace {
 constexpr int MaxSide = 8192;
 constexpr int StrideAlign = 16; // pixels: the scaler writes whole 64-byte blocks
 
-struct stDef_CodecRow
+const AVCodec* FindDecoder(emDef_RingCodec nCodec)
 {
-    emDef_RingCodec nRing;
-    AVCodecID nLib;
-};
-
-constexpr stDef_CodecRow g_astCodecs[] = {
-    {emDef_RingCodec::H264, AV_CODEC_ID_H264},
-    {emDef_RingCodec::H265, AV_CODEC_ID_HEVC},
-    {emDef_RingCodec::MPEG4, AV_CODEC_ID_MPEG4},
-    {emDef_RingCodec::MJPEG, AV_CODEC_ID_MJPEG},
-};
-
-AVCodecID LibraryCodec(emDef_RingCodec nRing)
-{
-    const auto* const pRow = std::find_if(std::begin(g_astCodecs), std::end(g_astCodecs),
-                                          [nRing](const stDef_CodecRow& stRow) { return stRow.nRing == nRing; });
-    return pRow == std::end(g_astCodecs) ? AV_CODEC_ID_NONE : pRow->nLib;
+    const stDef_RingCodec* const pRow = nsRing::FindCodec(nCodec);
+    const AVCodecDescriptor* const pCodec =
+        pRow && pRow->bVideo ? avcodec_descriptor_get_by_name(pRow->pszName) : nullptr;
+    return pCodec ? avcodec_find_decoder(pCodec->id) : nullptr;
 }
 
 // The deprecated "J" formats are plain ones of full range; the scaler complains about them by name.
@@ -117,7 +105,7 @@ CPictureDecoder::~CPictureDecoder() = default;
 bool CPictureDecoder::m_F_b_Open(const st_RingParam& stParam)
 {
     m_S_Close();
-    const AVCodec* const pCodec = avcodec_find_decoder(LibraryCodec(stParam.nCodec));
+    const AVCodec* const pCodec = FindDecoder(stParam.nCodec);
     AVCodecContext* pContext = pCodec ? avcodec_alloc_context3(pCodec) : nullptr;
     if (!pContext)
         return false;

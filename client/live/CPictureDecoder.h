@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "host/hostenv/CShmRingReader.h"
+#include "fleetlink/fleetlink.h"
 
 /// A picture ready to paint: 32 bits a pixel, 0xffRRGGBB in host byte order, in device pixels. The buffer keeps its
 /// capacity from picture to picture.

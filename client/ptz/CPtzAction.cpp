@@ -5,6 +5,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "fleetlink/fleetlink.h"
 #include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;
@@ -12,6 +13,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using enum emDef_PtzKind;
+using namespace nsCMS;
 
 // The nine letters of the pad lie on the keyboard as the directions do on the pad.
 // clang-format off
@@ -20,7 +22,7 @@ constexpr stDef_PtzAction g_astActions[] = {
     {"Up", Qt::Key_W, {"PtzUp", "Up"}, Hold, 0, 1, 0, 0},
     {"UpRight", Qt::Key_E, {"PtzUpRight", "Up right"}, Hold, 1, 1, 0, 0},
     {"Left", Qt::Key_A, {"PtzLeft", "Left"}, Hold, -1, 0, 0, 0},
-    {"Home", Qt::Key_S, {"PtzHome", "Home position"}, Once, 0, 0, 0, 8},
+    {"Home", Qt::Key_S, {"PtzHome", "Home position"}, Once, 0, 0, 0, PtzCommand_Home},
     {"Right", Qt::Key_D, {"PtzRight", "Right"}, Hold, 1, 0, 0, 0},
     {"DownLeft", Qt::Key_Z, {"PtzDownLeft", "Down left"}, Hold, -1, -1, 0, 0},
     {"Down", Qt::Key_X, {"PtzDown", "Down"}, Hold, 0, -1, 0, 0},
@@ -29,18 +31,18 @@ constexpr stDef_PtzAction g_astActions[] = {
     {"Faster", Qt::Key_Period, {"PtzFaster", "Faster"}, Speed, 1, 0, 0, 0},
     {"ZoomOut", Qt::Key_F, {"PtzZoomOut", "Zoom out"}, Hold, 0, 0, -1, 0},
     {"ZoomIn", Qt::Key_R, {"PtzZoomIn", "Zoom in"}, Hold, 0, 0, 1, 0},
-    {"FocusDown", Qt::Key_G, {"PtzFocusDown", "Focus down"}, Once, 0, 0, 0, 16},
-    {"FocusUp", Qt::Key_T, {"PtzFocusUp", "Focus up"}, Once, 0, 0, 0, 15},
-    {"AutoFocus", Qt::Key_U, {"PtzAutoFocus", "Auto focus"}, Once, 0, 0, 0, 17},
-    {"IrisDown", Qt::Key_H, {"PtzIrisDown", "Close the iris"}, Once, 0, 0, 0, 13},
-    {"IrisUp", Qt::Key_Y, {"PtzIrisUp", "Open the iris"}, Once, 0, 0, 0, 12},
-    {"AutoIris", Qt::Key_J, {"PtzAutoIris", "Auto iris"}, Once, 0, 0, 0, 14},
-    {"AutoPanOn", Qt::Key_P, {"PtzAutoPanOn", "Start auto pan"}, Once, 0, 0, 0, 20},
-    {"AutoPanOff", Qt::Key_O, {"PtzAutoPanOff", "Stop auto pan"}, Once, 0, 0, 0, 21},
-    {"PresetGo", Qt::Key_V, {"PtzPresetGo", "Go to the preset"}, Preset, 0, 0, 0, 23},
-    {"PresetKeys", Qt::Key_1, {"PtzPresetKeys", "Go to preset 1 to 9"}, PresetKey, 0, 0, 0, 23},
-    {"TourOn", Qt::Key_K, {"PtzTourOn", "Start the tour"}, Tour, 0, 0, 0, 10},
-    {"TourOff", Qt::Key_L, {"PtzTourOff", "Stop the tour"}, Tour, 0, 0, 0, 11},
+    {"FocusDown", Qt::Key_G, {"PtzFocusDown", "Focus down"}, Once, 0, 0, 0, PtzCommand_FocusDown},
+    {"FocusUp", Qt::Key_T, {"PtzFocusUp", "Focus up"}, Once, 0, 0, 0, PtzCommand_FocusUp},
+    {"AutoFocus", Qt::Key_U, {"PtzAutoFocus", "Auto focus"}, Once, 0, 0, 0, PtzCommand_AutoFocus},
+    {"IrisDown", Qt::Key_H, {"PtzIrisDown", "Close the iris"}, Once, 0, 0, 0, PtzCommand_IrisDown},
+    {"IrisUp", Qt::Key_Y, {"PtzIrisUp", "Open the iris"}, Once, 0, 0, 0, PtzCommand_IrisUp},
+    {"AutoIris", Qt::Key_J, {"PtzAutoIris", "Auto iris"}, Once, 0, 0, 0, PtzCommand_AutoIris},
+    {"AutoPanOn", Qt::Key_P, {"PtzAutoPanOn", "Start auto pan"}, Once, 0, 0, 0, PtzCommand_AutoPanOn},
+    {"AutoPanOff", Qt::Key_O, {"PtzAutoPanOff", "Stop auto pan"}, Once, 0, 0, 0, PtzCommand_AutoPanOff},
+    {"PresetGo", Qt::Key_V, {"PtzPresetGo", "Go to the preset"}, Preset, 0, 0, 0, PtzCommand_GoToPreset},
+    {"PresetKeys", Qt::Key_1, {"PtzPresetKeys", "Go to preset 1 to 9"}, PresetKey, 0, 0, 0, PtzCommand_GoToPreset},
+    {"TourOn", Qt::Key_K, {"PtzTourOn", "Start the tour"}, Tour, 0, 0, 0, PtzCommand_TourOn},
+    {"TourOff", Qt::Key_L, {"PtzTourOff", "Stop the tour"}, Tour, 0, 0, 0, PtzCommand_TourOff},
 };
 // clang-format on
 

@@ -3,7 +3,7 @@
 #include <QString>
 #include <span>
 
-#include "toolkit/form/CTextSource.h"
+#include "fleetlink/fleetlink.h"
 
 /// What an action of the PTZ panel is.
 enum class emDef_PtzKind

@@ -10,9 +10,6 @@ namespace {
 
 using emDef_Kind = stDef_PtzOrder::emDef_Kind;
 
-constexpr int PanTiltCmd = 24;
-constexpr int PanTiltStopCmd = 25;
-constexpr int ZoomCmd = 26; // with a rate of 0 it stops
 constexpr int PanTiltAxis = 0;
 constexpr int ZoomAxis = 1;
 
@@ -57,9 +54,10 @@ void CPtzDriver::m_S_SetSpeed(int nSpeed)
         return;
     const bool bPanTilt = vm_nPan != 0 || vm_nTilt != 0;
     if (bPanTilt)
-        m_S_Send({emDef_Kind::Move, PanTiltCmd, 0, vm_nPan * vm_nSpeed, vm_nTilt * vm_nSpeed, PanTiltAxis});
+        m_S_Send({emDef_Kind::Move, nsCMS::PtzCommand_MovePanTilt, 0, vm_nPan * vm_nSpeed, vm_nTilt * vm_nSpeed,
+                  PanTiltAxis});
     if (vm_nZoom != 0)
-        m_S_Send({emDef_Kind::Move, ZoomCmd, 0, vm_nZoom * vm_nSpeed, 0, ZoomAxis});
+        m_S_Send({emDef_Kind::Move, nsCMS::PtzCommand_MoveZoom, 0, vm_nZoom * vm_nSpeed, 0, ZoomAxis});
 }
 
 void CPtzDriver::m_S_Hold(int nSource, const stDef_PtzAction& stAction)
@@ -95,11 +93,13 @@ void CPtzDriver::m_S_Update()
     const bool bTurned = nTilt != std::exchange(vm_nTilt, nTilt) || bPanTilt;
     const bool bZoomed = nZoom != std::exchange(vm_nZoom, nZoom);
     if (bTurned && nPan == 0 && nTilt == 0)
-        m_S_Send({emDef_Kind::Stop, PanTiltStopCmd, 0, 0, 0, PanTiltAxis});
+        m_S_Send({emDef_Kind::Stop, nsCMS::PtzCommand_StopPanTilt, 0, 0, 0, PanTiltAxis});
     else if (bTurned)
-        m_S_Send({emDef_Kind::Move, PanTiltCmd, 0, nPan * vm_nSpeed, nTilt * vm_nSpeed, PanTiltAxis});
+        m_S_Send(
+            {emDef_Kind::Move, nsCMS::PtzCommand_MovePanTilt, 0, nPan * vm_nSpeed, nTilt * vm_nSpeed, PanTiltAxis});
     if (bZoomed)
-        m_S_Send({nZoom == 0 ? emDef_Kind::Stop : emDef_Kind::Move, ZoomCmd, 0, nZoom * vm_nSpeed, 0, ZoomAxis});
+        m_S_Send({nZoom == 0 ? emDef_Kind::Stop : emDef_Kind::Move, nsCMS::PtzCommand_MoveZoom, 0, nZoom * vm_nSpeed, 0,
+                  ZoomAxis});
     if (bTurned || bZoomed)
         Q_EMIT S_Moved();
 }
@@ -126,7 +126,7 @@ void CPtzDriver::m_S_Send(stDef_PtzOrder stOrder)
 
 bool CPtzDriver::m_F_b_MakeSender()
 {
-    CWndNvrBase* const pNvr = CNvrQuery::s_F_p_MakeObject(vm_pEnv, vm_pStore->m_F_o_InitRecord(vm_stKey.nNvrID));
+    CNvrHolder pNvr = CNvrQuery::s_F_p_MakeObject(vm_pEnv, vm_pStore->m_F_o_InitRecord(vm_stKey.nNvrID));
     if (!pNvr)
         return false;
     const auto Tell = [this](auto fnTell) { QMetaObject::invokeMethod(this, fnTell, Qt::QueuedConnection); };
@@ -137,6 +137,6 @@ bool CPtzDriver::m_F_b_MakeSender()
         });
     };
     const auto OnEnd = [this, Tell, n = vm_nSender] { Tell([this, n] { vm_mapEnding.erase(n); }); };
-    vm_pSender = std::make_unique<CPtzSender>(pNvr, OnResult, OnEnd);
+    vm_pSender = std::make_unique<CPtzSender>(std::move(pNvr), OnResult, OnEnd);
     return true;
 }

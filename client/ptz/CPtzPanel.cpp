@@ -28,8 +28,6 @@ namespace {
 constexpr int PadSource = 1;
 constexpr int ButtonSources = 2; // the first of them
 constexpr int AskDelayMs = 200;  // a mark that moves on by key asks only where it comes to rest
-constexpr int TourKind = 9;
-constexpr int PresetKind = 22;
 
 struct stDef_ResultRow
 {
@@ -377,8 +375,8 @@ void CPtzPanel::m_S_AskPlaces()
     // The query fills lists of its own: the panel may follow another camera, or be gone, before the answer comes.
     const auto pLists = std::make_shared<std::array<QStringList, 2>>();
     const auto Ask = [pLists, nCamera = stKey.nChannel](CWndNvrBase& objNvr) {
-        objNvr.m_S_GetPTZData(PresetKind, nCamera, &(*pLists)[0]);
-        objNvr.m_S_GetPTZData(TourKind, nCamera, &(*pLists)[1]);
+        objNvr.m_S_GetPTZData(nsCMS::PtzList_Presets, nCamera, &(*pLists)[0]);
+        objNvr.m_S_GetPTZData(nsCMS::PtzList_Tours, nCamera, &(*pLists)[1]);
     };
     vm_pQuery = std::make_unique<CNvrQuery>(vm_pEnv, vm_pStore->m_F_o_InitRecord(stKey.nNvrID), Ask);
     connect(vm_pQuery.get(), &CNvrQuery::S_Done, this, [this, pLists] { m_S_TakePlaces((*pLists)[0], (*pLists)[1]); });

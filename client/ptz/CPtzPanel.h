@@ -4,9 +4,9 @@
 #include <QTimer>
 #include <memory>
 
+#include "fleetlink/fleetlink.h"
 #include "ptz/CPtzDriver.h"
 #include "ptz/CPtzKeys.h"
-#include "toolkit/form/CTextSource.h"
 
 class CLiveGrid;
 class CNvrQuery;

@@ -2,8 +2,6 @@
 
 #include <chrono>
 
-#include "core/CWndNvrBase.h"
-
 namespace {
 
 constexpr std::chrono::seconds RepeatPause{1}; ///< for a recorder whose absence is known at once
@@ -16,15 +14,17 @@ bool IsUnheard(int nResult)
 
 } // namespace
 
-CPtzSender::CPtzSender(CWndNvrBase* pNvr, std::function<void(int)> fnResult, std::function<void()> fnEnd)
-    : vm_pNvr(pNvr), vm_fnResult(std::move(fnResult)), vm_fnEnd(std::move(fnEnd)), vm_objThread([this] { m_S_Run(); })
+CPtzSender::CPtzSender(CNvrHolder pNvr, std::function<void(int)> fnResult, std::function<void()> fnEnd)
+    : vm_pNvr(std::move(pNvr)),
+      vm_fnResult(std::move(fnResult)),
+      vm_fnEnd(std::move(fnEnd)),
+      vm_objThread([this] { m_S_Run(); })
 {}
 
 CPtzSender::~CPtzSender()
 {
     m_S_Close(true);
     vm_objThread.join();
-    CWndNvrBase::s_S_ReleaseNvrObject(&vm_pNvr);
 }
 
 void CPtzSender::m_S_Add(const stDef_PtzOrder& stOrder)
@@ -76,7 +76,7 @@ void CPtzSender::m_S_OnUnheard(std::unique_lock<std::mutex>& objLock, const stDe
 int CPtzSender::m_F_n_Send(const stDef_PtzOrder& stOrder)
 {
     vm_pNvr->m_S_ExecPTZCmd(stOrder.nCmd, stOrder.nCamera, stOrder.nParam1, stOrder.nParam2);
-    const int nResult = vm_pNvr->vm_objHttp.m_F_n_LastGetResult();
+    const int nResult = vm_pNvr->m_F_n_LastCommand();
     // A stop that went well doesn't make up for the movement that it ends.
     if (nResult < 0 || stOrder.nKind != stDef_PtzOrder::emDef_Kind::Stop)
         vm_fnResult(nResult);

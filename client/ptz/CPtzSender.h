@@ -5,19 +5,18 @@
 #include <mutex>
 #include <thread>
 
+#include "fleetlink/fleetlink.h"
 #include "ptz/CPtzQueue.h"
-
-class CWndNvrBase;
 
 /// Sends PTZ commands to one recorder on a thread of its own, in order, so that a recorder that doesn't answer holds up
 /// nobody but its next command. GUI thread only.
 class CPtzSender
 {
 public:
-    /// Takes the object over, which has its target set. `fnResult` is called on the sender's thread after each command
+    /// The object has its target set. `fnResult` is called on the sender's thread after each command
     /// but a stop that went well, with the result of its request (`CHTTP::emDef_Result` if negative), `fnEnd` at the
     /// end of the thread.
-    CPtzSender(CWndNvrBase* pNvr, std::function<void(int nResult)> fnResult, std::function<void()> fnEnd);
+    CPtzSender(CNvrHolder pNvr, std::function<void(int nResult)> fnResult, std::function<void()> fnEnd);
     ~CPtzSender(); ///< closes in haste, and waits for the stops to be sent: 2 s each at most
     CPtzSender(const CPtzSender&) = delete;
     CPtzSender& operator=(const CPtzSender&) = delete;
@@ -32,7 +31,7 @@ private:
     void m_S_OnUnheard(std::unique_lock<std::mutex>& objLock, const stDef_PtzOrder& stOrder, int nResult);
     int m_F_n_Send(const stDef_PtzOrder& stOrder);
 
-    CWndNvrBase* vm_pNvr;
+    const CNvrHolder vm_pNvr;
     const std::function<void(int)> vm_fnResult;
     const std::function<void()> vm_fnEnd;
     std::mutex vm_objMutex;

@@ -116,19 +116,17 @@ void CCameraNames::m_S_Save(int nNvrID, const stDef_Known& stKnown) const
     xmlNames.m_F_b_SetValue(g_sCameras, u"count"_s, static_cast<int>(stKnown.arNames.size()));
     for (int nChannel = 0; nChannel < stKnown.arNames.size(); ++nChannel)
         xmlNames.m_F_b_SetValue(CameraPath(nChannel), u"Name"_s, stKnown.arNames[nChannel]);
-    CWndNvrBase* pNvr = CNvrQuery::s_F_p_MakeObject(vm_pEnv, vm_pStore->m_F_o_InitRecord(nNvrID));
+    const CNvrHolder pNvr = CNvrQuery::s_F_p_MakeObject(vm_pEnv, vm_pStore->m_F_o_InitRecord(nNvrID));
     if (pNvr)
         pNvr->m_S_SaveXmlCamera(&xmlNames);
-    CWndNvrBase::s_S_ReleaseNvrObject(&pNvr);
 }
 
 void CCameraNames::m_S_Load(int nNvrID, stDef_Known& stKnown) const
 {
     CXmlObj xmlNames;
-    CWndNvrBase* pNvr = CNvrQuery::s_F_p_MakeObject(vm_pEnv, vm_pStore->m_F_o_InitRecord(nNvrID));
+    const CNvrHolder pNvr = CNvrQuery::s_F_p_MakeObject(vm_pEnv, vm_pStore->m_F_o_InitRecord(nNvrID));
     if (pNvr)
         pNvr->m_S_GetXmlCamera(&xmlNames);
-    CWndNvrBase::s_S_ReleaseNvrObject(&pNvr);
     if (xmlNames.m_F_s_Value(g_sCameras, u"Origin"_s) == stKnown.sOrigin)
         stKnown.arNames = ReadNames(xmlNames);
 }

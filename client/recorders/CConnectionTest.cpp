@@ -115,8 +115,8 @@ void CConnectionTest::m_S_AskDocument()
     }
     vm_objWorker = std::thread([this, nSerial = vm_nSerial] {
         QByteArray sReply(MaxDocument, Qt::Uninitialized);
-        const int nLength = vm_objHttp.m_F_n_MultiPartStreamGet("cgi-bin/param.cgi?action=systeminfo", sReply.data(),
-                                                                MaxDocument, StepMs);
+        const int nLength =
+            vm_objHttp.m_F_n_MultiPartStreamGet(nsDocuments::SystemInfo.pszFetch, sReply.data(), MaxDocument, StepMs);
         sReply.truncate(std::max(nLength, 0));
         QMetaObject::invokeMethod(
             this, [this, nSerial, nLength, sReply] { m_S_TakeReply(nSerial, nLength, sReply); }, Qt::QueuedConnection);

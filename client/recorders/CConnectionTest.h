@@ -3,7 +3,7 @@
 #include <QObject>
 #include <thread>
 
-#include "host/Lib_Bedrock.h"
+#include "fleetlink/fleetlink.h"
 #include "recorders/CTcpProbe.h"
 #include "recorders/stDef_RecorderForm.h"
 

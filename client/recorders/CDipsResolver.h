@@ -5,8 +5,7 @@
 #include <memory>
 #include <thread>
 
-class CEnvObj;
-class CWndNvrBase;
+#include "fleetlink/fleetlink.h"
 
 /// Looks recorders up in the directory service, beside the window: a look-up may take ten seconds, and the window shall
 /// not wait for it. GUI thread only.
@@ -30,7 +29,7 @@ Q_SIGNALS:
 private:
     struct stDef_LookUp
     {
-        CWndNvrBase* pNvr = nullptr;
+        CNvrHolder pNvr;
         QByteArray sDips;
         QByteArray sAddress;
         int nPort = 80;

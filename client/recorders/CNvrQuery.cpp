@@ -21,17 +21,16 @@ CNvrQuery::~CNvrQuery()
 {
     if (!vm_pNvr)
         return;
-    vm_pNvr->vm_objHttp.m_S_AbandonDirect();
+    vm_pNvr->m_S_AbandonRequests();
     vm_objThread.join();
-    CWndNvrBase::s_S_ReleaseNvrObject(&vm_pNvr);
 }
 
-CWndNvrBase* CNvrQuery::s_F_p_MakeObject(CEnvObj* pEnv, stDef_NvrInit stInit)
+CNvrHolder CNvrQuery::s_F_p_MakeObject(CEnvObj* pEnv, stDef_NvrInit stInit)
 {
     stInit.bDips = false; // the list has the address that was found last; a look-up would block
-    CWndNvrBase* pNvr = CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(stInit.nNvrID, nullptr, pEnv);
+    CNvrHolder pNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(stInit.nNvrID, nullptr, pEnv));
     if (pNvr && pNvr->m_F_n_Init(stInit) != 1)
-        CWndNvrBase::s_S_ReleaseNvrObject(&pNvr);
+        pNvr.reset();
     if (pNvr)
         pNvr->m_S_InitHTTP();
     return pNvr;

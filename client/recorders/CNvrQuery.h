@@ -4,7 +4,7 @@
 #include <functional>
 #include <thread>
 
-#include "core/CWndNvrBase.h"
+#include "fleetlink/fleetlink.h"
 
 /// Asks a recorder something beside the window, on a connection object and a thread of its own. Deleting it ends the
 /// question at once. GUI thread only.
@@ -18,12 +18,12 @@ public:
     ~CNvrQuery() override;
 
     /// Makes an object of the recorder for requests, the stored target set; null if its entry in the list is unfit.
-    static CWndNvrBase* s_F_p_MakeObject(CEnvObj* pEnv, stDef_NvrInit stInit);
+    static CNvrHolder s_F_p_MakeObject(CEnvObj* pEnv, stDef_NvrInit stInit);
 
 Q_SIGNALS:
     void S_Done(); ///< also where no object could be made, without having asked
 
 private:
-    CWndNvrBase* vm_pNvr;
+    const CNvrHolder vm_pNvr;
     std::thread vm_objThread;
 };

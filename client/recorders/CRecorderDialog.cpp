@@ -11,8 +11,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "fleetlink/fleetlink.h"
 #include "live/CLiveState.h"
-#include "toolkit/user/CPrompts.h"
 #include "window/CDialogButtons.h"
 #include "window/HostTexts.h"
 
@@ -27,24 +27,44 @@ void Tint(QLabel& objLabel, emDef_LiveState nState)
     objLabel.setPalette(objPalette);
 }
 
-struct ByPosition
-{
-    static void s_S_Show(QComboBox& objList, const QString& sValue) { objList.setCurrentIndex(sValue.toInt()); }
-    static QString s_F_s_Stored(const QComboBox& objList) { return QString::number(objList.currentIndex()); }
-};
+// How the values of a form stand in their controls.
 
-struct AsNumber
+void Show(QLineEdit& objEdit, const QString& sValue)
 {
-    static void s_S_Show(QSpinBox& objSpin, const QString& sValue) { objSpin.setValue(sValue.toInt()); }
-    static QString s_F_s_Stored(const QSpinBox& objSpin) { return QString::number(objSpin.value()); }
-};
+    objEdit.setText(sValue);
+}
+QString ValueOf(const QLineEdit& objEdit)
+{
+    return objEdit.text();
+}
 
-// Where the address comes from has three values, of which one is the directory service.
-struct FromDips
+void Show(QComboBox& objList, int nPosition)
 {
-    static void s_S_Show(QCheckBox& objBox, const QString& sValue) { objBox.setChecked(sValue.toInt() == 1); }
-    static QString s_F_s_Stored(const QCheckBox& objBox) { return QString::number(objBox.isChecked() ? 1 : 0); }
-};
+    objList.setCurrentIndex(nPosition);
+}
+int ValueOf(const QComboBox& objList)
+{
+    return objList.currentIndex();
+}
+
+void Show(QSpinBox& objSpin, int nValue)
+{
+    objSpin.setValue(nValue);
+}
+int ValueOf(const QSpinBox& objSpin)
+{
+    return objSpin.value();
+}
+
+// Of the three sources of an address one has a box: the directory service.
+void Show(QCheckBox& objBox, int nSource)
+{
+    objBox.setChecked(nSource == 1);
+}
+int ValueOf(const QCheckBox& objBox)
+{
+    return objBox.isChecked() ? 1 : 0;
+}
 
 bool IsMissing(const stDef_RecorderForm& stForm, emDef_RecorderField nField)
 {
@@ -145,28 +165,33 @@ QComboBox* CRecorderDialog::m_F_p_AddChoice(const char* pszName, stDef_Text stLa
     return pChoice;
 }
 
+template <class Value, class Control>
+Control* CRecorderDialog::m_F_p_Bind(Value stDef_RecorderForm::*pMember, Control* pControl)
+{
+    vm_arBound.push_back({[=](const stDef_RecorderForm& stForm) { Show(*pControl, stForm.*pMember); },
+                          [=](stDef_RecorderForm& stForm) { stForm.*pMember = ValueOf(*pControl); }});
+    return pControl;
+}
+
 void CRecorderDialog::m_S_MakeFields()
 {
     using enum emDef_RecorderField;
-    using nsForms::AsText;
     using Form = stDef_RecorderForm;
-    auto& obj = vm_objValues;
-    vm_pName = obj.m_F_p_Bind<AsText>(&Form::sName, m_F_p_AddEdit("Name", nsHost::FieldName, Name));
-    obj.m_F_p_Bind<ByPosition>(
-        &Form::nType, m_F_p_AddChoice("Type", nsHost::FieldType, Type, {nsHost::TypePC, nsHost::TypeEmbedded}));
-    obj.m_F_p_Bind<AsText>(&Form::sAddress, m_F_p_AddEdit("IP", nsHost::FieldAddress, Address));
-    vm_pFromDips = obj.m_F_p_Bind<FromDips>(&Form::nDstType, new QCheckBox);
+    vm_pName = m_F_p_Bind(&Form::sName, m_F_p_AddEdit("Name", nsHost::FieldName, Name));
+    m_F_p_Bind(&Form::nType, m_F_p_AddChoice("Type", nsHost::FieldType, Type, {nsHost::TypePC, nsHost::TypeEmbedded}));
+    m_F_p_Bind(&Form::sAddress, m_F_p_AddEdit("IP", nsHost::FieldAddress, Address));
+    vm_pFromDips = m_F_p_Bind(&Form::nDstType, new QCheckBox);
     vm_pFromDips->setObjectName(u"DstType"_s);
     vm_pForm->addRow(QString(), vm_pFromDips);
     connect(vm_pFromDips, &QCheckBox::toggled, this, &CRecorderDialog::m_S_Check);
-    vm_pDips = obj.m_F_p_Bind<AsText>(&Form::sDips, m_F_p_AddEdit("DIPS", nsHost::FieldDips, Dips));
-    obj.m_F_p_Bind<AsNumber>(&Form::nHttpPort, m_F_p_AddNumber("HttpPort", nsHost::FieldHttpPort, HttpPort, 65535));
-    obj.m_F_p_Bind<AsNumber>(&Form::nRtspPort, m_F_p_AddNumber("RtspPort", nsHost::FieldRtspPort, RtspPort, 65535));
-    obj.m_F_p_Bind<ByPosition>(&Form::nStreamType,
-                               m_F_p_AddChoice("StreamType", nsHost::FieldTransport, StreamType,
-                                               {nsHost::TransportTunnel, nsHost::TransportTCP, nsHost::TransportUDP}));
-    obj.m_F_p_Bind<AsText>(&Form::sUser, m_F_p_AddEdit("UID", nsHost::FieldUser, User));
-    vm_pPassword = obj.m_F_p_Bind<AsText>(&Form::sPassword, new QLineEdit);
+    vm_pDips = m_F_p_Bind(&Form::sDips, m_F_p_AddEdit("DIPS", nsHost::FieldDips, Dips));
+    m_F_p_Bind(&Form::nHttpPort, m_F_p_AddNumber("HttpPort", nsHost::FieldHttpPort, HttpPort, 65535));
+    m_F_p_Bind(&Form::nRtspPort, m_F_p_AddNumber("RtspPort", nsHost::FieldRtspPort, RtspPort, 65535));
+    m_F_p_Bind(&Form::nStreamType,
+               m_F_p_AddChoice("StreamType", nsHost::FieldTransport, StreamType,
+                               {nsHost::TransportTunnel, nsHost::TransportTCP, nsHost::TransportUDP}));
+    m_F_p_Bind(&Form::sUser, m_F_p_AddEdit("UID", nsHost::FieldUser, User));
+    vm_pPassword = m_F_p_Bind(&Form::sPassword, new QLineEdit);
     vm_pPassword->setObjectName(u"PWD"_s);
     vm_pPassword->setEchoMode(QLineEdit::Password);
     vm_pPassword->setMaxLength(128);
@@ -179,7 +204,7 @@ void CRecorderDialog::m_S_MakeFields()
     vm_pForm->addRow(QString(), vm_pShow);
     connect(vm_pShow, &QCheckBox::toggled, this,
             [this](bool bOn) { vm_pPassword->setEchoMode(bOn ? QLineEdit::Normal : QLineEdit::Password); });
-    vm_pChannels = obj.m_F_p_Bind<AsNumber>(
+    vm_pChannels = m_F_p_Bind(
         &Form::nChannels, m_F_p_AddNumber("Channels", nsHost::FieldChannels, Channels, CRecorderStore::MaxChannels));
 }
 
@@ -212,13 +237,17 @@ void CRecorderDialog::m_S_Load(stDef_RecorderForm stForm)
 {
     if (stForm.sName == stForm.sAddress)
         stForm.sName.clear(); // the address stands for it
-    vm_objValues.m_S_Show(stForm);
+    for (const stDef_Bound& stBound : vm_arBound)
+        stBound.fnShow(stForm);
     m_S_Check();
 }
 
 stDef_RecorderForm CRecorderDialog::m_F_o_Form() const
 {
-    return vm_objValues.m_F_o_Taken();
+    stDef_RecorderForm stForm;
+    for (const stDef_Bound& stBound : vm_arBound)
+        stBound.fnTake(stForm);
+    return stForm;
 }
 
 void CRecorderDialog::m_S_Check()

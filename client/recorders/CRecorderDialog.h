@@ -2,11 +2,12 @@
 
 #include <QDialog>
 #include <QHash>
+#include <functional>
+#include <vector>
 
+#include "fleetlink/fleetlink.h"
 #include "recorders/CConnectionTest.h"
 #include "recorders/CRecorderStore.h"
-#include "toolkit/form/CMemberForm.h"
-#include "toolkit/form/CTextSource.h"
 
 class QCheckBox;
 class QComboBox;
@@ -37,6 +38,12 @@ protected:
     void changeEvent(QEvent* pEvent) override;
 
 private:
+    struct stDef_Bound
+    {
+        std::function<void(const stDef_RecorderForm&)> fnShow;
+        std::function<void(stDef_RecorderForm&)> fnTake;
+    };
+
     void m_S_MakeFields();
     void m_S_MakeTest();
     QLabel* m_F_p_AddRow(stDef_Text stLabel, QWidget* pField, emDef_RecorderField nField);
@@ -44,6 +51,9 @@ private:
     QSpinBox* m_F_p_AddNumber(const char* pszName, stDef_Text stLabel, emDef_RecorderField nField, int nMax);
     QComboBox* m_F_p_AddChoice(const char* pszName, stDef_Text stLabel, emDef_RecorderField nField,
                                std::initializer_list<stDef_Text> arTexts);
+    /// Gives the control back, which shows the member and tells it from now on.
+    template <class Value, class Control>
+    Control* m_F_p_Bind(Value stDef_RecorderForm::*pMember, Control* pControl);
     void m_S_Load(stDef_RecorderForm stForm);
     stDef_RecorderForm m_F_o_Form() const;
     void m_S_Check();
@@ -56,7 +66,7 @@ private:
     CConnectionTest vm_objTest;
     stDef_TestResult vm_stResult;
     QFormLayout* vm_pForm = nullptr;
-    CMemberForm<stDef_RecorderForm> vm_objValues;
+    std::vector<stDef_Bound> vm_arBound;
     QLineEdit* vm_pName = nullptr;
     QCheckBox* vm_pFromDips = nullptr;
     QLineEdit* vm_pDips = nullptr;

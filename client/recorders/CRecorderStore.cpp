@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <variant>
 
-#include "host/Lib_Bedrock.h"
+#include "fleetlink/fleetlink.h"
 #include "window/HostTexts.h"
 
 using namespace Qt::StringLiterals;

@@ -3,8 +3,7 @@
 #include <QList>
 #include <QString>
 
-#include "core/stDef_NvrInit.h"
-#include "host/Lib_Hostenv.h"
+#include "fleetlink/fleetlink.h"
 #include "recorders/stDef_RecorderForm.h"
 
 /// One recorder as the list shows it. It carries no password.

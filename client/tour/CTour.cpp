@@ -19,7 +19,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "host/Lib_Hostenv.h"
+#include "fleetlink/fleetlink.h"
 #include "live/CLiveGrid.h"
 #include "ptz/CPtzPad.h"
 #include "ptz/CPtzPanel.h"

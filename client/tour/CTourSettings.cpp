@@ -13,7 +13,7 @@
 #include <algorithm>
 #include <array>
 
-#include "toolkit/user/CUserSide.h"
+#include "fleetlink/fleetlink.h"
 
 using namespace Qt::StringLiterals;
 

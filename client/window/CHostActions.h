@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "toolkit/form/CTextSource.h"
+#include "fleetlink/fleetlink.h"
 #include "window/CHostIcon.h"
 
 class CMainWindow;

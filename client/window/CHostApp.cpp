@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <optional>
 
-#include "host/CEndRequest.h"
+#include "fleetlink/fleetlink.h"
 #include "recorders/CRecorderStore.h"
 #include "window/CMainWindow.h"
 #include "window/CSingleHost.h"

@@ -6,7 +6,7 @@
 #include <QWidget>
 #include <iterator>
 
-#include "toolkit/user/CUserSide.h"
+#include "fleetlink/fleetlink.h"
 
 using namespace Qt::StringLiterals;
 

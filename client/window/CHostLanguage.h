@@ -3,8 +3,7 @@
 #include <QStringList>
 #include <QTranslator>
 
-#include "host/Lib_Hostenv.h"
-#include "toolkit/form/CTextSource.h"
+#include "fleetlink/fleetlink.h"
 
 /// Switches the language of the host while it runs: its own texts, the library's, the buttons of message boxes, and
 /// what Qt says by itself. Open windows get QEvent::LanguageChange.

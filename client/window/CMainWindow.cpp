@@ -12,15 +12,13 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
-#include "core/CWndNvrShared.h"
+#include "fleetlink/fleetlink.h"
 #include "live/CLiveGrid.h"
 #include "live/CSnapshot.h"
 #include "ptz/CPtzPanel.h"
 #include "recorders/CRecorderDialog.h"
 #include "recorders/CRecorderPanel.h"
 #include "recorders/CRecorderTree.h"
-#include "toolkit/user/CPrompts.h"
-#include "toolkit/user/CUserSide.h"
 #include "window/CDocumentPanel.h"
 #include "window/CHostStatus.h"
 #include "window/CRecorderCommands.h"
@@ -105,7 +103,7 @@ const stDef_ActionRow CMainWindow::s_astActions[] = {
     {"Snapshot", {"Snapshot", "&Save picture"}, {"SnapshotTip", "Save the picture of the selected cell as a PNG file"},
      "Ctrl+S", Icon::Snapshot, OfRecorders, [](CMainWindow& o, int) { o.vm_pGrid->m_S_Snapshot(); }, 0},
     {"Settings", {"Settings", "&Settings\u2026"}, nsHost::SettingsTip,
-     "", Icon::Settings, Plain, [](CMainWindow& o, int) { o.vm_pCommands->m_S_Run(o.m_F_n_Picked(), CWndNvrShared::Command_SystemSetting); }, 0},
+     "", Icon::Settings, Plain, [](CMainWindow& o, int) { o.vm_pCommands->m_S_Run(o.m_F_n_Picked(), nsCMS::MenuCommand_SystemSetting); }, 0},
     {"NvrMenu", {"NvrMenu", "Recorder &menu"}, {"NvrMenuTip", "Show the menu of the selected recorder"},
      "Ctrl+M", Icon::None, OfPicked, [](CMainWindow& o, int) { o.m_S_ShowTreeMenu(o.m_F_n_Picked(), o.m_F_p_Tree()->m_F_o_MenuPoint()); }, 0},
     {"Exchange", {"Exchange", "E&xchange documents\u2026"}, {"ExchangeTip", "Download the recorder's documents and upload its settings again, unchanged"},
@@ -334,7 +332,7 @@ void CMainWindow::m_S_UpdateActions()
     const int nNvrID = m_F_n_Picked();
     vm_pActions->m_S_SetEnabled(OfPicked, nNvrID >= 0);
     vm_pActions->m_S_SetEnabled(OfRecorders, vm_nRecorders > 0);
-    const bool bSettings = vm_pCommands->m_F_b_Works(nNvrID, CWndNvrShared::Command_SystemSetting);
+    const bool bSettings = vm_pCommands->m_F_b_Works(nNvrID, nsCMS::MenuCommand_SystemSetting);
     m_F_p_Action("Settings")->setEnabled(bSettings);
     vm_pActions->m_S_SetTip("Settings", bSettings || nNvrID < 0 ? nsHost::SettingsTip : nsHost::SettingsNone);
 }

@@ -4,7 +4,7 @@
 #include <QMenu>
 #include <algorithm>
 
-#include "core/CWndNvrBase.h"
+#include "fleetlink/fleetlink.h"
 #include "recorders/CRecorderStore.h"
 #include "window/CDocumentPanel.h"
 #include "window/CHostStatus.h"
@@ -14,24 +14,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Gives a connection object back at the end of a scope.
-class CNvrHolder
+// False if nothing can be made of the recorder's entry.
+bool IsReady(const CNvrHolder& pNvr, const stDef_NvrInit& stInit)
 {
-public:
-    explicit CNvrHolder(CWndNvrBase* pNvr) : vm_pNvr(pNvr) {}
-    ~CNvrHolder() { CWndNvrBase::s_S_ReleaseNvrObject(&vm_pNvr); }
-    CNvrHolder(const CNvrHolder&) = delete;
-    CNvrHolder& operator=(const CNvrHolder&) = delete;
-
-    /// Makes it ready; false if nothing can be made of the recorder's entry.
-    bool m_F_b_Init(const stDef_NvrInit& stInit) const { return vm_pNvr && vm_pNvr->m_F_n_Init(stInit) == 1; }
-    CWndNvrBase* operator->() const { return vm_pNvr; }
-    CWndNvrBase& operator*() const { return *vm_pNvr; }
-    explicit operator bool() const { return vm_pNvr != nullptr; }
-
-private:
-    CWndNvrBase* vm_pNvr;
-};
+    return pNvr && pNvr->m_F_n_Init(stInit) == 1;
+}
 
 } // namespace
 
@@ -43,13 +30,13 @@ CRecorderCommands::CRecorderCommands(CEnvObj* pEnv, const CRecorderStore* pStore
 // Those of the recorder's own menu, in its language; also where its entry is not usable.
 QList<stDef_MenuItem> CRecorderCommands::m_F_ar_Items(int nNvrID) const
 {
-    const CNvrHolder objNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, nullptr, vm_pEnv));
-    if (!objNvr)
+    const CNvrHolder pNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, nullptr, vm_pEnv));
+    if (!pNvr)
         return {};
     stDef_NvrInit stInit = vm_pStore->m_F_o_InitRecord(nNvrID);
     stInit.bDips = false; // no look-up for a list of words
-    objNvr->m_F_n_Init(stInit);
-    return objNvr->m_F_ar_MenuItems();
+    pNvr->m_F_n_Init(stInit);
+    return pNvr->m_F_ar_MenuItems();
 }
 
 bool CRecorderCommands::m_F_b_Works(int nNvrID, int nCommand) const
@@ -71,18 +58,18 @@ void CRecorderCommands::m_S_AddTo(QMenu& objMenu, int nNvrID) const
 
 void CRecorderCommands::m_S_Run(int nNvrID, int nCommand)
 {
-    const CNvrHolder objNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, vm_pWindow, vm_pEnv));
-    if (!objNvr.m_F_b_Init(vm_pStore->m_F_o_InitRecord(nNvrID))) {
+    const CNvrHolder pNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, vm_pWindow, vm_pEnv));
+    if (!IsReady(pNvr, vm_pStore->m_F_o_InitRecord(nNvrID))) {
         vm_pStatus->m_S_Tell(Tr(nsHost::HintUnusable));
         return;
     }
     const QString sName = vm_pStore->m_F_o_Form(nNvrID).sName;
     vm_pStatus->m_S_ShowSheetOf(sName);
     vm_pStatus->m_S_ShowNotTaken({});
-    connect(&*objNvr, &CWndNvrBase::S_NotTaken, vm_pStatus, [pStatus = vm_pStatus, sName](const QString& sText) {
+    connect(pNvr.get(), &CWndNvrBase::S_NotTaken, vm_pStatus, [pStatus = vm_pStatus, sName](const QString& sText) {
         pStatus->m_S_ShowNotTaken(sName + u": "_s + sText);
     });
-    objNvr->m_S_OnCommand(nCommand);
+    pNvr->m_S_OnCommand(nCommand);
     vm_pStatus->m_S_ShowSheetOf({});
     Q_EMIT S_Closed(nNvrID);
 }
@@ -91,15 +78,15 @@ QList<stDef_DocumentResult> CRecorderCommands::m_F_ar_Exchange(int nNvrID, CDocu
 {
     objPanel.show();
     const QString sName = vm_pStore->m_F_o_Form(nNvrID).sName;
-    const CNvrHolder objNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, vm_pWindow, vm_pEnv));
-    if (!objNvr.m_F_b_Init(vm_pStore->m_F_o_InitRecord(nNvrID))) {
+    const CNvrHolder pNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, vm_pWindow, vm_pEnv));
+    if (!IsReady(pNvr, vm_pStore->m_F_o_InitRecord(nNvrID))) {
         objPanel.m_S_ShowOutcome(sName, -1);
         return {};
     }
     QElapsedTimer objClock;
     objClock.start();
     const QList<stDef_DocumentResult> arResults =
-        CDocumentRunner::s_F_ar_Run(*objNvr, [&objPanel](const auto& arSoFar) { objPanel.m_S_ShowResults(arSoFar); });
+        CDocumentRunner::s_F_ar_Run(*pNvr, [&objPanel](const auto& arSoFar) { objPanel.m_S_ShowResults(arSoFar); });
     objPanel.m_S_ShowOutcome(sName, objClock.elapsed());
     return arResults;
 }

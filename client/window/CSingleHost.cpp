@@ -7,7 +7,7 @@
 #include <QLocalSocket>
 #include <QThread>
 
-#include "host/Lib_Hostenv.h"
+#include "fleetlink/fleetlink.h"
 
 using namespace Qt::StringLiterals;
 

@@ -2,7 +2,7 @@
 
 #include <QRegularExpression>
 
-#include "host/Lib_Hostenv.h"
+#include "fleetlink/fleetlink.h"
 
 using namespace Qt::StringLiterals;
 

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "toolkit/form/CTextSource.h"
+#include "fleetlink/fleetlink.h"
 
 /// Texts of the host that stand in no table of their own.
 namespace nsHost {

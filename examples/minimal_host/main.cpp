@@ -18,7 +18,7 @@ constexpr unsigned long PollMs = 100;
 struct Recorder
 {
     int nNvrID;
-    CWndNvrBase* pNvr;
+    CNvrHolder pNvr;
     nsCMS::emDef_ConnectStat nLast = nsCMS::ConnectStat_None;
     bool bPlayed = false;
 };
@@ -50,12 +50,10 @@ int main(int argc, char** argv)
 
     std::vector<Recorder> arRecorders;
     for (int nNvrID = 0; nNvrID <= 1000; ++nNvrID) {
-        CWndNvrBase* pNvr = CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, nullptr, &objEnv);
+        CNvrHolder pNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(nNvrID, nullptr, &objEnv));
         if (pNvr && pNvr->m_F_n_Init(ReadInit(*objEnv.m_F_p_GetMemSysXML(), nNvrID)) == 1) {
             pNvr->m_S_Connect(nNvrID, 0, 0);
-            arRecorders.push_back({nNvrID, pNvr});
-        } else {
-            CWndNvrBase::s_S_ReleaseNvrObject(&pNvr);
+            arRecorders.push_back({nNvrID, std::move(pNvr)});
         }
     }
 
@@ -72,7 +70,6 @@ int main(int argc, char** argv)
     for (Recorder& recorder : arRecorders) {
         bAll &= recorder.bPlayed;
         recorder.pNvr->m_S_Disconnect(true);
-        CWndNvrBase::s_S_ReleaseNvrObject(&recorder.pNvr);
     }
     return bAll ? 0 : 1;
 }

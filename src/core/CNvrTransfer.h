@@ -32,6 +32,9 @@ private:
         CMemManage objReply;
     };
 
+    template <class Exchange>
+    bool m_F_b_Exchange(Exchange fnExchange);
+
     CWndNvrBase& vm_objNvr;
     stDef_NvrInit vm_stInit;
     std::optional<st_Spare> vm_objSpare;

@@ -63,7 +63,10 @@ bool CPageRequests::m_F_b_Run(CHTTP& objHttp, const std::function<bool()>& fnReq
                             bStopped = true;
                             objHttp.m_S_AbandonDirect();
                         });
-    if (bStopped)
-        objHttp.m_S_AllowDirect(); // the object's next request is another matter
+    if (bStopped) {
+        const std::lock_guard objLock(vm_pNvr->vm_objAbandonMutex);
+        if (!vm_pNvr->vm_bAbandoned)
+            objHttp.m_S_AllowDirect(); // the object's next request is another matter
+    }
     return bDone;
 }

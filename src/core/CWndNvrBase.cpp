@@ -10,6 +10,7 @@
 #include "core/CPtzCommand.h"
 #include "core/CWndNvrEmbedded.h"
 #include "core/CWndNvrPC.h"
+#include "core/DocumentTable.h"
 #include "core/ProductStrings.h"
 
 using namespace Qt::StringLiterals;
@@ -18,7 +19,6 @@ namespace {
 
 constexpr int MaxNvrID = 1000;
 constexpr int CommandTimeoutMs = 2000;
-constexpr int LoginInfoTimeoutMs = 30000;
 
 } // namespace
 
@@ -174,6 +174,15 @@ bool CWndNvrBase::m_F_b_DipsToIpPort(const QByteArray& sId, QByteArray& sAddress
     return CDipsReply::s_F_b_Parse(QByteArray(objReply.m_F_p_GetStrCHAR()), sAddress, nPort);
 }
 
+void CWndNvrBase::m_S_AbandonRequests()
+{
+    const std::lock_guard objLock(vm_objAbandonMutex);
+    vm_bAbandoned = true;
+    vm_objHttp.m_S_AbandonDirect();
+    for (CHTTP* const pSpare : std::as_const(vm_arSpares))
+        pSpare->m_S_AbandonDirect();
+}
+
 void CWndNvrBase::m_S_ExecPTZCmd(int nCmd, int nCamera, int nParam1, int nParam2)
 {
     const QByteArray sUrl = CPtzCommand::s_F_s_Url(nCmd, nCamera, nParam1, nParam2);
@@ -194,7 +203,8 @@ void CWndNvrBase::m_S_GetLoginInfo(QStringList* pList)
         return;
     pList->clear();
     CXmlObj xmlReply;
-    m_F_b_GetRequest(u"cgi-bin/logininfo.cgi"_s, &xmlReply, LoginInfoTimeoutMs);
+    const stDef_Document& stDocument = nsDocuments::LoginInfo;
+    m_F_b_GetRequest(QString::fromLatin1(stDocument.pszFetch), &xmlReply, stDocument.nFetchTimeoutMs);
     for (const QString& sPath : {u"/root/Preview_Privilege"_s, u"/root/DeviceFunc"_s}) {
         QString sText;
         xmlReply.m_F_n_GetText(sPath, sText, {});

@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <QWidget>
 #include <atomic>
+#include <mutex>
 
 #include "core/stDef_NvrInit.h"
 #include "core/stDef_RecordBackupInfo.h"
@@ -32,7 +33,7 @@ struct stDef_MenuItem
 };
 
 /// One recorder: what is common to all kinds. A host makes one object per recorder and stream, initialises it, drives
-/// it through the virtual operations, and releases it through `s_S_ReleaseNvrObject`.
+/// it through the virtual operations, and releases it through `s_S_ReleaseNvrObject`, or by a `CNvrHolder`.
 ///
 /// The object is an invisible child of a host window, so that menu commands can reach it, but it belongs to the host:
 /// it outlives that window if it has to. All operations are for the GUI thread, but for `m_F_n_MultiPartStreamGet`.
@@ -70,14 +71,15 @@ public:
     virtual void m_S_ShowMenu() = 0;
     /// The items of that menu, for a host that has them in a menu of its own.
     virtual QList<stDef_MenuItem> m_F_ar_MenuItems() const = 0;
-    /// Does what the menu's item of that number does, and returns when its windows are closed again.
+    /// Does what the menu's item of that number (`nsCMS::emDef_MenuCommand`) does, and returns when its windows are
+    /// closed again.
     virtual void m_S_OnCommand(int nId) = 0;
     /// GETs a document from the recorder into `pXml`. The URL is relative to the recorder's root, without a leading
     /// slash, and goes out unescaped; the time-out is in ms for the whole exchange. An envelope around `<root>` is cut
     /// off. False if the request failed (`pXml` is untouched) or the reply is no document (`pXml` is closed).
     virtual bool m_F_b_GetRequest(const QString& sUrl, CXmlObj* pXml, int nTimeoutMs) = 0;
     /// POSTs a document to the recorder, as UTF-8. True when any whole reply came, whatever its status: that is asked
-    /// by `vm_objHttp.m_F_n_LastStatus`.
+    /// by `m_F_n_LastStatus`.
     virtual bool m_F_b_PostRequest(const QString& sUrl, CXmlObj* pXml, int nTimeoutMs) = 0;
     /// GETs raw bytes into `pMem`.
     virtual bool m_F_b_GetRequestData(const QString& sUrl, CMemManage* pMem, int nTimeoutMs) = 0;
@@ -105,7 +107,7 @@ public:
     virtual void m_S_GetXmlNVR(CXmlObj* pXml) = 0;
     virtual void m_S_SaveXmlCamera(CXmlObj* pXml) = 0;
     virtual void m_S_GetXmlCamera(CXmlObj* pXml) = 0;
-    /// Names of the tours (kind 9) or presets (kind 22) of a camera.
+    /// Names of the tours or presets of a camera, by `nsCMS::emDef_PtzList`.
     virtual void m_S_GetPTZData(int nKind, int nCamera, QStringList* pList) = 0;
 
     /// Loads the language file of this object. Always true; ask `m_F_n_LoadString` what came of it.
@@ -125,10 +127,23 @@ public:
     /// were.
     bool m_F_b_DipsToIpPort(const QByteArray& sId, QByteArray& sAddress, int& nPort);
 
-    /// Sends one pan, tilt, zoom or tour command; nothing is reported back.
+    /// Status of the reply to the last request of this object that isn't a command; 0 if none came whole. Any thread.
+    int m_F_n_LastStatus() const { return vm_nLastStatus; }
+    /// Whether the recorder took what was posted last: a status of 200 to 299.
+    bool m_F_b_LastTaken() const { return vm_nLastStatus / 100 == 2; }
+    /// Ends the requests of this object that run in other threads, and fails every later one: for a host that is about
+    /// to release the object and won't wait for an answer. Commands and multipart reads are ended by `m_S_ReleaseHTTP`.
+    /// Any thread.
+    void m_S_AbandonRequests();
+
+    /// Sends one command to a camera, by `nsCMS::emDef_PtzCommand`; other numbers send nothing. `m_F_n_LastCommand`
+    /// tells what came of it.
     void m_S_ExecPTZCmd(int nCmd, int nCamera, int nParam1, int nParam2);
-    /// Lays out the recorder's own display; nothing is reported back.
+    /// Lays out the recorder's own display; likewise.
     void m_S_RemoteUICtrl(int nFullScreen, int nQuad, int nStyle, const QString& sCamArray);
+    /// What the last command came to: 0 or more if the recorder took it, else one of `CHTTP::emDef_Result`. For the
+    /// thread that sends them.
+    int m_F_n_LastCommand() const { return vm_objHttp.m_F_n_LastGetResult(); }
     /// Rights and abilities of the logged-in account.
     void m_S_GetLoginInfo(QStringList* pList);
 
@@ -163,6 +178,10 @@ private:
 
     QList<CPageRequests*> vm_arRequests;
     std::atomic<bool> vm_bTransferTaken{false}; ///< a request runs on `vm_objHttp` and `vm_objReply`
+    std::atomic<int> vm_nLastStatus{0};
+    std::mutex vm_objAbandonMutex; ///< guards the two below
+    QList<CHTTP*> vm_arSpares;     ///< of the requests that run beside that one
+    bool vm_bAbandoned = false;
     int vm_nUses = 0;
     bool vm_bReleased = false;
     bool vm_bWindow = false;

@@ -4,6 +4,8 @@
 #include <array>
 #include <iterator>
 
+#include "core/CommandNumbers.h"
+#include "core/DocumentTable.h"
 #include "core/ProductStrings.h"
 
 using namespace Qt::StringLiterals;
@@ -66,13 +68,13 @@ std::array<CWndNvrShared::stDef_CommandRow, 3> CWndNvrEmbedded::m_F_ar_Commands(
 void CWndNvrEmbedded::m_S_OnCommand(int nId)
 {
     switch (nId) {
-    case Command_SystemSetting:
+    case nsCMS::MenuCommand_SystemSetting:
         return OnMenuSystemSetting();
-    case Command_SystemManagement:
+    case nsCMS::MenuCommand_SystemManagement:
         return OnMenuSystemManagement();
-    case Command_EventSetting:
+    case nsCMS::MenuCommand_EventSetting:
         return OnMenuEventSetting();
-    case Command_LogViewer:
+    case nsCMS::MenuCommand_LogViewer:
         return OnMenuLogViewer();
     default:
         return;
@@ -83,9 +85,9 @@ bool CWndNvrEmbedded::m_F_n_CameraSynchronization(CXmlObj* pSystemInfo, CXmlObj*
                                                   int nTimeoutMs)
 {
     // The second one without "cgi-bin/" in front, unlike everywhere else.
-    return m_F_b_GetRequests({{u"cgi-bin/param.cgi?action=systeminfo", pSystemInfo},
-                              {u"logininfo.cgi", pLoginInfo},
-                              {u"cgi-bin/SyncSetting.cgi?action=CameraXML", pCamera}},
+    return m_F_b_GetRequests({{nsDocuments::SystemInfo.pszFetch, pSystemInfo},
+                              {"logininfo.cgi", pLoginInfo},
+                              {nsDocuments::Camera.pszFetch, pCamera}},
                              nTimeoutMs);
 }
 

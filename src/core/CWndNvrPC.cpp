@@ -23,7 +23,7 @@ std::array<CWndNvrShared::stDef_CommandRow, 3> CWndNvrPC::m_F_ar_Commands() cons
 
 bool CWndNvrPC::m_F_n_CameraSynchronization(CXmlObj* pSystemInfo, CXmlObj*, CXmlObj* pCamera, int nTimeoutMs)
 {
-    return m_F_b_GetRequests({{u"cgi-bin/SystemStatus.cgi", pSystemInfo}, {u"cgi-bin/CMS.cgi?action=CamXml", pCamera}},
+    return m_F_b_GetRequests({{"cgi-bin/SystemStatus.cgi", pSystemInfo}, {"cgi-bin/CMS.cgi?action=CamXml", pCamera}},
                              nTimeoutMs);
 }
 

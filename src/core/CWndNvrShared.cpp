@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "core/CNvrTransfer.h"
-#include "core/CPtzCommand.h"
+#include "core/CommandNumbers.h"
 #include "core/stDef_RtspStream.h"
 
 using namespace Qt::StringLiterals;
@@ -177,18 +177,18 @@ nsCMS::emDef_ConnectStat CWndNvrShared::m_F_n_GetConnectStat(std::uint64_t nStam
     return nStat;
 }
 
-bool CWndNvrShared::m_F_b_GetRequests(std::initializer_list<std::pair<const char16_t*, CXmlObj*>> arRequests,
+bool CWndNvrShared::m_F_b_GetRequests(std::initializer_list<std::pair<const char*, CXmlObj*>> arRequests,
                                       int nTimeoutMs)
 {
     return std::all_of(arRequests.begin(), arRequests.end(), [this, nTimeoutMs](const auto& objRequest) {
-        return m_F_b_GetRequest(QString::fromUtf16(objRequest.first), objRequest.second, nTimeoutMs);
+        return m_F_b_GetRequest(QString::fromLatin1(objRequest.first), objRequest.second, nTimeoutMs);
     });
 }
 
 QList<stDef_MenuItem> CWndNvrShared::m_F_ar_MenuItems() const
 {
     QList<stDef_MenuItem> arItems;
-    for (int nId = Command_SystemSetting; const stDef_CommandRow& stRow : m_F_ar_Commands())
+    for (int nId = nsCMS::MenuCommand_SystemSetting; const stDef_CommandRow& stRow : m_F_ar_Commands())
         arItems.append({nId++, m_F_s_Text(stRow.stText, QString::fromUtf8(stRow.stText.pszDefault)), stRow.bWorks});
     return arItems;
 }
@@ -259,9 +259,9 @@ void CWndNvrShared::m_S_GetPTZData(int nKind, int nCamera, QStringList* pList)
     if (!pList)
         return;
     pList->clear();
-    if (nKind != CPtzCommand::TourList && nKind != CPtzCommand::PresetList)
+    if (nKind != nsCMS::PtzList_Tours && nKind != nsCMS::PtzList_Presets)
         return;
-    const QString sGroup = nKind == CPtzCommand::TourList ? u"tourset"_s : u"preset"_s;
+    const QString sGroup = nKind == nsCMS::PtzList_Tours ? u"tourset"_s : u"preset"_s;
     const QString sUrl = u"cgi-bin/param.cgi?action=list&camera=%1&group=%2"_s.arg(nCamera).arg(sGroup);
     CXmlObj xmlReply;
     if (m_F_b_GetRequest(sUrl, &xmlReply, PtzListTimeoutMs))

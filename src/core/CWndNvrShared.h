@@ -16,15 +16,6 @@ class FLEETLINK_EXPORT CWndNvrShared : public CWndNvrBase
     Q_OBJECT
 
 public:
-    /// Numbers of the menu's commands.
-    enum emDef_Command
-    {
-        Command_SystemSetting = 2000,
-        Command_SystemManagement = 2001,
-        Command_EventSetting = 2002,
-        Command_LogViewer = 2003 ///< not in the menu
-    };
-
     CWndNvrShared(QWidget* pParent, CEnvObj* pEnv);
     ~CWndNvrShared() override; ///< ends the stream and waits for its thread
 
@@ -80,7 +71,7 @@ protected:
     void m_S_StartRtsp(const stDef_StreamTarget& stTarget, int nNvrID, int nChannel, int nStream);
 
     /// GETs documents one after the other, up to the first that fails.
-    bool m_F_b_GetRequests(std::initializer_list<std::pair<const char16_t*, CXmlObj*>> arRequests, int nTimeoutMs);
+    bool m_F_b_GetRequests(std::initializer_list<std::pair<const char*, CXmlObj*>> arRequests, int nTimeoutMs);
 
 private:
     virtual void m_S_CreateNewRtsp(int nNvrID, int nChannel, int nStream) = 0;

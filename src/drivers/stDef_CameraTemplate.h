@@ -4,7 +4,7 @@
 #include <span>
 
 #include "host/Export.h"
-#include "toolkit/form/MemberRows.h"
+#include "host/Lib_Bedrock.h"
 
 /// How wide a newly added camera's pictures may be.
 struct stDef_TemplateResolution

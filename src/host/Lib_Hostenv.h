@@ -7,4 +7,5 @@
 #include "host/hostenv/CShmEnc.h"
 #include "host/hostenv/CShmRingReader.h"
 #include "host/hostenv/CWinAES_CMS.h"
+#include "host/hostenv/RingCodecs.h"
 #include "host/hostenv/nsCMS.h"

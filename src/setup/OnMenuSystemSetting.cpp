@@ -1,7 +1,9 @@
 #include <QDialog>
+#include <iterator>
 
 #include "core/CPageRequests.h"
 #include "core/CWndNvrEmbedded.h"
+#include "core/DocumentTable.h"
 #include "setup/CDlgSetupPageSystemSetting.h"
 #include "toolkit/form/CommonTexts.h"
 #include "toolkit/user/CPrompts.h"
@@ -19,39 +21,20 @@ constexpr Text NotTakenText{"NotTaken", "Not taken by the recorder: %1"};
 constexpr Text DownloadText{"DownloadSettings", "Fetching the settings from the recorder."};
 constexpr Text UploadText{"UploadSettings", "Sending the settings to the recorder."};
 
-constexpr int SystemInfoTimeoutMs = 50000;
-constexpr int DownloadTimeoutMs = 5000;
-constexpr int UploadTimeoutMs = 50000;
 constexpr int TakeOverMs = 60000; ///< in which the recorder restarts its services and answers nothing
 
-struct stDef_DocumentRow
+bool IsEdited(const stDef_Document& stDocument)
 {
-    CXmlObj CWndNvrShared::*pMember;
-    const char16_t* pszDownload;
-    const char16_t* pszUpload; ///< null for a document that isn't posted
-    stDef_Text stName;
-};
-
-// In the order of the downloads; the uploads run the other way.
-constexpr stDef_DocumentRow g_astDocuments[] = {
-    {&CWndNvrShared::vm_xmlSystemInfo, u"cgi-bin/param.cgi?action=systeminfo", nullptr, {}},
-    {&CWndNvrShared::vm_xmlSystem, u"cgi-bin/SyncSetting.cgi?action=SystemXML",
-     u"cgi-bin/SyncSetting.cgi?action=UpdateSystem", Text{"System", "System"}},
-    {&CWndNvrShared::vm_xmlSchedule, u"cgi-bin/SyncSetting.cgi?action=ScheduleXML",
-     u"cgi-bin/SyncSetting.cgi?action=UpdateSchedule", Text{"Schedule", "Schedule"}},
-    {&CWndNvrShared::vm_xmlCamera, u"cgi-bin/SyncSetting.cgi?action=CameraXML",
-     u"cgi-bin/SyncSetting.cgi?action=UpdateCamera", Text{"Camera", "Camera"}},
-    {&CWndNvrShared::vm_xmlEMail, u"cgi-bin/SyncSetting.cgi?action=EMailXML",
-     u"cgi-bin/SyncSetting.cgi?action=UpdateEMail", Text{"EMail", "E-Mail"}},
-};
+    return stDocument.pszPost && stDocument.pMember;
+}
 
 bool RunSheet(CWndNvrEmbedded* pNvr)
 {
     CDlgSetupPageSystemSetting objSheet(pNvr, pNvr->m_F_s_Text(TitleText), 0);
     QList<CXmlObj*> arPosted;
-    for (const stDef_DocumentRow& stRow : g_astDocuments) {
-        if (stRow.pszUpload)
-            arPosted.append(&(pNvr->*stRow.pMember));
+    for (const stDef_Document& stDocument : nsDocuments::All) {
+        if (IsEdited(stDocument))
+            arPosted.append(&(pNvr->*stDocument.pMember));
     }
     objSheet.m_S_Watch(arPosted);
     return objSheet.DoModal() == QDialog::Accepted;
@@ -79,13 +62,14 @@ bool CWndNvrEmbedded::m_F_b_DownloadSettings()
 {
     CPageRequests objRequests(this, this, DownloadText);
     bool bAll = true;
-    for (const stDef_DocumentRow& stRow : g_astDocuments) {
-        if (stRow.pszUpload) // a load replaces the system information by itself
-            (this->*stRow.pMember).m_F_b_Close();
+    for (const stDef_Document& stDocument : nsDocuments::All) {
+        if (IsEdited(stDocument)) // a load replaces the system information by itself
+            (this->*stDocument.pMember).m_F_b_Close();
     }
-    for (const stDef_DocumentRow& stRow : g_astDocuments) {
-        const int nTimeoutMs = stRow.pszUpload ? DownloadTimeoutMs : SystemInfoTimeoutMs;
-        bAll &= objRequests.m_F_b_Get(QString::fromUtf16(stRow.pszDownload), &(this->*stRow.pMember), nTimeoutMs);
+    for (const stDef_Document& stDocument : nsDocuments::All) {
+        if (stDocument.pMember)
+            bAll &= objRequests.m_F_b_Get(QString::fromLatin1(stDocument.pszFetch), &(this->*stDocument.pMember),
+                                          stDocument.nFetchTimeoutMs);
     }
     return bAll;
 }
@@ -95,13 +79,15 @@ bool CWndNvrEmbedded::m_F_b_DownloadSettings()
 void CWndNvrEmbedded::m_S_UploadSettings()
 {
     QStringList arNotTaken;
-    for (auto pRow = std::rbegin(g_astDocuments); pRow != std::rend(g_astDocuments); ++pRow) {
-        if (!pRow->pszUpload)
+    for (auto pDocument = std::rbegin(nsDocuments::All); pDocument != std::rend(nsDocuments::All); ++pDocument) {
+        const stDef_Document& stDocument = *pDocument;
+        if (!IsEdited(stDocument))
             continue;
         CPageRequests objRequests(this, this, UploadText);
-        objRequests.m_F_b_Post(QString::fromUtf16(pRow->pszUpload), &(this->*pRow->pMember), UploadTimeoutMs);
+        objRequests.m_F_b_Post(QString::fromLatin1(stDocument.pszPost), &(this->*stDocument.pMember),
+                               stDocument.nPostTimeoutMs);
         if (!objRequests.m_F_b_LastTaken())
-            arNotTaken.append(m_F_s_Text(pRow->stName, QString::fromUtf8(pRow->stName.pszDefault)));
+            arNotTaken.append(m_F_s_Text(stDocument.stName, QString::fromUtf8(stDocument.stName.pszDefault)));
     }
     if (m_F_b_Released())
         return;

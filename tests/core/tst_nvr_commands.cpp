@@ -23,16 +23,16 @@ protected:
         stConfig.bPC = bPC;
         StartRecorder(stConfig);
         vm_nvr.m_F_o_Log().m_S_Clear();
-        vm_pNvr = std::make_unique<ScopedNvr>(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, nullptr, &vm_env));
+        vm_pNvr.reset(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, nullptr, &vm_env));
         ASSERT_EQ(Nvr().m_F_n_Init(Init()), 1);
         Nvr().m_S_InitHTTP();
     }
 
-    CWndNvrBase& Nvr() { return *vm_pNvr->get(); }
+    CWndNvrBase& Nvr() { return *vm_pNvr; }
 
     std::vector<std::string> Requests() { return TakeAnswered(vm_nvr.m_F_o_Log()); }
 
-    std::unique_ptr<ScopedNvr> vm_pNvr;
+    CNvrHolder vm_pNvr;
 };
 
 using Targets = std::vector<std::string>;
@@ -105,6 +105,10 @@ TEST_F(NvrCommands, WaitTwoSecondsForAnAnswerAndNoLonger)
     Nvr().m_S_ExecPTZCmd(1, 2, 1, 0);
     EXPECT_GE(timer.elapsed(), 1990);
     EXPECT_LT(timer.elapsed(), 4000);
+    EXPECT_EQ(Nvr().m_F_n_LastCommand(), CHTTP::Result_TimedOut);
+    vm_nvr.m_F_o_Faults().m_S_Clear();
+    Nvr().m_S_ExecPTZCmd(nsCMS::PtzCommand_Up, 2, 1, 0);
+    EXPECT_GE(Nvr().m_F_n_LastCommand(), 0);
 }
 
 TEST_F(NvrCommands, CameraSynchronizationStopsAtTheFirstFailure)

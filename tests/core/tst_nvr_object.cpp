@@ -27,9 +27,9 @@ TEST_F(NvrObject, FactoryKnowsTwoKinds)
         const char* pClass;
     };
     for (const Row& row : {Row{-1, nullptr}, Row{0, "CWndNvrPC"}, Row{1, "CWndNvrEmbedded"}, Row{2, nullptr}}) {
-        ScopedNvr byType(CWndNvrBase::s_F_p_CreateNvrObject(row.nType, nullptr, &vm_env));
+        CNvrHolder byType(CWndNvrBase::s_F_p_CreateNvrObject(row.nType, nullptr, &vm_env));
         SetNode("Type", QString::number(row.nType));
-        ScopedNvr byId(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, nullptr, &vm_env));
+        CNvrHolder byId(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, nullptr, &vm_env));
         EXPECT_STREQ(byType.get() ? byType->metaObject()->className() : nullptr, row.pClass) << row.nType;
         EXPECT_STREQ(byId.get() ? byId->metaObject()->className() : nullptr, row.pClass) << row.nType;
     }
@@ -42,7 +42,7 @@ TEST_F(NvrObject, UnknownRecordersGiveNull)
     SetNode("IP", "127.0.0.1"); // a node without Type
     EXPECT_EQ(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, nullptr, &vm_env), nullptr);
     vm_env.m_F_p_GetMemSysXML()->m_F_b_SetValue("/root/NVR/N1000", "Type", 0); // a number of four digits
-    EXPECT_NE(ScopedNvr(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(1000, nullptr, &vm_env)).get(), nullptr);
+    EXPECT_NE(CNvrHolder(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(1000, nullptr, &vm_env)).get(), nullptr);
 }
 
 TEST_F(NvrObject, ReleaseClearsThePointer)
@@ -59,7 +59,7 @@ TEST_F(NvrObject, ReleaseClearsThePointer)
 TEST_F(NvrObject, OutlivesItsHostWindow)
 {
     auto pWindow = std::make_unique<QWidget>();
-    ScopedNvr nvr(CWndNvrBase::s_F_p_CreateNvrObject(1, pWindow.get(), &vm_env));
+    CNvrHolder nvr(CWndNvrBase::s_F_p_CreateNvrObject(1, pWindow.get(), &vm_env));
     EXPECT_EQ(nvr->parentWidget(), nullptr) << "the constructor makes no window";
     ASSERT_EQ(nvr->m_F_n_Init(Init()), 1);
     EXPECT_EQ(nvr->parentWidget(), pWindow.get());
@@ -94,7 +94,7 @@ TEST_F(NvrObject, InitChecksTheRecord)
         {"no password", [](stDef_NvrInit& st) { st.sPWD.clear(); }, 1},
     };
     for (const Row& row : arRows) {
-        ScopedNvr nvr(CWndNvrBase::s_F_p_CreateNvrObject(0, nullptr, &vm_env));
+        CNvrHolder nvr(CWndNvrBase::s_F_p_CreateNvrObject(0, nullptr, &vm_env));
         stDef_NvrInit stInit = Init();
         stInit.nDataPort = 4711;
         row.change(stInit);
@@ -127,7 +127,7 @@ TEST_F(NvrObject, LanguageFollowsTheHost)
     };
     for (const Row& row : arRows) {
         vm_env.vm_nLanguage = row.nLanguage;
-        ScopedNvr nvr(CWndNvrBase::s_F_p_CreateNvrObject(row.nType, nullptr, &vm_env));
+        CNvrHolder nvr(CWndNvrBase::s_F_p_CreateNvrObject(row.nType, nullptr, &vm_env));
         stDef_NvrInit stInit = Init();
         if (!row.nUser)
             stInit.sUID.clear();

@@ -1,7 +1,10 @@
+#include <QElapsedTimer>
 #include <QFile>
 #include <QStringEncoder>
+#include <future>
 
 #include "support/HostFixture.h"
+#include "support/Waiting.h"
 
 namespace {
 
@@ -18,46 +21,33 @@ protected:
         stDef_VirtualNvrConfig stConfig;
         stConfig.bStreams = false;
         StartRecorder(stConfig);
-        vm_pNvr = CWndNvrBase::s_F_p_CreateNvrObject(1, nullptr, &vm_env);
+        vm_pNvr.reset(CWndNvrBase::s_F_p_CreateNvrObject(1, nullptr, &vm_env));
         ASSERT_EQ(vm_pNvr->m_F_n_Init(Init()), 1);
     }
 
-    void TearDown() override { CWndNvrBase::s_S_ReleaseNvrObject(&vm_pNvr); }
-
-    CWndNvrBase* vm_pNvr = nullptr;
+    CNvrHolder vm_pNvr;
 };
 
 TEST_F(NvrRequests, ExchangesEachDocument)
 {
-    struct Row
-    {
-        const char* pGet;
-        const char* pPost;
-    };
-    const Row arRows[] = {
-        {"cgi-bin/param.cgi?action=systeminfo", nullptr},
-        {"cgi-bin/logininfo.cgi", nullptr},
-        {"cgi-bin/SyncSetting.cgi?action=SystemXML", "cgi-bin/SyncSetting.cgi?action=UpdateSystem"},
-        {"cgi-bin/SyncSetting.cgi?action=ScheduleXML", "cgi-bin/SyncSetting.cgi?action=UpdateSchedule"},
-        {Camera, UpdateCamera},
-        {"cgi-bin/SyncSetting.cgi?action=EMailXML", "cgi-bin/SyncSetting.cgi?action=UpdateEMail"},
-    };
-    for (const Row& row : arRows) {
+    for (const stDef_Document& row : nsDocuments::All) {
+        SCOPED_TRACE(row.stName.pszKey);
         CXmlObj xml;
-        ASSERT_TRUE(vm_pNvr->m_F_b_GetRequest(row.pGet, &xml, TimeoutMs)) << row.pGet;
+        ASSERT_TRUE(vm_pNvr->m_F_b_GetRequest(row.pszFetch, &xml, TimeoutMs));
         EXPECT_TRUE(xml.m_F_s_GetXML().startsWith("<root")) << "the envelope is cut off";
-        if (!row.pPost)
+        if (!row.pszPost)
             continue;
         const QString sBefore = xml.m_F_s_GetXML();
-        ASSERT_TRUE(vm_pNvr->m_F_b_PostRequest(row.pPost, &xml, TimeoutMs)) << row.pPost;
-        ASSERT_TRUE(vm_pNvr->m_F_b_GetRequest(row.pGet, &xml, TimeoutMs));
+        ASSERT_TRUE(vm_pNvr->m_F_b_PostRequest(row.pszPost, &xml, TimeoutMs));
+        EXPECT_TRUE(vm_pNvr->m_F_b_LastTaken());
+        ASSERT_TRUE(vm_pNvr->m_F_b_GetRequest(row.pszFetch, &xml, TimeoutMs));
         EXPECT_EQ(xml.m_F_s_GetXML(), sBefore) << "an unchanged document comes back as it was";
 
         const QString sMark = QString::fromUtf8("caf\xc3\xa9 \xe6\x94\x9d <&\">");
         xml.m_F_b_SetValue("/root/Mark", "Text", sMark);
-        ASSERT_TRUE(vm_pNvr->m_F_b_PostRequest(row.pPost, &xml, TimeoutMs));
-        ASSERT_TRUE(vm_pNvr->m_F_b_GetRequest(row.pGet, &xml, TimeoutMs));
-        EXPECT_EQ(xml.m_F_s_Value("/root/Mark", "Text"), sMark) << row.pGet;
+        ASSERT_TRUE(vm_pNvr->m_F_b_PostRequest(row.pszPost, &xml, TimeoutMs));
+        ASSERT_TRUE(vm_pNvr->m_F_b_GetRequest(row.pszFetch, &xml, TimeoutMs));
+        EXPECT_EQ(xml.m_F_s_Value("/root/Mark", "Text"), sMark);
     }
 }
 
@@ -127,11 +117,32 @@ TEST_F(NvrRequests, AFailedRequestKeepsTheDocumentABrokenReplyClosesIt)
     xml.m_F_b_LoadXML("<root/>");
     vm_nvr.m_F_o_Faults().m_F_b_Parse("*=status:500x1");
     EXPECT_FALSE(vm_pNvr->m_F_b_GetRequest(Camera, &xml, TimeoutMs));
+    EXPECT_EQ(vm_pNvr->m_F_n_LastStatus(), 500);
+    EXPECT_FALSE(vm_pNvr->m_F_b_LastTaken());
     EXPECT_TRUE(xml.m_F_b_IsOpen());
     vm_nvr.m_F_o_Faults().m_S_Clear();
     vm_nvr.m_F_o_Faults().m_F_b_Parse("*=no-root-endx1");
     EXPECT_FALSE(vm_pNvr->m_F_b_GetRequest(Camera, &xml, TimeoutMs));
     EXPECT_FALSE(xml.m_F_b_IsOpen());
+}
+
+// The second one runs beside the first, on a transfer of its own.
+TEST_F(NvrRequests, AbandonEndsAllThatRunAndAllThatFollow)
+{
+    ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Set("*", {"silence"}));
+    const auto Ask = [this] {
+        CXmlObj xml;
+        return vm_pNvr->m_F_b_GetRequest(Camera, &xml, 30000);
+    };
+    auto first = std::async(std::launch::async, Ask), second = std::async(std::launch::async, Ask);
+    ASSERT_TRUE(WaitUntil([this] { return vm_nvr.m_F_o_Log().m_F_n_Count() >= 2; }, 5000));
+    QElapsedTimer timer;
+    timer.start();
+    vm_pNvr->m_S_AbandonRequests();
+    EXPECT_FALSE(first.get());
+    EXPECT_FALSE(second.get());
+    EXPECT_FALSE(Ask());
+    EXPECT_LT(timer.elapsed(), 2000);
 }
 
 } // namespace

@@ -81,7 +81,7 @@ protected:
 TEST_F(NvrStream, GoesThroughItsStates)
 {
     StartRecorder({});
-    ScopedNvr nvr(Create());
+    CNvrHolder nvr(Create());
     EXPECT_EQ(Poll(*nvr.get()), nsCMS::ConnectStat_None);
     EXPECT_EQ(StoredStat(0, 0), -1) << "no ring before the first connect";
     nvr->m_S_Disconnect(true); // nothing to end yet
@@ -126,7 +126,7 @@ TEST_F(NvrStream, TakesWhatTheListTells)
     };
     for (const Row& row : arRows) {
         SetNode(row.pKey, row.pValue);
-        ScopedNvr nvr(Create());
+        CNvrHolder nvr(Create());
         nvr->m_S_Connect(NvrID, row.nChannel, row.nStream);
         EXPECT_TRUE(Reaches(*nvr.get(), row.nStat)) << row.pKey << ' ' << row.pValue << " is " << Poll(*nvr.get());
         EXPECT_EQ(StoredStat(row.nChannel, row.nStream), row.nStat);
@@ -143,7 +143,7 @@ TEST_F(NvrStream, HostsOfOtherFoldersHaveRingsOfTheirOwn)
     CEnvObj envOther;
     ASSERT_TRUE(QFile::copy(vm_dirConfig.filePath("System.xml"), dirOther.filePath("System.xml")));
     ASSERT_TRUE(envOther.m_F_b_Init(dirOther.path()));
-    const ScopedNvr nvr(Create()), other(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, nullptr, &envOther));
+    const CNvrHolder nvr(Create()), other(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, nullptr, &envOther));
     for (CWndNvrBase* pNvr : {nvr.get(), other.get()})
         pNvr->m_S_Connect(NvrID, 0, 0);
     for (CWndNvrBase* pNvr : {nvr.get(), other.get()}) {
@@ -175,7 +175,7 @@ TEST_F(NvrStream, WithoutARingItIsDisconnectedAndTheLogSaysWhy)
     };
     for (const auto& row : arRows) {
         SCOPED_TRACE(row.pWhat);
-        const ScopedNvr nvr(Create());
+        const CNvrHolder nvr(Create());
         testing::internal::CaptureStderr();
         if (row.bPlaying) {
             nvr->m_S_Connect(NvrID, 0, 0);
@@ -209,7 +209,7 @@ TEST_F(NvrStream, ARefusalNeverShowsAsAnEnd)
     StartRecorder({});
     SetNode("PWD", CWinAES_CMS::s_F_s_Encrypt("wrong"));
     for (int nRound = 0; nRound < 1000; ++nRound) {
-        ScopedNvr nvr(Create());
+        CNvrHolder nvr(Create());
         nvr->m_S_Connect(NvrID, 0, 0);
         auto nStat = nsCMS::ConnectStat_Connecting;
         for (const QDeadlineTimer limit(5000); nStat == nsCMS::ConnectStat_Connecting && !limit.hasExpired();)
@@ -253,7 +253,7 @@ void NvrStream::PlayFault(const stDef_FaultRow& row)
     CStreamServer& objStreams = vm_nvr.m_F_o_Streams();
     if (bPassword)
         SetNode("PWD", CWinAES_CMS::s_F_s_Encrypt("wrong"));
-    ScopedNvr nvr(Create());
+    CNvrHolder nvr(Create());
     if (row.bStreaming) {
         nvr->m_S_Connect(NvrID, nChannel, 0);
         ASSERT_TRUE(Reaches(*nvr.get(), nsCMS::ConnectStat_Connected));
@@ -280,7 +280,7 @@ void NvrStream::PlayFault(const stDef_FaultRow& row)
     EXPECT_EQ(StoredStat(nChannel, 0), nsCMS::ConnectStat_Disconnected);
     objStreams.m_F_b_SetFault("*", "none");
     SetNode("PWD", CWinAES_CMS::s_F_s_Encrypt(Password));
-    ScopedNvr other(Create()); // an object keeps account and channel of its first connect
+    CNvrHolder other(Create()); // an object keeps account and channel of its first connect
     CWndNvrBase& next = bServer ? *nvr.get() : *other.get();
     next.m_S_Connect(NvrID, 0, 0);
     EXPECT_TRUE(Reaches(next, nsCMS::ConnectStat_Connected)) << "the next one";
@@ -310,7 +310,7 @@ TEST_F(NvrStream, DipsServesEmbeddedRecordersOnly)
     SetNode("StreamType", "0");
     SetNode("HttpPort", "1");
     SetNode("DstType", "2");
-    ScopedNvr nvr(Create());
+    CNvrHolder nvr(Create());
     nvr->m_S_Connect(NvrID, 0, 0);
     EXPECT_TRUE(Reaches(*nvr.get(), nsCMS::ConnectStat_Connected)) << "address and tunnel port come from the service";
 
@@ -318,7 +318,7 @@ TEST_F(NvrStream, DipsServesEmbeddedRecordersOnly)
     for (const auto& [pType, pDstType] : {std::pair{"0", "2"}, std::pair{"1", "1"}}) {
         SetNode("Type", pType);
         SetNode("DstType", pDstType);
-        ScopedNvr other(Create());
+        CNvrHolder other(Create());
         other->m_S_Connect(NvrID, 1, 0);
     }
     for (const auto& stEntry : vm_nvr.m_F_o_Log().m_F_ar_Entries())

@@ -110,7 +110,7 @@ protected:
         stInit.nHttpPort = vm_nvrPC.m_F_n_HttpPort();
         ASSERT_EQ(vm_pc->m_F_n_Init(stInit), 1);
         vm_embedded->m_S_InitHTTP();
-        for (const ScopedNvr* pNvr : {&vm_embedded, &vm_pc})
+        for (const CNvrHolder* pNvr : {&vm_embedded, &vm_pc})
             (*pNvr)->vm_objHttp.m_S_SetBodyLimit(BodyLimit);
         ASSERT_TRUE(vm_embedded->m_F_b_GetRequest(Camera, &vm_xmlPosted, LongMs));
         vm_sCameras = vm_xmlPosted.m_F_s_GetXML();
@@ -133,7 +133,7 @@ protected:
                                                                 UpdateCamera, sBody, int(sBody.size()), {}, 0,
                                                                 nTimeoutMs);
     }
-    int GetDocument(const ScopedNvr& nvr, const char* pUrl, int nTimeoutMs)
+    int GetDocument(const CNvrHolder& nvr, const char* pUrl, int nTimeoutMs)
     {
         return nvr->m_F_b_GetRequest(pUrl, &vm_xmlRead, nTimeoutMs);
     }
@@ -164,8 +164,8 @@ protected:
     void Play(const stDef_Operation& operation, const stDef_Row& row);
 
     CVirtualNvr vm_nvrPC;
-    ScopedNvr vm_embedded{CWndNvrBase::s_F_p_CreateNvrObject(1, nullptr, &vm_env)};
-    ScopedNvr vm_pc{CWndNvrBase::s_F_p_CreateNvrObject(0, nullptr, &vm_env)};
+    CNvrHolder vm_embedded{CWndNvrBase::s_F_p_CreateNvrObject(1, nullptr, &vm_env)};
+    CNvrHolder vm_pc{CWndNvrBase::s_F_p_CreateNvrObject(0, nullptr, &vm_env)};
     CXmlObj vm_xmlPosted, vm_xmlRead;
     CMemManage vm_mem{0};
     QString vm_sCameras;

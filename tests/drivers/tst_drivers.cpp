@@ -35,7 +35,7 @@ protected:
     void SetUp() override
     {
         HostFixture::SetUp();
-        vm_pNvr = std::make_unique<ScopedNvr>(CWndNvrBase::s_F_p_CreateNvrObject(1, nullptr, &vm_env));
+        vm_pNvr.reset(CWndNvrBase::s_F_p_CreateNvrObject(1, nullptr, &vm_env));
         QFile file(FIXTURES "cases.txt");
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
         for (int nLine = 1; !file.atEnd(); ++nLine) {
@@ -54,7 +54,7 @@ protected:
         vm_sDetect = QString::fromUtf8(fileDetect.readAll()).trimmed();
     }
 
-    CWndNvrEmbedded& Nvr() { return *static_cast<CWndNvrEmbedded*>(vm_pNvr->get()); }
+    CWndNvrEmbedded& Nvr() { return *static_cast<CWndNvrEmbedded*>(vm_pNvr.get()); }
 
     /// The camera's node, in the order of its keys.
     Attributes Node(int nIndex)
@@ -103,13 +103,13 @@ protected:
 
     std::unique_ptr<CCamObj_Base> Make(int nVendor, int nIndex = Index)
     {
-        std::unique_ptr<CCamObj_Base> pCamera(CCamObj_Base::s_F_p_CreateCamObj(nVendor, vm_pNvr->get()));
+        std::unique_ptr<CCamObj_Base> pCamera(CCamObj_Base::s_F_p_CreateCamObj(nVendor, vm_pNvr.get()));
         if (pCamera)
             pCamera->m_nCamIndex = nIndex;
         return pCamera;
     }
 
-    std::unique_ptr<ScopedNvr> vm_pNvr;
+    CNvrHolder vm_pNvr;
     std::map<int, QStringList> vm_mapKeys;
     std::vector<stDef_Case> vm_arCases;
     QString vm_sDetect;
@@ -189,11 +189,11 @@ TEST_F(Drivers, AnswerFalseOnlyWhenBothDocumentsAreClosed)
 TEST_F(Drivers, AreMadeByVendorAlone)
 {
     for (int nVendor = -2; nVendor <= 12; ++nVendor) {
-        CCamObj_Base* pCamera = CCamObj_Base::s_F_p_CreateCamObj(nVendor, vm_pNvr->get());
+        CCamObj_Base* pCamera = CCamObj_Base::s_F_p_CreateCamObj(nVendor, vm_pNvr.get());
         EXPECT_EQ(pCamera != nullptr, vm_mapKeys.count(nVendor) == 1) << nVendor;
         if (!pCamera)
             continue;
-        EXPECT_EQ(pCamera->m_pNvr, vm_pNvr->get());
+        EXPECT_EQ(pCamera->m_pNvr, vm_pNvr.get());
         EXPECT_EQ(pCamera->m_pEnv, &vm_env);
         EXPECT_EQ(pCamera->m_stConnect.strModel, "Any");
         EXPECT_EQ(pCamera->m_stConnect.nRtspPort, 554);
@@ -239,7 +239,7 @@ TEST_F(Drivers, AskForAbilitiesWithTheAccountAsItStands)
     stDef_VirtualNvrConfig stConfig;
     stConfig.bStreams = false;
     StartRecorder(stConfig);
-    ASSERT_EQ((*vm_pNvr)->m_F_n_Init(Init()), 1);
+    ASSERT_EQ(vm_pNvr->m_F_n_Init(Init()), 1);
     const auto pCamera = Make(2);
     stDef_CamConnect st{2, "AM6-2812F", "n", "192.168.1.22", 80, 554, 0, "admin", "cam&Era#1"};
     ASSERT_TRUE(pCamera->m_F_b_SetConnect(st));

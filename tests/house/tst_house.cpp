@@ -77,6 +77,12 @@ TEST(House, TheToolkitKnowsNoRecorder)
         EXPECT_TRUE(FirstFolder(st.sTo) != "host" || setOfHost.contains(st.sTo)) << st.sFrom << " includes " << st.sTo;
 }
 
+TEST(House, TheHostHasOneInclude)
+{
+    for (const stDef_Include& st : IncludesOf("client"))
+        EXPECT_FALSE(st.bQuoted && g_mapFloors.contains(FirstFolder(st.sTo))) << st.sFrom << " includes " << st.sTo;
+}
+
 TEST(House, TheVirtualRecorderStandsApart)
 {
     for (const stDef_Include& st : IncludesOf("virtualnvr"))

@@ -40,11 +40,11 @@ protected:
     void MakeNvr()
     {
         vm_pNvr.reset();
-        vm_pNvr = std::make_unique<ScopedNvr>(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, nullptr, &vm_env));
-        ASSERT_EQ((*vm_pNvr)->m_F_n_Init(Init()), 1);
+        vm_pNvr.reset(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, nullptr, &vm_env));
+        ASSERT_EQ(vm_pNvr->m_F_n_Init(Init()), 1);
     }
 
-    CWndNvrEmbedded& Nvr() { return *static_cast<CWndNvrEmbedded*>(vm_pNvr->get()); }
+    CWndNvrEmbedded& Nvr() { return *static_cast<CWndNvrEmbedded*>(vm_pNvr.get()); }
 
     /// Runs the cycle. `atSheet` is called once the sheet stands, and ends it; a sheet that it leaves open is
     /// cancelled. False if no sheet came.
@@ -96,5 +96,5 @@ protected:
 
     int vm_nChannels = 4;
     PromptQueue vm_objPrompts;
-    std::unique_ptr<ScopedNvr> vm_pNvr;
+    CNvrHolder vm_pNvr;
 };

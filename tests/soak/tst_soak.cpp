@@ -74,12 +74,12 @@ public:
     void m_S_Begin(int nKind)
     {
         vm_nKind = nKind;
-        vm_pNvr = CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(vm_recorder.vm_stInit.nNvrID, nullptr, &vm_env);
+        vm_pNvr.reset(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(vm_recorder.vm_stInit.nNvrID, nullptr, &vm_env));
         ASSERT_EQ(vm_pNvr->m_F_n_Init(vm_recorder.vm_stInit), 1);
         vm_pNvr->m_S_Connect(vm_recorder.vm_stInit.nNvrID, vm_nChannel, vm_nStream);
         vm_clock.start();
         if (nKind == ReleasedWhileConnecting)
-            CWndNvrBase::s_S_ReleaseNvrObject(&vm_pNvr);
+            vm_pNvr.reset();
         if (nKind == TakenBack)
             vm_pNvr->m_S_Disconnect(false);
         if (nKind == TakenBack || nKind == TwiceConnected)
@@ -104,7 +104,7 @@ public:
         clock.start();
         if (vm_nKind != ReleasedWhileStreaming)
             vm_pNvr->m_S_Disconnect(true);
-        CWndNvrBase::s_S_ReleaseNvrObject(&vm_pNvr);
+        vm_pNvr.reset();
         s_nMaxStopMs = std::max(s_nMaxStopMs, int(clock.elapsed()));
     }
 
@@ -123,7 +123,7 @@ private:
     const CRecorder& vm_recorder;
     const int vm_nChannel, vm_nStream;
     int vm_nKind = Plain;
-    CWndNvrBase* vm_pNvr = nullptr;
+    CNvrHolder vm_pNvr;
     QElapsedTimer vm_clock;
     bool vm_bLost = false;
 };

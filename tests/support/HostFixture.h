@@ -56,18 +56,3 @@ protected:
     CEnvObj vm_env;
     CVirtualNvr vm_nvr;
 };
-
-/// A connection object that is released at the end of its scope.
-class ScopedNvr
-{
-public:
-    explicit ScopedNvr(CWndNvrBase* pNvr) : vm_pNvr(pNvr) {}
-    ~ScopedNvr() { CWndNvrBase::s_S_ReleaseNvrObject(&vm_pNvr); }
-    ScopedNvr(const ScopedNvr&) = delete;
-    ScopedNvr& operator=(const ScopedNvr&) = delete;
-    CWndNvrBase* operator->() const { return vm_pNvr; }
-    CWndNvrBase* get() const { return vm_pNvr; }
-
-private:
-    CWndNvrBase* vm_pNvr;
-};

@@ -1,7 +1,7 @@
 #include "setup/camera/stDef_CameraValues.h"
 
 #include "drivers/stDef_CamConnect.h"
-#include "toolkit/form/MemberRows.h"
+#include "host/Lib_Bedrock.h"
 
 namespace {
 

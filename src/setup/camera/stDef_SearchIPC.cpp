@@ -1,8 +1,8 @@
 #include "setup/camera/stDef_SearchIPC.h"
 
 #include "drivers/stDef_CameraTemplate.h"
+#include "host/Lib_Bedrock.h"
 #include "setup/camera/stDef_CameraValues.h"
-#include "toolkit/form/MemberRows.h"
 
 using namespace Qt::StringLiterals;
 

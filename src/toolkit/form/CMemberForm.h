@@ -3,8 +3,8 @@
 #include <functional>
 #include <vector>
 
+#include "host/Lib_Bedrock.h"
 #include "toolkit/form/CValueForms.h"
-#include "toolkit/form/MemberRows.h"
 
 /// Controls that show the members of a structure, each in the form in which its value stands there. Showing and taking
 /// walk the same rows.

@@ -4,7 +4,7 @@
 #include <span>
 #include <variant>
 
-#include "host/Lib_Bedrock.h"
+#include "host/bedrock/CXmlObj.h"
 
 /// One value of a structure and the attribute that holds it. All that goes over the values, reading, writing, showing,
 /// walks the same rows.
