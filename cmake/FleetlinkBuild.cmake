@@ -37,15 +37,44 @@ endif()
 target_compile_definitions(fleetlink_options INTERFACE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
   $<$<PLATFORM_ID:Windows>:NOMINMAX;WIN32_LEAN_AND_MEAN;UNICODE;_UNICODE>)
 
-# fleetlink_library(<target> OUTPUT <name> EXPORT_MACRO <macro> SOURCES ... [PUBLIC ...] [PRIVATE ...])
-# A shared library whose objects are also linked into the tests of its internals as <target>_objects.
+# fleetlink_floor(<name> EXPORT_MACRO <macro> SOURCES ... [ON <floors>] [PUBLIC <libraries>] [PRIVATE <libraries>])
+# The objects of a folder, compiled once (<name>_objects): for the library that is shipped, and as an archive for tests,
+# benchmarks and fuzz programs, which reach what no library exports. A program links either floors or libraries, or it is
+# refused here: of both it would have two of every global.
+function(fleetlink_floor name)
+  cmake_parse_arguments(arg "" "EXPORT_MACRO" "SOURCES;ON;PUBLIC;PRIVATE" ${ARGN})
+  add_library(${name}_objects OBJECT ${arg_SOURCES})
+  target_compile_definitions(${name}_objects PRIVATE ${arg_EXPORT_MACRO})
+  target_include_directories(${name}_objects PRIVATE "${CMAKE_SOURCE_DIR}/src")
+  target_link_libraries(${name}_objects PRIVATE ${arg_PUBLIC} ${arg_PRIVATE} fleetlink_options)
+  add_library(${name} STATIC EXCLUDE_FROM_ALL $<TARGET_OBJECTS:${name}_objects>)
+  set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+  target_include_directories(${name} INTERFACE "${CMAKE_SOURCE_DIR}/src")
+  target_compile_definitions(${name} INTERFACE FLEETLINK_STATIC)
+  target_link_libraries(${name} PUBLIC ${arg_ON} ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
+  fleetlink_linked_as(${name} floors)
+endfunction()
+
+function(fleetlink_linked_as target form)
+  set_target_properties(${target} PROPERTIES INTERFACE_FLEETLINK_LINKED_AS ${form}
+    COMPATIBLE_INTERFACE_STRING FLEETLINK_LINKED_AS)
+endfunction()
+
+# fleetlink_library(<target> OUTPUT <name> FLOORS ... HEADERS <below src/> ... [PUBLIC ...] [PRIVATE ...])
+# A shared library made of floors, and the headers that are installed with it. Only what is marked leaves it.
 function(fleetlink_library target)
-  cmake_parse_arguments(arg "" "OUTPUT;EXPORT_MACRO" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
-  add_library(${target} SHARED ${arg_SOURCES})
-  set_target_properties(${target} PROPERTIES OUTPUT_NAME ${arg_OUTPUT} VERSION ${PROJECT_VERSION}
+  cmake_parse_arguments(arg "" "OUTPUT" "FLOORS;HEADERS;PUBLIC;PRIVATE" ${ARGN})
+  list(TRANSFORM arg_FLOORS REPLACE "(.+)" "$<TARGET_OBJECTS:\\1_objects>" OUTPUT_VARIABLE objects)
+  list(TRANSFORM arg_HEADERS PREPEND "${CMAKE_SOURCE_DIR}/src/")
+  add_library(${target} SHARED ${objects})
+  set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX OUTPUT_NAME ${arg_OUTPUT} VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR} INSTALL_RPATH "$ORIGIN")
-  target_compile_definitions(${target} PRIVATE ${arg_EXPORT_MACRO})
-  target_include_directories(${target} PUBLIC "$<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/src>"
-    "$<INSTALL_INTERFACE:include/fleetlink>")
-  target_link_libraries(${target} PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE} $<BUILD_INTERFACE:fleetlink_options>)
+  target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS "${CMAKE_SOURCE_DIR}/src" FILES ${arg_HEADERS})
+  target_link_libraries(${target} PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
+  fleetlink_linked_as(${target} libraries)
+  if(NOT WIN32 AND NOT APPLE)
+    set(map "${CMAKE_SOURCE_DIR}/cmake/hidden_symbols.map")
+    target_link_options(${target} PRIVATE "LINKER:--version-script=${map}")
+    set_target_properties(${target} PROPERTIES LINK_DEPENDS "${map}")
+  endif()
 endfunction()

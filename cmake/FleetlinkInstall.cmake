@@ -14,15 +14,9 @@ install(TARGETS Lib_Bedrock Lib_Hostenv Lib_Livefeed Lib_Rewind Fleetlink EXPORT
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+  FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/fleetlink"
   INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
-foreach(folder fleetlink host toolkit core setup)
-  if(folder STREQUAL "fleetlink")
-    set(target "${CMAKE_INSTALL_INCLUDEDIR}/fleetlink")
-  else()
-    set(target "${CMAKE_INSTALL_INCLUDEDIR}/fleetlink/${folder}")
-  endif()
-  install(DIRECTORY "${CMAKE_SOURCE_DIR}/src/${folder}/" DESTINATION "${target}" FILES_MATCHING PATTERN "*.h")
-endforeach()
+install(FILES "${CMAKE_SOURCE_DIR}/src/fleetlink/fleetlink.h" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/fleetlink")
 install(DIRECTORY "${CMAKE_SOURCE_DIR}/lang/" DESTINATION "${CMAKE_INSTALL_DATADIR}/fleetlink/lang"
   FILES_MATCHING PATTERN "*.xml")
 if(FLEETLINK_BUILD_CLIENT)

@@ -6,7 +6,7 @@ class CEnvObj;
 class CWndNvrEmbedded;
 
 /// A page of values of one recorder. The connection is borrowed; its documents are what the page edits.
-class FLEETLINK_EXPORT CNvrPage : public CSettingPage
+class CNvrPage : public CSettingPage
 {
     Q_OBJECT
 

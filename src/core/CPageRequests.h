@@ -7,7 +7,7 @@
 /// are painted, pictures move and input is held back. After a second a box tells what is waited for and can stop it;
 /// the request ends then as its time-out would end it, and those after it fail without being sent. Release the object
 /// meanwhile, or close the page's sheet, and the same happens. GUI thread only.
-class FLEETLINK_EXPORT CPageRequests
+class CPageRequests
 {
 public:
     /// `stFor` says what is waited for. The page, or another widget, may be null and may go meanwhile.

@@ -188,7 +188,7 @@ private:
 };
 
 /// Keeps a connection object until a call on it has unwound, whoever releases it meanwhile. GUI thread only.
-class FLEETLINK_EXPORT CNvrUse
+class CNvrUse
 {
 public:
     explicit CNvrUse(CWndNvrBase* pNvr);

@@ -2,8 +2,6 @@
 
 #include <cstdint>
 
-#include "host/Export.h"
-
 /// A model that is known of a brand. No behaviour goes by it: what a camera can do comes from the recorder.
 struct stDef_BrandModel
 {
@@ -39,5 +37,5 @@ struct stDef_ProductRow
 };
 
 /// All brands, in the order in which they are offered. Constant data: it is there before any code runs.
-extern FLEETLINK_EXPORT const stDef_BrandRow g_astBrandCatalogue[11];
-extern FLEETLINK_EXPORT const stDef_ProductRow g_astProductTable[2];
+extern const stDef_BrandRow g_astBrandCatalogue[11];
+extern const stDef_ProductRow g_astProductTable[2];

@@ -2,12 +2,10 @@
 
 #include <QString>
 
-#include "host/Export.h"
-
 class CXmlObj;
 
 /// What a camera can do, as the recorder tells it in `/root/Support`. Numbers are 0 where they are missing.
-class FLEETLINK_EXPORT CAbilities
+class CAbilities
 {
 public:
     struct stDef_Limits

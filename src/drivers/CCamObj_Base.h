@@ -3,7 +3,6 @@
 #include <QString>
 
 #include "drivers/stDef_CamConnect.h"
-#include "host/Export.h"
 
 class CEnvObj;
 class CTemplateMap;
@@ -15,7 +14,7 @@ struct stDef_DriverRow;
 /// One camera of a recorder, as its brand's driver sees it: what the recorder tells of the camera goes onto the
 /// camera's node in the Camera document. All model-specific behaviour comes from those replies. Nothing here talks to a
 /// camera, and nothing shows a message. GUI thread only.
-class FLEETLINK_EXPORT CCamObj_Base
+class CCamObj_Base
 {
 public:
     /// Makes the object of a vendor; null for one without a driver. The connection is borrowed; the caller sets

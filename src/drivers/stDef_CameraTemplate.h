@@ -3,7 +3,6 @@
 #include <QString>
 #include <span>
 
-#include "host/Export.h"
 #include "host/Lib_Bedrock.h"
 
 /// How wide a newly added camera's pictures may be.
@@ -16,7 +15,7 @@ struct stDef_TemplateResolution
 };
 
 /// How a newly added camera is to be set up: a node of the System document.
-struct FLEETLINK_EXPORT stDef_CameraTemplate
+struct stDef_CameraTemplate
 {
     int nResolution = 0; ///< position in the list of resolutions
     int nFPS = 0;        ///< 0 is the highest

@@ -1,9 +1,14 @@
 #pragma once
 
-/// Marks of what leaves a library. Each library defines its own `..._BUILD` while it is compiled.
+/// Marks of what leaves a library. Each library defines its own `..._BUILD` while it is compiled; what links the
+/// objects of the libraries instead defines `FLEETLINK_STATIC`.
 #if defined(_WIN32)
 #define FLEETLINK_DLL_EXPORT __declspec(dllexport)
+#ifdef FLEETLINK_STATIC
+#define FLEETLINK_DLL_IMPORT
+#else
 #define FLEETLINK_DLL_IMPORT __declspec(dllimport)
+#endif
 #else
 #define FLEETLINK_DLL_EXPORT __attribute__((visibility("default")))
 #define FLEETLINK_DLL_IMPORT __attribute__((visibility("default")))

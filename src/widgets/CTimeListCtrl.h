@@ -2,13 +2,12 @@
 
 #include <QTableWidget>
 
-#include "host/Export.h"
 #include "widgets/CTimeStateBar.h"
 
 /// A list whose rows stand for days: a label in its first column, a `CTimeStateBar` in the second under a ruler of 24
 /// hours. Who uses it inserts and deletes rows; their bars come and go with them. The list takes the keys: Up and Down
 /// choose a row as a click on it does, the others are told at `CTimeStateBar`. GUI thread only, one list at a time.
-class FLEETLINK_EXPORT CTimeListCtrl : public QTableWidget
+class CTimeListCtrl : public QTableWidget
 {
     Q_OBJECT
 

@@ -4,7 +4,6 @@
 #include <QWidget>
 #include <functional>
 
-#include "host/Export.h"
 #include "widgets/TimeLine.h"
 
 class CTimeStateWnd;
@@ -19,7 +18,7 @@ class QKeyEvent;
 ///
 /// View-only, a press begins a span that is shown on all bars of the process and follows the pointer, also without a
 /// button, until the next press; blocks let the mouse through, and keys do nothing.
-class FLEETLINK_EXPORT CTimeStateBar : public QWidget
+class CTimeStateBar : public QWidget
 {
     Q_OBJECT
 

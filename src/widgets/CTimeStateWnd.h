@@ -2,13 +2,11 @@
 
 #include <QLabel>
 
-#include "host/Export.h"
-
 class CTimeStateBar;
 
 /// A block on a `CTimeStateBar`, which makes and owns it: turns what the mouse does to it into messages, and paints it.
 /// It doesn't move itself.
-class FLEETLINK_EXPORT CTimeStateWnd : public QLabel
+class CTimeStateWnd : public QLabel
 {
     Q_OBJECT
 

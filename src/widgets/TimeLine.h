@@ -4,7 +4,6 @@
 #include <QPointer>
 #include <QString>
 
-#include "host/Export.h"
 #include "host/Platform.h"
 
 class CTimeStateWnd;
@@ -39,24 +38,24 @@ struct stDef_Reach
     quint64 nMax = NoTime;
 };
 
-FLEETLINK_EXPORT quint64 s_F_n_WholeMinute(quint64 nTime); ///< cut down
+quint64 s_F_n_WholeMinute(quint64 nTime); ///< cut down
 /// The whole minute at pixel `nX` of a bar. Beyond an edge the edge counts, and the right one is 23:59.
-FLEETLINK_EXPORT quint64 s_F_n_At(int nX, int nWidth);
+quint64 s_F_n_At(int nX, int nWidth);
 /// Whole minutes that a way of so many pixels stands for, with its sign.
-FLEETLINK_EXPORT qint64 s_F_n_Minutes(int nPixels, int nWidth);
+qint64 s_F_n_Minutes(int nPixels, int nWidth);
 /// Where a block stands on a bar, at least a pixel wide; a start beyond the day has no width.
-FLEETLINK_EXPORT stDef_Rect s_F_o_Place(quint64 nStart, quint64 nEnd, const stDef_Rect& stBar);
+stDef_Rect s_F_o_Place(quint64 nStart, quint64 nEnd, const stDef_Rect& stBar);
 /// "08:15", for times below 100 hours
-FLEETLINK_EXPORT QString s_F_s_Clock(quint64 nTime);
+QString s_F_s_Clock(quint64 nTime);
 
 /// Position at which a new block keeps the order, or -1 if it would reach into another one. Blocks may touch.
-FLEETLINK_EXPORT int s_F_n_PositionFor(const QList<TIME_STATE>& arStates, quint64 nStart, quint64 nEnd);
-FLEETLINK_EXPORT stDef_Reach s_F_o_Reach(const QList<TIME_STATE>& arStates, quint64 nTime);
+int s_F_n_PositionFor(const QList<TIME_STATE>& arStates, quint64 nStart, quint64 nEnd);
+stDef_Reach s_F_o_Reach(const QList<TIME_STATE>& arStates, quint64 nTime);
 
 /// Changes of a block. Neighbours keep a minute between them, and a block stays within 00:00 and 23:59. A change that
 /// would leave less than a minute of it does nothing. True if the block changed.
-FLEETLINK_EXPORT bool s_F_b_Move(QList<TIME_STATE>& arStates, int nIndex, qint64 nMinutes);
-FLEETLINK_EXPORT bool s_F_b_SetStart(QList<TIME_STATE>& arStates, int nIndex, quint64 nTime);
-FLEETLINK_EXPORT bool s_F_b_SetEnd(QList<TIME_STATE>& arStates, int nIndex, quint64 nTime);
+bool s_F_b_Move(QList<TIME_STATE>& arStates, int nIndex, qint64 nMinutes);
+bool s_F_b_SetStart(QList<TIME_STATE>& arStates, int nIndex, quint64 nTime);
+bool s_F_b_SetEnd(QList<TIME_STATE>& arStates, int nIndex, quint64 nTime);
 
 } // namespace TimeLine

@@ -7,7 +7,7 @@
 // The drivers of all brands. What differs is their row of keys and their own way with the template.
 
 /// Drives the first generation of AMTK cameras. Their streams are numbered profiles.
-class FLEETLINK_EXPORT CCamObj_AMTKV5 : public CCamObj_Base
+class CCamObj_AMTKV5 : public CCamObj_Base
 {
 public:
     CCamObj_AMTKV5();
@@ -17,7 +17,7 @@ private:
 };
 
 /// Drives the second generation of AMTK cameras, which tell a bit rate for each way of rate control.
-class FLEETLINK_EXPORT CCamObj_AMTKV6 : public CCamObj_Base
+class CCamObj_AMTKV6 : public CCamObj_Base
 {
 public:
     CCamObj_AMTKV6();
@@ -27,7 +27,7 @@ private:
 };
 
 /// Drives DYNACOLOR cameras: one range of rates for all resolutions, and no codec with them.
-class FLEETLINK_EXPORT CCamObj_DYNACOLOR : public CCamObj_Base
+class CCamObj_DYNACOLOR : public CCamObj_Base
 {
 public:
     CCamObj_DYNACOLOR();
@@ -37,7 +37,7 @@ private:
 };
 
 /// Drives FITI cameras, which have a single stream.
-class FLEETLINK_EXPORT CCamObj_FITI : public CCamObj_Base
+class CCamObj_FITI : public CCamObj_Base
 {
 public:
     CCamObj_FITI();
@@ -47,7 +47,7 @@ private:
 };
 
 /// Drives ONVIF cameras, whose streams are told by tokens.
-class FLEETLINK_EXPORT CCamObj_ONVIF : public CCamObj_Base
+class CCamObj_ONVIF : public CCamObj_Base
 {
 public:
     CCamObj_ONVIF();
@@ -57,7 +57,7 @@ private:
 };
 
 /// Drives PIXORD cameras, whose profiles are numbered by their place in the resolution list.
-class FLEETLINK_EXPORT CCamObj_PIXORD : public CCamObj_Base
+class CCamObj_PIXORD : public CCamObj_Base
 {
 public:
     CCamObj_PIXORD();
@@ -67,7 +67,7 @@ private:
 };
 
 /// Drives SMAX cameras, whose low stream is MJPEG with a range of rates of its own.
-class FLEETLINK_EXPORT CCamObj_SMAX : public CCamObj_Base
+class CCamObj_SMAX : public CCamObj_Base
 {
 public:
     CCamObj_SMAX();
@@ -77,7 +77,7 @@ private:
 };
 
 /// Drives ZAVIO cameras, which have one range of qualities.
-class FLEETLINK_EXPORT CCamObj_ZAVIO : public CCamObj_Base
+class CCamObj_ZAVIO : public CCamObj_Base
 {
 public:
     CCamObj_ZAVIO();
@@ -94,4 +94,4 @@ struct stDef_Driver
 };
 
 /// Every brand that has a driver. What is to be done for each of them walks this list.
-FLEETLINK_EXPORT std::span<const stDef_Driver> DriverList();
+std::span<const stDef_Driver> DriverList();

@@ -2,12 +2,10 @@
 
 #include <QTreeWidget>
 
-#include "host/Export.h"
-
 /// The cameras of the recorder in the order of their indices, each with its check box. What the user does is told; what
 /// the program does is not. The selected camera is the one that the user is at: neither a click beside the items nor
 /// Ctrl or the first focus ever part the two.
-class FLEETLINK_EXPORT CCameraTree : public QTreeWidget
+class CCameraTree : public QTreeWidget
 {
     Q_OBJECT
 

@@ -3,8 +3,6 @@
 #include <QList>
 #include <QWidget>
 
-#include "host/Export.h"
-
 class QKeyEvent;
 class QLineEdit;
 class QStackedLayout;
@@ -16,7 +14,7 @@ class QStackedLayout;
 /// What a document brought stands as it came until it is edited: an address in its plain form, and what is none, as a
 /// host name, letter by letter, in the place of the parts. The first digit, Delete, or an address that is pasted then
 /// takes its place.
-class FLEETLINK_EXPORT CIPAddressEdit : public QWidget
+class CIPAddressEdit : public QWidget
 {
     Q_OBJECT
     Q_PROPERTY(QString text READ text WRITE setText USER true)

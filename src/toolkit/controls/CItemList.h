@@ -3,10 +3,8 @@
 #include <QStringList>
 #include <QTableWidget>
 
-#include "host/Export.h"
-
 /// A list of rows with columns, grid lines and a number of its own behind each row. One row or none is selected.
-class FLEETLINK_EXPORT CItemList : public QTableWidget
+class CItemList : public QTableWidget
 {
     Q_OBJECT
 

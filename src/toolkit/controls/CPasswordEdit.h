@@ -2,13 +2,11 @@
 
 #include <QLineEdit>
 
-#include "host/Export.h"
-
 class QCheckBox;
 
 /// An edit for a password: a "*" for each letter, until it is told to show them. Showing and hiding leave the text, the
 /// cursor and what is selected as they are.
-class FLEETLINK_EXPORT CPasswordEdit : public QLineEdit
+class CPasswordEdit : public QLineEdit
 {
     Q_OBJECT
 

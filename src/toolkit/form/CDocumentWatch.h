@@ -7,7 +7,7 @@
 #include "toolkit/form/CValueRows.h"
 
 /// Tells whether documents changed since they were fetched, also by what windows have not stored yet.
-class FLEETLINK_EXPORT CDocumentWatch
+class CDocumentWatch
 {
 public:
     /// Stores what is pending into the documents that stand in for the real ones.

@@ -14,7 +14,7 @@ class CItemList;
 
 /// A list of numbered nodes over the form of the chosen one, with Add, Delete and Modify, which write into the document
 /// at once. A column is a value of the entry's node, with an edit of its own in the form.
-class FLEETLINK_EXPORT CEntryTable : public QObject
+class CEntryTable : public QObject
 {
     Q_OBJECT
 

@@ -15,7 +15,7 @@ class QWidget;
 
 /// What a window of values is made of: its texts, its values and its rules, filled by the groups that are made in it
 /// (`CFormGroup`), one line a value. It belongs to the window.
-class FLEETLINK_EXPORT CForm
+class CForm
 {
 public:
     /// The window is borrowed and outlives the form.

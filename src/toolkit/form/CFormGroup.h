@@ -25,7 +25,7 @@ struct stDef_ListItem
 /// named after its node's last name and its key, as "SMTP.IP"; one without a node after its key alone.
 ///
 /// A handle: it may go when the group is made.
-class FLEETLINK_EXPORT CFormGroup
+class CFormGroup
 {
 public:
     /// The values of the group lie at `stNode` unless they tell otherwise. The group box is named after its text's key

@@ -1,12 +1,10 @@
 #pragma once
 
-#include "host/Export.h"
-
 class QWidget;
 
 /// Letters that lead to the controls of a window with Alt. They are chosen once the texts stand, so that they follow
 /// the language; texts of languages without Latin letters have none.
-class FLEETLINK_EXPORT CMnemonics
+class CMnemonics
 {
 public:
     /// Gives each button, check box and label of a control a letter of its own text that no other one has: that of a

@@ -2,13 +2,11 @@
 
 #include <QString>
 
-#include "host/Export.h"
-
 class CXmlObj;
 
 /// A list as the recorder's documents keep it: children `Stem%03d` of one node, numbered from 0 without gaps, and their
 /// number in the node's `count`. The document is borrowed; a closed one reads as an empty list and takes no change.
-class FLEETLINK_EXPORT CNumberedNodes
+class CNumberedNodes
 {
 public:
     /// `sParent` is the list's node, as "/root/EMail"; `sStem` the name of its children without the number.

@@ -5,14 +5,12 @@
 #include <functional>
 #include <vector>
 
-#include "host/Export.h"
-
 class QAbstractButton;
 class QWidget;
 
 /// What buttons enable. Every rule is evaluated when a window opens and after every toggle of a button that stands in
 /// one, so that the order of the rules doesn't matter.
-class FLEETLINK_EXPORT CRules : public QObject
+class CRules : public QObject
 {
 public:
     struct stDef_While

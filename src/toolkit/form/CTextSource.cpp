@@ -1,5 +1,7 @@
 #include "toolkit/form/CTextSource.h"
 
+CTextSource::~CTextSource() = default;
+
 QString CTextSource::m_F_s_Text(const stDef_Text& stText, const QString& sShown) const
 {
     QString sText = sShown;

@@ -18,7 +18,7 @@ using Text = stDef_Text;
 class FLEETLINK_EXPORT CTextSource
 {
 public:
-    virtual ~CTextSource() = default;
+    virtual ~CTextSource();
 
     /// Text of a key, or the default if the language file has no such key. With no language file open it returns -1 and
     /// leaves `sOut` untouched: a label keeps what it shows.

@@ -15,7 +15,7 @@ enum class emDef_TextForm
 
 /// The texts of a window: one row a text. A row shows its default at once; `m_S_Apply` puts the words of a language in
 /// its place and leaves what stands there if none come back.
-class FLEETLINK_EXPORT CTextTable
+class CTextTable
 {
 public:
     using Setter = std::function<void(const QString&)>;

@@ -3,8 +3,6 @@
 #include <QString>
 #include <concepts>
 
-#include "host/Export.h"
-
 class CIPAddressEdit;
 class QCheckBox;
 class QComboBox;
@@ -15,7 +13,7 @@ class QLineEdit;
 namespace nsForms {
 
 /// The text of an edit.
-struct FLEETLINK_EXPORT AsText
+struct AsText
 {
     static void s_S_Show(QLineEdit& objEdit, const QString& sValue);
     static QString s_F_s_Stored(const QLineEdit& objEdit);
@@ -24,35 +22,35 @@ struct FLEETLINK_EXPORT AsText
 };
 
 /// A check box: 0 or 1.
-struct FLEETLINK_EXPORT AsCheck
+struct AsCheck
 {
     static void s_S_Show(QCheckBox& objBox, const QString& sValue);
     static QString s_F_s_Stored(const QCheckBox& objBox);
 };
 
 /// A check box that is on while the value is 0.
-struct FLEETLINK_EXPORT AsUncheck
+struct AsUncheck
 {
     static void s_S_Show(QCheckBox& objBox, const QString& sValue);
     static QString s_F_s_Stored(const QCheckBox& objBox);
 };
 
 /// The entry of a list, by its text; none is chosen where no entry has the value, and then the value is empty.
-struct FLEETLINK_EXPORT ByText
+struct ByText
 {
     static void s_S_Show(QComboBox& objList, const QString& sValue);
     static QString s_F_s_Stored(const QComboBox& objList);
 };
 
 /// The entry of a list, by the number behind it; none is chosen where no entry has the value, and then it is -1.
-struct FLEETLINK_EXPORT ByData
+struct ByData
 {
     static void s_S_Show(QComboBox& objList, const QString& sValue);
     static QString s_F_s_Stored(const QComboBox& objList);
 };
 
 /// An edit that only shows: it has no way back.
-struct FLEETLINK_EXPORT Shown
+struct Shown
 {
     static void s_S_Show(QLineEdit& objEdit, const QString& sValue);
 };

@@ -42,7 +42,7 @@ struct stDef_Value
 
 /// The values of a window whose controls are working copies of documents. Loading and storing walk the same rows in
 /// the same order.
-class FLEETLINK_EXPORT CValueRows
+class CValueRows
 {
 public:
     using Show = std::function<void(const QString& sValue)>;

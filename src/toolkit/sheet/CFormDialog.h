@@ -5,7 +5,7 @@
 #include "toolkit/form/CFormGroup.h"
 
 /// A dialog of one group of rows over OK and Cancel, which follow the language and are named after their keys.
-class FLEETLINK_EXPORT CFormDialog : public QDialog
+class CFormDialog : public QDialog
 {
     Q_OBJECT
 

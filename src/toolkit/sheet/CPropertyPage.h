@@ -3,13 +3,11 @@
 #include <QWidget>
 #include <functional>
 
-#include "host/Export.h"
-
 class CXmlObj;
 
 /// One tab of a `CPropertySheet`. It is made with the sheet, but fills itself only when its tab is first shown: until
 /// then it has no controls, and it hears neither of OK nor of Cancel.
-class FLEETLINK_EXPORT CPropertyPage : public QWidget
+class CPropertyPage : public QWidget
 {
     Q_OBJECT
 

@@ -7,7 +7,7 @@ class QLabel;
 
 /// A page of values. What it is made of it says in `m_S_Make`, by groups and rows; loading, rules, texts, mnemonics and
 /// alignment follow by themselves. What a page decides beyond that is its code.
-class FLEETLINK_EXPORT CSettingPage : public CPropertyPage
+class CSettingPage : public CPropertyPage
 {
     Q_OBJECT
 

@@ -2,6 +2,7 @@
 
 #include <QPushButton>
 
+#include "toolkit/form/CDocumentWatch.h"
 #include "toolkit/form/CommonTexts.h"
 #include "toolkit/sheet/CPropertyPage.h"
 #include "toolkit/user/CPrompts.h"
@@ -15,8 +16,18 @@ constexpr Text DropText{"DropChanges", "Close without saving the changes?"};
 
 CSettingSheet::CSettingSheet(const CTextSource* pTexts, const QString& sCaption, const stDef_Text& stTitle,
                              QWidget* pParent, unsigned int nSelectPage)
-    : CPropertySheet(sCaption, pParent, nSelectPage), vm_pTexts(pTexts), vm_stTitle(stTitle)
+    : CPropertySheet(sCaption, pParent, nSelectPage),
+      vm_pTexts(pTexts),
+      vm_stTitle(stTitle),
+      vm_pWatch(std::make_unique<CDocumentWatch>())
 {}
+
+CSettingSheet::~CSettingSheet() = default;
+
+void CSettingSheet::m_S_Watch(const QList<CXmlObj*>& arDocuments)
+{
+    vm_pWatch->m_S_Begin(arDocuments);
+}
 
 void CSettingSheet::m_S_AddTab(const stDef_Text& stLabel, CPropertyPage* pPage)
 {
@@ -39,7 +50,7 @@ int CSettingSheet::OnInitDialog()
 
 bool CSettingSheet::m_F_b_MayDrop()
 {
-    const bool bChanged = vm_objWatch.m_F_b_Changed([this](const CValueRows::Substitute& fnSubstitute) {
+    const bool bChanged = vm_pWatch->m_F_b_Changed([this](const CValueRows::Substitute& fnSubstitute) {
         for (const CPropertyPage* const pPage : m_F_ar_Pages()) {
             if (pPage->m_F_b_Initialised())
                 pPage->m_S_StoreInto(fnSubstitute);

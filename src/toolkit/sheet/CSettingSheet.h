@@ -1,10 +1,13 @@
 #pragma once
 
+#include <memory>
 #include <vector>
 
-#include "toolkit/form/CDocumentWatch.h"
 #include "toolkit/form/CTextSource.h"
 #include "toolkit/sheet/CPropertySheet.h"
+
+class CDocumentWatch;
+class CXmlObj;
 
 /// A sheet whose title, buttons and tabs follow the language: rows of labels and makers of pages.
 class FLEETLINK_EXPORT CSettingSheet : public CPropertySheet
@@ -16,11 +19,12 @@ public:
     /// texts are borrowed and outlive the sheet. `nSelectPage` is the tab that is shown first.
     CSettingSheet(const CTextSource* pTexts, const QString& sCaption, const stDef_Text& stTitle, QWidget* pParent,
                   unsigned int nSelectPage = 0);
+    ~CSettingSheet() override;
 
     int OnInitDialog() override;
     /// The documents that OK is to post, which are borrowed, as they were fetched. Esc and the window's close ask from
     /// now on before a change of them is lost.
-    void m_S_Watch(const QList<CXmlObj*>& arDocuments) { vm_objWatch.m_S_Begin(arDocuments); }
+    void m_S_Watch(const QList<CXmlObj*>& arDocuments);
 
 protected:
     bool m_F_b_MayDrop() override;
@@ -30,6 +34,6 @@ protected:
 private:
     const CTextSource* vm_pTexts;
     stDef_Text vm_stTitle;
-    CDocumentWatch vm_objWatch;
+    std::unique_ptr<CDocumentWatch> vm_pWatch;
     std::vector<stDef_Text> vm_arLabels;
 };

@@ -4,12 +4,10 @@
 #include <QWidget>
 #include <functional>
 
-#include "host/Export.h"
-
 /// Handles events while something is waited for, under the wait cursor: windows are painted, timers tick, but input is
 /// held back from all windows but one, and never comes later. Loops may nest; then each ends when its own wait and
 /// those within it have ended. GUI thread only.
-class FLEETLINK_EXPORT CHeldLoop
+class CHeldLoop
 {
 public:
     /// `fnDone` tells when the wait is over. It is asked after each event: what makes it true has to wake the event

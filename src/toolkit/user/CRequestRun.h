@@ -9,7 +9,7 @@
 /// Runs blocking work, one piece after the other, on a worker thread, while the windows live on and input is held back
 /// as `CHeldLoop` does. A second after its begin a box comes up that tells what is waited for and has a button that
 /// stops the work. The caller sees one blocking call. GUI thread only, but for the work itself.
-class FLEETLINK_EXPORT CRequestRun
+class CRequestRun
 {
 public:
     /// The parent is a page, or null; it is borrowed and may go meanwhile. If it goes, or the dialog it is in is

@@ -2,8 +2,6 @@
 
 #include <QDialog>
 
-#include "host/Export.h"
-
 class QLabel;
 class QProgressBar;
 
@@ -16,7 +14,7 @@ struct stDef_WaitTexts
 };
 
 /// A small box that tells what is waited for and for how long. Its button, Esc and Enter reject it.
-class FLEETLINK_EXPORT CWaitBox : public QDialog
+class CWaitBox : public QDialog
 {
     Q_OBJECT
 

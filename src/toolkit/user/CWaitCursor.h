@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCursor>
 #include <QGuiApplication>
 
 /// The wait cursor, as long as the object lives. GUI thread only.
