@@ -85,10 +85,9 @@ void EscapeQuotes(pugi::xml_node objNode)
     }
 }
 
-// Looks at every node once, without recursion. False if elements are nested too deep.
-bool CheckTree(pugi::xml_node objRoot)
+// Looks at every node once, without recursion. False if elements are nested too deep; the first one stands at `nDepth`.
+bool CheckTree(pugi::xml_node objRoot, int nDepth = 1)
 {
-    int nDepth = 1;
     for (pugi::xml_node objNode = objRoot;;) {
         EscapeQuotes(objNode);
         if (objNode.first_child()) {
@@ -596,6 +595,39 @@ bool CXmlObj::m_F_b_RenameNods(const QString& sParent, const QString& sOldName, 
         return false;
     }
     vm_pImpl->vm_objIndex.m_S_Insert(objParent.internal_object(), objChild.internal_object(), objChild.name());
+    return true;
+}
+
+QString CXmlObj::m_F_s_GetNods(const QString& sPath) const
+{
+    const pugi::xml_node objNode = vm_pImpl ? vm_pImpl->m_F_o_Node(sPath) : pugi::xml_node();
+    if (!objNode)
+        return {};
+    CStringWriter objWriter;
+    objNode.print(objWriter, "", g_nFormat, pugi::encoding_utf8);
+    return QString::fromUtf8(objWriter.sText.data(), static_cast<qsizetype>(objWriter.sText.size()));
+}
+
+bool CXmlObj::m_F_b_SetNods(const QString& sParent, const QString& sName, const QString& sXml)
+{
+    if (sXml.isEmpty())
+        return m_F_b_RemoveNods(sParent, sName);
+    const CXmlPath objPath(sParent);
+    const CXmlUtf8 objName(sName);
+    const pugi::xml_node objParent = vm_pImpl ? vm_pImpl->m_F_o_Find(objPath) : pugi::xml_node();
+    const int nDepth = static_cast<int>(objPath.m_F_ar_Names().size()) + (objPath.m_F_b_IsAbsolute() ? 1 : 2);
+    st_Impl objText;
+    if (!objParent || !objText.m_F_b_Parse(sXml) || objName.m_F_s_View() != objText.vm_objRoot.name() ||
+        !CheckTree(objText.vm_objRoot, nDepth))
+        return false;
+    pugi::xml_node objOld = vm_pImpl->m_F_o_Child(objParent, objName.m_F_s_View());
+    if (!objOld)
+        objOld = vm_pImpl->m_F_o_Append(objParent, objName.m_F_s_View()); // finds its place in the layout
+    vm_pImpl->m_S_BeforeMove(objParent, objName.m_F_s_View());
+    vm_pImpl->m_S_Forget(objOld);
+    const pugi::xml_node objNew = pugi::xml_node(objParent).insert_copy_before(objText.vm_objRoot, objOld);
+    pugi::xml_node(objParent).remove_child(objOld);
+    vm_pImpl->vm_objIndex.m_S_Insert(objParent.internal_object(), objNew.internal_object(), objNew.name());
     return true;
 }
 

@@ -86,6 +86,13 @@ public:
     /// doesn't allow the new name. A child that has the new name already stays.
     bool m_F_b_RenameNods(const QString& sParent, const QString& sOldName, const QString& sNewName);
 
+    /// The node with all below it, as it stands in the document; empty if it is missing.
+    QString m_F_s_GetNods(const QString& sPath) const;
+    /// Puts such a text, which is one element, in the place of the first child of that name, or behind the other
+    /// children of a node that has none; an empty text removes the child. False and no effect: closed, no such parent,
+    /// a text that `m_F_b_LoadXML` would refuse or whose element has another name.
+    bool m_F_b_SetNods(const QString& sParent, const QString& sName, const QString& sXml);
+
     /// All elements at the path; every element that fits a name of the path is followed.
     CXmlNodeList m_S_SelectNodesByKey(const QString& sPath) const;
     /// Text content of a node; empty for a null handle.

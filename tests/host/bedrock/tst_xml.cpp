@@ -149,7 +149,7 @@ TEST(Xml, DocumentsGoBackAsTheyCame)
     }
 }
 
-// One edit: 's'et, 'a'dd, 'r'emove, re'n'ame.
+// One edit: 's'et, 'a'dd, 'r'emove, re'n'ame, 'p'ut a whole child.
 bool Edit(CXmlObj& objXml, char cEdit, const QString& sPath, const QString& sName, const QString& sValue = QString())
 {
     switch (cEdit) {
@@ -159,6 +159,8 @@ bool Edit(CXmlObj& objXml, char cEdit, const QString& sPath, const QString& sNam
         return objXml.m_F_b_AddNods(sPath, sName);
     case 'r':
         return objXml.m_F_b_RemoveNods(sPath, sName);
+    case 'p':
+        return objXml.m_F_b_SetNods(sPath, sName, sValue);
     default:
         return objXml.m_F_b_RenameNods(sPath, sName, sValue);
     }
@@ -185,6 +187,10 @@ TEST(Xml, EditsKeepTheLayout)
         {u"<r><a n=\"1\"/><a n=\"2\"/></r>"_s, 'r', u"/r"_s, u"a"_s, {}, u"<r><a n=\"2\"/></r>"_s},
         {u"<r><a><k>1</k></a></r>"_s, 'n', u""_s, u"a"_s, u"b"_s, u"<r><b><k>1</k></b></r>"_s},
         {u"<r ><a></a></r>"_s, 'n', u""_s, u"a"_s, u"a"_s, u"<r ><a></a></r>"_s},
+        {u"<r>\n  <a/>\n  <b/>\n</r>"_s, 'p', u""_s, u"a"_s, u"<a k=\"&#xE9;\"><!-- c --><b/></a>"_s,
+         u"<r>\n  <a k=\"&#xE9;\"><!-- c --><b/></a>\n  <b/>\n</r>"_s},
+        {u"<r>\n  <a/>\n</r>"_s, 'p', u"/r"_s, u"b"_s, u"<b k=\"1\"/>"_s, u"<r>\n  <a/>\n  <b k=\"1\"/>\n</r>"_s},
+        {u"<r>\n  <a/>\n  <b/>\n</r>"_s, 'p', u""_s, u"a"_s, u""_s, u"<r>\n  <b/>\n</r>"_s},
     };
     for (const auto& stRow : arRows) {
         SCOPED_TRACE(stRow.sBefore.toStdString() + " -> " + stRow.sAfter.toStdString());
@@ -244,6 +250,11 @@ TEST(Xml, EditsThatCannotBeDoneHaveNoEffect)
     for (const QString& sPath : {u"/other/a"_s, u"b/<c"_s, u"b//c"_s, u"/"_s, sDeep + u"/x"_s})
         EXPECT_FALSE(Edit(objXml, 's', sPath, u"k"_s, u"1"_s)) << qPrintable(sPath);
     EXPECT_FALSE(Edit(objXml, 's', u"b"_s, u"k="_s, u"1"_s));
+    for (const auto& [sPath, sXml] : {std::pair{u"b"_s, u"<a/>"_s},
+                                      {u""_s, u"<b/>"_s},
+                                      {u""_s, u"<a"_s},
+                                      {u""_s, u"<a>"_s.repeated(256) + u"</a>"_s.repeated(256)}})
+        EXPECT_FALSE(Edit(objXml, 'p', sPath, u"a"_s, sXml)) << qPrintable(sXml.left(9));
     EXPECT_EQ(objXml.m_F_s_GetXML(), sBefore);
 
     EXPECT_TRUE(objXml.m_F_b_SetValue(sDeep, u"k"_s, u"a\tb\nc"_s)); // 256 levels
@@ -402,8 +413,10 @@ TEST(Xml, RandomEditsOfLongListsAgreeWithASimpleModel)
             ASSERT_EQ(objXml.m_F_b_RenameNods(sParent, sName, sNew), pChild != nullptr);
             if (pChild)
                 pChild->sName = sNew;
+        } else if (const QString sPath = sParent + (sParent.isEmpty() ? u""_s : u"/"_s) + sName; fnPick(3) == 0) {
+            ASSERT_EQ(objXml.m_F_b_SetNods(sParent, sName, objXml.m_F_s_GetNods(sPath)), pChild != nullptr);
         } else if (pParent) {
-            ASSERT_TRUE(objXml.m_F_b_SetValue(sParent + (sParent.isEmpty() ? u""_s : u"/"_s) + sName, u"m"_s, i));
+            ASSERT_TRUE(objXml.m_F_b_SetValue(sPath, u"m"_s, i));
             (pChild ? *pChild : pParent->arChildren.emplace_back(st_Model{sName, 0, {}})).nMark = i;
         }
         const QString sRead = fnName();
