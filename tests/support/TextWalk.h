@@ -222,7 +222,7 @@ private:
         auto* const pLabel = qobject_cast<const QLabel*>(pWidget);
         if (pLabel && pLabel->wordWrap()) {
             EXPECT_LE(pLabel->heightForWidth(pLabel->width()), pLabel->height()) << "cut off: " << sName.toStdString();
-        } else if (pLabel || qobject_cast<const QAbstractButton*>(pWidget)) {
+        } else if (pLabel ? !pLabel->text().isEmpty() : qobject_cast<const QAbstractButton*>(pWidget) != nullptr) {
             const QSize sz = pWidget->sizeHint();
             EXPECT_TRUE(sz.boundedTo(pWidget->size()) == sz)
                 << "cut off: " << sName.toStdString() << " " << pWidget->property("text").toString().toStdString();

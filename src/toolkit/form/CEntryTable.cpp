@@ -104,12 +104,8 @@ void CEntryTable::m_S_ShowRow(int nRow)
     else
         for (QLineEdit* const pEdit : vm_arEdits)
             pEdit->clear();
-    for (QPushButton* const pButton : vm_arForChosen) {
-        // The focus of a button that is disabled would pass to the sheet's OK, which a second Enter then pressed.
-        if (nRow < 0 && pButton->window()->focusWidget() == pButton)
-            vm_pList->setFocus();
-        pButton->setEnabled(nRow >= 0);
-    }
+    for (QPushButton* const pButton : vm_arForChosen)
+        CForm::s_S_EnableButton(pButton, nRow >= 0, vm_pList);
 }
 
 void CEntryTable::m_S_Add()

@@ -57,6 +57,13 @@ QPushButton* CForm::m_F_p_EnterButton() const
     return it == vm_arEnter.end() ? nullptr : *it;
 }
 
+void CForm::s_S_EnableButton(QPushButton* pButton, bool bEnabled, QWidget* pHeir)
+{
+    if (!bEnabled && pButton->window()->focusWidget() == pButton)
+        pHeir->setFocus();
+    pButton->setEnabled(bEnabled);
+}
+
 void CForm::m_S_Finish(const CTextSource& objTexts)
 {
     vm_objRules.m_S_Run();

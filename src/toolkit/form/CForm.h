@@ -36,6 +36,10 @@ public:
     const CValueRows& m_F_o_Values() const { return vm_objValues; }
     CRules& m_F_o_Rules() { return vm_objRules; }
 
+    /// Enables a button, or disables it: if it has the focus, that goes to `pHeir` then, and not on to the window's OK,
+    /// which a second Enter would press.
+    static void s_S_EnableButton(QPushButton* pButton, bool bEnabled, QWidget* pHeir);
+
     /// Ends the making, in the one order that is right: the rules after the values stand, the widths of the labels
     /// after their texts do.
     void m_S_Finish(const CTextSource& objTexts);

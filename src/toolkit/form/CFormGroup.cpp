@@ -1,5 +1,6 @@
 #include "toolkit/form/CFormGroup.h"
 
+#include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
@@ -8,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRadioButton>
 
 #include "toolkit/form/CommonTexts.h"
 #include "toolkit/form/FormColumns.h"
@@ -163,6 +165,44 @@ QCheckBox* CFormGroup::m_F_p_MakeCheck(const stDef_Text& stText, const stDef_Val
     vm_pForm->vm_objTexts.m_S_AddText(pBox, stText);
     vm_pGrid->addWidget(pBox, vm_nRow++, Labels, 1, Hints);
     return pBox;
+}
+
+QButtonGroup* CFormGroup::m_F_p_Choices(const stDef_Value& stValue, std::span<const stDef_Choice> arChoices,
+                                        bool bInRow)
+{
+    auto* const pButtons = new QButtonGroup(vm_pBox);
+    auto* const pLine = new QHBoxLayout;
+    for (const stDef_Choice& st : arChoices) {
+        auto* const pButton = new QRadioButton(vm_pBox);
+        pButton->setObjectName(m_F_s_NameOf(stValue) + QString::number(st.nValue));
+        pButton->setProperty("id", st.nValue);
+        vm_pForm->vm_objTexts.m_S_AddText(pButton, st.stText);
+        pButtons->addButton(pButton, st.nValue);
+        if (bInRow)
+            pLine->addWidget(pButton);
+        else
+            vm_pGrid->addWidget(pButton, vm_nRow++, Labels, 1, Hints);
+    }
+    pLine->addStretch();
+    vm_pGrid->addLayout(pLine, vm_nRow++, Labels, 1, Hints);
+    m_S_Bind<nsForms::ByButton>(stValue, pButtons);
+    return pButtons;
+}
+
+CTimePicker* CFormGroup::m_F_p_Seconds(const stDef_Text& stLabel, const stDef_Value& stValue, const stDef_Text& stUnit)
+{
+    auto* const pPicker = m_F_p_Row<nsForms::AsSeconds>(stLabel, stValue, new CTimePicker("ss"));
+    auto* const pUnit = new QLabel(vm_pBox);
+    vm_pForm->vm_objTexts.m_S_AddText(pUnit, stUnit);
+    vm_pGrid->addWidget(pUnit, vm_nRow - 1, Hints);
+    return pPicker;
+}
+
+CTimePicker* CFormGroup::m_F_p_Time(const stDef_Text& stLabel, const char* pszName)
+{
+    auto* const pPicker = new CTimePicker("HH:mm");
+    m_S_Place(stLabel, pszName, pPicker);
+    return pPicker;
 }
 
 QPushButton* CFormGroup::m_F_p_Button(const stDef_Text& stText, const char* pszName)

@@ -3,11 +3,14 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <span>
 
 #include "toolkit/controls/CIPAddressEdit.h"
 #include "toolkit/controls/CPasswordEdit.h"
+#include "toolkit/controls/CTimePicker.h"
 #include "toolkit/form/CForm.h"
 
+class QButtonGroup;
 class QCheckBox;
 class QComboBox;
 class QGroupBox;
@@ -18,6 +21,13 @@ struct stDef_ListItem
 {
     QString sText;
     int nData;
+};
+
+/// A radio button, and the value that it stands for.
+struct stDef_Choice
+{
+    stDef_Text stText;
+    int nValue;
 };
 
 /// A group box of a form, with a column of labels, one of controls and one of hints. One line makes a value whole:
@@ -59,6 +69,13 @@ public:
         m_S_Bind<Form>(stValue, pBox);
         return pBox;
     }
+    /// Radio buttons below each other, or in one row, each named after its value: "Mode3", with 3 as its "id".
+    QButtonGroup* m_F_p_Choices(const stDef_Value& stValue, std::span<const stDef_Choice> arChoices,
+                                bool bInRow = false);
+    /// Seconds, 0 to 59.
+    CTimePicker* m_F_p_Seconds(const stDef_Text& stLabel, const stDef_Value& stValue, const stDef_Text& stUnit);
+    /// A time of the day. It stands in more than one value of a document: who makes it shows and takes it.
+    CTimePicker* m_F_p_Time(const stDef_Text& stLabel, const char* pszName);
     /// A control of any kind, with a form that fits it.
     template <class Form, class Control>
     Control* m_F_p_Row(const stDef_Text& stLabel, const stDef_Value& stValue, Control* pControl)

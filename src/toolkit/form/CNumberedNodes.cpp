@@ -13,18 +13,20 @@ constexpr int MostNodes = 10000;
 
 } // namespace
 
-CNumberedNodes::CNumberedNodes(CXmlObj* pDocument, const QString& sParent, const QString& sStem)
-    : vm_pDocument(pDocument), vm_sParent(sParent), vm_sStem(sStem)
+CNumberedNodes::CNumberedNodes(CXmlObj* pDocument, const QString& sParent, const QString& sStem,
+                               const char* pszCountKey)
+    : vm_pDocument(pDocument), vm_sParent(sParent), vm_sStem(sStem), vm_sCountKey(QString::fromLatin1(pszCountKey))
 {}
 
 int CNumberedNodes::m_F_n_Count() const
 {
-    return std::clamp(vm_pDocument->m_F_n_GetValueInt(vm_sParent, u"count"_s, 0), 0, MostNodes);
+    return std::clamp(vm_pDocument->m_F_n_GetValueInt(vm_sParent, vm_sCountKey, 0), 0, MostNodes);
 }
 
 void CNumberedNodes::m_S_SetCount(int nCount)
 {
-    vm_pDocument->m_F_b_SetValue(vm_sParent, u"count"_s, std::max(nCount, 0));
+    if (!vm_sCountKey.isEmpty())
+        vm_pDocument->m_F_b_SetValue(vm_sParent, vm_sCountKey, std::max(nCount, 0));
 }
 
 QString CNumberedNodes::m_F_s_Name(int nIndex) const
@@ -47,18 +49,27 @@ int CNumberedNodes::m_F_n_Append()
 void CNumberedNodes::m_S_Remove(int nIndex)
 {
     const int nLeft = m_F_n_Count() - 1;
+    m_S_TakeOut(nIndex, nLeft);
+    m_S_SetCount(nLeft);
+}
+
+void CNumberedNodes::m_S_TakeOut(int nIndex, int nLeft)
+{
     vm_pDocument->m_F_b_RemoveNods(vm_sParent, m_F_s_Name(nIndex));
     for (int i = nIndex; i < nLeft; ++i)
         vm_pDocument->m_F_b_RenameNods(vm_sParent, m_F_s_Name(i + 1), m_F_s_Name(i));
-    m_S_SetCount(nLeft);
 }
 
 void CNumberedNodes::m_S_RemoveAll()
 {
-    const int nCount = m_F_n_Count();
+    m_S_TakeOutAll(m_F_n_Count());
+    m_S_SetCount(0);
+}
+
+void CNumberedNodes::m_S_TakeOutAll(int nCount)
+{
     for (int i = 0; i < nCount; ++i)
         vm_pDocument->m_F_b_RemoveNods(vm_sParent, m_F_s_Name(i));
-    m_S_SetCount(0);
 }
 
 void CNumberedNodes::m_S_Swap(int nFirst, int nSecond)

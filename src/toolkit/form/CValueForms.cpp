@@ -1,15 +1,19 @@
 #include "toolkit/form/CValueForms.h"
 
+#include <QAbstractButton>
+#include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
 
 #include "host/Lib_Bedrock.h"
 #include "toolkit/controls/CIPAddressEdit.h"
+#include "toolkit/controls/CTimePicker.h"
 
 namespace {
 
 constexpr int NoEntry = -1; ///< the number of an entry that isn't there
+constexpr char ShownProperty[] = "shown";
 
 QString Flag(bool bSet)
 {
@@ -80,6 +84,29 @@ QString ByData::s_F_s_Stored(const QComboBox& objList)
 {
     const QVariant objData = objList.currentData();
     return QString::number(objData.isValid() ? objData.toInt() : NoEntry);
+}
+
+void ByButton::s_S_Show(QButtonGroup& objButtons, const QString& sValue)
+{
+    objButtons.setProperty(ShownProperty, sValue);
+    if (QAbstractButton* const pButton = objButtons.button(CXmlObj::s_F_n_ToInt(sValue)))
+        pButton->setChecked(true);
+}
+
+QString ByButton::s_F_s_Stored(const QButtonGroup& objButtons)
+{
+    return objButtons.checkedButton() ? QString::number(objButtons.checkedId())
+                                      : objButtons.property(ShownProperty).toString();
+}
+
+void AsSeconds::s_S_Show(CTimePicker& objPicker, const QString& sValue)
+{
+    objPicker.m_S_SetSeconds(CXmlObj::s_F_n_ToInt(sValue));
+}
+
+QString AsSeconds::s_F_s_Stored(const CTimePicker& objPicker)
+{
+    return QString::number(objPicker.m_F_n_Seconds());
 }
 
 void Shown::s_S_Show(QLineEdit& objEdit, const QString& sValue)

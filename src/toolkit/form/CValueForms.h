@@ -3,7 +3,10 @@
 #include <QString>
 #include <concepts>
 
+
 class CIPAddressEdit;
+class CTimePicker;
+class QButtonGroup;
 class QCheckBox;
 class QComboBox;
 class QLineEdit;
@@ -47,6 +50,21 @@ struct ByData
 {
     static void s_S_Show(QComboBox& objList, const QString& sValue);
     static QString s_F_s_Stored(const QComboBox& objList);
+};
+
+/// The radio button whose id is the value. One that no button has leaves none chosen, and stays what it is until one
+/// is.
+struct ByButton
+{
+    static void s_S_Show(QButtonGroup& objButtons, const QString& sValue);
+    static QString s_F_s_Stored(const QButtonGroup& objButtons);
+};
+
+/// Seconds, 0 to 59.
+struct AsSeconds
+{
+    static void s_S_Show(CTimePicker& objPicker, const QString& sValue);
+    static QString s_F_s_Stored(const CTimePicker& objPicker);
 };
 
 /// An edit that only shows: it has no way back.

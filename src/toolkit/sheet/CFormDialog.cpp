@@ -8,11 +8,16 @@
 #include "toolkit/form/CMnemonics.h"
 #include "toolkit/form/CommonTexts.h"
 
-CFormDialog::CFormDialog(const stDef_Text& stTitle, const stDef_Node& stNode, QWidget* pParent)
-    : QDialog(pParent), vm_objForm(this), vm_objGroup(vm_objForm, stTitle, stNode, emDef_TextForm::Colon)
+CFormDialog::CFormDialog(const stDef_Text& stTitle, QWidget* pParent) : QDialog(pParent), vm_objForm(this)
 {
     vm_objForm.m_F_o_Texts().m_S_Add(stTitle, [this](const QString& s) { setWindowTitle(s); });
-    (new QVBoxLayout(this))->addWidget(vm_objGroup.m_F_p_Box());
+}
+
+CFormDialog::CFormDialog(const stDef_Text& stTitle, const stDef_Node& stNode, QWidget* pParent)
+    : CFormDialog(stTitle, pParent)
+{
+    vm_objGroup.emplace(vm_objForm, stTitle, stNode, emDef_TextForm::Colon);
+    (new QVBoxLayout(this))->addWidget(vm_objGroup->m_F_p_Box());
 }
 
 void CFormDialog::m_S_AddButtons()
