@@ -52,6 +52,26 @@ void CTimeListCtrl::m_S_SetTeller(const CTimeStateBar::Teller& fnTeller)
         pBar->m_S_SetTeller(fnTeller);
 }
 
+void CTimeListCtrl::m_S_SetWidths(int nLabels, int nLeastBars)
+{
+    vm_nLeastBars = nLeastBars;
+    setColumnWidth(LabelColumn, nLabels);
+    m_S_FitBars();
+}
+
+void CTimeListCtrl::m_S_FitBars()
+{
+    const int nRoom = viewport()->width() - columnWidth(LabelColumn);
+    if (vm_nLeastBars > 0)
+        setColumnWidth(BarColumn, std::max(nRoom / TimeLine::CellCount * TimeLine::CellCount, vm_nLeastBars));
+}
+
+void CTimeListCtrl::resizeEvent(QResizeEvent* pEvent)
+{
+    QTableWidget::resizeEvent(pEvent);
+    m_S_FitBars();
+}
+
 void CTimeListCtrl::m_S_MakeBars(int nFirst, int nLast)
 {
     for (int nRow = nFirst; nRow <= nLast; ++nRow) {

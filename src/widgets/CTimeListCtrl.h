@@ -18,6 +18,10 @@ public:
     /// For all bars, also those to come.
     void m_S_SetTeller(const CTimeStateBar::Teller& fnTeller);
 
+    /// Pixels for the labels, and for the bars at least: they take what room there is beyond it, by whole pixels a
+    /// cell.
+    void m_S_SetWidths(int nLabels, int nLeastBars);
+
     bool vm_bViewOnly = false;      ///< handed to each bar that is made from now on
     qint32 vm_nRow = -1;            ///< the last row that was hit
     qint32 vm_nHitX = 0;            ///< where, at least the left edge of the bars
@@ -34,8 +38,10 @@ Q_SIGNALS:
 protected:
     void mousePressEvent(QMouseEvent* pEvent) override;
     void keyPressEvent(QKeyEvent* pEvent) override;
+    void resizeEvent(QResizeEvent* pEvent) override;
 
 private:
+    void m_S_FitBars();
     void m_S_MakeBars(int nFirst, int nLast);
     void m_S_DropBars(int nFirst, int nLast);
     CTimeStateBar* m_F_p_MakeBar();
@@ -44,5 +50,6 @@ private:
     void m_S_OnViewSpan();
 
     CTimeStateBar::Teller vm_fnTeller;
+    int vm_nLeastBars = 0;     ///< pixels; 0: the bars stay as wide as they are
     bool vm_bChecking = false; ///< check boxes follow another one
 };

@@ -115,13 +115,40 @@ int CTimeStateBar::m_S_AddState(TIME_STATE& stState)
         return -1;
     stState.nStart = TimeLine::s_F_n_WholeMinute(stState.nStart);
     stState.nEnd = TimeLine::s_F_n_WholeMinute(stState.nEnd);
-    stState.pWnd = m_F_p_MakeBlock();
+    stState.pWnd = m_F_p_TakeBlock();
     vm_arState.insert(nPosition, stState);
     m_S_Renumber();
     stState.pWnd->setAccessibleName(m_F_s_Tell(nPosition));
     m_S_Place(stState);
     stState.pWnd->show();
     return nPosition;
+}
+
+void CTimeStateBar::m_S_BeginFill()
+{
+    if (s_pFocusWnd && s_pFocusWnd->parentWidget() == this)
+        s_pFocusWnd = nullptr;
+    if (s_stSelect.pWnd && s_stSelect.pWnd->parentWidget() == this)
+        m_S_ClearSelect();
+    while (!vm_arState.isEmpty())
+        vm_arSpare.append(vm_arState.takeLast().pWnd);
+}
+
+void CTimeStateBar::m_S_EndFill()
+{
+    for (CTimeStateWnd* const pWnd : vm_arSpare)
+        pWnd->hide();
+}
+
+// In the order in which they stood, so that blocks that are filled in anew keep theirs.
+CTimeStateWnd* CTimeStateBar::m_F_p_TakeBlock()
+{
+    if (vm_arSpare.isEmpty())
+        return m_F_p_MakeBlock();
+    CTimeStateWnd* const pWnd = vm_arSpare.takeLast();
+    pWnd->vm_nDragX = -1;
+    pWnd->update(); // its colour may be another one
+    return pWnd;
 }
 
 CTimeStateWnd* CTimeStateBar::m_F_p_MakeBlock()
@@ -185,6 +212,11 @@ bool CTimeStateBar::m_F_b_TakeTick()
         return false;
     vm_nLastTick = nNow;
     return true;
+}
+
+bool CTimeStateBar::s_F_b_Dragging()
+{
+    return s_nDragX != -1 || (s_pFocusWnd && s_pFocusWnd->vm_nDragX != -1);
 }
 
 void CTimeStateBar::s_S_SetClock(const TickMs& fnTickMs)

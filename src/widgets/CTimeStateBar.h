@@ -38,6 +38,10 @@ public:
     /// Adds a block, with its times cut down to minutes. Its position, or -1 if it would reach into another one: then
     /// the argument is as it was. Otherwise it holds the new window.
     int m_S_AddState(TIME_STATE& stState);
+    /// Takes all blocks off. Those that are added until `m_S_EndFill` get the windows of these, which costs a fraction
+    /// of making new ones.
+    void m_S_BeginFill();
+    void m_S_EndFill();
     /// Makes the selection an empty one of this bar.
     void m_S_ClearSelect();
     /// Before the bar goes: what all bars share forgets it.
@@ -52,6 +56,8 @@ public:
     /// Whether the next step of a drag is due; if so, the one after has to wait for 100 ms.
     bool m_F_b_TakeTick();
 
+    /// Whether the mouse holds a block or draws a selection: what it holds must not go then.
+    static bool s_F_b_Dragging();
     /// The clock of all bars; null brings the real one back.
     static void s_S_SetClock(const TickMs& fnTickMs);
 
@@ -88,6 +94,7 @@ protected:
     void paintEvent(QPaintEvent* pEvent) override;
 
 private:
+    CTimeStateWnd* m_F_p_TakeBlock();
     CTimeStateWnd* m_F_p_MakeBlock();
     void m_S_BeginView(quint64 nTime);
     void m_S_BeginSelect(int nX, quint64 nTime);
@@ -103,4 +110,5 @@ private:
     bool m_F_b_ChangeByKey(Qt::KeyboardModifiers nModifiers, qint64 nMinutes);
 
     Teller vm_fnTeller;
+    QList<CTimeStateWnd*> vm_arSpare; ///< windows without a block, last used first
 };
