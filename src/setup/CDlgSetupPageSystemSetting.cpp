@@ -8,6 +8,7 @@
 #include "setup/mail/CDlgSetupPageSystemSetting_AddrBook.h"
 #include "setup/mail/CDlgSetupPageSystemSetting_Nofity.h"
 #include "setup/network/CDlgSetupPageSystemSetting_Network.h"
+#include "setup/schedule/CDlgSetupPageSystemSetting_Schedule.h"
 
 namespace {
 
@@ -31,7 +32,7 @@ struct stDef_TabRow
 
 const std::array<stDef_TabRow, 8> g_arTabs = {{
     {Text{"Camera", "Camera"}, Make<CDlgSetupPageSystemSetting_Camera>},
-    {Text{"Schedule", "Schedule"}, Make<CPageToCome>},
+    {Text{"Schedule", "Schedule"}, Make<CDlgSetupPageSystemSetting_Schedule>},
     {Text{"Network", "Network"}, Make<CDlgSetupPageSystemSetting_Network>},
     {Text{"System", "System"}, Make<CPageToCome>},
     {Text{"User", "User"}, Make<CPageToCome>},
@@ -66,34 +67,38 @@ void CDlgSetupPageSystemSetting::m_S_AddPages()
 {
     for (const stDef_TabRow& stRow : g_arTabs)
         m_S_AddTab(stRow.stLabel, stRow.fnMake(vm_pNvr, this));
+    for (CPropertyPage* const pPage : m_F_ar_Pages()) {
+        if (auto* const pSchedule = qobject_cast<CDlgSetupPageSystemSetting_Schedule*>(pPage))
+            vm_pSchedule = pSchedule;
+    }
 }
 
 void CDlgSetupPageSystemSetting::m_S_AddCamera(int nIndex)
 {
-    Q_EMIT S_CameraAdded(nIndex);
+    vm_pSchedule->m_S_CameraAdded(nIndex);
     Q_EMIT S_RefreshCameras(nIndex);
 }
 
 void CDlgSetupPageSystemSetting::m_S_RemoveCamera(int nIndex, int nCount)
 {
-    Q_EMIT S_CameraRemoved(nIndex, nCount);
+    vm_pSchedule->m_S_CameraRemoved(nIndex, nCount);
     Q_EMIT S_RefreshCameras(nIndex);
 }
 
 void CDlgSetupPageSystemSetting::m_S_UpdateCamera(int nIndex, bool bSame)
 {
-    Q_EMIT S_CameraUpdated(nIndex);
+    vm_pSchedule->m_S_CameraUpdated(nIndex);
     Q_EMIT S_RefreshCameras(bSame ? nIndex + 1 : nIndex);
 }
 
 void CDlgSetupPageSystemSetting::m_S_CopyCamera(int nFrom, int nTo)
 {
-    Q_EMIT S_CameraCopied(nFrom, nTo);
+    vm_pSchedule->m_S_CameraCopied(nFrom, nTo);
     Q_EMIT S_RefreshCameras(nTo);
 }
 
 void CDlgSetupPageSystemSetting::m_S_SwitchCamera(int nFirst, int nSecond)
 {
-    Q_EMIT S_CameraSwitched(nFirst, nSecond);
+    vm_pSchedule->m_S_CameraSwitched(nFirst, nSecond);
     Q_EMIT S_RefreshCameras(nSecond + 1);
 }

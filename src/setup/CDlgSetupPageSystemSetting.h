@@ -4,6 +4,7 @@
 #include "setup/camera/CCameraTable.h"
 #include "toolkit/sheet/CSettingSheet.h"
 
+class CDlgSetupPageSystemSetting_Schedule;
 class CEnvObj;
 class CWndNvrEmbedded;
 
@@ -27,13 +28,7 @@ public:
     void m_S_SwitchCamera(int nFirst, int nSecond) override;
 
 Q_SIGNALS:
-    // They stand for the calls of two pages to come, and go with them. The Schedule page's:
-    void S_CameraAdded(int nIndex);
-    void S_CameraRemoved(int nIndex, int nCount);
-    void S_CameraUpdated(int nIndex);
-    void S_CameraCopied(int nFrom, int nTo);
-    void S_CameraSwitched(int nFirst, int nSecond);
-    // The Motion page's:
+    /// Stands for the call of the Motion page to come, and goes with it.
     void S_RefreshCameras(int nIndex);
 
 private:
@@ -42,4 +37,5 @@ private:
     CNvrUse vm_objUse; // as long as the sheet stands
     CWndNvrEmbedded* vm_pNvr;
     CEnvObj* vm_pEnv;
+    CDlgSetupPageSystemSetting_Schedule* vm_pSchedule = nullptr; ///< one of the pages
 };

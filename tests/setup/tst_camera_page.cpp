@@ -37,19 +37,11 @@ protected:
             EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
         }));
     }
-    /// Writes down what the other pages are told.
+    /// Writes down what the Motion page is told.
     void Listen()
     {
-        using Sheet = CDlgSetupPageSystemSetting;
-        const auto Note = [this](const char* pszCall, auto... n) {
-            vm_arCalls << ((QStringList() << pszCall) << ... << QString::number(n)).join(' ');
-        };
-        QObject::connect(vm_pSheet, &Sheet::S_CameraAdded, [=](int n) { Note("added", n); });
-        QObject::connect(vm_pSheet, &Sheet::S_CameraRemoved, [=](int n, int nCount) { Note("removed", n, nCount); });
-        QObject::connect(vm_pSheet, &Sheet::S_CameraUpdated, [=](int n) { Note("updated", n); });
-        QObject::connect(vm_pSheet, &Sheet::S_CameraCopied, [=](int n, int nTo) { Note("copied", n, nTo); });
-        QObject::connect(vm_pSheet, &Sheet::S_CameraSwitched, [=](int n, int nTo) { Note("switched", n, nTo); });
-        QObject::connect(vm_pSheet, &Sheet::S_RefreshCameras, [=](int n) { Note("refresh", n); });
+        vm_arCalls.clear();
+        QObject::connect(vm_pSheet, &CDlgSetupPageSystemSetting::S_RefreshCameras, [this](int n) { vm_arCalls << n; });
     }
     QRect ItemRect(int nIndex)
     {
@@ -112,7 +104,32 @@ protected:
         EXPECT_EQ(pNote->isVisible(), !pNote->text().isEmpty());
         return pNote->text();
     }
-    QStringList Calls() { return std::exchange(vm_arCalls, {}); }
+    QList<int> Calls() { return std::exchange(vm_arCalls, {}); }
+    /// When a camera records: of each day the number of its records, and their values.
+    static QString Week(const CXmlObj& xml, int nCamera)
+    {
+        QStringList arValues;
+        const auto Add = [&](const QString& sPath, const char* pszKey) {
+            arValues << xml.m_F_s_Value(sPath, pszKey, "-");
+        };
+        for (const char* pszDay : {"SUN", "MON", "TUE", "WED", "THU", "FRI", "SAT"}) {
+            const QString sDay = QString::asprintf("/root/Main/SCH/C%03d/%s", nCamera, pszDay);
+            Add(sDay, "SetCount");
+            for (const char* pszKey : {"SHour", "SMin", "EHour", "EMin", "Pre", "Post", "EventForceRecord", "Mode",
+                                       "DIID", "DICam", "DIMode"})
+                Add(sDay + "/Set000", pszKey);
+        }
+        return arValues.join(' ');
+    }
+    /// As Store has it, and as a new camera gets it.
+    static QString WeekOf(int nMark)
+    {
+        return QStringList(7, QString("1 %1 0 23 59 %1 3 1 2 0 %1 1").arg(nMark)).join(' ');
+    }
+    static QString WholeWeek(int nCamera)
+    {
+        return QStringList(7, QString("1 0 0 23 59 3 3 1 1 0 %1 1").arg(nCamera)).join(' ');
+    }
     /// What was asked of cameras since the last call.
     std::vector<std::string> Asked() { return TakeAnswered(vm_nvr.m_F_o_Log(), "param.cgi?"); }
     /// Gives the recorder so many cameras, "A", "B" ... of all brands in turn, and those of `sMore`.
@@ -127,6 +144,18 @@ protected:
         sXml += sMore + "</Camera></root>";
         std::string sError;
         ASSERT_TRUE(vm_nvr.m_F_o_Documents().m_F_b_Put(emDef_Document::Camera, sXml.toStdString(), sError)) << sError;
+        sXml = "<root><Main><SCH>";
+        for (int i = 0; i < nCameras; ++i) {
+            sXml += QString::asprintf("<C%03d>", i);
+            for (const char* pszDay : {"SUN", "MON", "TUE", "WED", "THU", "FRI", "SAT"})
+                sXml += QString("<%1 SetCount='1'><Set000 SHour='%2' SMin='0' EHour='23' EMin='59' Pre='%2' Post='3' "
+                                "EventForceRecord='1' Mode='2' DIID='0' DICam='%2' DIMode='1'/></%1>")
+                            .arg(pszDay)
+                            .arg(i);
+            sXml += QString::asprintf("</C%03d>", i);
+        }
+        sXml += "</SCH></Main></root>";
+        ASSERT_TRUE(vm_nvr.m_F_o_Documents().m_F_b_Put(emDef_Document::Schedule, sXml.toStdString(), sError)) << sError;
     }
     /// Nodes, items, objects and slots agree.
     void ExpectInStep(const QStringList& arNames)
@@ -146,7 +175,7 @@ protected:
         }
     }
 
-    QStringList vm_arCalls;
+    QList<int> vm_arCalls;
     CDlgSetupPageSystemSetting* vm_pSheet = nullptr;
     CCameraTree* vm_pTree = nullptr;
     CItemList* vm_pFound = nullptr;
@@ -323,7 +352,7 @@ TEST_F(CameraPage, AddsWhatWasFound)
             EXPECT_EQ(at.Shown("Model"), stRow.pszModel);
             EXPECT_EQ(Value(n, "RtspPort"), "554");
             EXPECT_EQ(vm_pSheet->m_arrCamObj[static_cast<std::size_t>(n)]->m_stConnect.strModel, stRow.pszModel);
-            EXPECT_EQ(Calls(), QStringList({QString("added %1").arg(n), QString("refresh %1").arg(n)}));
+            EXPECT_EQ(Calls(), QList<int>({n}));
             ++n;
         }
     });
@@ -364,7 +393,7 @@ TEST_F(CameraPage, SaysWhatIsWrongAndChangesNothing)
             at.Click(stRow.pszButton);
             EXPECT_EQ(Note(), stRow.sNote);
             EXPECT_EQ(Document().m_F_s_GetXML(), sBefore);
-            EXPECT_EQ(Calls(), QStringList());
+            EXPECT_EQ(Calls(), QList<int>());
         }
         EXPECT_EQ(at.Shown("Model"), "QA-410");
         ClickFound("Stairs 1");
@@ -372,7 +401,7 @@ TEST_F(CameraPage, SaysWhatIsWrongAndChangesNothing)
         vm_objPrompts.Expect("Camera Name Is Empty, Do You Want To Use Default Name?", "Error");
         at.Click("Add");
         EXPECT_EQ(Names().last(), "Stairs 1 192.168.1.24");
-        EXPECT_EQ(Calls().size(), 2);
+        EXPECT_EQ(Calls().size(), 1);
     });
     Store(20);
     Work([&](At at) {
@@ -385,7 +414,7 @@ TEST_F(CameraPage, SaysWhatIsWrongAndChangesNothing)
         EXPECT_TRUE(Asked().empty());
         Choose(at, "", -1);
         ExpectInStep({});
-        EXPECT_EQ(Calls(), QStringList({"removed -1 20", "refresh -1"}));
+        EXPECT_EQ(Calls(), QList<int>({-1}));
         EXPECT_EQ(at.NotEnabled({"Add", "AutoSettingButton"}, true), QStringList());
         vm_objPrompts.Expect("No Camera.", "Error");
         at.Click("QuickSetup");
@@ -407,7 +436,7 @@ TEST_F(CameraPage, UpdatesInPlaceOrByAnotherVendor)
         EXPECT_EQ(Value(1, "OnvifAuth"), "missing");
         EXPECT_EQ(vm_pSheet->m_F_p_Camera(1)->m_stConnect.nOnvifAuth, 0);
         ExpectInStep({"A", "Buero", "C"});
-        EXPECT_EQ(Calls(), QStringList({"updated 1", "refresh 2"}));
+        EXPECT_EQ(Calls(), QList<int>({2}));
         QTest::keyClick(at.Find("Vendor"), Qt::Key_Home);
         at.Type("IP", "192.168.1.26");
         at.Type("HttpPort", "80");
@@ -419,68 +448,103 @@ TEST_F(CameraPage, UpdatesInPlaceOrByAnotherVendor)
         EXPECT_EQ(Value(1, "Model"), "RW-7301XT");
         EXPECT_EQ(at.Shown("Model"), "RW-7301XT");
         ExpectInStep({"A", "Buero", "C"});
-        EXPECT_EQ(Calls(), QStringList({"updated 1", "refresh 1"}));
+        EXPECT_EQ(Calls(), QList<int>({1}));
     });
 }
 
-// Hundreds of actions beside a model that is a list of names and where each came from.
+// Sequences of actions beside a model that is a list of names and weeks, up to what the recorder has after OK; the
+// Schedule page was shown in every second one.
 TEST_F(CameraPage, KeepsEverythingInStep)
 {
+    struct stDef_Model
+    {
+        QString sName, sWeek;
+    };
     std::mt19937 objRandom(20);
     const auto Any = [&](qsizetype nBelow) { return static_cast<int>(objRandom() % static_cast<unsigned>(nBelow)); };
-    for (const int nCameras : {1, 2, 17, 20}) {
+    for (int nSequence = 0; nSequence < 160 && !HasFailure(); ++nSequence) {
+        const int nCameras = nSequence % 20 + 1;
         Store(nCameras);
+        QList<stDef_Model> arModel;
+        for (int i = 0; i < nCameras; ++i)
+            arModel.append({QChar('A' + i), WeekOf(i)});
+        const auto Names = [&] {
+            QStringList ar;
+            for (const stDef_Model& st : arModel)
+                ar << st.sName;
+            return ar;
+        };
+        const auto ExpectWeeks = [&](const CXmlObj& xml) {
+            for (int i = 0; i < arModel.size(); ++i)
+                ASSERT_EQ(Week(xml, i), arModel[i].sWeek) << i;
+            EXPECT_EQ(xml.m_F_s_GetNods("/root/Main/SCH").count("<C"), arModel.size());
+        };
         Work([&](At at) {
-            QStringList arModel = TreeNames();
+            auto* const pWeekTree = nSequence % 2 ? OpenTab(*vm_pSheet, 1)->findChild<QTreeWidget*>() : nullptr;
+            OpenTab(*vm_pSheet, 0);
             at.Click("Search");
-            for (int nStep = 0; nStep < 100; ++nStep) {
+            for (int nStep = 0; nStep < 12 && !HasFailure(); ++nStep) {
                 Calls();
                 const int nAction = Any(20), nFrom = arModel.isEmpty() ? 0 : Any(arModel.size());
                 const int nTo = arModel.isEmpty() ? 0 : Any(arModel.size());
-                SCOPED_TRACE(testing::PrintToString(std::array{nCameras, nStep, nAction, nFrom, nTo}));
-                QStringList arCalls;
-                const auto Told = [&](const char* pszWhat, auto nFirst, auto nSecond, auto nRefreshed) {
-                    arCalls << QString(pszWhat).arg(nFirst).arg(nSecond) << QString("refresh %1").arg(nRefreshed);
-                };
+                SCOPED_TRACE(testing::PrintToString(std::array{nSequence, nStep, nAction, nFrom, nTo}));
+                QList<int> arCalls;
                 if (arModel.isEmpty() || (nAction < 5 && arModel.size() < 20)) {
                     ClickFound("Roof");
                     at.Type("Name", QString("new %1").arg(nStep));
-                    arModel << at.Shown("Name");
+                    arCalls << static_cast<int>(arModel.size());
+                    arModel.append({at.Shown("Name"), WholeWeek(arCalls[0])});
                     at.Click("Add");
-                    arCalls << QString("added %1").arg(arModel.size() - 1)
-                            << QString("refresh %1").arg(arModel.size() - 1);
-                } else if (ClickCamera(nFrom); nAction < 9) {
+                } else if (ClickCamera(nFrom); nAction < 8) {
                     at.Click("Delete");
                     arModel.removeAt(nFrom);
-                    Told("removed %1 %2", nFrom, arModel.size(), nFrom);
+                    arCalls << nFrom;
                     EXPECT_EQ(vm_pTree->m_F_n_Selected(), -1);
+                } else if (nAction < 10) {
+                    at.Type("Name", arModel[nFrom].sName = QString("named %1").arg(nStep));
+                    at.Click("Update");
+                    arCalls << nFrom + 1;
                 } else if (nAction < 14 && nFrom != nTo) {
                     Choose(at, "Switch To", nTo);
                     if (nTo <= 16) {
                         arModel.swapItemsAt(nFrom, nTo);
-                        Told("switched %1 %2", nFrom, nTo, nTo + 1);
+                        arCalls << nTo + 1;
                     }
-                    EXPECT_EQ(at.Shown("Name"), arModel[nFrom]);
-                } else if (nAction < 19 && nFrom != nTo) {
+                    EXPECT_EQ(at.Shown("Name"), arModel[nFrom].sName);
+                } else if (nAction < 18 && nFrom != nTo) {
                     Choose(at, "Copy To", nTo + 2);
                     if (nTo <= 15) {
                         arModel[nTo] = arModel[nFrom];
-                        Told("copied %1 %2", nFrom, nTo, nTo);
+                        arCalls << nTo;
                     }
-                } else if (nAction == 19 && arModel.size() > 1 && nStep % 4 == 0) {
+                } else if (nAction == 18 && arModel.size() > 1) {
                     Choose(at, "Copy To", 0);
                     for (int n = 0; n < arModel.size(); ++n) {
                         if (n != nFrom)
-                            Told("copied %1 %2", nFrom, n, n);
+                            arCalls << n;
                     }
                     arModel.fill(arModel[nFrom]);
+                } else if (nAction == 19 && nStep % 4 == 0) {
+                    Choose(at, "", -1);
+                    arModel.clear();
+                    arCalls << -1;
                 }
                 EXPECT_EQ(Calls(), arCalls);
-                ExpectInStep(arModel);
-                if (HasFailure())
-                    return;
+                ExpectInStep(Names());
+                ExpectWeeks(Nvr().vm_xmlSchedule);
+                for (int i = 0; pWeekTree && i < std::max<qsizetype>(arModel.size(), pWeekTree->topLevelItemCount());
+                     ++i)
+                    ASSERT_EQ(pWeekTree->topLevelItem(i)->text(0), arModel[i].sName);
             }
+            ExpectWaiting();
+            Press(*vm_pSheet, "OK");
         });
+        ExpectWeeks(Stored(emDef_Document::Schedule));
+        CXmlObj xmlCamera = Stored(emDef_Document::Camera);
+        EXPECT_EQ(xmlCamera.m_F_n_GetValueInt("/root/Camera", "count", -1), arModel.size());
+        for (int i = 0; i < arModel.size(); ++i) {
+            EXPECT_EQ(xmlCamera.m_F_s_Value(QString::asprintf("/root/Camera/Cam%03d", i), "Name"), arModel[i].sName);
+        }
     }
 }
 
@@ -574,7 +638,7 @@ TEST_F(CameraPage, AutoSettingAddsUntilItIsStoppedOrOneFails)
             EXPECT_EQ(Count(), 2 + nAdded);
             EXPECT_EQ(Names().value(2), nAdded ? "AM5-1310 192.168.1.21" : QString());
             ExpectInStep(Names());
-            EXPECT_EQ(Calls().size(), 2 * nAdded);
+            EXPECT_EQ(Calls().size(), nAdded);
             EXPECT_EQ(vm_pTree->m_F_n_Selected(), nAdded ? 1 + nAdded : -1);
             EXPECT_EQ(Note(), QString("Cameras added: %1").arg(nAdded) +
                                   (nAdded < 11 ? ""

@@ -31,6 +31,9 @@ TEST_P(SetupTexts, AllPagesDialogsAndMenusAreWhole)
             vm_objPrompts.ExpectDialog([&](QDialog& dialog) { walk.Window(&dialog, &dialog); });
             camera.Click(pszButton);
         }
+        const At schedule(OpenTab(sheet, 1));
+        vm_objPrompts.ExpectDialog([&](QDialog& dialog) { walk.Window(&dialog, &dialog); });
+        schedule.Click("Setting");
     }));
     walk.NextMenu();
     Nvr().m_S_ShowMenu();

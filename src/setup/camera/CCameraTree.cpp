@@ -27,14 +27,19 @@ CCameraTree::CCameraTree(QWidget* pParent) : QTreeWidget(pParent)
     });
 }
 
-void CCameraTree::m_S_Append(const QString& sName, bool bEnabled)
+void CCameraTree::m_S_Append(const QString& sName)
 {
     const QSignalBlocker objQuiet(this);
     auto* const pItem = new QTreeWidgetItem({sName});
     pItem->setToolTip(0, PlainTip(sName));
     pItem->setSizeHint(0, QSize(0, fontMetrics().height() * 3 / 2)); // room around the check boxes
-    pItem->setCheckState(0, CheckOf(bEnabled));
     addTopLevelItem(pItem);
+}
+
+void CCameraTree::m_S_Append(const QString& sName, bool bEnabled)
+{
+    m_S_Append(sName);
+    m_S_SetEnabled(m_F_n_Count() - 1, bEnabled);
 }
 
 void CCameraTree::m_S_Remove(int nIndex)

@@ -2,9 +2,10 @@
 
 #include <QTreeWidget>
 
-/// The cameras of the recorder in the order of their indices, each with its check box. What the user does is told; what
-/// the program does is not. The selected camera is the one that the user is at: neither a click beside the items nor
-/// Ctrl or the first focus ever part the two.
+
+/// The cameras of the recorder in the order of their indices, with a check box each where a page wants them. What the
+/// user does is told; what the program does is not. The selected camera is the one that the user is at: neither a click
+/// beside the items nor Ctrl or the first focus ever part the two.
 class CCameraTree : public QTreeWidget
 {
     Q_OBJECT
@@ -12,6 +13,8 @@ class CCameraTree : public QTreeWidget
 public:
     explicit CCameraTree(QWidget* pParent = nullptr);
 
+    void m_S_Append(const QString& sName);
+    /// With its check box.
     void m_S_Append(const QString& sName, bool bEnabled);
     void m_S_Remove(int nIndex);
     void m_S_Clear();
