@@ -25,6 +25,8 @@ constexpr int StepMs = 100; ///< between two steps: a page is laid out and paint
 constexpr std::array g_apszTabs = {"settings-1-camera",       "settings-2-schedule",    "settings-3-network",
                                    "settings-4-system",       "settings-5-user",        "settings-6-motion",
                                    "settings-7-address-book", "settings-8-notification"};
+constexpr int ScheduleTab = 1;
+constexpr char RecordName[] = "settings-2-schedule-record";
 constexpr char MenuName[] = "settings-menu";
 constexpr char MessageName[] = "settings-message";
 constexpr char ProgressName[] = "settings-progress";
@@ -69,7 +71,7 @@ QStringList CTourSettings::m_F_ar_Run(QAction* pShowMenu)
     vm_objSteps.start();
     pShowMenu->trigger();
     vm_objSteps.stop();
-    QStringList arWanted = {QString::fromLatin1(MenuName)};
+    QStringList arWanted = {QString::fromLatin1(MenuName), QString::fromLatin1(RecordName)};
     for (const char* const pszTab : g_apszTabs)
         arWanted.append(QString::fromLatin1(pszTab));
     if (vm_bOk)
@@ -118,6 +120,10 @@ void CTourSettings::m_S_AtSheet(QDialog* pSheet, QTabWidget* pTabs)
         m_S_GrabOnce(pszTab, pSheet);
         if (!ShowsSomething(pTabs->currentWidget()))
             vm_arFailures.append(u"%1%2 is empty"_s.arg(QString::fromLatin1(pszTab), vm_sSuffix));
+        auto* const pSetting = pTabs->currentWidget()->findChild<QPushButton*>(u"Setting"_s);
+        if (vm_nTab == ScheduleTab && !vm_setGrabbed.contains(QString::fromLatin1(RecordName)) && pSetting &&
+            pSetting->isEnabled())
+            return QTimer::singleShot(0, pSetting, &QPushButton::click); // its dialog is met by the next step
     }
     if (++vm_nTab < nTabs)
         pTabs->setCurrentIndex(vm_nTab);
@@ -145,7 +151,10 @@ void CTourSettings::m_S_LeaveMessage(QMessageBox* pMessage)
 void CTourSettings::m_S_AtOther(QDialog* pDialog)
 {
     const auto* const pBar = pDialog->findChild<QProgressBar*>();
-    if (!pBar) {
+    if (!pBar && vm_nTab == ScheduleTab) {
+        m_S_GrabOnce(RecordName, pDialog);
+        pDialog->reject();
+    } else if (!pBar) {
         vm_arFailures.append(u"an unexpected window: %1"_s.arg(pDialog->windowTitle()));
         pDialog->reject();
     } else if (pBar->value() > pBar->maximum() / 4)
