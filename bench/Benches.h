@@ -9,6 +9,7 @@ void BenchIntake();
 void BenchSettings();
 void BenchCameras();
 void BenchDrivers();
+void BenchSchedule();
 
 /// What a child process of a benchmark does; returns its exit code.
 int RingReaderProcess(int nArgs, char** ppArgs);

@@ -14,8 +14,9 @@ struct stDef_Group
 };
 
 constexpr stDef_Group g_arGroups[] = {
-    {"xml", BenchXml},       {"http", BenchHttp},         {"ring", BenchRing},       {"objects", BenchObjects},
-    {"intake", BenchIntake}, {"settings", BenchSettings}, {"cameras", BenchCameras}, {"drivers", BenchDrivers},
+    {"xml", BenchXml},         {"http", BenchHttp},       {"ring", BenchRing},
+    {"objects", BenchObjects}, {"intake", BenchIntake},   {"settings", BenchSettings},
+    {"cameras", BenchCameras}, {"drivers", BenchDrivers}, {"schedule", BenchSchedule},
 };
 
 } // namespace

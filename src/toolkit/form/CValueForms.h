@@ -3,7 +3,6 @@
 #include <QString>
 #include <concepts>
 
-
 class CIPAddressEdit;
 class CTimePicker;
 class QButtonGroup;
