@@ -169,7 +169,7 @@ void Page::m_S_AddKeys()
     };
     for (const auto& stRow : aRows) {
         auto* const pButton = findChild<QPushButton*>(QString::fromLatin1(stRow.pszButton));
-        pButton->setToolTip(stRow.arKeys.first().toString(QKeySequence::NativeText));
+        pButton->setToolTip(u"%1 (%2)"_s.arg(pButton->text(), stRow.arKeys.first().toString(QKeySequence::NativeText)));
         for (QWidget* const pWidget : stRow.arWithin) {
             for (const QKeySequence& objKey : stRow.arKeys) {
                 auto* const pKey = new QShortcut(objKey, pWidget);

@@ -22,8 +22,10 @@ void CScheduleWeek::m_S_RebuildBars(int nCamera)
     if (vm_pGrid->rowCount() == 0)
         m_S_MakeRows();
     CTimeStateBar::s_nSelectBar = -1;
+    vm_pGrid->setUpdatesEnabled(false); // painted once, not piece by piece as its blocks move
     for (int nDay = 0; nDay < CScheduleDocument::Days; ++nDay)
         m_S_FillBar(nDay);
+    vm_pGrid->setUpdatesEnabled(true);
 }
 
 void CScheduleWeek::m_S_MakeRows()
