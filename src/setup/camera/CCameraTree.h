@@ -2,7 +2,6 @@
 
 #include <QTreeWidget>
 
-
 /// The cameras of the recorder in the order of their indices, with a check box each where a page wants them. What the
 /// user does is told; what the program does is not. The selected camera is the one that the user is at: neither a click
 /// beside the items nor Ctrl or the first focus ever part the two.

@@ -2,7 +2,6 @@
 
 #include <QWidget>
 
-
 class QLabel;
 
 /// What colours stand for: patches of them in a row, a text beside each.
