@@ -15,12 +15,12 @@
 #include "host/bedrock/CXmlEncoding.h"
 #include "host/bedrock/CXmlPath.h"
 #include "host/bedrock/CXmlText.h"
+#include "host/bedrock/XmlTree.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int g_nMaxDepth = 256;
 constexpr qsizetype g_nMaxBytes = 16 * 1024 * 1024;
 constexpr std::size_t g_nMaxKnown = 65536; // paths remembered
 constexpr int g_nIndexFrom = 16;           // children beyond which a parent gets an index
@@ -34,157 +34,6 @@ constexpr unsigned int g_nFormat = pugi::format_raw | pugi::format_no_escapes | 
 pugi::xml_node ToNode(const void* pNode)
 {
     return pugi::xml_node(static_cast<pugi::xml_node_struct*>(const_cast<void*>(pNode)));
-}
-
-bool IsElement(pugi::xml_node objNode)
-{
-    return objNode.type() == pugi::node_element;
-}
-
-bool IsLayout(pugi::xml_node objNode)
-{
-    return objNode.type() == pugi::node_pcdata && CXmlText::s_F_b_IsBlank(objNode.value());
-}
-
-// The document element, if what stands beside it on the top level is allowed there.
-pugi::xml_node CheckTop(const pugi::xml_document& objDocument)
-{
-    pugi::xml_node objRoot;
-    for (const pugi::xml_node objNode : objDocument.children()) {
-        switch (objNode.type()) {
-        case pugi::node_element:
-            if (objRoot)
-                return {};
-            objRoot = objNode;
-            break;
-        case pugi::node_pcdata:
-            if (!IsLayout(objNode))
-                return {};
-            break;
-        case pugi::node_cdata:
-            return {};
-        case pugi::node_doctype:
-            if (std::strchr(objNode.value(), '[')) // an internal subset: entities of its own
-                return {};
-            break;
-        default:
-            break;
-        }
-    }
-    return objRoot;
-}
-
-// Values may have stood in single quotes; they are written in double ones.
-void EscapeQuotes(pugi::xml_node objNode)
-{
-    for (pugi::xml_attribute objAttribute : objNode.attributes()) {
-        if (std::strchr(objAttribute.value(), '"'))
-            objAttribute.set_value(QByteArray(objAttribute.value())
-                                       .replace(QByteArrayLiteral("\""), QByteArrayLiteral("&quot;"))
-                                       .constData());
-    }
-}
-
-// Looks at every node once, without recursion. False if elements are nested too deep; the first one stands at `nDepth`.
-bool CheckTree(pugi::xml_node objRoot, int nDepth = 1)
-{
-    for (pugi::xml_node objNode = objRoot;;) {
-        EscapeQuotes(objNode);
-        if (objNode.first_child()) {
-            objNode = objNode.first_child();
-            if (++nDepth > g_nMaxDepth && IsElement(objNode))
-                return false;
-            continue;
-        }
-        while (objNode != objRoot && !objNode.next_sibling()) {
-            objNode = objNode.parent();
-            --nDepth;
-        }
-        if (objNode == objRoot)
-            return true;
-        objNode = objNode.next_sibling();
-        if (nDepth > g_nMaxDepth && IsElement(objNode))
-            return false;
-    }
-}
-
-// Line break and indentation before an element that stands on a line of its own; else empty.
-std::string_view LineBefore(pugi::xml_node objNode)
-{
-    const pugi::xml_node objBefore = objNode.previous_sibling();
-    if (!IsLayout(objBefore))
-        return {};
-    const std::string_view sBlanks = objBefore.value();
-    std::size_t nBreak = sBlanks.rfind('\n');
-    if (nBreak == std::string_view::npos)
-        return {};
-    if (nBreak > 0 && sBlanks[nBreak - 1] == '\r')
-        --nBreak;
-    return sBlanks.substr(nBreak);
-}
-
-// Layout before a new last child, and behind it where its parent had no child so far.
-struct st_Layout
-{
-    std::string sBefore;
-    std::string sBehind;
-};
-
-st_Layout LayoutOfNewChild(pugi::xml_node objParent)
-{
-    pugi::xml_node objLast = objParent.last_child();
-    while (objLast && !IsElement(objLast))
-        objLast = objLast.previous_sibling();
-    if (objLast)
-        return {std::string(LineBefore(objLast)), {}};
-
-    const std::string_view sOwn = LineBefore(objParent);
-    if (sOwn.empty() || objParent.first_child())
-        return {};
-    const std::string_view sAbove = LineBefore(objParent.parent());
-    const std::string_view sBreak = sOwn.substr(0, sOwn.find('\n') + 1);
-    const std::string_view sStep = sOwn.substr(std::min(std::max(sAbove.size(), sBreak.size()), sOwn.size()));
-    return {std::string(sOwn).append(sStep), std::string(sOwn)};
-}
-
-pugi::xml_node AppendElement(pugi::xml_node objParent, const std::string& sName)
-{
-    const st_Layout stLayout = LayoutOfNewChild(objParent);
-    const pugi::xml_node objEnd = objParent.last_child();
-    pugi::xml_node objChild = !stLayout.sBefore.empty() && IsLayout(objEnd)
-                                  ? objParent.insert_child_before(pugi::node_element, objEnd)
-                                  : objParent.append_child(pugi::node_element);
-    if (!objChild.set_name(sName.c_str())) {
-        objParent.remove_child(objChild);
-        return {};
-    }
-    if (!stLayout.sBefore.empty())
-        objParent.insert_child_before(pugi::node_pcdata, objChild).set_value(stLayout.sBefore.c_str());
-    if (!stLayout.sBehind.empty())
-        objParent.append_child(pugi::node_pcdata).set_value(stLayout.sBehind.c_str());
-    return objChild;
-}
-
-void RemoveElement(pugi::xml_node objParent, pugi::xml_node objChild)
-{
-    const pugi::xml_node objBefore = objChild.previous_sibling();
-    if (IsLayout(objBefore) && IsLayout(objChild.next_sibling()))
-        objParent.remove_child(objBefore);
-    objParent.remove_child(objChild);
-    if (IsLayout(objParent.first_child()) && objParent.first_child() == objParent.last_child())
-        objParent.remove_child(objParent.first_child());
-}
-
-void AppendText(pugi::xml_node objNode, QString& sOut)
-{
-    for (const pugi::xml_node objChild : objNode.children()) {
-        if (IsElement(objChild))
-            AppendText(objChild, sOut);
-        else if (objChild.type() == pugi::node_cdata)
-            sOut += CXmlText::s_F_s_FromCData(objChild.value());
-        else if (objChild.type() == pugi::node_pcdata && !IsLayout(objChild))
-            sOut += CXmlText::s_F_s_FromContent(objChild.value());
-    }
 }
 
 // True if the text of an attribute is its meaning, so that it can be taken over as it stands.
@@ -272,16 +121,16 @@ bool CXmlObj::st_Impl::m_F_b_Parse(const QString& sXml)
     const auto nSize = static_cast<std::size_t>(vm_sBytes.size()) + 1;
     if (!vm_objDocument.load_buffer_inplace(vm_sBytes.data(), nSize, g_nParse, pugi::encoding_utf8))
         return false;
-    vm_objRoot = CheckTop(vm_objDocument);
+    vm_objRoot = nsXmlTree::CheckTop(vm_objDocument);
     vm_sSource = sText.size() == sXml.size() ? sXml : sText.toString();
-    return vm_objRoot && CheckTree(vm_objRoot);
+    return vm_objRoot && nsXmlTree::CheckTree(vm_objRoot);
 }
 
 void CXmlObj::st_Impl::m_S_Index(pugi::xml_node objParent)
 {
     vm_objIndex.m_S_Begin(objParent.internal_object());
     for (const pugi::xml_node objChild : objParent.children()) {
-        if (IsElement(objChild))
+        if (nsXmlTree::IsElement(objChild))
             vm_objIndex.m_S_Append(objParent.internal_object(), objChild.internal_object(), objChild.name());
     }
 }
@@ -292,7 +141,7 @@ pugi::xml_node CXmlObj::st_Impl::m_F_o_Child(pugi::xml_node objParent, std::stri
         int nWalked = 0;
         pugi::xml_node objChild = objParent.first_child();
         for (; objChild && nWalked < g_nIndexFrom; objChild = objChild.next_sibling(), ++nWalked) {
-            if (IsElement(objChild) && sName == objChild.name())
+            if (nsXmlTree::IsElement(objChild) && sName == objChild.name())
                 return objChild;
         }
         if (!objChild)
@@ -336,7 +185,7 @@ pugi::xml_node CXmlObj::st_Impl::m_F_o_Find(const CXmlPath& objPath)
 
 pugi::xml_node CXmlObj::st_Impl::m_F_o_Append(pugi::xml_node objParent, std::string_view sName)
 {
-    const pugi::xml_node objChild = AppendElement(objParent, std::string(sName));
+    const pugi::xml_node objChild = nsXmlTree::AppendElement(objParent, std::string(sName));
     if (objChild) {
         vm_sSource = QString();
         vm_objIndex.m_S_Append(objParent.internal_object(), objChild.internal_object(), objChild.name());
@@ -351,7 +200,7 @@ pugi::xml_node CXmlObj::st_Impl::m_F_o_MakeNode(const CXmlPath& objPath)
         return {};
     const auto& arNames = objPath.m_F_ar_Names();
     auto it = arNames.begin() + (objPath.m_F_b_IsAbsolute() ? 1 : 0);
-    if (arNames.end() - it >= g_nMaxDepth)
+    if (arNames.end() - it >= nsXmlTree::MaxDepth)
         return {};
 
     pugi::xml_node objNode = vm_objRoot;
@@ -403,7 +252,7 @@ void CXmlObj::st_Impl::m_S_Forget(pugi::xml_node objTop)
         return;
     vm_objIndex.m_S_Drop(objTop.internal_object());
     for (const pugi::xml_node objChild : objTop.children()) {
-        if (IsElement(objChild))
+        if (nsXmlTree::IsElement(objChild))
             m_S_Forget(objChild);
     }
 }
@@ -506,7 +355,7 @@ int CXmlObj::m_F_n_GetText(const QString& sPath, QString& sOut, const QString& s
 {
     const pugi::xml_node objNode = vm_pImpl ? vm_pImpl->m_F_o_Node(sPath) : pugi::xml_node();
     QString sText = objNode ? u""_s : sDefault;
-    AppendText(objNode, sText);
+    nsXmlTree::AppendText(objNode, sText);
     sOut = std::move(sText);
     return objNode ? 1 : 0;
 }
@@ -558,7 +407,7 @@ bool CXmlObj::m_F_b_AddNods(const QString& sParent, const QString& sName)
     const CXmlPath objPath(sParent);
     const pugi::xml_node objParent = vm_pImpl->m_F_o_Find(objPath);
     const qsizetype nDepth = objPath.m_F_ar_Names().size() + (objPath.m_F_b_IsAbsolute() ? 0 : 1);
-    if (!objParent || nDepth >= g_nMaxDepth)
+    if (!objParent || nDepth >= nsXmlTree::MaxDepth)
         return false;
     return !vm_pImpl->m_F_o_Append(objParent, CXmlUtf8(sName).m_F_s_View()).empty();
 }
@@ -574,7 +423,7 @@ bool CXmlObj::m_F_b_RemoveNods(const QString& sParent, const QString& sName)
         return false;
     vm_pImpl->m_S_BeforeMove(objParent, objName.m_F_s_View());
     vm_pImpl->m_S_Forget(objChild);
-    RemoveElement(objParent, objChild);
+    nsXmlTree::RemoveElement(objParent, objChild);
     return true;
 }
 
@@ -618,7 +467,7 @@ bool CXmlObj::m_F_b_SetNods(const QString& sParent, const QString& sName, const 
     const int nDepth = static_cast<int>(objPath.m_F_ar_Names().size()) + (objPath.m_F_b_IsAbsolute() ? 1 : 2);
     st_Impl objText;
     if (!objParent || !objText.m_F_b_Parse(sXml) || objName.m_F_s_View() != objText.vm_objRoot.name() ||
-        !CheckTree(objText.vm_objRoot, nDepth))
+        !nsXmlTree::CheckTree(objText.vm_objRoot, nDepth))
         return false;
     pugi::xml_node objOld = vm_pImpl->m_F_o_Child(objParent, objName.m_F_s_View());
     if (!objOld)
@@ -648,7 +497,7 @@ CXmlNodeList CXmlObj::m_S_SelectNodesByKey(const QString& sPath) const
 QString CXmlObj::s_F_s_GetNodeText(const CXmlNode& objNode)
 {
     QString sText;
-    AppendText(ToNode(objNode.vm_pNode), sText);
+    nsXmlTree::AppendText(ToNode(objNode.vm_pNode), sText);
     return sText;
 }
 
