@@ -17,7 +17,8 @@ bool IsElement(pugi::xml_node objNode);
 
 /// The document element, if what stands beside it on the top level is allowed there; else null.
 pugi::xml_node CheckTop(const pugi::xml_document& objDocument);
-/// Looks at every node once, without recursion. False if elements are nested too deep; the first one stands at `nDepth`.
+/// Looks at every node once, without recursion. False if elements are nested too deep; the first one stands at
+/// `nDepth`.
 bool CheckTree(pugi::xml_node objRoot, int nDepth = 1);
 
 /// A new last child, on a line of its own where its neighbours have one. Null if the name can't be stored.

@@ -4,6 +4,7 @@
 #include <QEventLoop>
 #include <QKeyEvent>
 #include <QList>
+#include <QThread>
 #include <QWindow>
 #include <algorithm>
 #include <utility>
@@ -97,6 +98,7 @@ void CHeldLoop::m_S_Run()
     if (Loops().isEmpty())
         QCoreApplication::instance()->installEventFilter(&s_objFilter);
     Loops().append(this);
+    vm_nLevel = QThread::currentThread()->loopLevel();
     QEventLoop objLoop;
     while (!vm_fnDone())
         objLoop.processEvents(QEventLoop::WaitForMoreEvents);
@@ -116,11 +118,14 @@ void CHeldLoop::m_S_Drain()
     vm_bDrains = false;
 }
 
-// A wait that is over holds nothing back, even where it can't return yet: a window that a timer opened within it may
-// have to be closed first.
+// A wait that is over holds nothing back where it can't return yet: a dialog that a timer opened within it has to be
+// closed first. One that is about to return still holds, or a click that comes just then would begin an action within
+// the one that waits.
 bool CHeldLoop::m_F_b_Holds() const
 {
-    return vm_bDrains ? QApplication::activeModalWidget() == vm_pModalAtEnd : !vm_fnDone();
+    if (vm_bDrains)
+        return QApplication::activeModalWidget() == vm_pModalAtEnd;
+    return !vm_fnDone() || QThread::currentThread()->loopLevel() <= vm_nLevel;
 }
 
 bool CHeldLoop::m_F_b_Passes(const QObject* pTarget) const

@@ -30,6 +30,7 @@ private:
     std::function<bool()> vm_fnDone;
     std::function<void()> vm_fnQuit;
     QPointer<const QWidget> vm_pBox;
+    int vm_nLevel = 0; ///< of event loops, when it began
     const QWidget* vm_pModalAtEnd = nullptr;
     bool vm_bDrains = false;
 };
