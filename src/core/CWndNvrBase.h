@@ -119,6 +119,8 @@ public:
     /// Prepares the stored target that commands and multipart reads use; call it after `m_F_n_Init`.
     void m_S_InitHTTP();
     void m_S_ReleaseHTTP();
+    /// Whether the first of these was called, and not the second since.
+    bool m_F_b_HasTarget() const { return vm_objHttp.m_F_b_HasTarget(); }
     /// Reads one part of a multipart stream into the buffer of `pMem`, up to its size. More than 0 is the number of
     /// bytes. For a worker thread, which owns `pMem`; `m_S_ReleaseHTTP` on the GUI thread ends a read that waits.
     int m_F_n_MultiPartStreamGet(const QString& sUrl, CMemManage* pMem, int nTimeoutMs);

@@ -47,9 +47,11 @@ public:
     virtual void m_S_ShowParameter(QWidget*) {}
     /// Asks the recorder what the camera can do; blocks under the wait cursor.
     virtual bool m_F_b_GetSupport(CXmlObj* pSupport, int nTimeoutMs);
-    /// The brand's motion window; there is none yet.
-    virtual void m_S_ShowMotion(QWidget*) {}
-    virtual void m_S_CloseMotion(bool /*bSave*/) {}
+    /// Opens the brand's motion window as a child of the parent, or opens it anew. It takes the place that the parent's
+    /// layout has for it. Asks the recorder, as a page does.
+    virtual void m_S_ShowMotion(QWidget* pParent) = 0;
+    /// Closes it, if it is open; `bSave` puts what is checked in it into the Camera document first.
+    virtual void m_S_CloseMotion(bool bSave);
 
     stDef_CamConnect m_stConnect;
     CEnvObj* m_pEnv = nullptr;       ///< not owned

@@ -1,6 +1,5 @@
 #include "motion/CWndCameraMotion.h"
 
-#include <QAccessible>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -16,6 +15,7 @@
 #include "drivers/CCamObj_Base.h"
 #include "toolkit/controls/CItemList.h"
 #include "toolkit/form/CFormGroup.h"
+#include "toolkit/form/CMnemonics.h"
 #include "toolkit/form/CommonTexts.h"
 #include "toolkit/user/CWaitCursor.h"
 
@@ -38,6 +38,7 @@ constexpr Text WindowText{"MotionWindow", "Motion window %1"};
 // Pixels at 96 dpi.
 constexpr int CheckWidth = 21, NameWidth = 190;
 constexpr int ViewWidth = 320, ViewHeight = 240; // of the canvas, until the recorder tells its size
+constexpr int RoomWidth = 482, RoomHeight = 362; // in which what most cameras have is seen whole
 
 constexpr int StreamTimeoutMs = 10000;
 constexpr int CloseThreadMs = 1000;
@@ -78,6 +79,7 @@ void CWndCameraMotion::m_S_Open()
     m_S_StartReader();
     m_S_SelectRow(0);
     m_S_ShowRanges();
+    CMnemonics::s_S_Assign(this);
 }
 
 void CWndCameraMotion::m_S_Release()
@@ -98,8 +100,7 @@ void CWndCameraMotion::m_S_MakeControls()
     pGrid->addWidget(m_F_p_MakeView(), 0, 0);
     pGrid->addWidget(m_F_p_MakeList(), 0, 1);
     pGrid->addWidget(m_F_p_MakeFields(), 1, 0, 1, 2);
-    pGrid->setColumnStretch(0, 3);
-    pGrid->setColumnStretch(1, 2);
+    pGrid->setColumnStretch(0, 1);
     pGrid->setRowStretch(0, 1);
     layout()->addWidget(vm_pContent);
     vm_objForm->m_S_Finish(*vm_pNvr);
@@ -117,7 +118,7 @@ QWidget* CWndCameraMotion::m_F_p_MakeView()
     pArea->setFrameShape(QFrame::NoFrame);
     pArea->setFocusPolicy(Qt::NoFocus);
     pArea->setWidget(vm_pSetMotion);
-    pArea->setMinimumSize(ViewWidth, ViewHeight);
+    pArea->setMinimumSize(RoomWidth, RoomHeight);
     grp.m_S_AddWide(pArea, "View");
     connect(vm_pSetMotion, &CSetMotionObj::S_Selected, this, &CWndCameraMotion::m_S_SelectRow);
     connect(vm_pSetMotion, &CSetMotionObj::S_Placed, this, &CWndCameraMotion::m_S_OnPlaced);
@@ -132,6 +133,7 @@ QWidget* CWndCameraMotion::m_F_p_MakeList()
     vm_pList->m_S_SetColumnText(0, u"ID"_s); // these two are not translated
     vm_pList->m_S_SetColumnText(1, u"Name"_s);
     vm_objForm->m_F_o_Texts().m_S_Add(ListText, [this](const QString& s) { vm_pList->setAccessibleName(s); });
+    vm_pList->setMinimumWidth((CheckWidth + NameWidth + 4 * vm_pList->frameWidth()) * logicalDpiX() / 96);
     grp.m_S_AddWide(vm_pList, "Windows");
     const QList<QPushButton*> arButtons =
         grp.m_F_ar_Buttons({{Text{"Add", "Add"}, "Add"}, {Text{"Delete", "Delete"}, "Delete"}});
@@ -324,7 +326,6 @@ bool CWndCameraMotion::m_F_b_Exchange(const QString& sUrl, emDef_Checks nChecks)
 
 void CWndCameraMotion::m_S_Load(emDef_Checks nChecks)
 {
-    vm_setMoved.clear();
     vm_pNote->clear();
     vm_pSetMotion->m_S_ResetWnds(vm_pCamObj->m_nCamIndex, m_F_n_Number("MaxMotionWnd"));
     const int nWindows = std::min(m_F_n_Number("MotionDataCount"), MostWindows);
@@ -485,9 +486,8 @@ void CWndCameraMotion::m_S_ShowNoRow()
         m_S_OnWindowType(true);
 }
 
-void CWndCameraMotion::m_S_OnPlaced(int nPosition)
+void CWndCameraMotion::m_S_OnPlaced()
 {
-    vm_setMoved.insert(nPosition);
     m_S_ShowPlace();
     m_S_Tell(NotSentText);
 }

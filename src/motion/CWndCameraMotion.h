@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QPointer>
-#include <QSet>
 #include <optional>
 
 #include "core/CWndNvrBase.h"
@@ -87,7 +86,7 @@ private:
     void m_S_OnChecked(int nRow, bool bChecked);
     void m_S_ShowRow(int nRow);
     void m_S_ShowNoRow();
-    void m_S_OnPlaced(int nPosition);
+    void m_S_OnPlaced();
     void m_S_ShowPlace();
     void m_S_Tell(const stDef_Text& stText);
     void m_S_NameWindow(int nPosition) const;
@@ -97,9 +96,8 @@ private:
     CCamObj_Base* vm_pCamObj;
     QPointer<CWndNvrBase> vm_pNvr;
     std::optional<CForm> vm_objForm;
-    CXmlObj vm_xmlMotion;  ///< the last list; closed if it could not be fetched
-    int vm_nSelect = -1;   ///< position of the selected row
-    QSet<int> vm_setMoved; ///< positions that no Update has sent
+    CXmlObj vm_xmlMotion; ///< the last list; closed if it could not be fetched
+    int vm_nSelect = -1;  ///< position of the selected row
     std::shared_ptr<CMotionReader> vm_pReader;
     CStdThread vm_threadMotion;
     bool vm_bHadTarget = false; ///< of the connection, before the reader took it

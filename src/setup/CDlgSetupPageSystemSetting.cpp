@@ -7,6 +7,7 @@
 #include "setup/camera/CDlgSetupPageSystemSetting_Camera.h"
 #include "setup/mail/CDlgSetupPageSystemSetting_AddrBook.h"
 #include "setup/mail/CDlgSetupPageSystemSetting_Nofity.h"
+#include "setup/motion/CDlgSetupPageSystemSetting_Motion.h"
 #include "setup/network/CDlgSetupPageSystemSetting_Network.h"
 #include "setup/schedule/CDlgSetupPageSystemSetting_Schedule.h"
 
@@ -36,7 +37,7 @@ const std::array<stDef_TabRow, 8> g_arTabs = {{
     {Text{"Network", "Network"}, Make<CDlgSetupPageSystemSetting_Network>},
     {Text{"System", "System"}, Make<CPageToCome>},
     {Text{"User", "User"}, Make<CPageToCome>},
-    {Text{"MotionDetection", "Motion Detection"}, Make<CPageToCome>},
+    {Text{"MotionDetection", "Motion Detection"}, Make<CDlgSetupPageSystemSetting_Motion>},
     {Text{"AddressBook", "Address Book"}, Make<CDlgSetupPageSystemSetting_AddrBook>},
     {Text{"Notification", "Notification"}, Make<CDlgSetupPageSystemSetting_Nofity>},
 }};
@@ -70,35 +71,43 @@ void CDlgSetupPageSystemSetting::m_S_AddPages()
     for (CPropertyPage* const pPage : m_F_ar_Pages()) {
         if (auto* const pSchedule = qobject_cast<CDlgSetupPageSystemSetting_Schedule*>(pPage))
             vm_pSchedule = pSchedule;
+        if (auto* const pMotion = qobject_cast<CDlgSetupPageSystemSetting_Motion*>(pPage))
+            vm_pMotion = pMotion;
     }
+}
+
+void CDlgSetupPageSystemSetting::m_S_TellMotion(int nIndex)
+{
+    vm_pMotion->m_S_RefreshCameras(nIndex);
+    Q_EMIT S_RefreshCameras(nIndex);
 }
 
 void CDlgSetupPageSystemSetting::m_S_AddCamera(int nIndex)
 {
     vm_pSchedule->m_S_CameraAdded(nIndex);
-    Q_EMIT S_RefreshCameras(nIndex);
+    m_S_TellMotion(nIndex);
 }
 
 void CDlgSetupPageSystemSetting::m_S_RemoveCamera(int nIndex, int nCount)
 {
     vm_pSchedule->m_S_CameraRemoved(nIndex, nCount);
-    Q_EMIT S_RefreshCameras(nIndex);
+    m_S_TellMotion(nIndex);
 }
 
 void CDlgSetupPageSystemSetting::m_S_UpdateCamera(int nIndex, bool bSame)
 {
     vm_pSchedule->m_S_CameraUpdated(nIndex);
-    Q_EMIT S_RefreshCameras(bSame ? nIndex + 1 : nIndex);
+    m_S_TellMotion(bSame ? nIndex + 1 : nIndex);
 }
 
 void CDlgSetupPageSystemSetting::m_S_CopyCamera(int nFrom, int nTo)
 {
     vm_pSchedule->m_S_CameraCopied(nFrom, nTo);
-    Q_EMIT S_RefreshCameras(nTo);
+    m_S_TellMotion(nTo);
 }
 
 void CDlgSetupPageSystemSetting::m_S_SwitchCamera(int nFirst, int nSecond)
 {
     vm_pSchedule->m_S_CameraSwitched(nFirst, nSecond);
-    Q_EMIT S_RefreshCameras(nSecond + 1);
+    m_S_TellMotion(nSecond + 1);
 }

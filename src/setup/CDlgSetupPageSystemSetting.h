@@ -4,6 +4,7 @@
 #include "setup/camera/CCameraTable.h"
 #include "toolkit/sheet/CSettingSheet.h"
 
+class CDlgSetupPageSystemSetting_Motion;
 class CDlgSetupPageSystemSetting_Schedule;
 class CEnvObj;
 class CWndNvrEmbedded;
@@ -28,14 +29,16 @@ public:
     void m_S_SwitchCamera(int nFirst, int nSecond) override;
 
 Q_SIGNALS:
-    /// Stands for the call of the Motion page to come, and goes with it.
+    /// The Motion page was told of a change of the camera list, with the index that each kind of change has for it.
     void S_RefreshCameras(int nIndex);
 
 private:
     void m_S_AddPages();
+    void m_S_TellMotion(int nIndex);
 
     CNvrUse vm_objUse; // as long as the sheet stands
     CWndNvrEmbedded* vm_pNvr;
     CEnvObj* vm_pEnv;
-    CDlgSetupPageSystemSetting_Schedule* vm_pSchedule = nullptr; ///< one of the pages
+    CDlgSetupPageSystemSetting_Schedule* vm_pSchedule = nullptr; ///< two of the pages
+    CDlgSetupPageSystemSetting_Motion* vm_pMotion = nullptr;
 };

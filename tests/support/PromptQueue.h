@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
 #include <QTimer>
+#include <algorithm>
 #include <deque>
 #include <gtest/gtest.h>
 #include <utility>
@@ -44,6 +46,25 @@ public:
     /// Announces a modal dialog, at which the function acts; one that it leaves open is rejected.
     void ExpectDialog(AtDialog fnAct) { vm_arExpected.push_back({"dialog", {}, {}, std::move(fnAct)}); }
 
+    /// From now on time stands still but where `Pass` lets it go on.
+    void HoldTime() { vm_bHeld = true; }
+    void Pass(int nMs)
+    {
+        const std::uint64_t nEnd = vm_nNowMs + static_cast<std::uint64_t>(nMs);
+        for (;;) {
+            const auto it = std::min_element(vm_arCalls.begin(), vm_arCalls.end(),
+                                             [](const auto& a, const auto& b) { return a.nAtMs < b.nAtMs; });
+            if (it == vm_arCalls.end() || it->nAtMs > nEnd)
+                break;
+            const stDef_Call stCall = *it;
+            vm_arCalls.erase(it);
+            vm_nNowMs = stCall.nAtMs;
+            if (stCall.pContext)
+                stCall.fnCall();
+        }
+        vm_nNowMs = nEnd;
+    }
+
     std::size_t Left() const { return vm_arExpected.size(); }
     /// The waits since the last call, in ms.
     std::vector<int> TakeWaits() { return std::exchange(vm_arWaits, {}); }
@@ -77,7 +98,22 @@ public:
         vm_arWaits.push_back(nMs);
     }
 
+    std::uint64_t m_F_n_TickMs() override { return vm_bHeld ? vm_nNowMs : CUserSide::m_F_n_TickMs(); }
+    void m_S_After(int nMs, QObject* pContext, const std::function<void()>& fnCall) override
+    {
+        if (vm_bHeld)
+            vm_arCalls.push_back({vm_nNowMs + static_cast<std::uint64_t>(nMs), pContext, fnCall});
+        else
+            CUserSide::m_S_After(nMs, pContext, fnCall);
+    }
+
 private:
+    struct stDef_Call
+    {
+        std::uint64_t nAtMs;
+        QPointer<QObject> pContext;
+        std::function<void()> fnCall;
+    };
     struct stDef_Expected
     {
         QString sText, sCaption, sAnswer;
@@ -100,4 +136,7 @@ private:
     std::deque<stDef_Expected> vm_arExpected;
     std::vector<int> vm_arWaits;
     QString vm_sWaitText;
+    bool vm_bHeld = false;
+    std::uint64_t vm_nNowMs = 1;
+    std::vector<stDef_Call> vm_arCalls;
 };

@@ -4,13 +4,16 @@
 
 #include "drivers/CCamObj_Base.h"
 
-// The drivers of all brands. What differs is their row of keys and their own way with the template.
+// The drivers of all brands. What differs is their row of keys, their own way with the template, and the windows that
+// they open, whose bodies stand beside those windows.
 
 /// Drives the first generation of AMTK cameras. Their streams are numbered profiles.
 class CCamObj_AMTKV5 : public CCamObj_Base
 {
 public:
     CCamObj_AMTKV5();
+
+    void m_S_ShowMotion(QWidget* pParent) override;
 
 private:
     void m_S_MapTemplate(CTemplateMap& objMap) const override;
@@ -22,6 +25,8 @@ class CCamObj_AMTKV6 : public CCamObj_Base
 public:
     CCamObj_AMTKV6();
 
+    void m_S_ShowMotion(QWidget* pParent) override;
+
 private:
     void m_S_MapTemplate(CTemplateMap& objMap) const override;
 };
@@ -31,6 +36,8 @@ class CCamObj_DYNACOLOR : public CCamObj_Base
 {
 public:
     CCamObj_DYNACOLOR();
+
+    void m_S_ShowMotion(QWidget* pParent) override;
 
 private:
     void m_S_MapTemplate(CTemplateMap& objMap) const override;
@@ -42,6 +49,8 @@ class CCamObj_FITI : public CCamObj_Base
 public:
     CCamObj_FITI();
 
+    void m_S_ShowMotion(QWidget* pParent) override;
+
 private:
     void m_S_MapTemplate(CTemplateMap& objMap) const override;
 };
@@ -51,6 +60,8 @@ class CCamObj_ONVIF : public CCamObj_Base
 {
 public:
     CCamObj_ONVIF();
+
+    void m_S_ShowMotion(QWidget* pParent) override;
 
 private:
     void m_S_MapTemplate(CTemplateMap& objMap) const override;
@@ -62,6 +73,8 @@ class CCamObj_PIXORD : public CCamObj_Base
 public:
     CCamObj_PIXORD();
 
+    void m_S_ShowMotion(QWidget* pParent) override;
+
 private:
     void m_S_MapTemplate(CTemplateMap& objMap) const override;
 };
@@ -72,6 +85,8 @@ class CCamObj_SMAX : public CCamObj_Base
 public:
     CCamObj_SMAX();
 
+    void m_S_ShowMotion(QWidget* pParent) override;
+
 private:
     void m_S_MapTemplate(CTemplateMap& objMap) const override;
 };
@@ -81,6 +96,8 @@ class CCamObj_ZAVIO : public CCamObj_Base
 {
 public:
     CCamObj_ZAVIO();
+
+    void m_S_ShowMotion(QWidget* pParent) override;
 
 private:
     void m_S_MapTemplate(CTemplateMap& objMap) const override;

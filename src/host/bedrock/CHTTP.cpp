@@ -81,6 +81,11 @@ bool CHTTP::m_S_Release()
     return true;
 }
 
+bool CHTTP::m_F_b_HasTarget() const
+{
+    return vm_pImpl->StoredTarget().m_F_b_Valid();
+}
+
 std::uint32_t CHTTP::m_F_n_HTTPGetData(const QByteArray& sUrl, int nTimeoutMs)
 {
     const std::lock_guard lock(vm_pImpl->objCommandMutex);

@@ -47,6 +47,8 @@ public:
     /// Drops the stored target and closes its connections. Requests that run on it in other threads end at once, and it
     /// waits for them to. Harmless at any time, from any thread, also twice. Always true.
     bool m_S_Release();
+    /// Whether a target is stored. From any thread.
+    bool m_F_b_HasTarget() const;
 
     /// GET on the stored target; the body is dropped. Its length, or 0 on failure.
     std::uint32_t m_F_n_HTTPGetData(const QByteArray& sUrl, int nTimeoutMs);

@@ -19,9 +19,14 @@ CCameraTree::CCameraTree(QWidget* pParent) : QTreeWidget(pParent)
     setHeaderHidden(true);
     setRootIsDecorated(false);
     setUniformRowHeights(true);
-    connect(this, &QTreeWidget::itemClicked, this,
-            [this](QTreeWidgetItem* pItem) { Q_EMIT S_Chosen(indexOfTopLevelItem(pItem)); });
-    connect(this, &QTreeWidget::itemSelectionChanged, this, [this] { Q_EMIT S_Chosen(m_F_n_Selected()); });
+    connect(this, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* pItem) {
+        if (!vm_bToldByPress) // a click on the selected camera, too, is one
+            Q_EMIT S_Chosen(indexOfTopLevelItem(pItem));
+    });
+    connect(this, &QTreeWidget::itemSelectionChanged, this, [this] {
+        vm_bToldByPress = true;
+        Q_EMIT S_Chosen(m_F_n_Selected());
+    });
     connect(this, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* pItem) {
         Q_EMIT S_EnableChanged(indexOfTopLevelItem(pItem), pItem->checkState(0) == Qt::Checked);
     });
@@ -80,6 +85,12 @@ void CCameraTree::m_S_Select(int nIndex)
     setCurrentItem(topLevelItem(nIndex));
     if (currentItem())
         scrollToItem(currentItem());
+}
+
+void CCameraTree::mousePressEvent(QMouseEvent* pEvent)
+{
+    vm_bToldByPress = false;
+    QTreeWidget::mousePressEvent(pEvent);
 }
 
 void CCameraTree::contextMenuEvent(QContextMenuEvent* pEvent)

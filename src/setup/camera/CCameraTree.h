@@ -26,13 +26,17 @@ public:
     void m_S_Select(int nIndex);
 
 Q_SIGNALS:
-    void S_Chosen(int nIndex); ///< clicked, with either button, or reached by a key
+    void S_Chosen(int nIndex); ///< clicked, with either button, or reached by a key; told once a click
     void S_EnableChanged(int nIndex, bool bEnabled);
     void S_MenuWanted(const QPoint& ptGlobal); ///< for the selected camera
 
 protected:
+    void mousePressEvent(QMouseEvent* pEvent) override;
     void contextMenuEvent(QContextMenuEvent* pEvent) override;
     void focusInEvent(QFocusEvent* pEvent) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& objIndex,
                                                          const QEvent* pEvent = nullptr) const override;
+
+private:
+    bool vm_bToldByPress = false; ///< the click that goes on
 };

@@ -8,7 +8,7 @@ namespace {
 
 bool IsKey(QChar c)
 {
-    return c.isLetterOrNumber() && c.unicode() < 0x80;
+    return c.isLetter() && c.unicode() < 0x80;
 }
 
 /// Where the letter of a text is to be; -1 if there is none left.
