@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/CWndNvrBase.h"
-#include "setup/camera/CCameraTable.h"
+#include "setup/CCameraTable.h"
 #include "toolkit/sheet/CSettingSheet.h"
 
 class CDlgSetupPageSystemSetting_Motion;

@@ -70,6 +70,21 @@ TEST(House, IncludesPointDown)
     }
 }
 
+// What pages share stands beside the sheet.
+TEST(House, PagesDoNotKnowEachOther)
+{
+    const auto Room = [](const std::string& sPath) {
+        const auto nSlash = sPath.find('/');
+        return nSlash == std::string::npos ? std::string() : sPath.substr(0, nSlash);
+    };
+    for (const stDef_Include& st : IncludesOf("src/setup")) {
+        if (!st.sTo.starts_with("setup/"))
+            continue;
+        const std::string sFrom = Room(st.sFrom.substr(10)), sTo = Room(st.sTo.substr(6));
+        EXPECT_TRUE(sFrom.empty() || sTo.empty() || sFrom == sTo) << st.sFrom << " includes " << st.sTo;
+    }
+}
+
 TEST(House, TheToolkitKnowsNoRecorder)
 {
     const std::set<std::string> setOfHost = {"host/Export.h", "host/Lib_Bedrock.h"};

@@ -11,7 +11,7 @@
 #include "CycleFixture.h"
 #include "core/CWndNvrEmbedded.h"
 #include "drivers/CCamObj_Base.h"
-#include "setup/camera/CCameraTree.h"
+#include "setup/CCameraTree.h"
 #include "toolkit/controls/CItemList.h"
 #include "toolkit/form/CForm.h"
 #include "toolkit/sheet/CPropertyPage.h"

@@ -5,8 +5,8 @@
 #include "core/CWndNvrEmbedded.h"
 #include "drivers/CCamObj_Base.h"
 #include "host/Lib_Bedrock.h"
-#include "setup/camera/CCameraTable.h"
-#include "setup/camera/CCameraTree.h"
+#include "setup/CCameraTable.h"
+#include "setup/CCameraTree.h"
 
 using namespace Qt::StringLiterals;
 

@@ -7,8 +7,8 @@
 
 #include "core/CWndNvrEmbedded.h"
 #include "drivers/CCamObj_Base.h"
-#include "setup/camera/CCameraTable.h"
-#include "setup/camera/CCameraTree.h"
+#include "setup/CCameraTable.h"
+#include "setup/CCameraTree.h"
 #include "toolkit/form/CFormGroup.h"
 #include "toolkit/form/CNumberedNodes.h"
 #include "toolkit/user/CPrompts.h"

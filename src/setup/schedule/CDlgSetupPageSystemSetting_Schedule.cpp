@@ -11,7 +11,7 @@
 #include <algorithm>
 
 #include "core/CWndNvrEmbedded.h"
-#include "setup/camera/CCameraTree.h"
+#include "setup/CCameraTree.h"
 #include "setup/schedule/CDlgSetupPageSystemSetting_Schedule_Setting.h"
 #include "setup/schedule/CScheduleStep.h"
 #include "setup/schedule/stDef_RecordType.h"

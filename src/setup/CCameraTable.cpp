@@ -1,4 +1,4 @@
-#include "setup/camera/CCameraTable.h"
+#include "setup/CCameraTable.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "setup/camera/CCameraTree.h"
+#include "setup/CCameraTree.h"
 
 #include <QContextMenuEvent>
 #include <QSignalBlocker>
