@@ -38,7 +38,6 @@ constexpr Text WindowText{"MotionWindow", "Motion window %1"};
 // Pixels at 96 dpi.
 constexpr int CheckWidth = 21, NameWidth = 190;
 constexpr int ViewWidth = 320, ViewHeight = 240; // of the canvas, until the recorder tells its size
-constexpr int RoomWidth = 482, RoomHeight = 362; // in which what most cameras have is seen whole
 
 constexpr int StreamTimeoutMs = 10000;
 constexpr int CloseThreadMs = 1000;
@@ -100,7 +99,8 @@ void CWndCameraMotion::m_S_MakeControls()
     pGrid->addWidget(m_F_p_MakeView(), 0, 0);
     pGrid->addWidget(m_F_p_MakeList(), 0, 1);
     pGrid->addWidget(m_F_p_MakeFields(), 1, 0, 1, 2);
-    pGrid->setColumnStretch(0, 1);
+    pGrid->setColumnStretch(0, 3);
+    pGrid->setColumnStretch(1, 2);
     pGrid->setRowStretch(0, 1);
     layout()->addWidget(vm_pContent);
     vm_objForm->m_S_Finish(*vm_pNvr);
@@ -118,7 +118,8 @@ QWidget* CWndCameraMotion::m_F_p_MakeView()
     pArea->setFrameShape(QFrame::NoFrame);
     pArea->setFocusPolicy(Qt::NoFocus);
     pArea->setWidget(vm_pSetMotion);
-    pArea->setMinimumSize(RoomWidth, RoomHeight);
+    pArea->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
+    pArea->setMinimumSize(ViewWidth, ViewHeight);
     grp.m_S_AddWide(pArea, "View");
     connect(vm_pSetMotion, &CSetMotionObj::S_Selected, this, &CWndCameraMotion::m_S_SelectRow);
     connect(vm_pSetMotion, &CSetMotionObj::S_Placed, this, &CWndCameraMotion::m_S_OnPlaced);
@@ -133,7 +134,7 @@ QWidget* CWndCameraMotion::m_F_p_MakeList()
     vm_pList->m_S_SetColumnText(0, u"ID"_s); // these two are not translated
     vm_pList->m_S_SetColumnText(1, u"Name"_s);
     vm_objForm->m_F_o_Texts().m_S_Add(ListText, [this](const QString& s) { vm_pList->setAccessibleName(s); });
-    vm_pList->setMinimumWidth((CheckWidth + NameWidth + 4 * vm_pList->frameWidth()) * logicalDpiX() / 96);
+    vm_pList->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // a long name has its tip
     grp.m_S_AddWide(vm_pList, "Windows");
     const QList<QPushButton*> arButtons =
         grp.m_F_ar_Buttons({{Text{"Add", "Add"}, "Add"}, {Text{"Delete", "Delete"}, "Delete"}});
