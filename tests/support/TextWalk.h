@@ -79,6 +79,7 @@ public:
         EXPECT_FALSE(menu.actions().isEmpty());
         QStringList arTexts;
         for (const QAction* const pAction : menu.actions()) {
+            EXPECT_TRUE(pAction->isSeparator() || !pAction->text().isEmpty()) << menu.objectName().toStdString();
             arTexts << pAction->text();
             CheckText(pAction->text(), menu.objectName());
             CheckText(pAction->statusTip(), "the tip of " + pAction->objectName());
