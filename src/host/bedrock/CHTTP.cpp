@@ -191,9 +191,7 @@ int CHTTP::m_F_n_MultiPartStreamGet(const QByteArray& sUrl, char* pBuffer, std::
         return Result_TimedOut;
     if (const int nFailure = impl.NextPart(sUrl.toStdString(), nTimeoutMs); nFailure < 0)
         return nFailure;
-    const std::size_t nCopied = std::min<std::size_t>(impl.sPart.size(), nSize);
-    std::memcpy(pBuffer, impl.sPart.data(), nCopied);
-    return static_cast<int>(nCopied);
+    return static_cast<int>(impl.sPart.copy(pBuffer, nSize));
 }
 
 void CHTTP::m_S_AbandonDirect()
