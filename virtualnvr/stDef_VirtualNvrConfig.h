@@ -14,12 +14,12 @@ struct stDef_VirtualNvrConfig
     int nRtspPort = 0;               ///< 0: any free one
     int nChannels = 4;               ///< 1..64
     bool bPC = false;                ///< plays a PC recorder instead of an embedded one
-    std::string sStateFolder;        ///< documents as posted; empty: a temporary folder, removed at the end
-    std::string sDataFolder;         ///< seeds of the documents; empty: those of the build
+    std::string sStateFolder = {};   ///< documents as posted; empty: a temporary folder, removed at the end
+    std::string sDataFolder = {};    ///< seeds of the documents; empty: those of the build
     std::vector<stDef_Account> arAccounts = {{"admin", "Fl33t!ink"}};
     bool bStreams = true; ///< false: no RTSP service
     /// Ids that the directory service knows besides "FL-000001" (this recorder itself), with the "host:port" of each.
-    std::vector<std::pair<std::string, std::string>> arDipsIds;
+    std::vector<std::pair<std::string, std::string>> arDipsIds = {};
     int nProbeDelayMs = 0;         ///< how long a camera takes to answer the recorder; a search takes four times that
     int nNonceLifetimeMs = 300000; ///< a login older than this is answered with stale=true
 };

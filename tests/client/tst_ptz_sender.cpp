@@ -27,10 +27,7 @@ protected:
     void SetUp() override
     {
         HostFixture::SetUp();
-        stDef_VirtualNvrConfig stConfig;
-        stConfig.bStreams = false;
-        stConfig.nChannels = Cameras;
-        StartRecorder(stConfig);
+        StartRecorder({.nChannels = Cameras, .bStreams = false});
     }
 
     std::unique_ptr<CPtzSender> MakeSender()

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "recorders/CRecorderStore.h"
+#include "support/Table.h"
 
 namespace {
 
@@ -110,27 +111,10 @@ TEST_F(RecorderStoreTest, ABadCardIsToldAndChangesNothing)
     ASSERT_EQ(vm_store.m_F_o_Import(Fixture("two.xml")).sError, QString());
     const QByteArray sBefore = Disk();
     const QString sXmlBefore = vm_env.m_F_p_GetMemSysXML()->m_F_s_GetXML();
-    const struct
-    {
-        const char* pszFile;
-        const char* pszTold;
-    } arCases[] = {
-        {"no-such-file.xml", "no such file"},
-        {"bad-cut.xml", "not a recorder card"},
-        {"bad-none.xml", "no recorder"},
-        {"bad-address.xml", "recorder 1: IP: "},
-        {"bad-address-form.xml", "IP: "},
-        {"bad-account.xml", "UID: "},
-        {"bad-port.xml", "recorder 2: HttpPort"},
-        {"bad-port-text.xml", "RtspPort"},
-        {"bad-type.xml", "Type"},
-        {"bad-channels.xml", "Channels: Enter a number from 1 to 64"},
-    };
-    for (const auto& stCase : arCases) {
-        const stDef_ImportResult stResult = vm_store.m_F_o_Import(Fixture(stCase.pszFile));
-        EXPECT_TRUE(stResult.sError.contains(stCase.pszTold))
-            << stCase.pszFile << ": " << stResult.sError.toStdString();
-        EXPECT_EQ(stResult.arAdded.size() + stResult.arUpdated.size(), 0) << stCase.pszFile;
+    for (const stDef_TableRow& row : ReadTable("bad_cards.txt", 2)) {
+        const stDef_ImportResult stResult = vm_store.m_F_o_Import(Fixture(row[0].c_str()));
+        EXPECT_TRUE(stResult.sError.contains(row[1].c_str())) << row[0] << ": " << stResult.sError.toStdString();
+        EXPECT_EQ(stResult.arAdded.size() + stResult.arUpdated.size(), 0) << row[0];
     }
     EXPECT_EQ(Disk(), sBefore);
     EXPECT_EQ(vm_env.m_F_p_GetMemSysXML()->m_F_s_GetXML(), sXmlBefore);

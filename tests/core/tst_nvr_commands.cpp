@@ -18,10 +18,7 @@ class NvrCommands : public HostFixture
 protected:
     void Start(bool bPC)
     {
-        stDef_VirtualNvrConfig stConfig;
-        stConfig.bStreams = false;
-        stConfig.bPC = bPC;
-        StartRecorder(stConfig);
+        StartRecorder({.bPC = bPC, .bStreams = false});
         vm_nvr.m_F_o_Log().m_S_Clear();
         vm_pNvr.reset(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, nullptr, &vm_env));
         ASSERT_EQ(Nvr().m_F_n_Init(Init()), 1);

@@ -18,9 +18,7 @@ protected:
     void SetUp() override
     {
         HostFixture::SetUp();
-        stDef_VirtualNvrConfig stConfig;
-        stConfig.bStreams = false;
-        StartRecorder(stConfig);
+        StartRecorder({.bStreams = false});
         vm_pNvr.reset(CWndNvrBase::s_F_p_CreateNvrObject(1, nullptr, &vm_env));
         ASSERT_EQ(vm_pNvr->m_F_n_Init(Init()), 1);
     }
@@ -141,7 +139,9 @@ TEST_F(NvrRequests, AbandonEndsAllThatRunAndAllThatFollow)
     vm_pNvr->m_S_AbandonRequests();
     EXPECT_FALSE(first.get());
     EXPECT_FALSE(second.get());
+    auto third = std::async(std::launch::async, Ask);
     EXPECT_FALSE(Ask());
+    EXPECT_FALSE(third.get());
     EXPECT_LT(timer.elapsed(), 2000);
 }
 

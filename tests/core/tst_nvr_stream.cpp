@@ -2,6 +2,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <functional>
+#include <map>
 #include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -9,6 +10,7 @@
 
 #include "support/HostFixture.h"
 #include "support/Process.h"
+#include "support/Table.h"
 #include "support/Waiting.h"
 
 namespace {
@@ -27,13 +29,9 @@ namespace {
 
 const bool g_bLog = qputenv("FLEETLINK_DEBUG", "1");
 
-using namespace std::string_view_literals;
-
 constexpr std::uint64_t SilenceMs = 10000;
 constexpr int SlackMs = 500 * Process::Slowness;
 constexpr int StopMs = 200 * Process::Slowness;
-
-struct stDef_FaultRow;
 
 class NvrStream : public HostFixture
 {
@@ -55,7 +53,7 @@ protected:
         return pNvr;
     }
 
-    void PlayFault(const stDef_FaultRow& row);
+    void PlayFault(const stDef_TableRow& row, nsCMS::emDef_ConnectStat nEnd);
 
     static int StoredStat(int nChannel, int nStream)
     {
@@ -218,59 +216,33 @@ TEST_F(NvrStream, ARefusalNeverShowsAsAnEnd)
     }
 }
 
-struct stDef_FaultRow
+void NvrStream::PlayFault(const stDef_TableRow& row, nsCMS::emDef_ConnectStat nEnd)
 {
-    const char* pFault;
-    long nArg;
-    bool bStreaming;               // it comes when the stream plays, else before it is asked for
-    std::uint64_t nSilenceMs;      // after which the polls call the stream dead
-    nsCMS::emDef_ConnectStat nEnd; // what the state at that time changes to; Connected: it stays
-    int nLimitMs;
-};
-
-constexpr stDef_FaultRow g_arFaults[] = {
-    {"wrong password", 0, false, SilenceMs, nsCMS::ConnectStat_Refused, 1000},
-    {"no such channel", 0, false, SilenceMs, nsCMS::ConnectStat_Refused, 1000},
-    {"missing", 0, false, SilenceMs, nsCMS::ConnectStat_Refused, 1000},
-    {"refuse", 0, false, SilenceMs, nsCMS::ConnectStat_Disconnected, 1000},
-    {"garbage", 0, false, SilenceMs, nsCMS::ConnectStat_Disconnected, 6000},
-    {"silent", 0, false, 500, nsCMS::ConnectStat_NoAnswer, 600},
-    {"paused", 0, false, 500, nsCMS::ConnectStat_NoAnswer, 1000},
-    {"paused", 0, true, 500, nsCMS::ConnectStat_Disconnected, 800},
-    {"killed", 0, true, SilenceMs, nsCMS::ConnectStat_Disconnected, 1000},
-    {"silent", 0, true, SilenceMs, nsCMS::ConnectStat_Connected, 0}, // only new connections
-    {"missing", 0, true, SilenceMs, nsCMS::ConnectStat_Connected, 0},
-    {"params", 0, true, SilenceMs, nsCMS::ConnectStat_Connected, 0},
-    {"jump", 5000, true, SilenceMs, nsCMS::ConnectStat_Connected, 0},
-    {"jump", -5000, true, SilenceMs, nsCMS::ConnectStat_Connected, 0},
-};
-
-void NvrStream::PlayFault(const stDef_FaultRow& row)
-{
-    const bool bPassword = row.pFault == "wrong password"sv, bChannel = row.pFault == "no such channel"sv;
-    const bool bServer = !bPassword && !bChannel;
+    const bool bPassword = row[0] == "wrong password", bChannel = row[0] == "no such channel";
+    const bool bServer = !bPassword && !bChannel, bStreaming = row.Is(2);
+    const std::uint64_t nSilenceMs = std::stoul(row[3]);
     const int nChannel = bChannel ? 40 : 0;
     CStreamServer& objStreams = vm_nvr.m_F_o_Streams();
     if (bPassword)
         SetNode("PWD", CWinAES_CMS::s_F_s_Encrypt("wrong"));
     CNvrHolder nvr(Create());
-    if (row.bStreaming) {
+    if (bStreaming) {
         nvr->m_S_Connect(NvrID, nChannel, 0);
         ASSERT_TRUE(Reaches(*nvr.get(), nsCMS::ConnectStat_Connected));
     }
-    ASSERT_TRUE(!bServer || objStreams.m_F_b_SetFault("*", row.pFault, row.nArg));
-    if (!row.bStreaming)
+    ASSERT_TRUE(!bServer || objStreams.m_F_b_SetFault("*", row[0], row.Number(1)));
+    if (!bStreaming)
         nvr->m_S_Connect(NvrID, nChannel, 0);
 
-    const auto nBegin = row.bStreaming ? nsCMS::ConnectStat_Connected : nsCMS::ConnectStat_Connecting;
+    const auto nBegin = bStreaming ? nsCMS::ConnectStat_Connected : nsCMS::ConnectStat_Connecting;
     auto nStat = nBegin;
-    const auto poll = [&] { return nStat = nvr->m_F_n_GetConnectStat(CRtspClient::s_F_n_NowMs() - row.nSilenceMs); };
-    EXPECT_TRUE(row.nEnd == nBegin || WaitUntil([&] { return poll() != nBegin; }, row.nLimitMs + SlackMs));
-    if (row.nEnd == nBegin)
+    const auto poll = [&] { return nStat = nvr->m_F_n_GetConnectStat(CRtspClient::s_F_n_NowMs() - nSilenceMs); };
+    EXPECT_TRUE(nEnd == nBegin || WaitUntil([&] { return poll() != nBegin; }, row.Number(5) + SlackMs));
+    if (nEnd == nBegin)
         EXPECT_TRUE(DeliversFrames(emDef_RingKind::Video, nChannel, 0) && poll() == nBegin) << "it goes on";
-    EXPECT_EQ(nStat, row.nEnd);
-    EXPECT_EQ(StoredStat(nChannel, 0), row.nEnd) << "in the ring";
-    if (row.nSilenceMs != SilenceMs)
+    EXPECT_EQ(nStat, nEnd);
+    EXPECT_EQ(StoredStat(nChannel, 0), nEnd) << "in the ring";
+    if (nSilenceMs != SilenceMs)
         EXPECT_TRUE(Reaches(*nvr.get(), nsCMS::ConnectStat_Disconnected, SlackMs)) << "that poll told it to stop";
 
     QElapsedTimer clock;
@@ -290,14 +262,19 @@ void NvrStream::PlayFault(const stDef_FaultRow& row)
 TEST_F(NvrStream, EachFaultShowsInTheStateAndTheNextConnectPlays)
 {
     StartRecorder({});
+    const std::map<std::string, nsCMS::emDef_ConnectStat> mapEnds = {
+        {"Refused", nsCMS::ConnectStat_Refused},
+        {"Disconnected", nsCMS::ConnectStat_Disconnected},
+        {"NoAnswer", nsCMS::ConnectStat_NoAnswer},
+        {"Connected", nsCMS::ConnectStat_Connected},
+    };
+    const auto arRows = ReadTable("stream_faults.txt", 6);
     for (const char* pStreamType : {"0", "1", "2"}) // tunnel, TCP, UDP
-        for (stDef_FaultRow row : g_arFaults) {
-            SCOPED_TRACE(testing::Message() << row.pFault << ' ' << row.nArg << (row.bStreaming ? " playing" : "")
-                                            << ", StreamType " << pStreamType);
+        for (const stDef_TableRow& row : arRows) {
+            SCOPED_TRACE(row.sWhere + ", StreamType " + pStreamType);
             SetNode("StreamType", pStreamType);
-            if (row.pFault == "refuse"sv && pStreamType == "0"sv)
-                row.nEnd = nsCMS::ConnectStat_Connected; // the tunnel's port is another one
-            PlayFault(row);
+            const bool bOtherPort = row[0] == "refuse" && *pStreamType == '0'; // that of the tunnel
+            PlayFault(row, bOtherPort ? nsCMS::ConnectStat_Connected : mapEnds.at(row[4]));
         }
 }
 

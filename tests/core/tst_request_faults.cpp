@@ -1,9 +1,11 @@
 #include <QElapsedTimer>
 #include <functional>
+#include <map>
 #include <set>
 
 #include "support/HostFixture.h"
 #include "support/Process.h"
+#include "support/Table.h"
 
 namespace {
 
@@ -23,64 +25,30 @@ using enum CHTTP::emDef_Result;
 constexpr int Bytes = 1; ///< a reply with a body
 constexpr int Empty = 0; ///< a reply without one
 
-/// What comes of each kind of operation under a fault. Whether a body is the document that was asked for is seen only
-/// where it is read as one. The directory is asked without login. The motion stream has no length that could be wrong;
-/// one that ends without a part is broken, and a part beyond its bound is left out while the next one is waited for.
+/// A row of request_faults.txt, which tells what comes of each kind of operation under a fault.
 struct stDef_Row
 {
-    const char* pFault;
-    int nReply;     ///< raw replies, of GET and POST
-    bool bDocument; ///< replies read as XML
-    int nPart;      ///< a part of the motion stream
-    bool bAddress;  ///< look-up in the directory
+    std::string sFault;
+    int nReply;
+    bool bDocument;
+    int nPart;
+    bool bAddress;
 };
 
-constexpr stDef_Row g_arRows[] = {
-    // Nothing, or too late
-    {"silence", Result_TimedOut, false, Result_TimedOut, false},
-    {"slow", Result_TimedOut, false, Result_TimedOut, false},
-    {"slow:60", Result_TimedOut, false, Result_TimedOut, false},
-    {"delay:5000", Result_TimedOut, false, Result_TimedOut, false},
-    {"delay:100", Bytes, true, Bytes, true},
-    // Refused
-    {"401", Result_Unauthorised, false, Result_Unauthorised, false},
-    {"changing-challenge", Result_Unauthorised, false, Result_Unauthorised, false},
-    {"stale-nonce", Bytes, true, Bytes, true},
-    {"redirect", Result_ErrorStatus, false, Result_ErrorStatus, false},
-    {"redirect:307", Result_ErrorStatus, false, Result_ErrorStatus, false},
-    {"status", Result_ErrorStatus, false, Result_ErrorStatus, false},
-    {"status:404", Result_ErrorStatus, false, Result_ErrorStatus, false},
-    {"status:204", Empty, false, Result_Broken, false},
-    // Ended early, or no HTTP
-    {"refuse", Result_Broken, false, Result_Broken, false},
-    {"close-after-login", Result_Broken, false, Result_Broken, true},
-    {"garbage", Result_Broken, false, Result_Broken, false},
-    {"bad-chunks", Result_Broken, false, Result_Broken, false},
-    {"cut-head:3", Result_Broken, false, Result_Broken, false},
-    {"cut-head", Result_Broken, false, Result_Broken, false},
-    {"cut-body", Result_Broken, false, Result_Broken, false},
-    {"cut-body:10", Result_Broken, false, Result_Broken, false},
-    // Lengths
-    {"long-length", Result_Broken, false, Bytes, false},
-    {"negative-length", Result_Broken, false, Bytes, false},
-    {"huge-length", Result_TooLarge, false, Bytes, false},
-    {"short-length", Bytes, false, Bytes, false},
-    {"chunked", Bytes, true, Bytes, true},
-    {"chunked:1", Bytes, true, Bytes, true},
-    {"empty", Empty, false, Result_Broken, false},
-    // Beyond every bound
-    {"endless-headers", Result_TooLarge, false, Result_TooLarge, false},
-    {"endless-chunks", Result_TooLarge, false, Result_TimedOut, false},
-    {"huge:20", Result_TooLarge, false, Result_Broken, false},
-    // Whole replies that are not what was asked for
-    {"deep", Bytes, false, Bytes, false},
-    {"entity-bomb", Bytes, true, Bytes, false},
-    {"dips-no-colon", Bytes, false, Bytes, false},
-    {"dips-no-http", Bytes, false, Bytes, false},
-    {"no-root-end", Bytes, false, Bytes, true},
-    {"cut-utf8", Bytes, false, Bytes, true},
-    {"wrong-encoding", Bytes, false, Bytes, false},
-};
+std::vector<stDef_Row> Rows()
+{
+    const std::map<std::string, int> mapResults = {{"Bytes", Bytes},
+                                                   {"Empty", Empty},
+                                                   {"TimedOut", Result_TimedOut},
+                                                   {"Unauthorised", Result_Unauthorised},
+                                                   {"ErrorStatus", Result_ErrorStatus},
+                                                   {"Broken", Result_Broken},
+                                                   {"TooLarge", Result_TooLarge}};
+    std::vector<stDef_Row> arRows;
+    for (const stDef_TableRow& row : ReadTable("request_faults.txt", 5))
+        arRows.push_back({row[0], mapResults.at(row[1]), row.Is(2), mapResults.at(row[3]), row.Is(4)});
+    return arRows;
+}
 
 class RequestFaults : public HostFixture
 {
@@ -224,9 +192,9 @@ std::vector<RequestFaults::stDef_Operation> RequestFaults::Operations()
 
 void RequestFaults::Play(const stDef_Operation& operation, const stDef_Row& row)
 {
-    SCOPED_TRACE(std::string(row.pFault) + " on " + operation.pName);
+    SCOPED_TRACE(row.sFault + " on " + operation.pName);
     CFaultTable& objFaults = operation.objNvr.m_F_o_Faults();
-    ASSERT_TRUE(objFaults.m_F_b_Parse(operation.pUrlPart + std::string("=") + row.pFault));
+    ASSERT_TRUE(objFaults.m_F_b_Parse(std::string(operation.pUrlPart) + "=" + row.sFault));
     Process::ForgetPeak();
     const long nBeforeKiB = Process::Status("VmRSS");
     QElapsedTimer clock;
@@ -244,7 +212,7 @@ TEST_F(RequestFaults, EachOperationEndsInTimeAndWorksOn)
 {
     for (const stDef_Operation& operation : Operations()) {
         ASSERT_TRUE(operation.works()) << operation.pName;
-        for (const stDef_Row& row : g_arRows)
+        for (const stDef_Row& row : Rows())
             Play(operation, row);
     }
 }
@@ -252,8 +220,8 @@ TEST_F(RequestFaults, EachOperationEndsInTimeAndWorksOn)
 TEST_F(RequestFaults, EachFaultHasItsRow)
 {
     std::set<std::string> arNames;
-    for (const stDef_Row& row : g_arRows)
-        arNames.insert(std::string(row.pFault).substr(0, std::string(row.pFault).find(':')));
+    for (const stDef_Row& row : Rows())
+        arNames.insert(row.sFault.substr(0, row.sFault.find(':')));
     for (const std::string_view sName : CFaultTable::s_F_ar_Names())
         EXPECT_EQ(arNames.count(std::string(sName)), 1U) << sName;
 }

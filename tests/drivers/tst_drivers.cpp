@@ -236,9 +236,7 @@ TEST_F(Drivers, RefuseARecordThatReachesNobody)
 
 TEST_F(Drivers, AskForAbilitiesWithTheAccountAsItStands)
 {
-    stDef_VirtualNvrConfig stConfig;
-    stConfig.bStreams = false;
-    StartRecorder(stConfig);
+    StartRecorder({.bStreams = false});
     ASSERT_EQ(vm_pNvr->m_F_n_Init(Init()), 1);
     const auto pCamera = Make(2);
     stDef_CamConnect st{2, "AM6-2812F", "n", "192.168.1.22", 80, 554, 0, "admin", "cam&Era#1"};

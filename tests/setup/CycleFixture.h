@@ -29,11 +29,9 @@ protected:
     void SwitchOn()
     {
         vm_nvr.m_S_Stop();
-        stDef_VirtualNvrConfig stConfig;
-        stConfig.bStreams = false;
-        stConfig.nChannels = vm_nChannels;
-        stConfig.sStateFolder = vm_dirConfig.filePath("recorder").toStdString();
-        StartRecorder(stConfig);
+        StartRecorder({.nChannels = vm_nChannels,
+                       .sStateFolder = vm_dirConfig.filePath("recorder").toStdString(),
+                       .bStreams = false});
         MakeNvr();
     }
 

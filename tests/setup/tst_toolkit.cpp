@@ -18,6 +18,7 @@
 #include <gtest/gtest.h>
 
 #include "host/Lib_Bedrock.h"
+#include "support/Table.h"
 #include "toolkit/controls/CIPAddressEdit.h"
 #include "toolkit/controls/CPasswordEdit.h"
 #include "toolkit/form/CFormGroup.h"
@@ -88,7 +89,7 @@ TEST(Rules, HoldWhateverTheirOrder)
     }
 }
 
-/// Types at what has the focus: "<" and ">" are arrows, "~" is Backspace, "D" is Delete, "V" pastes.
+/// Types at what has the focus.
 void TypeKeys(QWidget& window, const char* pszKeys)
 {
     static const QHash<char, QKeyCombination> s_mapKeys = {{'<', Qt::Key_Left},
@@ -107,50 +108,19 @@ void TypeKeys(QWidget& window, const char* pszKeys)
 
 TEST(IPAddressEdit, HasFourPartsAndKeepsWhatNoEditTouched)
 {
-    const struct
-    {
-        const char *pszCame, *pszKeys, *pszText;
-        const char* pszPasted = "";
-    } arRows[] = {
-        {"10.1.2.3", "", "10.1.2.3"},
-        {"", "", ""},
-        {"recorder-4.gate.example.com", "", "recorder-4.gate.example.com"},
-        {"300.1.2.3", "", "300.1.2.3"},
-        {"010.001.002.003", "", "010.001.002.003"}, // goes back as it came
-        {"010.001.002.003", ">.>.>.>.>1", "10.1.2.31"},
-        {"", "0", "0.0.0.0"},
-        {"0.0.0", ".", "0.0.0"},
-        {"0.0.0", ".4", "0.4.0.0"},
-        {"", "192.168.010.000", "192.168.10.0"}, // the dots behind three digits lead nowhere
-        {"", "192168010007", "192.168.10.7"},
-        {"", "1.x2..3.4.5", "1.2.3.45"},
-        {"", "300.1.2", "255.1.2.0"},
-        {"10.1.2.3", "D", "0.1.2.3"},
-        {"10.1.2.3", "D>D>D>D", ""},
-        {"", "12.3<<~~4", "4.3.0.0"}, // back over the dot, then a "2" and a "1"
-        {"recorder-4", "x", "recorder-4"},
-        {"recorder-4", "7.8", "7.8.0.0"},
-        {"recorder-4", "~", ""},
-        {"recorder-4", "V", "recorder-4", "recorder-5"},
-        {"recorder-4", "V", "10.20.30.40", "10.20.30.40"},
-        {"1.2.3.4", ".V", "10.20.30.40", " 010.20.30.40\n"},
-        {"1.2.3.4", "..V", "1.2.168.7", "168.7"},
-        {"1.2.3.4", "...V", "1.2.3.4", "168.7"},
-        {"1.2.3.4", ".V", "1.77.3.4", "77"},
-        {"1.2.3.4", ".V", "1.2.3.4", "192.168.0.1:80"},
-    };
-    for (const auto& row : arRows) {
-        SCOPED_TRACE(std::string(row.pszCame) + " " + row.pszKeys + " " + row.pszPasted);
+    for (const stDef_TableRow& row : ReadTable("ip_edits.txt", 4)) {
+        SCOPED_TRACE(row.sWhere);
         QWidget window;
         auto* const pEdit = new CIPAddressEdit(&window);
-        EXPECT_EQ(Stored<nsForms::AsText>(pEdit, row.pszCame), row.pszCame);
-        QGuiApplication::clipboard()->setText(row.pszPasted);
+        EXPECT_EQ(Stored<nsForms::AsText>(pEdit, row[0].c_str()).toStdString(), row[0]);
+        QGuiApplication::clipboard()->setText(QString::fromStdString(row[3]));
         window.show();
         pEdit->setFocus();
         pEdit->selectAll();
-        TypeKeys(window, row.pszKeys);
-        EXPECT_EQ(pEdit->text().toStdString(), row.pszText);
-        EXPECT_EQ(pEdit->m_F_b_IsNone(), CIPAddressEdit::s_F_s_Plain(row.pszText) == "0.0.0.0" || !*row.pszText);
+        TypeKeys(window, row[1].c_str());
+        EXPECT_EQ(pEdit->text().toStdString(), row[2]);
+        const QString sPlain = CIPAddressEdit::s_F_s_Plain(QString::fromStdString(row[2]));
+        EXPECT_EQ(pEdit->m_F_b_IsNone(), sPlain == "0.0.0.0" || sPlain.isEmpty());
     }
 }
 

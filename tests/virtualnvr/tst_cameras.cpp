@@ -2,6 +2,7 @@
 #include "CVirtualNvr.h"
 #include "cgi/CCameraRegistry.h"
 #include "http/CRequestLog.h"
+#include "support/Table.h"
 
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
@@ -15,10 +16,8 @@ class Cameras : public ::testing::Test
 protected:
     void SetUp() override
     {
-        stDef_VirtualNvrConfig stConfig;
-        stConfig.bStreams = false;
         std::string sError;
-        ASSERT_TRUE(vm_objRecorder.m_F_b_Start(stConfig, sError)) << sError;
+        ASSERT_TRUE(vm_objRecorder.m_F_b_Start({.bStreams = false}, sError)) << sError;
         vm_pProbe = std::make_unique<CProbe>(vm_objRecorder.m_F_n_HttpPort(), CProbe::emDef_Auth::Basic);
         vm_objCameras.load_file(VIRTUALNVR_CAMERAS);
     }
@@ -47,31 +46,12 @@ protected:
     pugi::xml_document vm_objCameras; ///< what is meant to be there
 };
 
-// What the client reads of each brand's abilities.
-const struct
-{
-    int nVendor;
-    const char* pszNode; ///< true of a node of its detect replies
-    const char* pszSupport;
-    const char* pszEntry;
-} g_arBrands[] = {
-    {0, "@ProfileName and @DefaultProfileID and @LowBitrate", "@DefaultID", "@ProfileID and @Bitrate and @MinBitrate"},
-    {2, "@ProfileName and @DefaultProfileID and @LowBitrate", "@DefaultID", "@ProfileID and @MaxTargetBitrate"},
-    {4, "@OnvifAuth and @PTZToken and @VEncoderHeight_S and not(@Resolution)", "Audio/@Count",
-     "@Height and @MaxQuality"},
-    {6, "@DefaultProfileID and @LowBitrate", "Quality/@Max and Bitrate_S/@Max", "@Codec"},
-    {7, "@LowFPS and not(@LowBitrate)", "@MaxMjpgFPS and Quality004/@Name and @FPS", "@MinFPS"},
-    {8, "@Format and not(@LowFPS)", "@FPS and Quality/@Count and Bitrate/@Max", "@ResolutionID"},
-    {9, "@Format and @LowBitrate", "Quality003/@Name and Bitrate_M/@Max", "@Codec and @MaxFPS"},
-    {10, "@LowBitrate and not(@Format)", "Quality_S/@Max", "@Width and not(@Codec)"},
-};
-
 TEST_F(Cameras, AnswerAsTheirBrandDoes)
 {
-    for (const auto& stBrand : g_arBrands) {
+    for (const stDef_TableRow& row : ReadTable("brands.txt", 4)) {
         int nModels = 0, nWithoutList = 0;
         for (const pugi::xml_node objModel : vm_objCameras.document_element().children("Model")) {
-            if (objModel.attribute("VendorID").as_int() != stBrand.nVendor)
+            if (objModel.attribute("VendorID").as_int() != row.Number(0))
                 continue;
             ++nModels;
             const std::string sModel = objModel.attribute("Name").value();
@@ -81,76 +61,39 @@ TEST_F(Cameras, AnswerAsTheirBrandDoes)
             if (objCamera.attribute("Odd"))
                 continue;
             const std::string sIP = objCamera.attribute("IP").value(), sPort = objCamera.attribute("HttpPort").value();
-            const auto objDetect = Ask("detect&camid=0", sIP, sPort, stBrand.nVendor);
+            const auto objDetect = Ask("detect&camid=0", sIP, sPort, row.Number(0));
             EXPECT_TRUE(True(objDetect, "/XML/root/Camera/Cam000[@Model='" + sModel +
                                             "' and @RtspPort='554' and "
                                             "@Password='cam&Era#1' and @CamCapility and @FPS and " +
-                                            stBrand.pszNode + "]"));
-            const auto objSupport = Ask("camerasupport", sIP, sPort, stBrand.nVendor);
-            EXPECT_TRUE(True(objSupport, std::string("/XML/root/Support[@Protocol and ") + stBrand.pszSupport + "]"));
-            EXPECT_TRUE(True(objSupport, std::string("count(//*[starts-with(name(),'Resolution0') and ") +
-                                             stBrand.pszEntry + "]) = sum(//Resolution/@Count)"));
+                                            row[1] + "]"));
+            const auto objSupport = Ask("camerasupport", sIP, sPort, row.Number(0));
+            EXPECT_TRUE(True(objSupport, "/XML/root/Support[@Protocol and " + row[2] + "]"));
+            EXPECT_TRUE(True(objSupport, "count(//*[starts-with(name(),'Resolution0') and " + row[3] +
+                                             "]) = sum(//Resolution/@Count)"));
             nWithoutList += !True(objSupport, "//Resolution");
         }
-        EXPECT_EQ(nModels, 3) << stBrand.nVendor;
-        EXPECT_EQ(nWithoutList, 1) << stBrand.nVendor;
+        EXPECT_EQ(nModels, 3) << row.Number(0);
+        EXPECT_EQ(nWithoutList, 1) << row.Number(0);
     }
 }
 
 TEST_F(Cameras, FailInTheirWays)
 {
-    const struct
-    {
-        const char* pszIP;
-        const char* pszPort;
-        int nVendor;
-        std::string sAccount;
-        const char* pszModel; ///< of the detect reply; null: none comes
-        bool bSupport;
-    } arRows[] = {
-        {"192.168.1.22", "80", 2, g_szAccount, "AM6-2812F", true},
-        {"ID@12.7", "80", 7, g_szAccount, "QC-520", true},
-        {"169.254.12.7", "80", 7, g_szAccount, "QC-520", true},
-        {"192.0.2.102", "8080", 4, "&uid=onvif&pwd=0nv1f", "Dome 5M", true}, // it has an account of its own
-        {"192.0.2.102", "8080", 4, g_szAccount, "Any", false},
-        {"192.168.1.22", "80", 0, g_szAccount, "Any", false}, // of another maker
-        {"192.168.1.22", "80", 2, "&uid=admin&pwd=cam&Era", "Any", false},
-        {"192.168.1.22", "80", 2, "&uid=&pwd=", "Any", false},
-        {"192.168.1.22", "81", 2, g_szAccount, nullptr, false}, // nobody is there
-        {"192.168.1.99", "80", 2, g_szAccount, nullptr, false},
-        {"192.168.1.29", "80", 6, g_szAccount, "Any", false},
-        {"192.168.1.30", "80", 9, g_szAccount, "WN-300CD", false},
-        {"192.168.1.31", "80", 2, g_szAccount, nullptr, true},
-        {"169.254.3.99", "80", 4, g_szAccount, nullptr, false},
-    };
-    for (const auto& st : arRows) {
-        SCOPED_TRACE(std::string(st.pszIP) + " " + st.sAccount);
-        const auto objDetect = Ask("detect&camid=0", st.pszIP, st.pszPort, st.nVendor, st.sAccount);
+    for (const stDef_TableRow& row : ReadTable("cameras_asked.txt", 6)) {
+        SCOPED_TRACE(row.sWhere);
+        const std::string sAccount = row[3].empty() ? g_szAccount : row[3];
+        const auto objDetect = Ask("detect&camid=0", row[0], row[1], row.Number(2), sAccount);
         const auto objNode = objDetect.select_node("/XML/root/Camera/Cam000").node();
-        EXPECT_STREQ(objNode.attribute("Model").as_string("none"), st.pszModel ? st.pszModel : "none");
-        EXPECT_EQ(True(Ask("camerasupport", st.pszIP, st.pszPort, st.nVendor, st.sAccount), "/XML/root/Support"),
-                  st.bSupport);
+        EXPECT_EQ(objNode.attribute("Model").as_string("none"), row[4]);
+        EXPECT_EQ(True(Ask("camerasupport", row[0], row[1], row.Number(2), sAccount), "/XML/root/Support"), row.Is(5));
     }
     EXPECT_EQ(vm_pProbe->m_F_o_Get("/cgi-bin/param.cgi?action=detect").nStatus, 504);
 }
 
 TEST(RequestLog, ShowsNoPassword)
 {
-    const std::pair<const char*, const char*> arRows[] = {
-        {"/a?b=c&d", "/a?b=c&d"},
-        {"/a?uid=u&pwd=cam&Era#1&vendorid=2&onvifauth=1", "/a?uid=u&pwd=***&vendorid=2&onvifauth=1"},
-        {"/a?PassWord=x&y=z&", "/a?PassWord=***"},
-        {"/pwd=1", "/pwd=1"},
-        {"/a?p%77d=x", "/a?p%77d=***"},
-        {"/a?%50%41SS=x&b=1", "/a?%50%41SS=***"},
-        {"http://h/a?pwd=x", "http://h/a?pwd=***"},
-        {"http://u:p@ss@h/a?pwd=x@y", "http://***@h/a?pwd=***"},
-        {"http://u:a/b?c@h/d", "http://***@h/d"},
-        {"rtsp://u:p@h", "rtsp://***@h"},
-        {"/a?mail=u@h", "/a?mail=u@h"},
-    };
-    for (const auto& [pszTarget, pszMasked] : arRows)
-        EXPECT_EQ(CRequestLog::s_F_s_Masked(pszTarget), pszMasked);
+    for (const stDef_TableRow& row : ReadTable("masked.txt", 2))
+        EXPECT_EQ(CRequestLog::s_F_s_Masked(row[0]), row[1]);
 }
 
 } // namespace

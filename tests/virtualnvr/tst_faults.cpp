@@ -1,4 +1,5 @@
 #include "HttpProxyFixture.h"
+#include "support/Table.h"
 
 #include <chrono>
 #include <set>
@@ -228,49 +229,17 @@ TEST_F(HttpProxy, CountsAFaultExactlyAmongManyClients)
 
 TEST(FaultTable, ReadsTexts)
 {
-    struct Row
-    {
-        const char* pText;
-        const char* pUrl; // null: the text is refused
-        const char* pName;
-        long nArg;
-        int nTimes;
-    };
-    const Row arRows[] = {
-        {"cgi-bin/ptz.cgi=slow:10x3", "/cgi-bin/ptz.cgi?a=b", "slow", 10, 3},
-        {"?action=systeminfo=silence", "/p?action=systeminfo", "silence", 0, -1},
-        {"*=huge", "/any", "huge", 200, -1},
-        {"*=401x2", "/any", "401", 0, 2},
-        {"*=cut-body:0", "/any", "cut-body", 0, -1},
-        {"*=status:404", "/any", "status", 404, -1},
-        {"", nullptr, "", 0, 0},
-        {"*", nullptr, "", 0, 0},
-        {"=slow", nullptr, "", 0, 0},
-        {"*=", nullptr, "", 0, 0},
-        {"*=no-such", nullptr, "", 0, 0},
-        {"*=slow:", nullptr, "", 0, 0},
-        {"*=slow:x3", nullptr, "", 0, 0},
-        {"*=slow:ten", nullptr, "", 0, 0},
-        {"*=slow:-1", nullptr, "", 0, 0},
-        {"*=slowx0", nullptr, "", 0, 0},
-        {"*=slowx-2", nullptr, "", 0, 0},
-        {"*=slowx99999999999", nullptr, "", 0, 0},
-        {"*=status:600", nullptr, "", 0, 0},
-        {"*=huge:99999999999999999999", nullptr, "", 0, 0},
-        {"*=huge:9999999999999", nullptr, "", 0, 0},
-        {"*=refuse:1", nullptr, "", 0, 0},
-    };
-    for (const Row& row : arRows) {
-        SCOPED_TRACE(row.pText);
+    for (const stDef_TableRow& row : ReadTable("fault_texts.txt", 5)) {
+        SCOPED_TRACE(row[0]);
         CFaultTable table;
-        EXPECT_EQ(table.m_F_b_Parse(row.pText), row.pUrl != nullptr);
-        const auto fault = table.m_F_o_Find(row.pUrl ? row.pUrl : "/any");
-        ASSERT_EQ(fault.has_value(), row.pUrl != nullptr);
+        EXPECT_EQ(table.m_F_b_Parse(row[0]), !row[1].empty());
+        const auto fault = table.m_F_o_Find(row[1].empty() ? "/any" : row[1]);
+        ASSERT_EQ(fault.has_value(), !row[1].empty());
         if (!fault)
             continue;
-        EXPECT_EQ(fault->sName, row.pName);
-        EXPECT_EQ(fault->nArg, row.nArg);
-        EXPECT_EQ(fault->nTimes, row.nTimes);
+        EXPECT_EQ(fault->sName, row[2]);
+        EXPECT_EQ(fault->nArg, row.Number(3));
+        EXPECT_EQ(fault->nTimes, row.Number(4));
     }
 }
 

@@ -1,4 +1,5 @@
 #include "HttpProxyFixture.h"
+#include "support/Table.h"
 
 #include <algorithm>
 #include <chrono>
@@ -145,35 +146,18 @@ TEST_F(HttpProxy, EndsBadRequestsAndServesOn)
 
 TEST(BodyFramer, FindsTheEnd)
 {
-    struct Row
-    {
-        const char *pHead, *pMethod, *pData;
-        std::size_t nBody;
-        bool bDone;
-    };
-    const std::string_view sReply = "HTTP/1.1 200 OK\r\n";
-    const Row arRows[] = {
-        {"", "", "GET", 0, true},
-        {"Content-Length: 3\r\n", "", "abcGET", 3, true},
-        {"content-LENGTH: 3\r\n", "GET", "ab", 2, false},
-        {"Content-Length: 3\r\n", "HEAD", "HTTP", 0, true},
-        {"", "GET", "abc", 3, false}, // until the connection closes
-        {"Transfer-Encoding: chunked\r\n", "GET", "2\r\nab\r\n0\r\n\r\nHTTP", 12, true},
-        {"Transfer-Encoding: Chunked\r\n", "GET", "A\r\n0123456789\r\n0\r\nTrailer: x\r\n\r\nHTTP", 32, true},
-        {"Transfer-Encoding: chunked\r\n", "GET", "2\r\nab\r\n", 7, false},
-    };
-    for (const Row& row : arRows) {
-        SCOPED_TRACE(row.pData);
+    for (const stDef_TableRow& row : ReadTable("bodies.txt", 5)) {
+        SCOPED_TRACE(row.sWhere);
         CHttpHead objHead;
-        ASSERT_TRUE(objHead.m_F_b_Parse(std::string(sReply) + row.pHead + "\r\n"));
-        CBodyFramer objWhole(objHead, row.pMethod), objPieces(objHead, row.pMethod);
-        EXPECT_EQ(objWhole.m_F_n_Feed(row.pData), row.nBody);
-        EXPECT_EQ(objWhole.m_F_b_Done(), row.bDone);
+        ASSERT_TRUE(objHead.m_F_b_Parse("HTTP/1.1 200 OK\r\n" + row[0] + "\r\n"));
+        CBodyFramer objWhole(objHead, row[1]), objPieces(objHead, row[1]);
+        EXPECT_EQ(objWhole.m_F_n_Feed(row[2]), std::stoul(row[3]));
+        EXPECT_EQ(objWhole.m_F_b_Done(), row.Is(4));
         std::size_t nTaken = 0;
-        for (const char c : std::string_view(row.pData))
+        for (const char c : row[2])
             nTaken += objPieces.m_F_n_Feed({&c, 1});
-        EXPECT_EQ(nTaken, row.nBody);
-        EXPECT_EQ(objPieces.m_F_b_Done(), row.bDone);
+        EXPECT_EQ(nTaken, std::stoul(row[3]));
+        EXPECT_EQ(objPieces.m_F_b_Done(), row.Is(4));
     }
 }
 

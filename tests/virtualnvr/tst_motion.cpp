@@ -6,6 +6,7 @@
 #include "scene/CSceneClock.h"
 #include "scene/CSceneMotion.h"
 #include "scene/stDef_EncodedClip.h"
+#include "support/Table.h"
 
 #include <chrono>
 #include <cstdio>
@@ -13,6 +14,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
+#include <sstream>
 
 namespace {
 
@@ -44,12 +46,9 @@ protected:
     {
         vm_pRecorder.reset(); // gives the folder up
         vm_pRecorder = std::make_unique<CVirtualNvr>();
-        stDef_VirtualNvrConfig stConfig;
-        stConfig.bStreams = false;
-        stConfig.nChannels = 8;
-        stConfig.sStateFolder = vm_sState;
         std::string sError;
-        ASSERT_TRUE(vm_pRecorder->m_F_b_Start(stConfig, sError)) << sError;
+        ASSERT_TRUE(vm_pRecorder->m_F_b_Start({.nChannels = 8, .sStateFolder = vm_sState, .bStreams = false}, sError))
+            << sError;
         vm_pProbe = std::make_unique<CProbe>(vm_pRecorder->m_F_n_HttpPort());
     }
     stDef_ProbeReply Ask(const std::string& sAction)
@@ -98,25 +97,10 @@ protected:
 // Slots of the seed: 0 street, 480 x 360, with window types; 1 of a brand without motion; 2 gate, 640 x 480; 3 lobby.
 TEST_F(Motion, WindowsAreChangedAsAskedAndKept)
 {
-    const struct
-    {
-        std::string sAction;
-        int nCamera;
-        std::string sIndices;
-    } arRows[] = {
-        {"", 0, "0 2 3 5"},
-        {"", 2, "0 2 3"},
-        {"remove&group=Motion.M2&camera=0", 0, "0 3 5"},
-        {"remove&group=Motion.M5&camera=0", 0, "0 3"},
-        {g_szAdd + std::string("0"), 0, "0 3 6"}, // a number isn't used again
-        {g_szAdd + std::string("2"), 2, "0 2 3 4"},
-        {g_szAdd + std::string("2"), 2, "0 2 3 4 5"},
-        {"remove&group=Motion.M0&camera=2", 2, "2 3 4 5"},
-    };
-    for (const auto& stRow : arRows) {
-        if (!stRow.sAction.empty())
-            EXPECT_EQ(Ask(stRow.sAction).nStatus, 200) << stRow.sAction;
-        EXPECT_EQ(Indices(stRow.nCamera), stRow.sIndices) << stRow.sAction;
+    for (const stDef_TableRow& row : ReadTable("motion_steps.txt", 3)) {
+        if (!row[0].empty())
+            EXPECT_EQ(Ask(row[0]).nStatus, 200) << row[0];
+        EXPECT_EQ(Indices(row.Number(1)), row[2]) << row[0];
     }
     const std::string sUpdate = "update&Motion.M3.Left=0&Motion.M3.Top=1&Motion.M3.Right=480&Motion.M3.Bottom=360"
                                 "&Motion.M3.Name=50%25%20%26%20%22%E5%80%89%22 <x&y=1&Motion.M3.Sensitivity=100"
@@ -140,44 +124,16 @@ TEST_F(Motion, WindowsAreChangedAsAskedAndKept)
     EXPECT_EQ(Indices(0), "0 3 6 7");
 }
 
-// Slot 1 is of a brand without motion, slot 4 is empty; Index 1 is a gap. Camera 2 has no window types, and room for
-// two windows more.
 TEST_F(Motion, RefusesWhatMakesNoSense)
 {
-    const std::string sLong = "Name=" + std::string(32, 'x'), sAdd = std::string(g_szAdd) + "2";
-    const struct
-    {
-        long nStatus;
-        std::string sBegin;
-        std::vector<std::string> arRest;
-    } arRows[] = {
-        {200, "update&camera=2&Motion.M2.", {"Left=0&Motion.M2.Right=640", "ObjectSize=255", sLong}},
-        {400,
-         "update&camera=2&Motion.M2.",
-         {"Right=641", "Bottom=481", "Left=-1", "Left=640", "Left=", "Left=1x", "Left=99999999999",
-          "Top=100&Motion.M2.Bottom=100", "Top=100&Motion.M2.Bottom=99", "ObjectSize=256", "Sensitivity=11",
-          "Sensitivity=-1", "WindowType=exclude", sLong + "x", "Name=%C3%28", "Name=a%0Ab", "Colour=1",
-          "Left=1&Motion.M1.Left=1"}},
-        {400,
-         "update&camera=",
-         {"0&Motion.M2.WindowType=maybe", "2&Motion.M2=1", "2&Motion.M2x.Left=1", "2&Motion.M1.Left=1", "2"}},
-        {400, "remove&camera=2&group=Motion.M", {"1"}},
-        {404, "remove&camera=2&group=Motion.M", {"2.Left", "", "x"}},
-        {404, "add&camera=2&group=", {"Motion", "motion&template=motion"}},
-        {404, "list&group=", {"preset&camera=2", "motion&camera=1", "motion&camera=4", "motion&camera=8", "motion"}},
-        {404, g_szAdd, {"1"}},
-        {200, sAdd, {"", ""}},
-        {400, sAdd, {""}},
-    };
-    for (const auto& stRow : arRows) {
-        for (const std::string& sRest : stRow.arRest) {
-            SCOPED_TRACE(stRow.sBegin + sRest);
-            const std::string sBefore = Ask("list&group=motion&camera=2").sBody;
-            const stDef_ProbeReply stReply = Ask(stRow.sBegin + sRest);
-            EXPECT_EQ(stReply.nStatus, stRow.nStatus);
-            EXPECT_EQ(stReply.sBody.find("Code=\"ERROR\" Reason=\"") == std::string::npos, stRow.nStatus == 200);
-            EXPECT_EQ(Ask("list&group=motion&camera=2").sBody == sBefore, stRow.nStatus != 200);
-        }
+    for (const stDef_TableRow& row : ReadTable("motion_refusals.txt", 2)) {
+        SCOPED_TRACE(row[1]);
+        const bool bGood = row[0] == "200";
+        const std::string sBefore = Ask("list&group=motion&camera=2").sBody;
+        const stDef_ProbeReply stReply = Ask(row[1]);
+        EXPECT_EQ(stReply.nStatus, row.Number(0));
+        EXPECT_EQ(stReply.sBody.find("Code=\"ERROR\" Reason=\"") == std::string::npos, bGood);
+        EXPECT_EQ(Ask("list&group=motion&camera=2").sBody == sBefore, !bGood);
     }
     ASSERT_TRUE(vm_pRecorder->m_F_o_Faults().m_F_b_Set("group=Motion.M3", {"status", 500}));
     EXPECT_EQ(Ask("remove&group=Motion.M3&camera=2").nStatus, 500);
@@ -188,38 +144,16 @@ TEST_F(Motion, RefusesWhatMakesNoSense)
 
 TEST_F(Motion, WindowsFollowTheirCamera)
 {
-    const std::string sDock = Camera(0, 10, "10.0.0.1") + Camera(1, 6, "10.0.0.2") + Camera(2, 6, "10.0.0.3");
-    const struct
-    {
-        const char* pszWhat;
-        std::string sCameras;
-        const char* arIndices[4]; ///< by slot
-    } arRows[] = {
-        {"other cameras", CameraList(3, sDock), {"0 2 3", "0 2 3", "0 2 3", "-"}},
-        {"the same again", CameraList(3, sDock), {"0 2", "0 2 3 4", "0 2 3", "-"}}, // after the changes below
-        {"the first one is removed",
-         CameraList(2, Camera(0, 6, "10.0.0.2") + Camera(1, 6, "10.0.0.3")),
-         {"0 2 3 4", "0 2 3", "-", "-"}},
-        {"two change places, one of them its address",
-         CameraList(2, Camera(0, 6, "10.0.0.33") + Camera(1, 6, "10.0.0.2")),
-         {"0 2 3", "0 2 3 4", "-", "-"}},
-        {"another address",
-         CameraList(2, Camera(0, 6, "10.0.0.33") + Camera(1, 6, "10.9.9.9")),
-         {"0 2 3", "0 2 3 4", "-", "-"}},
-        {"another brand",
-         CameraList(2, Camera(0, 6, "10.0.0.33") + Camera(1, 9, "10.9.9.9")),
-         {"0 2 3", "0", "-", "-"}},
-        {"the former again",
-         CameraList(2, Camera(0, 4, "10.0.0.33") + Camera(1, 6, "10.9.9.9")),
-         {"-", "0 2 3", "-", "-"}},
-        {"no list", "<root/>", {"-", "-", "-", "-"}},
-        {"a count beyond the channels", CameraList(1000000, sDock), {"0 2 3", "0 2 3", "0 2 3", "-"}},
-    };
-    for (const auto& stRow : arRows) {
-        PutCameras(stRow.sCameras);
-        for (int i = 0; i < 4; ++i)
-            EXPECT_EQ(Indices(i), stRow.arIndices[i]) << stRow.pszWhat << ", slot " << i;
-        if (&stRow == &arRows[0]) {
+    bool bFirst = true;
+    for (const stDef_TableRow& row : ReadTable("motion_lists.txt", 7)) {
+        std::istringstream words(row[2]);
+        std::string sNodes, sIP;
+        for (int nSlot = 0, nVendorID = 0; words >> nVendorID >> sIP; ++nSlot)
+            sNodes += Camera(nSlot, nVendorID, sIP);
+        PutCameras(row[1].empty() ? "<root/>" : CameraList(row.Number(1), sNodes));
+        for (std::size_t i = 0; i < 4; ++i)
+            EXPECT_EQ(Indices(static_cast<int>(i)), row[3 + i]) << row[0] << ", slot " << i;
+        if (std::exchange(bFirst, false)) {
             Ask("remove&group=Motion.M3&camera=0");
             Ask(g_szAdd + std::string("1"));
         }
@@ -278,44 +212,27 @@ TEST_F(Motion, StreamTellsWhatMovesInThePicture)
     }
 }
 
-// In the street the van comes from the right once in a clip.
 TEST(SceneMotion, IsWhereSomethingMoves)
 {
-    constexpr float fWidth = 640, fHeight = 360;
-    const struct
-    {
-        const char* pszWhat;
-        int nChannel;
-        stDef_PictureArea stUnits;
-        int nFrame;
-        int nLeast, nMost; ///< percent
-    } arRows[] = {
-        {"the sky", 0, {0, 0, 440, 60}, 30, 0, 0},
-        {"the road before the van comes", 0, {540, 246, 640, 270}, 0, 0, 0},
-        {"the van at the right", 0, {540, 246, 640, 270}, 18, 20, 100},
-        {"the van is gone from there", 0, {540, 246, 640, 270}, 38, 0, 0},
-        {"the van in the middle", 0, {270, 246, 370, 270}, 42, 20, 100},
-        {"mirrored", 4, {0, 246, 100, 270}, 18, 20, 100},
-        {"mirrored: nothing on the other side", 4, {540, 246, 640, 270}, 18, 0, 0},
-        {"a single point of the picture", 0, {320, 20, 320, 20}, 30, 0, 0},
-        {"beyond the picture", 0, {700, 400, 800, 500}, 30, 0, 0},
-        {"the lift's doors", 3, {484, 100, 596, 230}, 12, 30, 100},
-        {"the painting in the lobby", 3, {42, 80, 142, 144}, 12, 0, 0},
-    };
     CPtzBoard objPtz;
     objPtz.m_S_Reset(5);
     const auto at = [](int nFrame) { return (nFrame * 2 + 1) * (500'000'000LL / stDef_EncodedClip::s_nFps); };
-    for (const auto& st : arRows) {
-        CSceneMotion objMotion(st.nChannel, objPtz);
-        objMotion.m_S_Look(at(st.nFrame));
-        const stDef_PictureArea stArea{st.stUnits.fLeft / fWidth, st.stUnits.fTop / fHeight, st.stUnits.fRight / fWidth,
-                                       st.stUnits.fBottom / fHeight};
+    for (const stDef_TableRow& row : ReadTable("scene_motion.txt", 5)) {
+        SCOPED_TRACE(row[0]);
+        std::istringstream area(row[2]), range(row[4]);
+        float fLeft = 0, fTop = 0, fRight = 0, fBottom = 0;
+        int nLeast = 0, nMost = 0;
+        area >> fLeft >> fTop >> fRight >> fBottom;
+        range >> nLeast >> nMost;
+        CSceneMotion objMotion(row.Number(1), objPtz);
+        objMotion.m_S_Look(at(row.Number(3)));
+        const stDef_PictureArea stArea{fLeft / 640, fTop / 360, fRight / 640, fBottom / 360};
         const int nLevel = objMotion.m_F_n_Level(stArea, 30);
-        EXPECT_TRUE(nLevel >= st.nLeast && nLevel <= st.nMost) << st.pszWhat << ": " << nLevel;
-        EXPECT_GE(objMotion.m_F_n_Level(stArea, 8), nLevel) << st.pszWhat;
-        EXPECT_LE(objMotion.m_F_n_Level(stArea, 62), nLevel) << st.pszWhat;
+        EXPECT_TRUE(nLevel >= nLeast && nLevel <= nMost) << nLevel;
+        EXPECT_GE(objMotion.m_F_n_Level(stArea, 8), nLevel);
+        EXPECT_LE(objMotion.m_F_n_Level(stArea, 62), nLevel);
         const stDef_PictureArea arMasked[] = {{stArea.fLeft, 0, stArea.fRight, 1}};
-        EXPECT_EQ(objMotion.m_F_n_Level(stArea, 30, arMasked), 0) << st.pszWhat;
+        EXPECT_EQ(objMotion.m_F_n_Level(stArea, 30, arMasked), 0);
     }
     CSceneMotion objMotion(0, objPtz);
     const stDef_PictureArea stHouses{0.05F, 0.25F, 0.6F, 0.5F};

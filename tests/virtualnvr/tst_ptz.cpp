@@ -2,6 +2,7 @@
 #include "CVirtualNvr.h"
 #include "scene/CPtzCamera.h"
 #include "scene/stDef_PtzPlaces.h"
+#include "support/Table.h"
 
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
@@ -29,51 +30,18 @@ void ExpectPose(const CPtzCamera& objCamera, double fAt, float fPan, float fTilt
     EXPECT_NEAR(stPose.fZoom, fZoom, 0.01) << "at " << fAt;
 }
 
-struct stDef_Row
-{
-    const char* pszQuery;
-    double fAfter; ///< seconds
-    float fPan, fTilt, fZoom;
-    bool bMoving;
-};
-
 } // namespace
 
-// All to one camera, 10 s apart.
 TEST(Ptz, MovesByCommandsAndTime)
 {
-    const stDef_Row arRows[] = {
-        {"move=upleft&speed=2", 9, -3, 3, 0, false},
-        {"move=right&speed=5", 9, 4.5, 3, 0, false},
-        {"move=down&speed=0", 9, 4.5, 1.5, 0, false},
-        {"move=downright&speed=1000", 9, 19.5, -13.5, 0, false},
-        {"move=down&speed=9", 9, 19.5, -15, 0, false}, // the limit
-        {"move=upright&speed=1", 9, 21, -13.5, 0, false},
-        {"move=left&speed=2", 9, 18, -13.5, 0, false},
-        {"move=up&speed=5", 9, 18, -6, 0, false},
-        {"move=downleft&speed=2", 9, 15, -9, 0, false},
-        {"rzoom=1&speed=5", 9, 15, -9, 0.5, false},
-        {"rzoom=-1&speed=2", 9, 15, -9, 0.3F, false},
-        {"move=home&speed=1", 9, 0, 0, 0, false},
-        {"continuouspantiltmove=16384:-3276&speed=0", 1, 20, -2, 0, true},
-        {"continuouspantiltmove=0:0&speed=0", 9, 90, -15, 0, false}, // 10 s have passed
-        {"continuouspantiltmove=-214748364:0&speed=0", 1, 50, -15, 0, true},
-        {"continuouszoommove=32768,0", 1, -90, -15, 1, true},
-        {"continuouszoommove=-8192,0", 4, -90, -15, 2, true},
-        {"gotoserverpresetno=2", 9, -11, 3, 1.9F, false},
-        {"autopan=on&speed=10", 2, 49, 3, 1.9F, true},
-        {"autopan=off&speed=1", 9, -71, 3, 1.9F, false}, // turned around at 90 and -90
-        {"tour=on&tournum=1", 3, 0, 0, 0, false},
-        {"tour=off&tournum=0", 8, 0.5, -2, 2.1F, false}, // it is another tour: this one goes on
-        {"tour=off&tournum=1", 9, 0.5, -2, 2.1F, false},
-    };
     CPtzCamera objCamera(0);
     double fNow = 1000;
-    for (const stDef_Row& stRow : arRows) {
-        SCOPED_TRACE(stRow.pszQuery);
-        EXPECT_TRUE(objCamera.m_F_b_Command(Parse(stRow.pszQuery), fNow));
-        ExpectPose(objCamera, fNow + stRow.fAfter, stRow.fPan, stRow.fTilt, stRow.fZoom);
-        EXPECT_EQ(objCamera.m_F_o_State(fNow + stRow.fAfter).bMoving, stRow.bMoving);
+    for (const stDef_TableRow& row : ReadTable("ptz.txt", 6)) {
+        SCOPED_TRACE(row[0]);
+        const double fAt = fNow + row.Number(1);
+        EXPECT_TRUE(objCamera.m_F_b_Command(Parse(row[0]), fNow));
+        ExpectPose(objCamera, fAt, std::stof(row[2]), std::stof(row[3]), std::stof(row[4]));
+        EXPECT_EQ(objCamera.m_F_o_State(fAt).bMoving, row.Is(5));
         fNow += 10;
     }
 }

@@ -4,6 +4,7 @@
 #include "cgi/CDocumentStore.h"
 #include "http/CRequestLog.h"
 #include "support/Process.h"
+#include "support/Table.h"
 
 #include <array>
 #include <chrono>
@@ -12,6 +13,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <map>
 #include <openssl/evp.h>
 #include <pugixml.hpp>
 
@@ -23,18 +25,11 @@ constexpr char g_szSystemInfo[] = "/cgi-bin/param.cgi?action=systeminfo";
 constexpr char g_szGetEMail[] = "/cgi-bin/SyncSetting.cgi?action=EMailXML";
 constexpr char g_szPutEMail[] = "/cgi-bin/SyncSetting.cgi?action=UpdateEMail";
 
-stDef_VirtualNvrConfig HttpOnly()
-{
-    stDef_VirtualNvrConfig stConfig;
-    stConfig.bStreams = false;
-    return stConfig;
-}
-
 /// A recorder that runs, or a failed test.
 class CRunning
 {
 public:
-    explicit CRunning(const stDef_VirtualNvrConfig& stConfig = HttpOnly())
+    explicit CRunning(const stDef_VirtualNvrConfig& stConfig = {.bStreams = false})
     {
         std::string sError;
         EXPECT_TRUE(vm_objRecorder.m_F_b_Start(stConfig, sError)) << sError;
@@ -94,35 +89,15 @@ std::string ReadFile(const std::string& sPath)
 
 TEST(Recorder, LogsInByAccountAndRequestTarget)
 {
-    stDef_VirtualNvrConfig stConfig = HttpOnly();
-    stConfig.arAccounts = {{"admin", "Fl33t!ink"}, {"m\"ü\\ller", "a:b&c#d e"}, {"open", ""}};
-    CRunning objRunning(stConfig);
-    const std::string sQuoted = "/cgi-bin/logininfo.cgi?a=\"b\",uri=\"c\"&d=%41+%20";
-    const struct
-    {
-        emDef_Auth eAuth;
-        const char *pszUser, *pszPassword;
-        std::string sTarget;
-        long nStatus;
-    } arCases[] = {
-        {emDef_Auth::None, "", "", g_szSystemInfo, 401},
-        {emDef_Auth::Basic, "admin", "Fl33t!ink", g_szSystemInfo, 200},
-        {emDef_Auth::Digest, "admin", "Fl33t!ink", g_szSystemInfo, 200},
-        {emDef_Auth::Basic, "admin", "fl33t!ink", g_szSystemInfo, 401},
-        {emDef_Auth::Digest, "admin", "fl33t!ink", g_szSystemInfo, 401},
-        {emDef_Auth::Basic, "", "", g_szSystemInfo, 401},
-        {emDef_Auth::Basic, "m\"ü\\ller", "a:b&c#d e", g_szSystemInfo, 200},
-        {emDef_Auth::Digest, "m\"ü\\ller", "a:b&c#d e", g_szSystemInfo, 200},
-        {emDef_Auth::Digest, "m\"ü\\ller", "a:b&c#d", g_szSystemInfo, 401},
-        {emDef_Auth::Digest, "open", "", g_szSystemInfo, 200},
-        {emDef_Auth::Digest, "admin", "Fl33t!ink", sQuoted, 200},
-        {emDef_Auth::Digest, "admin", "Fl33t!ink", "/cgi-bin/logininfo.cgi?name=T\xc3\xbcr", 200},
-    };
-    for (const auto& stCase : arCases) {
-        SCOPED_TRACE(stCase.sTarget + " as \"" + stCase.pszUser + "\" with \"" + stCase.pszPassword + "\"");
-        CProbe objProbe(objRunning.m_F_n_Port(), stCase.eAuth, stCase.pszUser, stCase.pszPassword);
-        const stDef_ProbeReply stReply = objProbe.m_F_o_Get(stCase.sTarget);
-        EXPECT_EQ(stReply.nStatus, stCase.nStatus);
+    CRunning objRunning(
+        {.arAccounts = {{"admin", "Fl33t!ink"}, {"m\"ü\\ller", "a:b&c#d e"}, {"open", ""}}, .bStreams = false});
+    const std::map<std::string, emDef_Auth> mapAuths = {
+        {"None", emDef_Auth::None}, {"Basic", emDef_Auth::Basic}, {"Digest", emDef_Auth::Digest}};
+    for (const stDef_TableRow& row : ReadTable("logins.txt", 5)) {
+        SCOPED_TRACE(row.sWhere);
+        CProbe objProbe(objRunning.m_F_n_Port(), mapAuths.at(row[0]), row[1], row[2]);
+        const stDef_ProbeReply stReply = objProbe.m_F_o_Get(row[3].empty() ? g_szSystemInfo : row[3]);
+        EXPECT_EQ(stReply.nStatus, row.Number(4));
         EXPECT_EQ(stReply.arHeads.back().find("stale"), std::string::npos);
     }
 }
@@ -133,41 +108,14 @@ TEST(Recorder, TakesALoginForItsOwnTargetAndOnce)
     CProbe objProbe(objRunning.m_F_n_Port(), emDef_Auth::None);
     const std::string sChallenge = objProbe.m_F_o_Get("/").arHeads.back();
     const std::string sInfo = "/logininfo.cgi";
-    const struct
-    {
-        std::string sTarget, sUriText;
-        int nCount;
-        std::string sResult;    ///< "200", "401", or "stale"
-        std::string sFrom, sTo; ///< changed in the login afterwards
-    } arCases[] = {
-        {sInfo + "?pwd=a#b", sInfo + "?pwd=a#b", 1, "200", "", ""},
-        {sInfo + "?pwd=a#b", sInfo + "?pwd=a", 2, "401", "", ""},
-        {sInfo + "?n=\"x\"", sInfo + "?n=\"x\"", 3, "200", "", ""},
-        {sInfo + "?n=\"x\"", sInfo + "?n=\\\"x\\\"", 4, "200", "", ""},
-        {sInfo + "?n=%2541%zz", sInfo + "?n=%2541%zz", 5, "200", "", ""},
-        {sInfo, sInfo, 9, "200", "", ""},
-        {sInfo, sInfo, 7, "200", "", ""}, // overtaken by the one before
-        {sInfo, sInfo, 7, "stale", "", ""},
-        {sInfo, sInfo, 9, "stale", "", ""},
-        {sInfo, sInfo, 0, "stale", "", ""},
-        {sInfo, sInfo, 80, "200", "", ""},
-        {sInfo, sInfo, 10, "stale", "", ""}, // too far behind to be known as new
-        {sInfo, sInfo, 81, "401", "nc=00000051", "nc=00000052"},
-        {sInfo, sInfo, 81, "401", "nonce=\"0", "nonce=\"1"},
-        {sInfo, sInfo, 81, "401", "qop=auth", "qop=auth-int"},
-        {sInfo, sInfo, 81, "401", "qop=auth", "qop=auth, algorithm=SHA-256"},
-        {sInfo, sInfo, 81, "401", "cnonce=\"0a\"", "cnonce=\"\""},
-        {sInfo, sInfo, 81, "401", "response=\"", "response=\"0"},
-        {sInfo, sInfo, 81, "401", "Digest ", "digit "},
-        {sInfo, sInfo, 81, "200", "Digest ", "DIGEST ,, "},
-    };
-    for (const auto& stCase : arCases) {
-        std::string sLogin = LoginByHand(sChallenge, stCase.sTarget, stCase.sUriText, stCase.nCount);
-        ASSERT_NE(sLogin.find(stCase.sFrom), std::string::npos);
-        objProbe.m_S_SetAuthorization(sLogin.replace(sLogin.find(stCase.sFrom), stCase.sFrom.size(), stCase.sTo));
-        const stDef_ProbeReply stReply = objProbe.m_F_o_Get(stCase.sTarget);
+    for (const stDef_TableRow& row : ReadTable("digests.txt", 6)) {
+        SCOPED_TRACE(row.sWhere);
+        std::string sLogin = LoginByHand(sChallenge, row[0], row[1], row.Number(2));
+        ASSERT_NE(sLogin.find(row[4]), std::string::npos);
+        objProbe.m_S_SetAuthorization(sLogin.replace(sLogin.find(row[4]), row[4].size(), row[5]));
+        const stDef_ProbeReply stReply = objProbe.m_F_o_Get(row[0]);
         const bool bStale = stReply.arHeads.back().find("stale=true") != std::string::npos;
-        EXPECT_EQ(bStale ? "stale" : std::to_string(stReply.nStatus), stCase.sResult) << sLogin;
+        EXPECT_EQ(bStale ? "stale" : std::to_string(stReply.nStatus), row[3]) << sLogin;
     }
     // The right password under a nonce that the recorder never gave.
     std::string sForged = sChallenge;
@@ -179,9 +127,7 @@ TEST(Recorder, TakesALoginForItsOwnTargetAndOnce)
 
 TEST(Recorder, RenewsAStaleLogin)
 {
-    stDef_VirtualNvrConfig stConfig = HttpOnly();
-    stConfig.nNonceLifetimeMs = 300;
-    CRunning objRunning(stConfig);
+    CRunning objRunning({.bStreams = false, .nNonceLifetimeMs = 300});
     CProbe objProbe(objRunning.m_F_n_Port());
     EXPECT_EQ(objProbe.m_F_o_Get(g_szSystemInfo).nStatus, 200);
     const auto objLimit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
@@ -245,62 +191,24 @@ TEST(Recorder, KeepsNoBodyOfAStranger)
 
 TEST(Recorder, AnswersAsItsKind)
 {
-    const std::string sSync = "/cgi-bin/SyncSetting.cgi?action=";
-    const struct
-    {
-        bool bPC;
-        std::string sTarget;
-        const char* pszXPath; ///< true of the reply; null: there is no such program
-    } arCases[] = {
-        {false, g_szSystemInfo,
-         "/XML/root/Local[@MaxCam='16' and @DINum and @DIPS]/Language[@LangNum='3' and @Lang002]"},
-        {false, "/cgi-bin/logininfo.cgi",
-         "/XML/root[string-length(Preview_Privilege)=16 and substring(DeviceFunc,27,1)='1']"},
-        {false, "/logininfo.cgi", "/XML/root[substring(DeviceFunc,1,9)='1,1,1,1,1']"},
-        {false, sSync + "SystemXML",
-         "/XML/root[system/camera/template/@Resolution and system/network/DDNS and system/network/DIPS and "
-         "system/Notification/FTP and account/USER003/@PreviewCam='1111111111111111']"},
-        {false, "/cgi-bin/SyncSetting.cgi?x=1&action=%53ystemXML",
-         "/XML/root/account/*[@PreviewCam='1110000000000000']"},
-        {false, sSync + "ScheduleXML", "count(/XML/root/Main/SCH/*/*[@SetCount=count(*)])=28"},
-        {false, sSync + "CameraXML",
-         "/XML/root/Camera[@count=count(*) and count(*[@VendorID and @Name and @Enable])=4]"},
-        {false, sSync + "EMailXML", "/XML/root/EMail[@count=count(*[@Mail!=''])]"},
-        {false, sSync + "UpdateEMail", nullptr}, // by GET
-        {false, sSync + "systemxml", nullptr},
-        {false, "/cgi-bin/CMS.cgi?action=CamXml", nullptr},
-        {false, "/cgi-bin/motiondata.cgi?camera=16", nullptr},
-        {false, "/cgi-bin/motiondata.cgi?camera=-1", nullptr},
-        {false, "/../../etc/passwd", nullptr},
-        {true, "/cgi-bin/SystemStatus.cgi", "/XML/root[System/@MaxCam='16']/Status[count(*)=16]"},
-        {true, "/cgi-bin/CMS.cgi?action=CamXml", "/XML/root/Camera[@count='4']"},
-        {true, "/cgi-bin/logininfo.cgi", "/XML/root[string-length(Preview_Privilege)=16]"},
-        {true, g_szSystemInfo, nullptr},
-        {true, sSync + "SystemXML", nullptr},
-    };
-    stDef_VirtualNvrConfig stConfig = HttpOnly();
-    stConfig.nChannels = 16;
-    CRunning objEmbedded(stConfig);
-    stConfig.bPC = true;
-    CRunning objPC(stConfig);
-    for (const auto& stCase : arCases) {
-        SCOPED_TRACE((stCase.bPC ? "PC " : "embedded ") + stCase.sTarget);
-        const auto stReply = CProbe((stCase.bPC ? objPC : objEmbedded).m_F_n_Port()).m_F_o_Get(stCase.sTarget);
-        EXPECT_EQ(stReply.nStatus, stCase.pszXPath ? 200 : 404);
-        if (!stCase.pszXPath)
+    CRunning objEmbedded({.nChannels = 16, .bStreams = false});
+    CRunning objPC({.nChannels = 16, .bPC = true, .bStreams = false});
+    for (const stDef_TableRow& row : ReadTable("programs.txt", 3)) {
+        SCOPED_TRACE(row[0] + ' ' + row[1]);
+        const auto stReply = CProbe((row[0] == "PC" ? objPC : objEmbedded).m_F_n_Port()).m_F_o_Get(row[1]);
+        EXPECT_EQ(stReply.nStatus, row[2].empty() ? 404 : 200);
+        if (row[2].empty())
             continue;
         pugi::xml_document objDocument;
         EXPECT_TRUE(objDocument.load_string(stReply.sBody.c_str()));
-        EXPECT_TRUE(pugi::xpath_query(stCase.pszXPath).evaluate_boolean(objDocument)) << stReply.sBody;
+        EXPECT_TRUE(pugi::xpath_query(row[2].c_str()).evaluate_boolean(objDocument)) << stReply.sBody;
         EXPECT_NE(stReply.sBody.find("<root>"), std::string::npos) << "clients look for this very text";
     }
 }
 
 TEST(Recorder, TellsAddressesOfDirectoryIdsWithoutLogin)
 {
-    stDef_VirtualNvrConfig stConfig = HttpOnly();
-    stConfig.arDipsIds = {{"FL-7", "192.0.2.7:8080"}};
-    CRunning objRunning(stConfig);
+    CRunning objRunning({.bStreams = false, .arDipsIds = {{"FL-7", "192.0.2.7:8080"}}});
     CProbe objProbe(objRunning.m_F_n_Port(), emDef_Auth::None);
     const std::string sOwn = "http://127.0.0.1:" + std::to_string(objRunning.m_F_n_Port()) + "\r\n";
     EXPECT_NE(objProbe.m_F_o_Get("/dips/request.php?id=FL-000001").sBody.find(sOwn), std::string::npos);
@@ -350,8 +258,7 @@ TEST(Documents, ComeBackAsPostedAlsoAfterARestart)
         {"EMail", "<root/>"},
     };
     CStateFolder objFolder;
-    stDef_VirtualNvrConfig stConfig = HttpOnly();
-    stConfig.sStateFolder = objFolder.vm_sPath + "/deep/state";
+    const stDef_VirtualNvrConfig stConfig = {.sStateFolder = objFolder.vm_sPath + "/deep/state", .bStreams = false};
     for (const bool bPost : {true, false}) {
         CRunning objRunning(stConfig);
         CProbe objProbe(objRunning.m_F_n_Port());
@@ -375,21 +282,19 @@ TEST(Documents, ComeBackAsPostedAlsoAfterARestart)
 
 TEST(Documents, RefuseWhatIsNoDocument)
 {
-    std::string sDeep;
-    for (int i = 0; i < 100000; ++i)
-        sDeep += "<a>";
-    const std::string arBodies[] = {"",
-                                    "no markup",
-                                    "<root>",
-                                    "<root><a></root>",
-                                    "<other/>",
-                                    "<XML><other/></XML>",
-                                    "<root a=\"\xC3(\"/>",
-                                    "<root>\xE5\x80</root>",
-                                    std::string("<root>\0</root>", 14),
-                                    "<!DOCTYPE r [<!ENTITY a \"aaaa\"><!ENTITY b \"&a;&a;\">]><root>&b;</root>",
-                                    "<root>" + sDeep,
-                                    std::string("\xFF\xFE<\0r\0/\0>\0", 10)};
+    const auto Repeated = [](const std::string& sPart, std::size_t nTimes) {
+        std::string sAll;
+        for (std::size_t i = 0; i < nTimes; ++i)
+            sAll += sPart;
+        return sAll;
+    };
+    constexpr std::size_t Many = CDocumentStore::MaxNodes;
+    std::vector<std::string> arBodies = {"<root>" + Repeated("<a>", 100000),
+                                         Repeated("<root>", 301) + Repeated("</root>", 301),
+                                         "<root>" + Repeated("<a/>", Many + 1) + "</root>", // few bytes, much memory
+                                         "<root>" + Repeated("<a b=''/>", Many / 2 + 1) + "</root>"};
+    for (const stDef_TableRow& row : ReadTable("no_documents.txt", 1))
+        arBodies.push_back(row[0]);
     CRunning objRunning;
     CProbe objProbe(objRunning.m_F_n_Port());
     const std::string sBefore = objProbe.m_F_o_Get(g_szGetEMail).sBody;
@@ -399,23 +304,12 @@ TEST(Documents, RefuseWhatIsNoDocument)
         EXPECT_NE(stReply.sBody.find("Code=\"ERROR\" Reason=\""), std::string::npos) << stReply.sBody;
     }
     EXPECT_EQ(objProbe.m_F_o_Get(g_szGetEMail).sBody, sBefore);
-    std::string sNested = "<root>";
-    for (int i = 0; i < 300; ++i)
-        sNested = "<root>" + sNested + "</root>";
-    EXPECT_EQ(objProbe.m_F_o_Post(g_szPutEMail, sNested + "</root>").nStatus, 400);
-    for (const std::string& sPart : {std::string("<a/>"), std::string("<a b=''/>")}) { // few bytes, much memory
-        std::string sMany = "<root>";
-        for (std::size_t i = 0; i <= CDocumentStore::MaxNodes / (sPart.size() / 4); ++i)
-            sMany += sPart;
-        EXPECT_EQ(objProbe.m_F_o_Post(g_szPutEMail, sMany + "</root>").nStatus, 400) << sPart;
-    }
 }
 
 TEST(Documents, SurviveADamagedFile)
 {
     CStateFolder objFolder;
-    stDef_VirtualNvrConfig stConfig = HttpOnly();
-    stConfig.sStateFolder = objFolder.vm_sPath;
+    const stDef_VirtualNvrConfig stConfig = {.sStateFolder = objFolder.vm_sPath, .bStreams = false};
     const std::string sFile = objFolder.vm_sPath + "/Camera.xml";
     std::string sSeed;
     {
@@ -447,12 +341,12 @@ TEST(Recorder, TellsWhatKeepsItFromStarting)
     };
     CVirtualNvr objRecorder;
     for (const auto& [pszPart, fnBreak] : arCases) {
-        stDef_VirtualNvrConfig stConfig = HttpOnly();
+        stDef_VirtualNvrConfig stConfig = {.bStreams = false};
         fnBreak(stConfig);
         std::string sError;
         EXPECT_FALSE(objRecorder.m_F_b_Start(stConfig, sError));
         EXPECT_TRUE(!sError.empty() && sError.find(pszPart) != std::string::npos) << pszPart << ": " << sError;
     }
     std::string sError;
-    EXPECT_TRUE(objRecorder.m_F_b_Start(HttpOnly(), sError)) << "failed starts spoil nothing: " << sError;
+    EXPECT_TRUE(objRecorder.m_F_b_Start({.bStreams = false}, sError)) << "failed starts spoil nothing: " << sError;
 }

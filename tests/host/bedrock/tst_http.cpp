@@ -20,6 +20,8 @@
 #include "host/bedrock/CHTTP.h"
 #include "host/bedrock/CMemManage.h"
 #include "http/CRequestLog.h"
+#include "support/Table.h"
+#include "support/Waiting.h"
 
 namespace {
 
@@ -76,16 +78,6 @@ long MsSince(Clock::time_point nBegin)
     return static_cast<long>(std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - nBegin).count());
 }
 
-/// Waits until the condition holds; false if it doesn't in time.
-template <typename Condition>
-bool Wait(Condition condition)
-{
-    const auto nBegin = Clock::now();
-    while (!condition() && MsSince(nBegin) < LongMs)
-        std::this_thread::yield();
-    return condition();
-}
-
 class Http : public testing::Test
 {
 protected:
@@ -96,11 +88,8 @@ protected:
     }
     void Start(int nPort)
     {
-        stDef_VirtualNvrConfig stConfig;
-        stConfig.bStreams = false;
-        stConfig.nHttpPort = nPort;
         std::string sError;
-        ASSERT_TRUE(vm_nvr.m_F_b_Start(stConfig, sError)) << sError;
+        ASSERT_TRUE(vm_nvr.m_F_b_Start({.nHttpPort = nPort, .bStreams = false}, sError)) << sError;
     }
 
     int Port() const { return vm_nvr.m_F_n_HttpPort(); }
@@ -141,31 +130,10 @@ protected:
 
 TEST_F(Http, SendsTheUrlAsItWasGiven)
 {
-    const std::pair<QByteArray, const char*> arRows[] = {
-        {"cgi-bin/x.cgi?a=1&b=2", "/cgi-bin/x.cgi?a=1&b=2"},
-        {"/cgi-bin/x.cgi", "/cgi-bin/x.cgi"},
-        {"", "/"},
-        {"?a=1", "/?a=1"},
-        {"x.cgi?", "/x.cgi?"},
-        {"x.cgi?a=b c\td\r\n\x7f", "/x.cgi?a=b%20c%09d%0D%0A%7F"},
-        {"x.cgi?a=T\xc3\xbcr", "/x.cgi?a=T%C3%BCr"},
-        {"x.cgi?a=T\xfcr", "/x.cgi?a=T%FCr"},
-        {QByteArray("x.cgi?a=\0b", 10), "/x.cgi?a=%00b"},
-        {"a/../b/./c//d?e=/../f", "/a/../b/./c//d?e=/../f"},
-        {"%2F%2f%41/x?y=%C3%bc%zz%", "/%2F%2f%41/x?y=%C3%bc%zz%"},
-        {"x.cgi?url=http://a@b:1/?c?d", "/x.cgi?url=http://a@b:1/?c?d"},
-        {R"(x.cgi?a="<>\^`{|}'()*!$+,;[])", R"(/x.cgi?a=%22<>\^`{|}'()*!$+,;[])"},
-        {"x.cgi?name=a#b c", "/x.cgi?name=a#b%20c"},
-        {"x.cgi?name=a#", "/x.cgi?name=a#"},
-        {"a/%2F../b?name=a#b#c?d#e", "/a/%2F../b?name=a#b#c?d#e"},
-        {"a/../b#c?d=%2F", "/a/../b#c?d=%2F"},
-        {"a/../b?c=#", "/a/../b?c=#"},
-        {"#", "/#"},
-    };
-    for (const auto& [sUrl, pTarget] : arRows) {
-        EXPECT_EQ(Get(sUrl), CHTTP::Result_ErrorStatus)
-            << pTarget << ": not found; refused, had the login been for another";
-        EXPECT_EQ(Log(pTarget).back().sTarget, pTarget);
+    for (const stDef_TableRow& row : ReadTable("request_targets.txt", 2)) {
+        EXPECT_EQ(Get(QByteArray::fromStdString(row[0])), CHTTP::Result_ErrorStatus)
+            << row[1] << ": not found; refused, had the login been for another";
+        EXPECT_EQ(Log(row[1]).back().sTarget, row[1]);
     }
 }
 
@@ -374,7 +342,7 @@ TEST_F(Http, ItsEndEndsADirectRequestAndWaitsForIt)
     std::thread asker([&, pAsked = pHttp.get()] {
         nResult = pAsked->m_F_n_HTTPGetDataDirect(Host, {}, {}, server.m_F_n_Port(), "x", &vm_mem, LongMs);
     });
-    EXPECT_TRUE(Wait([&] { return bAsked.load(); }));
+    EXPECT_TRUE(WaitUntil([&] { return bAsked.load(); }));
     const auto nBegin = Clock::now();
     pHttp.reset();
     EXPECT_LT(MsSince(nBegin), 1000);
@@ -384,22 +352,10 @@ TEST_F(Http, ItsEndEndsADirectRequestAndWaitsForIt)
 
 TEST_F(Http, RefusesWhatIsNoRequest)
 {
-    const std::pair<QByteArray, int> arTargets[] = {
-        {"", Port()},
-        {Host, 0},
-        {Host, -1},
-        {Host, 65536},
-        {"127.0.0.1/x", Port()},
-        {"a@127.0.0.1", Port()},
-        {"127.0.0.1?", Port()},
-        {"127.0.0.1#", Port()},
-        {"127.0.0.1:80", Port()},
-        {"127.0.0.1 ", Port()},
-        {QByteArray("127.0.0.1\0x", 11), Port()},
-        {QByteArray(300, 'a'), Port()},
-    };
-    for (const auto& [sHost, nPort] : arTargets) {
-        SCOPED_TRACE(sHost.toStdString() + ":" + std::to_string(nPort));
+    for (const stDef_TableRow& row : ReadTable("no_hosts.txt", 2)) {
+        SCOPED_TRACE(row.sWhere);
+        const QByteArray sHost = QByteArray::fromStdString(row[0]);
+        const int nPort = row[1].empty() ? Port() : row.Number(1);
         vm_mem.m_F_b_SetContent("old", 3);
         EXPECT_EQ(vm_http.m_F_n_HTTPGetDataDirect(sHost, User, Password, nPort, Info, &vm_mem, LongMs),
                   CHTTP::Result_BadArgument);
@@ -468,13 +424,13 @@ TEST_F(Http, ASlowNameServiceHoldsNobody)
     EXPECT_LE(MsSince(nBegin), TimeoutMs + SlackMs);
     ASSERT_TRUE(vm_http.m_S_Init("slow2.test", User, Password, 80));
     auto reader = std::async(std::launch::async, [this] { return NextPart(Motion); });
-    EXPECT_TRUE(Wait([] { return g_nInNames == 2; }));
+    EXPECT_TRUE(WaitUntil([] { return g_nInNames == 2; }));
     nBegin = Clock::now();
     vm_http.m_S_Release();
     EXPECT_EQ(reader.get(), CHTTP::Result_Stopped);
     EXPECT_LT(MsSince(nBegin), SlackMs);
     g_objNamesGo.set_value();
-    EXPECT_TRUE(Wait([] { return g_nInNames == 0; })) << "threads that libcurl let go";
+    EXPECT_TRUE(WaitUntil([] { return g_nInNames == 0; })) << "threads that libcurl let go";
     EXPECT_EQ(GetFrom(80, "slow3.test"), CHTTP::Result_Unreachable) << "now it says that there is none";
 }
 
@@ -526,7 +482,7 @@ TEST_F(Http, ReleaseEndsABlockedReadAtOnce)
             bBlocksNext = true;
             return NextPart(Motion);
         });
-        EXPECT_TRUE(Wait([&] { return bBlocksNext.load(); }));
+        EXPECT_TRUE(WaitUntil([&] { return bBlocksNext.load(); }));
         const bool bUnderWay = nRound % 2 == 0;
         if (bUnderWay)
             EXPECT_GT(Get(Info), 0) << "another group; meanwhile the read gets under way for sure";
@@ -560,7 +516,7 @@ TEST_F(Http, StreamCommandsAndRequestsRunBesideEachOther)
         while (vm_http.m_F_n_HTTPGetData(Info, LongMs) > 0)
             ++nCommands;
     });
-    EXPECT_TRUE(Wait([&] { return Get(Info) < 0 || (nParts >= 2 && nCommands >= 20); }));
+    EXPECT_TRUE(WaitUntil([&] { return Get(Info) < 0 || (nParts >= 2 && nCommands >= 20); }));
     vm_http.m_S_Release();
     stream.join();
     commands.join();

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/bedrock/CXmlObj.h"
+#include "support/Table.h"
 
 using namespace Qt::StringLiterals;
 
@@ -39,40 +40,11 @@ TEST(Xml, ReadsWhatTheRecorderWrote)
 {
     CXmlObj objXml;
     ASSERT_TRUE(objXml.m_F_b_LoadXMLFile(g_sFixtures + u"Camera.xml"_s));
-    const struct
-    {
-        QString sPath;
-        QString sKey;
-        const char* pszText;
-        int nNumber;
-    } arRows[] = {
-        {u"/root/Camera/Cam000"_s, u"Name"_s, "Loading dock & ramp", 0},
-        {u"Camera/Cam001"_s, u"Name"_s, "Café <left>", 0},
-        {u"/root/Camera/Cam002"_s, u"Name"_s, "收銀台 3", 0},
-        {u"/root/Camera/Cam003"_s, u"Name"_s, "He said \"stop\"", 0},
-        {u"/root/Camera/Cam003"_s, u"Note"_s, "two lines", 0},
-        {u" /root/Camera/Cam003 "_s, u"VendorID"_s, "-1", -1},
-        {u"Camera"_s, u"count"_s, "4", 4},
-        {u""_s, u"version"_s, "12", 12},
-        {u"/root"_s, u"version"_s, "12", 12},
-        {u"/root/Camera/Cam000"_s, u"Bitrate"_s, " 4096", 4096},
-        {u"/root/Camera/Cam001"_s, u"FPS"_s, "12fps", 12},
-        {u"/root/Camera/Cam001"_s, u"HttpPort"_s, "-8080", -8080},
-        {u"/root/Camera/Cam001"_s, u"Bitrate"_s, "", 0},
-        {u"/root/Camera/Cam002"_s, u"HttpPort"_s, "99999999999", 2147483647},
-        {u"/root/Camera/Cam002/Motion/Wnd"_s, u"rect"_s, "10,20,110,120", 10},
-        {u"/root/Camera/Cam000"_s, u"ip"_s, "default", 77},
-        {u"/root/camera/Cam000"_s, u"IP"_s, "default", 77},
-        {u"/Camera/Cam000"_s, u"IP"_s, "default", 77},
-        {u"/root/Camera/"_s, u"count"_s, "default", 77},
-        {u"//Camera"_s, u"count"_s, "default", 77},
-        {u"/"_s, u"version"_s, "default", 77},
-        {u"/root/Camera/Cam004"_s, u"IP"_s, "default", 77},
-    };
-    for (const auto& stRow : arRows) {
-        SCOPED_TRACE(stRow.sPath.toStdString() + " " + stRow.sKey.toStdString());
-        EXPECT_EQ(Value(objXml, stRow.sPath, stRow.sKey), stRow.pszText);
-        EXPECT_EQ(objXml.m_F_n_GetValueInt(stRow.sPath, stRow.sKey, 77), stRow.nNumber);
+    for (const stDef_TableRow& row : ReadTable("values.txt", 4)) {
+        SCOPED_TRACE(row.sWhere);
+        const QString sPath = QString::fromStdString(row[0]), sKey = QString::fromStdString(row[1]);
+        EXPECT_EQ(Value(objXml, sPath, sKey), row[2]);
+        EXPECT_EQ(objXml.m_F_n_GetValueInt(sPath, sKey, 77), row.Number(3));
     }
     EXPECT_EQ(Text(objXml, u"Msg"_s), "MAC=00-13-E2 & more <raw> & \"quoted\" ");
     EXPECT_EQ(Text(objXml, u"/root/Camera/Cam002/FutureThing"_s), "kept as it is");
@@ -112,93 +84,49 @@ TEST(Xml, WalksAllNodesOfAPath)
 
 TEST(Xml, DocumentsGoBackAsTheyCame)
 {
-    const struct
-    {
-        QString sFile;
-        QString sList;                   // a node with a count
-        std::vector<const char*> arKept; // after a change elsewhere in the document
-    } arRows[] = {
-        {u"Camera.xml"_s,
-         u"Camera"_s,
-         {"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!-- written by", "<?recorder-style compact=\"no\"?>", "&#xE9;",
-          "&quot;stop&quot;", "two\nlines", "<!-- moved from the north wing -->\n        <Cam002",
-          "<FutureThing unit=\"furlong\">kept <b>as</b> it is</FutureThing>", "<![CDATA[ <raw> & \"quoted\" ]]></Msg>",
-          "</root>\n<!-- end -->\n"}},
-        {u"Schedule_crlf.xml"_s,
-         u"Main/SCH"_s,
-         {"<root Touched=\"1\">\r\n\t<Main>\r\n\t\t<SCH", "<MON a=\"&unknown; &amp &\"/>",
-          "one\r\nline two</Text>\r\n"}},
-        {u"System_compact.xml"_s,
-         u"accounts"_s,
-         {"<?xml version=\"1.0\"?>\n<!DOCTYPE root SYSTEM \"system.dtd\">\n<root ", "<Notification/>"}},
-    };
-    for (const auto& stRow : arRows) {
-        SCOPED_TRACE(stRow.sFile.toStdString());
-        const QString sText = QString::fromUtf8(ReadFile(g_sFixtures + stRow.sFile));
+    for (const stDef_TableRow& row : ReadTable("kept.txt", 11)) {
+        SCOPED_TRACE(row[0]);
+        const QString sList = QString::fromStdString(row[1]);
+        const QString sText = QString::fromUtf8(ReadFile(g_sFixtures + QString::fromStdString(row[0])));
         CXmlObj objXml;
         ASSERT_TRUE(objXml.m_F_b_LoadXML(QChar(QChar::ByteOrderMark) + sText));
         EXPECT_EQ(objXml.m_F_s_GetXML(), sText);
-        const qint32 nCount = objXml.m_F_n_GetValueInt(stRow.sList, u"count"_s, -1);
-        EXPECT_TRUE(objXml.m_F_b_SetValue(stRow.sList, u"count"_s, nCount));
+        const qint32 nCount = objXml.m_F_n_GetValueInt(sList, u"count"_s, -1);
+        EXPECT_TRUE(objXml.m_F_b_SetValue(sList, u"count"_s, nCount));
         EXPECT_EQ(objXml.m_F_s_GetXML(), sText) << "to store what was there already is no change";
 
         ASSERT_TRUE(objXml.m_F_b_SetValue(u""_s, u"Touched"_s, 1));
-        const QString sChanged = objXml.m_F_s_GetXML();
-        for (const char* pszKept : stRow.arKept)
-            EXPECT_TRUE(sChanged.contains(QString::fromUtf8(pszKept))) << pszKept << "\n" << sChanged.toStdString();
+        const std::string sChanged = objXml.m_F_s_GetXML().toStdString();
+        for (std::size_t n = 2; n < row.arFields.size(); ++n)
+            EXPECT_NE(sChanged.find(row[n]), sChanged.npos) << row[n] << "\n" << sChanged;
     }
 }
 
-// One edit: 's'et, 'a'dd, 'r'emove, re'n'ame, 'p'ut a whole child.
-bool Edit(CXmlObj& objXml, char cEdit, const QString& sPath, const QString& sName, const QString& sValue = QString())
+bool Edit(CXmlObj& objXml, const QString& sEdit, const QString& sPath, const QString& sName, const QString& sValue)
 {
-    switch (cEdit) {
-    case 's':
-        return objXml.m_F_b_SetValue(sPath, sName, sValue);
-    case 'a':
-        return objXml.m_F_b_AddNods(sPath, sName);
-    case 'r':
-        return objXml.m_F_b_RemoveNods(sPath, sName);
-    case 'p':
-        return objXml.m_F_b_SetNods(sPath, sName, sValue);
-    default:
-        return objXml.m_F_b_RenameNods(sPath, sName, sValue);
-    }
+    return sEdit == u"set"      ? objXml.m_F_b_SetValue(sPath, sName, sValue)
+           : sEdit == u"add"    ? objXml.m_F_b_AddNods(sPath, sName)
+           : sEdit == u"remove" ? objXml.m_F_b_RemoveNods(sPath, sName)
+           : sEdit == u"put"    ? objXml.m_F_b_SetNods(sPath, sName, sValue)
+                                : objXml.m_F_b_RenameNods(sPath, sName, sValue);
 }
 
-TEST(Xml, EditsKeepTheLayout)
+TEST(Xml, EditsKeepTheLayoutOrHaveNoEffect)
 {
-    const struct
-    {
-        QString sBefore;
-        char cEdit;
-        QString sPath, sName, sValue, sAfter;
-    } arRows[] = {
-        {u"<root></root>"_s, 's', u"/root/NVR/N000"_s, u"ID"_s, u"7"_s, u"<root><NVR><N000 ID=\"7\"/></NVR></root>"_s},
-        {u"<root></root>"_s, 'a', u""_s, u"Camera"_s, {}, u"<root><Camera/></root>"_s},
-        {u"<root a='1'/>"_s, 's', u""_s, u"a"_s, u"<\"&'>\t\n\r\x1\xD800!"_s,
-         u"<root a=\"&lt;&quot;&amp;'&gt;&#9;&#10;&#13;\uFFFD\uFFFD!\"/>"_s},
-        {u"<r>\n  <a/>\n</r>"_s, 'a', u""_s, u"b"_s, {}, u"<r>\n  <a/>\n  <b/>\n</r>"_s},
-        {u"<r>\r\n\t<a/>\r\n</r>"_s, 's', u"a/b"_s, u"k"_s, u"1"_s,
-         u"<r>\r\n\t<a>\r\n\t\t<b k=\"1\"/>\r\n\t</a>\r\n</r>"_s},
-        {u"<r>text<a/></r>"_s, 'a', u""_s, u"b"_s, {}, u"<r>text<a/><b/></r>"_s},
-        {u"<r>\n  <a/>\n  <b/>\n</r>"_s, 'r', u""_s, u"a"_s, {}, u"<r>\n  <b/>\n</r>"_s},
-        {u"<r>\n  <a><b/></a>\n</r>"_s, 'r', u""_s, u"a"_s, {}, u"<r/>"_s},
-        {u"<r><a n=\"1\"/><a n=\"2\"/></r>"_s, 'r', u"/r"_s, u"a"_s, {}, u"<r><a n=\"2\"/></r>"_s},
-        {u"<r><a><k>1</k></a></r>"_s, 'n', u""_s, u"a"_s, u"b"_s, u"<r><b><k>1</k></b></r>"_s},
-        {u"<r ><a></a></r>"_s, 'n', u""_s, u"a"_s, u"a"_s, u"<r ><a></a></r>"_s},
-        {u"<r>\n  <a/>\n  <b/>\n</r>"_s, 'p', u""_s, u"a"_s, u"<a k=\"&#xE9;\"><!-- c --><b/></a>"_s,
-         u"<r>\n  <a k=\"&#xE9;\"><!-- c --><b/></a>\n  <b/>\n</r>"_s},
-        {u"<r>\n  <a/>\n</r>"_s, 'p', u"/r"_s, u"b"_s, u"<b k=\"1\"/>"_s, u"<r>\n  <a/>\n  <b k=\"1\"/>\n</r>"_s},
-        {u"<r>\n  <a/>\n  <b/>\n</r>"_s, 'p', u""_s, u"a"_s, u""_s, u"<r>\n  <b/>\n</r>"_s},
-    };
-    for (const auto& stRow : arRows) {
-        SCOPED_TRACE(stRow.sBefore.toStdString() + " -> " + stRow.sAfter.toStdString());
+    for (const stDef_TableRow& row : ReadTable("edits.txt", 6)) {
+        SCOPED_TRACE(row.sWhere);
         CXmlObj objXml;
-        ASSERT_TRUE(objXml.m_F_b_LoadXML(stRow.sBefore));
-        EXPECT_TRUE(Edit(objXml, stRow.cEdit, stRow.sPath, stRow.sName, stRow.sValue));
-        EXPECT_EQ(objXml.m_F_s_GetXML().toStdString(), stRow.sAfter.toStdString());
+        QStringList arFields;
+        for (const std::string& sField : row.arFields)
+            arFields << QString::fromStdString(sField);
+        ASSERT_TRUE(objXml.m_F_b_LoadXML(arFields[0]));
+        EXPECT_EQ(Edit(objXml, arFields[1], arFields[2], arFields[3], arFields[4]), !row[5].empty());
+        EXPECT_EQ(objXml.m_F_s_GetXML().toStdString(), row[5].empty() ? row[0] : row[5]);
     }
+    CXmlObj objXml;
+    ASSERT_TRUE(objXml.m_F_b_LoadXML(u"<root/>"_s));
+    EXPECT_TRUE(objXml.m_F_b_SetValue(u""_s, u"a"_s, u"\x1\xD800!"_s));
+    EXPECT_EQ(objXml.m_F_s_GetXML(), u"<root a=\"\uFFFD\uFFFD!\"/>"_s);
 }
 
 TEST(Xml, ACopyIsAReadAndAWriteOfEachKey)
@@ -237,29 +165,16 @@ TEST(Xml, ACopyIsAReadAndAWriteOfEachKey)
     EXPECT_FALSE(xmlSame.m_F_b_CopyValues(xmlSame, u"A"_s, u"no name!"_s, arKeys));
 }
 
-TEST(Xml, EditsThatCannotBeDoneHaveNoEffect)
+TEST(Xml, DepthIsBounded)
 {
     const QString sDeep = u"x/"_s.repeated(254) + u"x"_s;
-    const QString sBefore = u"<r ><a ></a></r>"_s;
-    CXmlObj objXml;
-    ASSERT_TRUE(objXml.m_F_b_LoadXML(sBefore));
-    EXPECT_FALSE(Edit(objXml, 'r', u""_s, u"b"_s) || Edit(objXml, 'r', u"a/b"_s, u"c"_s));
-    EXPECT_FALSE(Edit(objXml, 'n', u""_s, u"b"_s, u"c"_s) || Edit(objXml, 'n', u""_s, u"a"_s, u"0"_s));
-    EXPECT_FALSE(Edit(objXml, 'a', u"b"_s, u"c"_s) || Edit(objXml, 'a', u""_s, u"c d"_s) ||
-                 Edit(objXml, 'a', u""_s, {}));
-    for (const QString& sPath : {u"/other/a"_s, u"b/<c"_s, u"b//c"_s, u"/"_s, sDeep + u"/x"_s})
-        EXPECT_FALSE(Edit(objXml, 's', sPath, u"k"_s, u"1"_s)) << qPrintable(sPath);
-    EXPECT_FALSE(Edit(objXml, 's', u"b"_s, u"k="_s, u"1"_s));
-    for (const auto& [sPath, sXml] : {std::pair{u"b"_s, u"<a/>"_s},
-                                      {u""_s, u"<b/>"_s},
-                                      {u""_s, u"<a"_s},
-                                      {u""_s, u"<a>"_s.repeated(256) + u"</a>"_s.repeated(256)}})
-        EXPECT_FALSE(Edit(objXml, 'p', sPath, u"a"_s, sXml)) << qPrintable(sXml.left(9));
-    EXPECT_EQ(objXml.m_F_s_GetXML(), sBefore);
-
+    CXmlObj objXml, objCopy;
+    ASSERT_TRUE(objXml.m_F_b_LoadXML(u"<r><a/></r>"_s));
+    EXPECT_FALSE(objXml.m_F_b_SetValue(sDeep + u"/x"_s, u"k"_s, 1));
+    EXPECT_FALSE(objXml.m_F_b_SetNods(u""_s, u"a"_s, u"<a>"_s.repeated(256) + u"</a>"_s.repeated(256)));
+    EXPECT_EQ(objXml.m_F_s_GetXML(), u"<r><a/></r>"_s);
     EXPECT_TRUE(objXml.m_F_b_SetValue(sDeep, u"k"_s, u"a\tb\nc"_s)); // 256 levels
     EXPECT_FALSE(objXml.m_F_b_AddNods(sDeep, u"x"_s));
-    CXmlObj objCopy;
     ASSERT_TRUE(objCopy.m_F_b_LoadXML(objXml.m_F_s_GetXML()));
     EXPECT_EQ(Value(objCopy, sDeep, u"k"_s), "a\tb\nc");
 }
@@ -267,42 +182,27 @@ TEST(Xml, EditsThatCannotBeDoneHaveNoEffect)
 TEST(Xml, HostileTextLeavesItClosed)
 {
     const auto fnNested = [](int nLevels) { return u"<a>"_s.repeated(nLevels) + u"</a>"_s.repeated(nLevels); };
-    const struct
-    {
-        const char* pszName;
-        QString sText;
-        bool bLoads;
-    } arRows[] = {
-        {"empty", u""_s, false},
-        {"plain text", u"401 Unauthorized"_s, false},
-        {"text before", u"OK <root/>"_s, false},
-        {"text behind", u"<root/> OK"_s, false},
-        {"section behind", u"<root/><![CDATA[x]]>"_s, false},
-        {"two document elements", u"<root/><root/>"_s, false},
-        {"no element", u"<?xml version=\"1.0\"?><!-- x -->"_s, false},
-        {"no end", u"<root><a>"_s, false},
-        {"cut tag", u"<root><a b=\"1"_s, false},
-        {"wrong end", u"<root></toor>"_s, false},
-        {"zero inside", u"<root/>"_s + QChar(0) + u"<root/>"_s, false},
-        {"256 levels", fnNested(256), true},
-        {"257 levels", fnNested(257), false},
-        {"257 levels behind a sibling", u"<a>"_s.repeated(256) + u" <b/><a/>"_s + u"</a>"_s.repeated(256), false},
-        {"100,000 levels", fnNested(100'000), false},
-        {"100,000 levels without an end", u"<a>"_s.repeated(100'000), false},
-        {"entities of its own", u"<!DOCTYPE r [<!ENTITY a \"aaaa\"><!ENTITY b \"&a;&a;\">]><r>&b;</r>"_s, false},
-        {"17 MiB", u"<r>"_s + QString(17 << 20, u' ') + u"</r>"_s, false},
-        {"half a character", u"<r a=\"\xDC00x\xD83D\"/>"_s, true},
-        {"odd references", u"<r a=\"&#0;&#x110000;&#xD800;&#;&#-1;&;&#99999999999;\"/>"_s, true},
+    const QString sOdd = u"<r a=\"&#0;&#x110000;&#xD800;&#;&#-1;&#+1;&;&#99999999999;\"/>"_s;
+    std::vector<std::pair<QString, bool>> arRows = {
+        {fnNested(256), true},
+        {fnNested(257), false},
+        {u"<a>"_s.repeated(256) + u" <b/><a/>"_s + u"</a>"_s.repeated(256), false},
+        {fnNested(100'000), false},
+        {u"<a>"_s.repeated(100'000), false},
+        {u"<r>"_s + QString(17 << 20, u' ') + u"</r>"_s, false},
+        {u"<r a=\"\xDC00x\xD83D\"/>"_s, true}, // half a character
+        {sOdd, true},
     };
-    for (const auto& stRow : arRows) {
-        CXmlObj objXml;
-        ASSERT_TRUE(objXml.m_F_b_LoadXML(u"<before/>"_s));
-        EXPECT_EQ(objXml.m_F_b_LoadXML(stRow.sText), stRow.bLoads) << stRow.pszName;
-        EXPECT_EQ(objXml.m_F_b_IsOpen(), stRow.bLoads) << stRow.pszName;
-    }
+    for (const stDef_TableRow& row : ReadTable("hostile.txt", 2))
+        arRows.push_back({QString::fromStdString(row[0]), false});
     CXmlObj objXml;
-    ASSERT_TRUE(objXml.m_F_b_LoadXML(std::rbegin(arRows)->sText));
-    EXPECT_EQ(Value(objXml, u""_s, u"a"_s), "&#0;&#x110000;&#xD800;&#;&#-1;&;&#99999999999;");
+    for (const auto& [sText, bLoads] : arRows) {
+        ASSERT_TRUE(objXml.m_F_b_LoadXML(u"<before/>"_s));
+        EXPECT_EQ(objXml.m_F_b_LoadXML(sText), bLoads) << sText.left(80).toStdString();
+        EXPECT_EQ(objXml.m_F_b_IsOpen(), bLoads) << sText.left(80).toStdString();
+    }
+    ASSERT_TRUE(objXml.m_F_b_LoadXML(sOdd));
+    EXPECT_EQ(Value(objXml, u""_s, u"a"_s), "&#0;&#x110000;&#xD800;&#;&#-1;&#+1;&;&#99999999999;");
 }
 
 TEST(Xml, ClosedGivesDefaults)
