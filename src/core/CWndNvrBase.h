@@ -138,6 +138,9 @@ public:
     /// Any thread.
     void m_S_AbandonRequests();
 
+    /// The host released it while a call was under way, so that nothing new is to be begun.
+    bool m_F_b_Released() const { return vm_bReleased; }
+
     /// Sends one command to a camera, by `nsCMS::emDef_PtzCommand`; other numbers send nothing. `m_F_n_LastCommand`
     /// tells what came of it.
     void m_S_ExecPTZCmd(int nCmd, int nCamera, int nParam1, int nParam2);
@@ -165,8 +168,6 @@ public:
 protected:
     /// A command or a page's request is under way, or a sheet stands: then a command does nothing.
     bool m_F_b_InUse() const { return vm_nUses > 0; }
-    /// It was released in the meantime, so that nothing new is to be begun.
-    bool m_F_b_Released() const { return vm_bReleased; }
     /// Deletes the object, at once or when the calls that are under way have unwound.
     void m_S_Leave();
 

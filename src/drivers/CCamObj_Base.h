@@ -43,8 +43,9 @@ public:
     /// Makes the node of another index anew as a copy of this camera's. This object keeps its index, and its own node
     /// stays as it is.
     virtual void m_F_b_CopyToIndex(int nNewIndex);
-    /// The brand's parameter sheet; there is none yet.
-    virtual void m_S_ShowParameter(QWidget*) {}
+    /// Runs the brand's parameter sheet, which belongs to the connection's window, whatever the parent is. Asks the
+    /// recorder, as a page does, and writes the camera's node if the sheet is left by OK.
+    virtual void m_S_ShowParameter(QWidget* pParent) = 0;
     /// Asks the recorder what the camera can do; blocks under the wait cursor.
     virtual bool m_F_b_GetSupport(CXmlObj* pSupport, int nTimeoutMs);
     /// Opens the brand's motion window as a child of the parent, or opens it anew. It takes the place that the parent's

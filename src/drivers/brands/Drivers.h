@@ -13,6 +13,7 @@ class CCamObj_AMTKV5 : public CCamObj_Base
 public:
     CCamObj_AMTKV5();
 
+    void m_S_ShowParameter(QWidget* pParent) override;
     void m_S_ShowMotion(QWidget* pParent) override;
 
 private:
@@ -25,6 +26,7 @@ class CCamObj_AMTKV6 : public CCamObj_Base
 public:
     CCamObj_AMTKV6();
 
+    void m_S_ShowParameter(QWidget* pParent) override;
     void m_S_ShowMotion(QWidget* pParent) override;
 
 private:
@@ -37,6 +39,7 @@ class CCamObj_DYNACOLOR : public CCamObj_Base
 public:
     CCamObj_DYNACOLOR();
 
+    void m_S_ShowParameter(QWidget* pParent) override;
     void m_S_ShowMotion(QWidget* pParent) override;
 
 private:
@@ -49,6 +52,7 @@ class CCamObj_FITI : public CCamObj_Base
 public:
     CCamObj_FITI();
 
+    void m_S_ShowParameter(QWidget* pParent) override;
     void m_S_ShowMotion(QWidget* pParent) override;
 
 private:
@@ -61,6 +65,7 @@ class CCamObj_ONVIF : public CCamObj_Base
 public:
     CCamObj_ONVIF();
 
+    void m_S_ShowParameter(QWidget* pParent) override;
     void m_S_ShowMotion(QWidget* pParent) override;
 
 private:
@@ -73,6 +78,7 @@ class CCamObj_PIXORD : public CCamObj_Base
 public:
     CCamObj_PIXORD();
 
+    void m_S_ShowParameter(QWidget* pParent) override;
     void m_S_ShowMotion(QWidget* pParent) override;
 
 private:
@@ -85,6 +91,7 @@ class CCamObj_SMAX : public CCamObj_Base
 public:
     CCamObj_SMAX();
 
+    void m_S_ShowParameter(QWidget* pParent) override;
     void m_S_ShowMotion(QWidget* pParent) override;
 
 private:
@@ -97,6 +104,7 @@ class CCamObj_ZAVIO : public CCamObj_Base
 public:
     CCamObj_ZAVIO();
 
+    void m_S_ShowParameter(QWidget* pParent) override;
     void m_S_ShowMotion(QWidget* pParent) override;
 
 private:

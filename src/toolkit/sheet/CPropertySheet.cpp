@@ -75,8 +75,7 @@ int CPropertySheet::OnInitDialog()
 
 int CPropertySheet::DoModal()
 {
-    OnInitDialog();
-    return CUserSide::s_F_o_Get().m_F_n_RunModal(*this);
+    return OnInitDialog() ? CUserSide::s_F_o_Get().m_F_n_RunModal(*this) : static_cast<int>(QDialog::Rejected);
 }
 
 void CPropertySheet::m_S_SetTabText(int nTab, const QString& sText)

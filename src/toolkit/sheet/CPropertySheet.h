@@ -25,10 +25,11 @@ public:
     void m_S_AddPage(CPropertyPage* pPage, const QString& sLabel);
     const QList<CPropertyPage*>& m_F_ar_Pages() const { return vm_arPages; }
 
-    /// Runs the sheet. Returns `QDialog::Accepted` after OK, `QDialog::Rejected` after Cancel.
+    /// Runs the sheet. Returns `QDialog::Accepted` after OK, `QDialog::Rejected` after Cancel and if it was never
+    /// shown.
     int DoModal();
 
-    /// Sets the sheet up, before it is shown. Returns 1.
+    /// Sets the sheet up, before it is shown. Returns 1, or 0 if it is not to be shown any more.
     virtual int OnInitDialog();
 
     QSize sizeHint() const override;

@@ -48,15 +48,19 @@ int CSettingSheet::OnInitDialog()
     return 1;
 }
 
-bool CSettingSheet::m_F_b_MayDrop()
+bool CSettingSheet::m_F_b_Changed() const
 {
-    const bool bChanged = vm_pWatch->m_F_b_Changed([this](const CValueRows::Substitute& fnSubstitute) {
+    return vm_pWatch->m_F_b_Changed([this](const CValueRows::Substitute& fnSubstitute) {
         for (const CPropertyPage* const pPage : m_F_ar_Pages()) {
             if (pPage->m_F_b_Initialised())
                 pPage->m_S_StoreInto(fnSubstitute);
         }
     });
-    return !bChanged ||
+}
+
+bool CSettingSheet::m_F_b_MayDrop()
+{
+    return !m_F_b_Changed() ||
            CPrompts::s_F_b_AskToDestroy(this, vm_pTexts->m_F_s_Text(DropText, QString::fromUtf8(DropText.pszDefault)),
                                         windowTitle());
 }

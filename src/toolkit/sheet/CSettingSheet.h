@@ -28,6 +28,8 @@ public:
 
 protected:
     bool m_F_b_MayDrop() override;
+    /// Whether there is something that a close without OK would lose.
+    virtual bool m_F_b_Changed() const;
     /// Adds a tab behind the others; the page belongs to the sheet from now on.
     void m_S_AddTab(const stDef_Text& stLabel, CPropertyPage* pPage);
 
