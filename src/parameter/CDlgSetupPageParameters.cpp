@@ -25,8 +25,10 @@ int CDlgSetupPageParameter::OnInitDialog()
 
 QSize CDlgSetupPageParameter::sizeHint() const
 {
-    const QSize szFrame = layout()->sizeHint() - m_pPage->parentWidget()->sizeHint(); // tabs, buttons, margins
-    const QSize szWanted = m_pPage->sizeHint() + szFrame;
+    const QWidget* const pScroll = m_pPage->parentWidget()->parentWidget(); // by its viewport
+    const QSize szFrame = layout()->sizeHint() - pScroll->sizeHint();       // tabs, buttons, margins
+    const QSize szRest(8 * fontMetrics().averageCharWidth(), 2 * fontMetrics().height()); // wider ranges, a note
+    const QSize szWanted = m_pPage->sizeHint() + szFrame + szRest;
     return screen() ? szWanted.boundedTo(screen()->availableSize() * 0.95) : szWanted;
 }
 
