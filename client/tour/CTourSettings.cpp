@@ -25,7 +25,7 @@ constexpr int StepMs = 100; ///< between two steps: a page is laid out and paint
 constexpr std::array g_apszTabs = {"settings-1-camera",       "settings-2-schedule",    "settings-3-network",
                                    "settings-4-system",       "settings-5-user",        "settings-6-motion",
                                    "settings-7-address-book", "settings-8-notification"};
-constexpr int ScheduleTab = 1;
+constexpr int CameraTab = 0, ScheduleTab = 1;
 constexpr char RecordName[] = "settings-2-schedule-record";
 constexpr char MenuName[] = "settings-menu";
 constexpr char MessageName[] = "settings-message";
@@ -59,7 +59,7 @@ bool ShowsSomething(const QWidget* pTab)
 } // namespace
 
 CTourSettings::CTourSettings(Grab fnGrab, const QString& sSuffix, bool bOk)
-    : vm_fnGrab(std::move(fnGrab)), vm_sSuffix(sSuffix), vm_bOk(bOk)
+    : vm_fnGrab(std::move(fnGrab)), vm_sSuffix(sSuffix), vm_bOk(bOk), vm_objParameters(!bOk)
 {
     vm_objSteps.setInterval(StepMs);
     connect(&vm_objSteps, &QTimer::timeout, this, &CTourSettings::m_S_Step);
@@ -74,6 +74,7 @@ QStringList CTourSettings::m_F_ar_Run(QAction* pShowMenu)
     QStringList arWanted = {QString::fromLatin1(MenuName), QString::fromLatin1(RecordName)};
     for (const char* const pszTab : g_apszTabs)
         arWanted.append(QString::fromLatin1(pszTab));
+    arWanted.append(vm_objParameters.m_F_ar_Pictures());
     if (vm_bOk)
         arWanted.append({QString::fromLatin1(MessageName), QString::fromLatin1(ProgressName)});
     for (const QString& sName : arWanted) {
@@ -92,6 +93,8 @@ void CTourSettings::m_S_Step()
         return;
     if (auto* const pMessage = qobject_cast<QMessageBox*>(pDialog))
         m_S_LeaveMessage(pMessage);
+    else if (CTourParameters::s_F_b_Is(pDialog))
+        m_S_LeaveParameters(pDialog);
     else if (auto* const pTabs = pDialog->findChild<QTabWidget*>(u"Tabs"_s))
         m_S_AtSheet(pDialog, pTabs);
     else
@@ -120,6 +123,8 @@ void CTourSettings::m_S_AtSheet(QDialog* pSheet, QTabWidget* pTabs)
         m_S_GrabOnce(pszTab, pSheet);
         if (!ShowsSomething(pTabs->currentWidget()))
             vm_arFailures.append(u"%1%2 is empty"_s.arg(QString::fromLatin1(pszTab), vm_sSuffix));
+        if (vm_nTab == CameraTab && vm_objParameters.m_F_b_Step(pTabs->currentWidget()))
+            return;
         auto* const pSetting = pTabs->currentWidget()->findChild<QPushButton*>(u"Setting"_s);
         if (vm_nTab == ScheduleTab && !vm_setGrabbed.contains(QString::fromLatin1(RecordName)) && pSetting &&
             pSetting->isEnabled())
@@ -137,6 +142,12 @@ void CTourSettings::m_S_LeaveSheet(QDialog* pSheet)
     if (vm_nTab == static_cast<int>(g_apszTabs.size()) && pButton)
         return pButton->click();
     vm_arFailures.append(u"the sheet could not be left"_s);
+    pSheet->reject();
+}
+
+void CTourSettings::m_S_LeaveParameters(QDialog* pSheet)
+{
+    m_S_GrabOnce(vm_objParameters.m_F_s_Picture().toLatin1().constData(), pSheet);
     pSheet->reject();
 }
 

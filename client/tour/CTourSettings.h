@@ -7,6 +7,8 @@
 #include <QTimer>
 #include <functional>
 
+#include "tour/CTourParameters.h"
+
 class QAction;
 class QDialog;
 class QMessageBox;
@@ -34,6 +36,7 @@ private:
     void m_S_LeaveMenu(QWidget* pMenu);
     void m_S_AtSheet(QDialog* pSheet, QTabWidget* pTabs);
     void m_S_LeaveSheet(QDialog* pSheet);
+    void m_S_LeaveParameters(QDialog* pSheet);
     void m_S_LeaveMessage(QMessageBox* pMessage);
     void m_S_AtOther(QDialog* pDialog);
     /// Photographs it unless a picture of this name was taken.
@@ -43,6 +46,7 @@ private:
     QString vm_sSuffix;
     bool vm_bOk;
     QTimer vm_objSteps;
+    CTourParameters vm_objParameters;
     int vm_nTab = -1; ///< the tab that is on its way to the screen
     QSet<QString> vm_setGrabbed;
     QStringList vm_arFailures;

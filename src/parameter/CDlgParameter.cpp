@@ -501,8 +501,8 @@ void CDlgParameter::m_S_OnEnableAudio()
     if (!vm_pEnableAudio->isEnabled())
         return;
     const bool bAudio = vm_pEnableAudio->isChecked();
-    for (QWidget* const pWidget :
-         std::initializer_list<QWidget*>{vm_pAudioCodec, vm_pAudioRecord, vm_pInputGain, vm_pOutputGain, vm_pTwoWayAudio}) {
+    for (QWidget* const pWidget : std::initializer_list<QWidget*>{vm_pAudioCodec, vm_pAudioRecord, vm_pInputGain,
+                                                                  vm_pOutputGain, vm_pTwoWayAudio}) {
         if (pWidget)
             pWidget->setEnabled(bAudio);
     }

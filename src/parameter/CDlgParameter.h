@@ -34,7 +34,7 @@ protected:
         const stDef_ListSource* pFpsSource;
         const stDef_ListSource* pQualitySource;
         const char *pszFps, *pszRateControl, *pszQuality, *pszBitrate; ///< keys of the camera's node
-        QComboBox* pFps = nullptr; ///< these are null where the page has none
+        QComboBox* pFps = nullptr;                                     ///< these are null where the page has none
         QComboBox* pRateControl = nullptr;
         QComboBox* pQuality = nullptr;
         QLineEdit* pBitrate = nullptr;

@@ -48,16 +48,23 @@ constexpr stDef_ListSource OutputRange = Range(At("/root/Support/OutputGain"));
 // What a choice of another entry does. The orders and gaps are meant: ONVIF and DYNACOLOR don't go by the changed rate,
 // ZAVIO keeps its bit rates, SMAX its rates.
 constexpr emDef_ProfileStep StepsOnvif[] = {Fps, LowFps, Quality, Bitrate, LowStream, WithFpsClicked};
-constexpr emDef_ProfileStep StepsAmtk[] = {Fps,       LowFps,     RateControl,        Quality,        Bitrate,
-                                           LowStream, FpsChanged, RateControlChanged, WithFpsClicked, LowRateControlChanged};
+constexpr emDef_ProfileStep StepsAmtk[] = {
+    Fps,       LowFps,     RateControl,        Quality,        Bitrate,
+    LowStream, FpsChanged, RateControlChanged, WithFpsClicked, LowRateControlChanged};
 constexpr emDef_ProfileStep StepsDynacolor[] = {
     Fps,     LowFps,     RateControl, LowRateControl,     Quality,        LowQuality,
     Bitrate, LowBitrate, LowStream,   RateControlChanged, WithFpsClicked, LowRateControlChanged};
 constexpr emDef_ProfileStep StepsPixord[] = {
     Fps,        LowFps,    RateControl, LowRateControl,     Quality,        LowQuality,           Bitrate,
     LowBitrate, LowStream, FpsChanged,  RateControlChanged, WithFpsClicked, LowRateControlChanged};
-constexpr emDef_ProfileStep StepsZavio[] = {Fps,       LowFps,     RateControl,        Quality,
-                                            LowStream, FpsChanged, RateControlChanged, WithFpsClicked,
+constexpr emDef_ProfileStep StepsZavio[] = {Fps,
+                                            LowFps,
+                                            RateControl,
+                                            Quality,
+                                            LowStream,
+                                            FpsChanged,
+                                            RateControlChanged,
+                                            WithFpsClicked,
                                             LowRateControlChanged};
 constexpr emDef_ProfileStep StepsFiti[] = {Fps, RateControl, Bitrate, RateControlChanged};
 constexpr emDef_ProfileStep StepsSmax[] = {RateControl, Bitrate, RateControlChanged};
@@ -252,7 +259,8 @@ bool CDlgParameter_ONVIF::m_F_b_FillAudioCodec(QComboBox& objList)
         objList.addItem(u"%1_%2K"_s.arg(m_F_o_Abilities().m_F_s_Text(sPath, u"Codec"_s),
                                         QString::number(m_F_o_Abilities().m_F_n_Number(sPath, u"Bitrate"_s) / 1000)));
     }
-    objList.setCurrentIndex(std::max(0, objList.findText(m_F_s_NodeText("AudioCodec"), Qt::MatchContains | Qt::MatchCaseSensitive)));
+    objList.setCurrentIndex(
+        std::max(0, objList.findText(m_F_s_NodeText("AudioCodec"), Qt::MatchContains | Qt::MatchCaseSensitive)));
     return objList.count() > 0;
 }
 

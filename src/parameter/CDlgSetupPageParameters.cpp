@@ -13,6 +13,7 @@ CDlgSetupPageParameter::CDlgSetupPageParameter(CCamObj_Base* pCamObj, CDlgParame
       m_pEnv(pCamObj->m_pEnv),
       m_pPage(pPage)
 {
+    setObjectName(u"Parameter"_s);
     m_S_AddTab(Text{"Base", "Base"}, pPage);
 }
 
@@ -25,8 +26,8 @@ int CDlgSetupPageParameter::OnInitDialog()
 
 QSize CDlgSetupPageParameter::sizeHint() const
 {
-    const QWidget* const pScroll = m_pPage->parentWidget()->parentWidget(); // by its viewport
-    const QSize szFrame = layout()->sizeHint() - pScroll->sizeHint();       // tabs, buttons, margins
+    const QWidget* const pScroll = m_pPage->parentWidget()->parentWidget();               // by its viewport
+    const QSize szFrame = layout()->sizeHint() - pScroll->sizeHint();                     // tabs, buttons, margins
     const QSize szRest(8 * fontMetrics().averageCharWidth(), 2 * fontMetrics().height()); // wider ranges, a note
     const QSize szWanted = m_pPage->sizeHint() + szFrame + szRest;
     return screen() ? szWanted.boundedTo(screen()->availableSize() * 0.95) : szWanted;
