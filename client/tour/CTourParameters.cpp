@@ -16,8 +16,8 @@ namespace {
 struct stDef_TourCamera
 {
     const char* pszPicture;
-    int nCamera;         ///< its place in the list
-    int nVendorID = -1;  ///< of one that takes that place
+    int nCamera;            ///< its place in the list
+    int nVendorID = -1;     ///< of one that takes that place
     const char* pszIP = ""; // of such a one, as "Cameras.xml" has it
     const char* pszPort = "";
 };

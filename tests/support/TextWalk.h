@@ -127,6 +127,11 @@ private:
         static const QRegularExpression s_objWords(R"(\pL\pL)");
         return s_objWords;
     }
+    static const QRegularExpression& RangeOfBitrate()
+    {
+        static const QRegularExpression s_objRange(R"( \(\d+ ~ \d+ Kbps\))");
+        return s_objRange;
+    }
     static const QRegularExpression& KeyAtEnd()
     {
         static const QRegularExpression s_objKey(R"(^Ctrl\+\w+$| \([^ ()]+\)$)");
@@ -203,7 +208,8 @@ private:
         static const QRegularExpression s_objComma(", |\u3001");
         const QStringList arParts = sText.split(s_objComma);
         const bool bList = std::all_of(arParts.begin(), arParts.end(), [&](const QString& s) { return Knows(s); });
-        EXPECT_TRUE(bList || Knows(sText) || Knows(QString(sText).remove(KeyAtEnd())))
+        EXPECT_TRUE(bList || Knows(sText) || Knows(QString(sText).remove(KeyAtEnd())) ||
+                    Knows(QString(sText).remove('&').remove(RangeOfBitrate())))
             << "no text of this language: " << sText.toStdString() << " at " << sWhere.toStdString();
     }
     /// What is left out of its layout stands over its neighbours.
