@@ -13,6 +13,7 @@
 #include "host/Lib_Hostenv.h"
 #include "live/CLiveGrid.h"
 #include "rtsp/CStreamServer.h"
+#include "support/Files.h"
 #include "support/ServerProcess.h"
 #include "support/Waiting.h"
 #include "tour/CTourApp.h"
@@ -53,8 +54,7 @@ protected:
 
 TEST_F(HostAppTest, UnusableOptionsEndWithTwo)
 {
-    QFile file(Path("file"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    WriteFile(Path("file"), {});
     const QString sConfig = Path("config");
     const struct
     {
@@ -156,9 +156,7 @@ TEST_F(HostAppTest, ALaterHostOnTheSameFolderLeavesItToTheFirst)
     });
     EXPECT_EQ(Run({"--config", Path("config")}), CHostApp::ExitOk);
     QDir::setCurrent(dirBefore.path());
-    QFile file(Path("config/System.xml"));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll().count("Name=\"Lab\""), 1);
+    EXPECT_EQ(ReadFile(Path("config/System.xml")).count("Name=\"Lab\""), 1);
 }
 
 TEST_F(HostAppTest, TheTourTellsWhatItSaw)
@@ -174,9 +172,7 @@ TEST_F(HostAppTest, TheTourTellsWhatItSaw)
           "settings-1-camera", "settings-progress", "settings-8-notification-chinese", "11-disconnected",
           "12-connected-again", "state-connecting"})
         EXPECT_FALSE(QImage(Path("tour/") + pszName + ".png").isNull()) << pszName;
-    QFile file(Path("tour/tour.txt"));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArray sReport = file.readAll();
+    const QByteArray sReport = ReadFile(Path("tour/tour.txt"));
     EXPECT_NE(vm_sOut.find(sReport.toStdString()), std::string::npos);
     EXPECT_EQ(vm_sErr, "") << "no word of the platform either";
     EXPECT_EQ(sReport.count("Connecting "), 4);

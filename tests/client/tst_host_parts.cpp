@@ -7,6 +7,7 @@
 #include "live/CLayoutStore.h"
 #include "live/CReconnectPause.h"
 #include "live/CSnapshot.h"
+#include "support/Files.h"
 
 namespace {
 
@@ -50,13 +51,11 @@ TEST(LayoutStore, BringsBackWhatIsSoundAndDefaultsForTheRest)
     EXPECT_TRUE(stBack.bFullScreen);
     EXPECT_EQ(stBack.nLanguage, 0);
 
-    const auto Write = [&](const QByteArray& sText) {
-        QFile file(dir.filePath("Host.xml"));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(sText);
-    };
-    Write("<root><Window Language='7' Geometry='%%%'/><Layout Shape='5' Page='-3' count='99999999'>"
-          "<S000 NvrID='-5' Channel='1'/><S001 NvrID='5' Channel='64'/><S002 NvrID='2' Channel='1'/></Layout></root>");
+    const QString sFile = dir.filePath("Host.xml");
+    WriteFile(
+        sFile,
+        "<root><Window Language='7' Geometry='%%%'/><Layout Shape='5' Page='-3' count='99999999'>"
+        "<S000 NvrID='-5' Channel='1'/><S001 NvrID='5' Channel='64'/><S002 NvrID='2' Channel='1'/></Layout></root>");
     ASSERT_TRUE(store.m_F_b_Load(stBack));
     EXPECT_EQ(stBack.nShape, 4);
     EXPECT_EQ(stBack.nPage, 0);
@@ -66,9 +65,9 @@ TEST(LayoutStore, BringsBackWhatIsSoundAndDefaultsForTheRest)
         EXPECT_EQ(stBack.arSlots[i], i == 2 ? (stDef_ChannelKey{2, 1}) : stDef_ChannelKey()) << i;
 
     for (const char* pDamaged : {"<root><Layout count='4'", "", "<root/>", "<root><Layout count='-1'/></root>"}) {
-        Write(pDamaged);
+        WriteFile(sFile, pDamaged);
         EXPECT_FALSE(store.m_F_b_Load(stBack)) << pDamaged;
-        EXPECT_FALSE(QFile::exists(dir.filePath("Host.xml"))) << pDamaged;
+        EXPECT_FALSE(QFile::exists(sFile)) << pDamaged;
         EXPECT_TRUE(QFile::exists(dir.filePath("Host.damaged.xml"))) << pDamaged;
     }
     EXPECT_FALSE(CLayoutStore(dir.filePath("no/such/folder")).m_F_b_Save(stLayout));

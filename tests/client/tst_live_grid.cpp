@@ -11,6 +11,7 @@
 #include "recorders/CRecorderFilter.h"
 #include "recorders/CRecorderTree.h"
 #include "rtsp/CStreamServer.h"
+#include "support/Files.h"
 
 namespace {
 
@@ -134,9 +135,7 @@ TEST_F(LiveGridTest, CamerasHaveTheNamesThatTheirRecorderTells)
     vm_nvr.m_S_Stop();
     OpenTree();
     EXPECT_EQ(pRow->child(0)->text(0), "<b>%2</b> gate (1)");
-    QFile objCache(vm_dir.filePath("Embedded/N000/Camera.xml"));
-    ASSERT_TRUE(objCache.open(QIODevice::ReadOnly));
-    EXPECT_FALSE(objCache.readAll().contains("Password"));
+    EXPECT_FALSE(ReadFile(vm_dir.filePath("Embedded/N000/Camera.xml")).contains("Password"));
     vm_pWindow.reset();
     ASSERT_EQ(vm_store.m_F_s_Remove(0), "");
     Import("Other", 1, 1, 1);

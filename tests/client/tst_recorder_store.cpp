@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "recorders/CRecorderStore.h"
+#include "support/Files.h"
 #include "support/Table.h"
 
 namespace {
@@ -35,11 +36,8 @@ protected:
     QByteArray Disk() const
     {
         QByteArray sAll;
-        for (QDirIterator it(vm_dir.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); it.hasNext();) {
-            QFile file(it.next());
-            EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-            sAll += file.readAll();
-        }
+        for (QDirIterator it(vm_dir.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); it.hasNext();)
+            sAll += ReadFile(it.next());
         return sAll;
     }
 

@@ -1,8 +1,8 @@
 #include <QElapsedTimer>
-#include <QFile>
 #include <QPointer>
 #include <memory>
 
+#include "support/Files.h"
 #include "support/HostFixture.h"
 #include "support/Waiting.h"
 
@@ -13,9 +13,8 @@ class NvrObject : public HostFixture
 protected:
     void WriteLanguage(const char* pFile, const char* pText)
     {
-        QFile file(vm_dirConfig.filePath(pFile));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(QByteArray("<root><Text Key=\"SystemSetting\" Value=\"") + pText + "\"/></root>");
+        WriteFile(vm_dirConfig.filePath(pFile),
+                  QByteArray("<root><Text Key=\"SystemSetting\" Value=\"") + pText + "\"/></root>");
     }
 };
 

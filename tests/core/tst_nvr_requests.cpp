@@ -1,8 +1,8 @@
 #include <QElapsedTimer>
-#include <QFile>
 #include <QStringEncoder>
 #include <future>
 
+#include "support/Files.h"
 #include "support/HostFixture.h"
 #include "support/Waiting.h"
 
@@ -52,12 +52,10 @@ TEST_F(NvrRequests, ExchangesEachDocument)
 TEST_F(NvrRequests, ADocumentFromAUtf16FileIsPostedAsWhatItIsThen)
 {
     const QString sText = QString("<?xml version=\"1.0\" encoding=\"utf-16\"?><root a=\"%1\"/>").arg(QChar(0x6E2C));
-    QFile file(vm_dirConfig.filePath("wide.xml"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray(QStringEncoder(QStringConverter::Utf16, QStringConverter::Flag::WriteBom).encode(sText)));
-    file.close();
+    const QString sFile = vm_dirConfig.filePath("wide.xml");
+    WriteFile(sFile, QStringEncoder(QStringConverter::Utf16, QStringConverter::Flag::WriteBom).encode(sText));
     CXmlObj xml;
-    ASSERT_TRUE(xml.m_F_b_LoadXMLFile(file.fileName()));
+    ASSERT_TRUE(xml.m_F_b_LoadXMLFile(sFile));
     ASSERT_TRUE(vm_pNvr->m_F_b_PostRequest(UpdateCamera, &xml, TimeoutMs));
     EXPECT_EQ(vm_nvr.m_F_o_Log().m_F_ar_Entries().back().sBody,
               QString(sText).replace("utf-16", "UTF-8").toStdString());

@@ -1,9 +1,9 @@
-#include <QFile>
 #include <QXmlStreamReader>
 #include <map>
 
 #include "drivers/BrandCatalogue.h"
 #include "drivers/brands/Drivers.h"
+#include "support/Files.h"
 #include "support/HostFixture.h"
 
 namespace {
@@ -36,10 +36,9 @@ protected:
     {
         HostFixture::SetUp();
         vm_pNvr.reset(CWndNvrBase::s_F_p_CreateNvrObject(1, nullptr, &vm_env));
-        QFile file(FIXTURES "cases.txt");
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-        for (int nLine = 1; !file.atEnd(); ++nLine) {
-            const QString sLine = QString::fromUtf8(file.readLine()).trimmed();
+        int nLine = 0;
+        for (const QString& sLine : QString::fromUtf8(ReadFile(FIXTURES "cases.txt")).split('\n')) {
+            ++nLine;
             const QString sWord = sLine.section(' ', 0, 0), sRest = sLine.section(' ', 1);
             if (sWord == "keys")
                 vm_mapKeys[sRest.section(' ', 0, 0).toInt()] = sRest.section(' ', 1).split(", ");
@@ -49,9 +48,7 @@ protected:
                 vm_arCases.back().mapParts[sWord] = sRest;
         }
         ASSERT_EQ(vm_mapKeys.size(), DriverList().size());
-        QFile fileDetect(FIXTURES "detect.xml");
-        ASSERT_TRUE(fileDetect.open(QIODevice::ReadOnly));
-        vm_sDetect = QString::fromUtf8(fileDetect.readAll()).trimmed();
+        vm_sDetect = QString::fromUtf8(ReadFile(FIXTURES "detect.xml")).trimmed();
     }
 
     CWndNvrEmbedded& Nvr() { return *static_cast<CWndNvrEmbedded*>(vm_pNvr.get()); }

@@ -6,12 +6,12 @@
 #include "scene/CSceneClock.h"
 #include "scene/CSceneMotion.h"
 #include "scene/stDef_EncodedClip.h"
+#include "support/Files.h"
 #include "support/Table.h"
 
+#include <QTemporaryDir>
 #include <chrono>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
 #include <sstream>
@@ -35,19 +35,14 @@ std::string CameraList(int nCount, const std::string& sNodes)
 class Motion : public testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        std::string sTemplate = (std::filesystem::temp_directory_path() / "tst-motion-XXXXXX").string();
-        vm_sState = ::mkdtemp(sTemplate.data());
-        Start();
-    }
-    void TearDown() override { std::filesystem::remove_all(vm_sState); }
+    void SetUp() override { Start(); }
     void Start()
     {
         vm_pRecorder.reset(); // gives the folder up
         vm_pRecorder = std::make_unique<CVirtualNvr>();
         std::string sError;
-        ASSERT_TRUE(vm_pRecorder->m_F_b_Start({.nChannels = 8, .sStateFolder = vm_sState, .bStreams = false}, sError))
+        ASSERT_TRUE(vm_pRecorder->m_F_b_Start(
+            {.nChannels = 8, .sStateFolder = vm_dirState.path().toStdString(), .bStreams = false}, sError))
             << sError;
         vm_pProbe = std::make_unique<CProbe>(vm_pRecorder->m_F_n_HttpPort());
     }
@@ -86,7 +81,7 @@ protected:
         return s;
     }
 
-    std::string vm_sState;
+    QTemporaryDir vm_dirState;
     std::unique_ptr<CVirtualNvr> vm_pRecorder;
     std::unique_ptr<CProbe> vm_pProbe;
     pugi::xml_document vm_objReply;
@@ -163,14 +158,15 @@ TEST_F(Motion, WindowsFollowTheirCamera)
 
 TEST_F(Motion, DropsWhatAChangedFileHoldsBeyondTheLimits)
 {
-    const std::string sGood =
+    const QByteArray sGood =
         "Name=\"n\" Left=\"1\" Top=\"1\" Right=\"9\" Bottom=\"9\" ObjectSize=\"9\" Sensitivity=\"9\"/>";
     PutCameras(CameraList(1, Camera(0, 0, "10.0.0.1"))); // three windows
     vm_pRecorder.reset();
-    std::ofstream(vm_sState + "/Motion.xml")
-        << "<root><Cam000 VendorID=\"0\" IP=\"10.0.0.1\" HttpPort=\"80\" NextIndex=\"2147483647\"><Window Index=\"7\" "
-        << sGood << "<Window Index=\"7\" " << sGood << "<Window Index=\"-1\" " << sGood << "<Window Index=\"1\"/>"
-        << "<Window Index=\"4\" " << sGood << "</Cam000></root>";
+    WriteFile(
+        vm_dirState.filePath("Motion.xml"),
+        "<root><Cam000 VendorID=\"0\" IP=\"10.0.0.1\" HttpPort=\"80\" NextIndex=\"2147483647\"><Window Index=\"7\" " +
+            sGood + "<Window Index=\"7\" " + sGood + "<Window Index=\"-1\" " + sGood +
+            "<Window Index=\"1\"/><Window Index=\"4\" " + sGood + "</Cam000></root>");
     Start();
     EXPECT_EQ(Indices(0), "7 4");
     EXPECT_EQ(Ask(g_szAdd + std::string("0")).nStatus, 200);

@@ -1,10 +1,11 @@
 #include "CProbe.h"
+#include "support/Files.h"
 #include "support/ServerProcess.h"
 
+#include <QTemporaryDir>
 #include <atomic>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
 #include <sys/stat.h>
@@ -18,19 +19,13 @@ constexpr char g_szGet[] = "/cgi-bin/SyncSetting.cgi?action=ScheduleXML";
 class Program : public ::testing::Test
 {
 protected:
-    void SetUp() override
+    std::string m_F_s_Write(const char* pszName, const char* pszText) const
     {
-        std::string sTemplate = (fs::temp_directory_path() / "tst-program-XXXXXX").string();
-        ASSERT_TRUE(::mkdtemp(sTemplate.data()));
-        vm_sFolder = sTemplate;
+        WriteFile(vm_dir.filePath(pszName), pszText);
+        return vm_dir.filePath(pszName).toStdString();
     }
-    void TearDown() override { fs::remove_all(vm_sFolder); }
-    std::string m_F_s_Write(const std::string& sName, const std::string& sText) const
-    {
-        std::ofstream(vm_sFolder + "/" + sName, std::ios::binary) << sText;
-        return vm_sFolder + "/" + sName;
-    }
-    std::string vm_sFolder;
+    QTemporaryDir vm_dir;
+    const std::string vm_sFolder = vm_dir.path().toStdString();
 };
 
 /// Documents of growing number, large enough that a kill has a chance to hit the middle of a write.

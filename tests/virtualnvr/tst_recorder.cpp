@@ -3,23 +3,20 @@
 #include "CVirtualNvr.h"
 #include "cgi/CDocumentStore.h"
 #include "http/CRequestLog.h"
+#include "support/Files.h"
 #include "support/Process.h"
 #include "support/Table.h"
 
-#include <array>
+#include <QCryptographicHash>
+#include <QTemporaryDir>
 #include <chrono>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <map>
-#include <openssl/evp.h>
 #include <pugixml.hpp>
 
 namespace {
 using emDef_Auth = CProbe::emDef_Auth;
-namespace fs = std::filesystem;
 
 constexpr char g_szSystemInfo[] = "/cgi-bin/param.cgi?action=systeminfo";
 constexpr char g_szGetEMail[] = "/cgi-bin/SyncSetting.cgi?action=EMailXML";
@@ -38,18 +35,6 @@ public:
     CVirtualNvr vm_objRecorder;
 };
 
-class CStateFolder
-{
-public:
-    CStateFolder()
-    {
-        std::string sTemplate = (fs::temp_directory_path() / "tst-recorder-XXXXXX").string();
-        vm_sPath = ::mkdtemp(sTemplate.data());
-    }
-    ~CStateFolder() { fs::remove_all(vm_sPath); }
-    std::string vm_sPath;
-};
-
 std::string InEnvelope(const std::string& sDocument)
 {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<XML>\n" + sDocument + "\n</XML>\n";
@@ -57,13 +42,7 @@ std::string InEnvelope(const std::string& sDocument)
 
 std::string Md5(const std::string& s)
 {
-    std::array<unsigned char, EVP_MAX_MD_SIZE> arDigest{};
-    unsigned nLength = 0;
-    EVP_Digest(s.data(), s.size(), arDigest.data(), &nLength, EVP_md5(), nullptr);
-    std::string sHex;
-    for (unsigned i = 0; i < nLength; ++i)
-        sHex += {"0123456789abcdef"[arDigest[i] >> 4], "0123456789abcdef"[arDigest[i] & 15]};
-    return sHex;
+    return QCryptographicHash::hash(QByteArray::fromStdString(s), QCryptographicHash::Md5).toHex().toStdString();
 }
 
 /// A login made by hand, for what no client library sends. sUriText: the target as it is written in the uri field.
@@ -80,11 +59,6 @@ std::string LoginByHand(const std::string& sChallenge, const std::string& sTarge
            Md5(sUser + ":" + sNonce + ":" + szCount + ":0a:auth:" + sRequest) + "\"";
 }
 
-std::string ReadFile(const std::string& sPath)
-{
-    std::ifstream objFile(sPath, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(objFile), {});
-}
 } // namespace
 
 TEST(Recorder, LogsInByAccountAndRequestTarget)
@@ -257,8 +231,9 @@ TEST(Documents, ComeBackAsPostedAlsoAfterARestart)
         {"Camera", "<!-- ahead --><root a='1'><![CDATA[<x>]]><Camera count=\"0\"></Camera></root>\n\n"},
         {"EMail", "<root/>"},
     };
-    CStateFolder objFolder;
-    const stDef_VirtualNvrConfig stConfig = {.sStateFolder = objFolder.vm_sPath + "/deep/state", .bStreams = false};
+    QTemporaryDir objFolder;
+    const stDef_VirtualNvrConfig stConfig = {.sStateFolder = objFolder.filePath("deep/state").toStdString(),
+                                             .bStreams = false};
     for (const bool bPost : {true, false}) {
         CRunning objRunning(stConfig);
         CProbe objProbe(objRunning.m_F_n_Port());
@@ -308,9 +283,9 @@ TEST(Documents, RefuseWhatIsNoDocument)
 
 TEST(Documents, SurviveADamagedFile)
 {
-    CStateFolder objFolder;
-    const stDef_VirtualNvrConfig stConfig = {.sStateFolder = objFolder.vm_sPath, .bStreams = false};
-    const std::string sFile = objFolder.vm_sPath + "/Camera.xml";
+    QTemporaryDir objFolder;
+    const stDef_VirtualNvrConfig stConfig = {.sStateFolder = objFolder.path().toStdString(), .bStreams = false};
+    const QString sFile = objFolder.filePath("Camera.xml");
     std::string sSeed;
     {
         CRunning objRunning(stConfig);
@@ -318,16 +293,16 @@ TEST(Documents, SurviveADamagedFile)
         CVirtualNvr objSecond;
         std::string sError;
         EXPECT_FALSE(objSecond.m_F_b_Start(stConfig, sError)) << "two recorders on one folder";
-        EXPECT_NE(sError.find(objFolder.vm_sPath), std::string::npos);
+        EXPECT_NE(sError.find(stConfig.sStateFolder), std::string::npos);
     }
-    EXPECT_EQ(ReadFile(sFile), sSeed);
+    EXPECT_EQ(ReadFile(sFile).toStdString(), sSeed);
     const std::string sCut = sSeed.substr(0, sSeed.size() / 2);
-    std::ofstream(sFile, std::ios::binary) << sCut;
+    WriteFile(sFile, QByteArray::fromStdString(sCut));
     ::testing::internal::CaptureStderr();
     CRunning objRunning(stConfig);
     EXPECT_NE(::testing::internal::GetCapturedStderr().find("Camera.xml is damaged"), std::string::npos);
     EXPECT_EQ(objRunning.vm_objRecorder.m_F_o_Documents().m_F_s_Get(emDef_Document::Camera), sSeed);
-    EXPECT_EQ(ReadFile(sFile + ".damaged"), sCut);
+    EXPECT_EQ(ReadFile(sFile + ".damaged").toStdString(), sCut);
 }
 
 TEST(Recorder, TellsWhatKeepsItFromStarting)

@@ -10,6 +10,7 @@
 #include "host/bedrock/CFileRW.h"
 #include "host/bedrock/CMemManage.h"
 #include "host/bedrock/CSFunc.h"
+#include "support/Files.h"
 
 using namespace Qt::StringLiterals;
 
@@ -128,10 +129,8 @@ TEST(Func, MakesAndRemovesFolders)
     EXPECT_EQ(CSFunc::s_F_n_CreateDirectorys(sDeep), 1);
     EXPECT_EQ(CSFunc::s_F_n_CreateDirectorys(u""_s), 0);
     EXPECT_EQ(CSFunc::s_F_n_CreateDirectorys(sOutside), 1);
-    for (const QString& sName : {sOutside + u"/kept"_s, sDeep + u"/file"_s}) {
-        QFile objFile(sName);
-        ASSERT_TRUE(objFile.open(QIODevice::WriteOnly));
-    }
+    for (const QString& sName : {sOutside + u"/kept"_s, sDeep + u"/file"_s})
+        WriteFile(sName, {});
     EXPECT_EQ(CSFunc::s_F_n_CreateDirectorys(sDeep + u"/file/x"_s), 0);
     std::filesystem::create_directory_symlink(sOutside.toStdString(), (sDeep + u"/link"_s).toStdString());
 

@@ -1,5 +1,4 @@
 #include <QDir>
-#include <QFile>
 #include <QStringEncoder>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -7,6 +6,7 @@
 #include <vector>
 
 #include "host/bedrock/CXmlObj.h"
+#include "support/Files.h"
 #include "support/Table.h"
 
 using namespace Qt::StringLiterals;
@@ -14,13 +14,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString g_sFixtures = QStringLiteral(FIXTURE_FOLDER "/");
-
-QByteArray ReadFile(const QString& sPath)
-{
-    QFile objFile(sPath);
-    EXPECT_TRUE(objFile.open(QIODevice::ReadOnly)) << qPrintable(sPath);
-    return objFile.readAll();
-}
 
 std::string Value(const CXmlObj& objXml, const QString& sPath, const QString& sKey)
 {
@@ -239,12 +232,9 @@ TEST(Xml, FilesOfAnyEncodingAreSavedAsUtf8)
                                              fnWide(QStringConverter::Utf8)};
     const QByteArray sExpected = sText.toUtf8().replace("ISO-8859-1", "UTF-8");
     for (std::size_t i = 0; i < arFiles.size(); ++i) {
-        QFile objFile(objFolder.filePath(u"in.xml"_s));
-        ASSERT_TRUE(objFile.open(QIODevice::WriteOnly));
-        objFile.write(arFiles[i]);
-        objFile.close();
+        WriteFile(objFolder.filePath(u"in.xml"_s), arFiles[i]);
         CXmlObj objXml;
-        ASSERT_TRUE(objXml.m_F_b_LoadXMLFile(objFile.fileName())) << i;
+        ASSERT_TRUE(objXml.m_F_b_LoadXMLFile(objFolder.filePath(u"in.xml"_s))) << i;
         EXPECT_EQ(Value(objXml, u"Mail000"_s, u"Name"_s), "Müller") << i;
         ASSERT_TRUE(objXml.m_F_b_Save(sFile));
         EXPECT_EQ(ReadFile(sFile).toStdString(), sExpected.toStdString()) << i;

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "host/hostenv/RingContent.h"
+#include "support/Files.h"
 
 namespace {
 
@@ -23,13 +24,6 @@ mode_t Rights(const QString& sPath)
     {};
     stat(QFile::encodeName(sPath).constData(), &st);
     return st.st_mode & 0777;
-}
-
-void WriteFile(const QString& sPath, const QByteArray& sText)
-{
-    QFile file(sPath);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(sText);
 }
 
 class Environment : public testing::Test
@@ -65,9 +59,7 @@ TEST_F(Environment, DamagedListsAreKeptAside)
         ASSERT_TRUE(vm_env.m_F_b_Init(vm_dir.path()));
         EXPECT_FALSE(vm_env.m_F_p_GetMemSysXML()->m_S_SelectNodesByKey("/root/NVR").m_F_o_NextNode().m_F_b_IsNull());
         EXPECT_EQ(vm_env.m_F_s_DamagedSysXML(), Path(pName));
-        QFile damaged(Path(pName));
-        ASSERT_TRUE(damaged.open(QIODevice::ReadOnly));
-        EXPECT_EQ(damaged.readAll(), sText);
+        EXPECT_EQ(ReadFile(Path(pName)), sText);
     }
     ASSERT_TRUE(vm_env.m_F_b_Init(vm_dir.path()));
     EXPECT_EQ(vm_env.m_F_s_DamagedSysXML(), "");

@@ -2,8 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <vector>
 
@@ -13,6 +11,7 @@
 #include "host/livefeed/CParameterSets.h"
 #include "host/livefeed/CRingCodec.h"
 #include "host/livefeed/CStreamUrl.h"
+#include "support/Files.h"
 #include "support/Table.h"
 
 extern "C" {
@@ -42,9 +41,8 @@ TEST(StreamUrl, TellsAccountFromHostAndRefusesWhatHasNone)
 /// One key frame as the network library would hand it over.
 std::vector<std::uint8_t> KeyFrame(int nWidth, int nHeight, const std::string& sEnding)
 {
-    const std::string sSize = std::to_string(nWidth) + 'x' + std::to_string(nHeight);
-    std::ifstream file(FIXTURE_FOLDER "/key-" + sSize + '.' + sEnding, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    const QByteArray sKey = ReadFile(QString(FIXTURE_FOLDER "/key-%1x%2.").arg(nWidth).arg(nHeight) + sEnding.c_str());
+    return {sKey.begin(), sKey.end()};
 }
 
 TEST(ParameterSets, AreTakenFromKeyFramesOfEachCodec)
