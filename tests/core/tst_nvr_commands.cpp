@@ -4,20 +4,22 @@
 #include <QMenu>
 #include <QTimer>
 #include <QtTest/QTest>
-#include <fstream>
-#include <sstream>
 
 #include "support/HostFixture.h"
 #include "support/LogReading.h"
 #include "support/PromptQueue.h"
+#include "support/Table.h"
 
 namespace {
 
 class NvrCommands : public HostFixture
 {
 protected:
+    /// Also anew, as another kind.
     void Start(bool bPC)
     {
+        vm_pNvr.reset();
+        vm_nvr.m_S_Stop();
         StartRecorder({.bPC = bPC, .bStreams = false});
         vm_nvr.m_F_o_Log().m_S_Clear();
         vm_pNvr.reset(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, nullptr, &vm_env));
@@ -37,19 +39,10 @@ using Targets = std::vector<std::string>;
 TEST_F(NvrCommands, GoOutToTheCharacter)
 {
     Start(false);
-    std::ifstream file(FIXTURE_FOLDER "/ptz_requests.txt");
-    int nRows = 0;
-    for (std::string sLine; std::getline(file, sLine);) {
-        std::istringstream row(sLine);
-        int nCmd, nCamera, nParam1, nParam2;
-        std::string sRequest;
-        if (!(row >> nCmd >> nCamera >> nParam1 >> nParam2 >> sRequest))
-            continue;
-        ++nRows;
-        Nvr().m_S_ExecPTZCmd(nCmd, nCamera, nParam1, nParam2);
-        EXPECT_EQ(Requests(), sRequest == "-" ? Targets() : Targets{sRequest}) << sLine;
+    for (const stDef_TableRow& row : ReadTable("ptz_requests.txt", 5)) {
+        Nvr().m_S_ExecPTZCmd(row.Number(0), row.Number(1), row.Number(2), row.Number(3));
+        EXPECT_EQ(Requests(), row[4].empty() ? Targets() : Targets{row[4]}) << row.sWhere;
     }
-    EXPECT_EQ(nRows, 31);
     Nvr().m_S_RemoteUICtrl(1, -4, 2, "0,1;2:x y");
     EXPECT_EQ(Requests(),
               Targets{"/cgi-bin/uictrl.cgi?action=urlctrl&fullscreen=1&quad=-4&style=2&camarray=0,1;2:x%20y"});
@@ -89,7 +82,6 @@ TEST_F(NvrCommands, QueriesOfBothKinds)
         EXPECT_EQ(arList, QStringList({"", ""})) << "nobody answers";
         Nvr().m_S_GetPTZData(22, 1, &arList);
         EXPECT_EQ(arList, QStringList());
-        vm_pNvr.reset();
     }
 }
 
@@ -137,8 +129,6 @@ TEST_F(NvrCommands, CameraSynchronizationStopsAtTheFirstFailure)
                 EXPECT_EQ(axml[i].m_F_b_IsOpen(), row.arOpen[i]) << i;
         }
         vm_nvr.m_F_o_Faults().m_S_Clear();
-        vm_pNvr.reset();
-        vm_nvr.m_S_Stop();
     }
 }
 
@@ -159,8 +149,6 @@ TEST_F(NvrCommands, CachesAreKeptByKindAndNumber)
         EXPECT_EQ(xml.m_F_s_GetXML(), xmlNvr.m_F_s_GetXML());
         Nvr().m_S_GetXmlCamera(&xml);
         EXPECT_EQ(xml.m_F_s_GetXML(), xmlCamera.m_F_s_GetXML());
-        vm_pNvr.reset();
-        vm_nvr.m_S_Stop();
     }
 }
 
@@ -189,8 +177,6 @@ TEST_F(NvrCommands, TheMenuHasThreeItemsInTheirLanguage)
         EXPECT_EQ(Show(), arEnglish);
         Nvr().m_F_b_InitLanguageXml(QString(LANG_FOLDER "/lang_ENVR_cht.xml"));
         EXPECT_EQ(Show().last(), QString::fromUtf8("2002 事件設定"));
-        vm_pNvr.reset();
-        vm_nvr.m_S_Stop();
     }
 }
 
@@ -220,8 +206,6 @@ TEST_F(NvrCommands, AMenuItemLeadsToItsHandler)
             EXPECT_EQ(Nvr().m_F_ar_MenuItems()[nItem].bWorks, bFetches);
         }
         vm_nvr.m_F_o_Faults().m_S_Clear();
-        vm_pNvr.reset();
-        vm_nvr.m_S_Stop();
     }
 }
 

@@ -32,6 +32,7 @@ public:
                 return 0;
         return std::atoi(vm_sPrinted.c_str() + nLine + sWord.size());
     }
+    bool Runs() { return !vm_process.waitForFinished(0); }
     std::string AllPrinted()
     {
         while (ReadMore())

@@ -1,6 +1,7 @@
 #include "CProbe.h"
 #include "support/Files.h"
 #include "support/ServerProcess.h"
+#include "support/Table.h"
 
 #include <QTemporaryDir>
 #include <atomic>
@@ -127,23 +128,10 @@ TEST_F(Program, DoesWhatItsOptionsSayAndLeavesNothingBehind)
 TEST_F(Program, TellsWrongOptions)
 {
     const std::string sBroken = m_F_s_Write("broken", "no colon\n"), sEmpty = m_F_s_Write("empty", "# none\n");
-    const std::vector<std::vector<std::string>> arCases = {{"--nonsense"},
-                                                           {"stray"},
-                                                           {"--channels", "0"},
-                                                           {"--channels", "65"},
-                                                           {"--channels", "4x"},
-                                                           {"--channels"},
-                                                           {"--http-port", "65536"},
-                                                           {"--http-port", "-1"},
-                                                           {"--kind", "toaster"},
-                                                           {"--state", ""},
-                                                           {"--accounts", vm_sFolder + "/missing"},
-                                                           {"--accounts", sBroken},
-                                                           {"--accounts", sEmpty},
-                                                           {"--dips", "FL-1"},
-                                                           {"--fault", "systeminfo=no-such-fault"},
-                                                           {"--stream-fault", "CH0=no-such-fault"},
-                                                           {"--stream-fault", "CH0=jump:soon"}};
+    std::vector<std::vector<std::string>> arCases = {
+        {"--state", ""}, {"--accounts", vm_sFolder + "/missing"}, {"--accounts", sBroken}, {"--accounts", sEmpty}};
+    for (const stDef_TableRow& row : ReadTable("wrong_options.txt", 2))
+        arCases.push_back(row[1].empty() ? std::vector{row[0]} : row.arFields);
     for (const auto& arArgs : arCases) {
         ServerProcess objProcess(arArgs);
         const std::string sPrinted = objProcess.AllPrinted();

@@ -5,6 +5,7 @@
 #include "scene/CLiveView.h"
 #include "scene/CSceneClock.h"
 #include "scene/stDef_EncodedClip.h"
+#include "support/Waiting.h"
 
 #include <cmath>
 #include <filesystem>
@@ -22,17 +23,6 @@ constexpr int g_nStopped = -1414092869;   // AVERROR_EXIT
 constexpr int g_nQuietMs = 700;           // more than ten pictures' time
 
 constexpr std::int64_t g_nWrapMs = (1LL << 32) / 90;
-
-bool WaitFor(const std::function<bool()>& condition, int nLimitMs = 5000)
-{
-    const auto tLimit = std::chrono::steady_clock::now() + std::chrono::milliseconds(nLimitMs);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > tLimit)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return true;
-}
 
 class Streams : public testing::Test
 {
@@ -233,11 +223,11 @@ TEST_F(Streams, EveryMountPlaysOverEveryTransport)
             }));
         }
     }
-    EXPECT_TRUE(WaitFor([this] { return vm_objServer.m_F_n_Sessions() == 24; }, 30000));
+    EXPECT_TRUE(WaitUntil([this] { return vm_objServer.m_F_n_Sessions() == 24; }, 30000));
     objAllDone.count_down();
     for (auto& objClient : arClients)
         objClient.get();
-    EXPECT_TRUE(WaitFor([this] { return vm_objServer.m_F_n_Sessions() == 0; }));
+    EXPECT_TRUE(WaitUntil([this] { return vm_objServer.m_F_n_Sessions() == 0; }));
 }
 
 TEST_F(Streams, OffersBasicAndDigest)
@@ -324,7 +314,7 @@ TEST_F(Streams, PicturesTurnWithTheirCamera)
         return false;
     };
     ASSERT_TRUE(vm_pPtz->m_F_b_Command(3, {{"gotoserverpresetno", "0"}}));
-    ASSERT_TRUE(WaitFor([&] { return !vm_pPtz->m_F_o_State(3).bMoving; }));
+    ASSERT_TRUE(WaitUntil([&] { return !vm_pPtz->m_F_o_State(3).bMoving; }));
     const stDef_PtzView stView = vm_pPtz->m_F_o_View(3);
     const auto isTurned = [&](const auto& st) { return Difference(st, stHome, stView) < 5; };
     EXPECT_GT(Difference(stHome, stHome, stView), 20) << "the test can tell the two apart";
@@ -432,6 +422,6 @@ TEST(StreamServer, StartsAndStopsWithoutLeavingAnything)
         objServer.m_S_Stop();
         objServer.m_S_Stop();
     }
-    EXPECT_TRUE(WaitFor([&] { return count("/proc/self/task") <= nThreads + 1; }, 20000)) << count("/proc/self/task");
-    EXPECT_TRUE(WaitFor([&] { return count("/proc/self/fd") <= nHandles + 1; })) << count("/proc/self/fd");
+    EXPECT_TRUE(WaitUntil([&] { return count("/proc/self/task") <= nThreads + 1; }, 20000)) << count("/proc/self/task");
+    EXPECT_TRUE(WaitUntil([&] { return count("/proc/self/fd") <= nHandles + 1; })) << count("/proc/self/fd");
 }

@@ -1,4 +1,4 @@
-// The other process of the ring tests. Prints "ready" when it has begun and runs until it is killed.
+// The other process of the ring tests. Prints "ready 1" when it has begun and runs until it is killed.
 //   ring_peer write <nvr>    writes packets as fast as it can
 //   ring_peer read <nvr>     reads them; exits with 3 at the first torn one
 
@@ -21,7 +21,7 @@ int WriteForever(int nNvr)
         if (!RingContent::Write(ring, arData, nNumber))
             return 2;
         if (nNumber == 0) {
-            std::puts("ready");
+            std::puts("ready 1");
             std::fflush(stdout);
         }
     }
@@ -43,7 +43,7 @@ int ReadForever(int nNvr)
             return 3;
         if (nRead == emDef_RingRead::Frame && !bTold) {
             bTold = true;
-            std::puts("ready");
+            std::puts("ready 1");
             std::fflush(stdout);
         }
         if (nRead == emDef_RingRead::Empty)

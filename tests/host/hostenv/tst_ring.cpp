@@ -21,6 +21,7 @@
 
 #include "host/hostenv/CRingLayout.h"
 #include "host/hostenv/RingContent.h"
+#include "support/ServerProcess.h"
 
 namespace {
 
@@ -86,51 +87,6 @@ void LeaveRing(std::uint32_t nPackets)
     }
     waitpid(nPid, nullptr, 0);
 }
-
-/// A `ring_peer` process; killed at the end of its scope.
-class Peer
-{
-public:
-    Peer(const char* pRole, int nNvr)
-    {
-        int arPipe[2];
-        EXPECT_EQ(pipe(arPipe), 0);
-        vm_nPid = fork();
-        if (vm_nPid == 0) {
-            dup2(arPipe[1], STDOUT_FILENO);
-            execl(RING_PEER, RING_PEER, pRole, std::to_string(nNvr).c_str(), static_cast<char*>(nullptr));
-            _exit(127);
-        }
-        close(arPipe[1]);
-        vm_pOut = fdopen(arPipe[0], "r");
-    }
-    ~Peer()
-    {
-        Kill();
-        std::fclose(vm_pOut);
-    }
-    Peer(const Peer&) = delete;
-    Peer& operator=(const Peer&) = delete;
-
-    bool WaitReady()
-    {
-        char szLine[16];
-        return std::fgets(szLine, sizeof szLine, vm_pOut) && !std::strcmp(szLine, "ready\n");
-    }
-    bool Alive() { return vm_nPid > 0 && waitpid(vm_nPid, nullptr, WNOHANG) == 0; }
-    void Kill()
-    {
-        if (vm_nPid <= 0)
-            return;
-        kill(vm_nPid, SIGKILL);
-        waitpid(vm_nPid, nullptr, 0);
-        vm_nPid = -1;
-    }
-
-private:
-    pid_t vm_nPid = -1;
-    FILE* vm_pOut = nullptr;
-};
 
 /// Reads until a whole packet comes; false if none does within the limit or one is torn.
 bool ReadNext(CShmRingReader& reader, st_RingFrame& stFrame, std::uint32_t& nNumber)
@@ -511,16 +467,17 @@ TEST(Ring, OutlivesKillsOfEitherSideAtRandomMoments)
     std::mt19937 random(Seed);
     const auto moment = [&random] { return std::chrono::microseconds(random() % 4000); };
     CShmRingReader reader; // it and the witness stay attached over the deaths
-    Peer witness("read", Nvr);
+    const std::string sNvr = std::to_string(Nvr);
+    ServerProcess witness({"read", sNvr});
     std::uint64_t nSerial = 0;
     for (int nRound = 0; nRound < 100; ++nRound) {
         SCOPED_TRACE(nRound);
-        Peer writer("write", Nvr), victim("read", Nvr);
-        ASSERT_TRUE(writer.WaitReady());
-        ASSERT_TRUE(nRound > 0 || witness.WaitReady());
-        ASSERT_TRUE(victim.WaitReady());
+        ServerProcess writer({"write", sNvr}), victim({"read", sNvr});
+        ASSERT_TRUE(writer.Printed("ready") == 1);
+        ASSERT_TRUE(nRound > 0 || witness.Printed("ready") == 1);
+        ASSERT_TRUE(victim.Printed("ready") == 1);
         ASSERT_TRUE(ReadsWholeFor(reader, moment()));
-        victim.Kill();
+        victim.End(SIGKILL);
         ASSERT_TRUE(ReadsWholeFor(reader, moment()));
         st_RingFrame stFrame;
         std::uint32_t nNumber = 0;
@@ -532,10 +489,10 @@ TEST(Ring, OutlivesKillsOfEitherSideAtRandomMoments)
             EXPECT_NE(other.m_F_p_GetData(), nullptr);
             EXPECT_EQ(CEnvObj::s_F_n_RemoveStaleShm(), 0) << "it is in use";
         }
-        ASSERT_TRUE(writer.Alive());
-        writer.Kill();
+        ASSERT_TRUE(writer.Runs());
+        writer.End(SIGKILL);
         ASSERT_TRUE(ReadsWholeFor(reader, moment()));
-        ASSERT_TRUE(witness.Alive()) << "it saw a torn packet";
+        ASSERT_TRUE(witness.Runs()) << "it saw a torn packet";
     }
     EXPECT_EQ(NamesLeft(), 1) << "what the last one left";
     EXPECT_EQ(CEnvObj::s_F_n_RemoveStaleShm(), 1);

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "support/Waiting.h"
+
 extern "C" {
 #include <libavcodec/avcodec.h>
 }
@@ -73,7 +75,7 @@ CRingView::~CRingView()
 std::optional<stDef_PictureCode> CRingView::m_F_o_Next()
 {
     st_Impl& d = *vm_pImpl;
-    if (!Within(5000, [&d] { return d.Read(); }) || !d.Decode())
+    if (!WaitUntil([&d] { return d.Read(); }) || !d.Decode())
         return std::nullopt;
     return CPictureCode::s_F_o_Read(d.pFrame->data[0], d.pFrame->linesize[0], d.pFrame->width, d.pFrame->height);
 }

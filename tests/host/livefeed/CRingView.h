@@ -1,25 +1,10 @@
 #pragma once
 
-#include <chrono>
 #include <memory>
 #include <optional>
-#include <thread>
 
 #include "host/Lib_Hostenv.h"
 #include "scene/CPictureCode.h"
-
-/// Waits until the condition holds; false if it doesn't within the limit.
-template <typename Condition>
-bool Within(int nLimitMs, Condition condition)
-{
-    const auto tmEnd = std::chrono::steady_clock::now() + std::chrono::milliseconds(nLimitMs);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() >= tmEnd)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-}
 
 /// A viewer of one video ring that knows nothing but the ring: it decodes, and reads what the pictures say of
 /// themselves.

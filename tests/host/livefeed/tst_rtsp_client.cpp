@@ -14,6 +14,7 @@
 #include "CRecorderProcess.h"
 #include "CRingView.h"
 #include "host/Lib_Livefeed.h"
+#include "support/Waiting.h"
 
 extern "C" {
 #include <libavutil/log.h>
@@ -79,11 +80,11 @@ struct stDef_Feed
 
     bool Plays(int nLimitMs = 5000)
     {
-        return Within(nLimitMs, [this] { return objInfo.vm_nRtspState == 1; });
+        return WaitUntil([this] { return objInfo.vm_nRtspState == 1; }, nLimitMs);
     }
     bool Ends(int nLimitMs)
     {
-        return Within(nLimitMs, [this] { return !objClient.m_F_b_ThreadRun(); });
+        return WaitUntil([this] { return !objClient.m_F_b_ThreadRun(); }, nLimitMs);
     }
 };
 
@@ -147,7 +148,7 @@ protected:
     }
     static bool NobodyPlays()
     {
-        return Within(3000, [] { return s_pNvr->m_F_n_Sessions() == 0; });
+        return WaitUntil([] { return s_pNvr->m_F_n_Sessions() == 0; }, 3000);
     }
 
     static std::unique_ptr<CRecorderProcess> s_pNvr;
@@ -285,7 +286,7 @@ TEST_F(RtspClient, StopsWithin200MsWhereverItIsBlocked)
         }
         const std::uint64_t nDataMs = feed.objInfo.vm_nLastDataTime;
         // Long enough to be inside the call, and, where data came, for the last of it to be read.
-        EXPECT_TRUE(Within(3000, [&] { return CRtspClient::s_F_n_NowMs() > nDataMs + 150; }));
+        EXPECT_TRUE(WaitUntil([&] { return CRtspClient::s_F_n_NowMs() > nDataMs + 150; }, 3000));
         ASSERT_TRUE(feed.objClient.m_F_b_ThreadRun());
         const auto tmTold = std::chrono::steady_clock::now();
         feed.objClient.m_S_Disconnect(false);
@@ -305,7 +306,7 @@ TEST_F(RtspClient, StopsWithin200MsWhereverItIsBlocked)
         EXPECT_TRUE(second.Ends(1000));
         EXPECT_EQ(first.objInfo.vm_nRtspState, 0);
     }
-    EXPECT_TRUE(Within(1000, [] { return g_nBlockedLookups == 0; }));
+    EXPECT_TRUE(WaitUntil([] { return g_nBlockedLookups == 0; }, 1000));
 }
 
 TEST_F(RtspClient, NoticesSilenceAfterOneDataTimeout)
@@ -390,7 +391,7 @@ TEST_F(RtspClient, ConnectsAgainWithTheSameInfo)
 
     feed.objInfo.vm_sUrl = QByteArray::fromStdString(Url("/stream/CH0", "admin:wrong"));
     feed.objClient.m_S_Connect(nullptr);
-    EXPECT_TRUE(Within(3000, [&] { return feed.objInfo.vm_nRtspState == 3; }));
+    EXPECT_TRUE(WaitUntil([&] { return feed.objInfo.vm_nRtspState == 3; }, 3000));
     feed.objInfo.vm_sUrl = QByteArray::fromStdString(Url("/stream/CH0"));
     EXPECT_TRUE(feed.Ends(1000));
     feed.objClient.m_S_Connect(nullptr);
@@ -406,7 +407,7 @@ TEST_F(RtspClient, OneOfTwoStreamsWritesTheSharedAudio)
     st_RingFrame stFrame;
     const auto next = [&] { return audio.m_F_n_Read(stFrame) == emDef_RingRead::Frame; };
     ASSERT_TRUE(
-        Within(5000, [&] { return audio.m_F_b_Open(emDef_RingKind::Audio, stDef_Feed::NvrID, 0, 0) && next(); }));
+        WaitUntil([&] { return audio.m_F_b_Open(emDef_RingKind::Audio, stDef_Feed::NvrID, 0, 0) && next(); }, 5000));
     second.objClient.m_S_Connect(&second.objInfo);
     CRingView view(stDef_Feed::NvrID, 0, 1);
     std::int64_t nPtsUs = stFrame.stPacket.nPtsUs;
@@ -421,7 +422,7 @@ TEST_F(RtspClient, OneOfTwoStreamsWritesTheSharedAudio)
     pMain->objClient.m_S_Disconnect(false);
     while (next())
         ;
-    EXPECT_TRUE(Within(2500, next)) << "the other stream takes the ring over";
+    EXPECT_TRUE(WaitUntil(next, 2500)) << "the other stream takes the ring over";
 
     // With no audio ring there is no audio, and the pictures don't mind.
     stDef_Feed silent(Url("/stream/CH1"), Transport_UDP, 1);
