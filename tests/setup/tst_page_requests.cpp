@@ -175,6 +175,23 @@ TEST_F(PageRequests, AreOverAtOnceWhenTheyAreStopped)
     }
 }
 
+// No window is there that would be closed.
+TEST_F(PageRequests, TheEndOfTheApplicationIsTheirs)
+{
+    Fault("CameraXML", {"silence"});
+    bool bGot = true;
+    QElapsedTimer clock;
+    When([&] { return Asked("CameraXML"); },
+         [&] {
+             clock.start();
+             QApplication::quit();
+         });
+    QTimer::singleShot(0, [&] { bGot = Get(nullptr); });
+    QApplication::exec();
+    EXPECT_LT(clock.elapsed(), 200 * Process::Slowness);
+    EXPECT_FALSE(bGot);
+}
+
 TEST_F(PageRequests, OthersOfTheObjectGoTheirOwnWayAndCommandsDoNothing)
 {
     Fault("CameraXML", {"silence"});

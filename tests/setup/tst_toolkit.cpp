@@ -4,21 +4,29 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QContextMenuEvent>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileDialog>
 #include <QGroupBox>
 #include <QHash>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTabWidget>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <QtTest/QTest>
 #include <gtest/gtest.h>
 
 #include "host/Lib_Bedrock.h"
+#include "support/Files.h"
 #include "support/Table.h"
+#include "support/Waiting.h"
 #include "toolkit/controls/CIPAddressEdit.h"
 #include "toolkit/controls/CPasswordEdit.h"
 #include "toolkit/form/CFormGroup.h"
@@ -26,6 +34,7 @@
 #include "toolkit/sheet/CPropertyPage.h"
 #include "toolkit/sheet/CPropertySheet.h"
 #include "toolkit/user/CUserSide.h"
+#include "toolkit/user/CWaitBox.h"
 
 namespace {
 
@@ -247,6 +256,114 @@ TEST(PropertySheet, TheTabKeyReachesThePageBeforeTheButtons)
             arReached.append(sheet.focusWidget()->objectName());
         }
         EXPECT_EQ(arReached, QStringList({"OK", "Cancel", "qt_tabwidget_tabbar", nTab == 0 ? "EditA" : "EditB"}));
+    }
+}
+
+TEST(UserSide, AFileIsAskedForAndAChosenOneComesBack)
+{
+    using enum stDef_FileQuestion::emDef_Kind;
+    QTemporaryDir dir;
+    WriteFile(dir.filePath("old.xml"), "old");
+    const struct
+    {
+        stDef_FileQuestion::emDef_Kind nKind;
+        const char* pszTyped; ///< null: Cancel
+        const char* pszFile;  ///< null: none
+        bool bOverwrites = false;
+    } arRows[] = {{Open, "old.xml", "old.xml"},   {Open, nullptr, nullptr},   {Save, "new", "new.xml"},
+                  {Save, "old", "old.xml", true}, {Save, "", "proposed.xml"}, {Folder, "", ""},
+                  {Folder, nullptr, nullptr}};
+    for (const auto& row : arRows) {
+        SCOPED_TRACE(std::string(row.pszTyped ? row.pszTyped : "Cancel") + std::to_string(int(row.nKind)));
+        bool bAsked = false, bTyped = false;
+        int nTicks = 0;
+        QTimer timer;
+        timer.callOnTimeout([&] {
+            QWidget* const pModal = QApplication::activeModalWidget();
+            if (qobject_cast<QMessageBox*>(pModal)) {
+                bAsked = true;
+                QTest::keyClick(pModal, Qt::Key_Y, Qt::AltModifier);
+            } else if (auto* const pDialog = qobject_cast<QFileDialog*>(pModal);
+                       pDialog && !std::exchange(bTyped, true)) {
+                EXPECT_EQ(pDialog->windowTitle(), "Caption");
+                auto* const pEdit = pDialog->findChild<QLineEdit*>("fileNameEdit");
+                if (row.pszTyped && *row.pszTyped)
+                    pEdit->clear();
+                QTest::keyClicks(pEdit, row.pszTyped);
+                auto* const pButtons = pDialog->findChild<QDialogButtonBox*>();
+                const auto nTake = row.nKind == Save ? QDialogButtonBox::Save : QDialogButtonBox::Open;
+                // Not in this slot, which could not be called again before what opens then is closed.
+                QTimer::singleShot(0, pButtons->button(row.pszTyped ? nTake : QDialogButtonBox::Cancel),
+                                   &QAbstractButton::click);
+            } else if (pModal && ++nTicks > 10000) {
+                ADD_FAILURE() << "nothing came of it";
+                static_cast<QDialog*>(pModal)->reject();
+            }
+        });
+        timer.start(0);
+        const QString sProposed = dir.filePath(row.nKind == Save ? "proposed.xml" : row.nKind == Open ? "x" : "");
+        EXPECT_EQ(CUserSide::s_F_o_Get().m_F_s_File(nullptr, {row.nKind, "Caption", sProposed, "Text (*.xml)", "xml"}),
+                  row.pszFile ? QDir::cleanPath(dir.filePath(row.pszFile)) : QString());
+        EXPECT_EQ(bAsked, row.bOverwrites);
+    }
+}
+
+TEST(UserSide, ACallComesAfterItsTimeUnlessItsObjectHasGone)
+{
+    QObject context;
+    auto pGone = std::make_unique<QObject>();
+    QStringList arCalls;
+    QElapsedTimer clock;
+    clock.start();
+    for (const auto& [nMs, pContext] : {std::pair{60, &context}, {30, pGone.get()}, {20, &context}})
+        CUserSide::s_F_o_Get().m_S_After(nMs, pContext, [&arCalls, nMs = nMs] { arCalls << QString::number(nMs); });
+    pGone.reset();
+    EXPECT_TRUE(WaitUntil([&] { return arCalls.size() == 2; }));
+    EXPECT_GE(clock.elapsed(), 60);
+    EXPECT_EQ(arCalls, QStringList({"20", "60"}));
+}
+
+/// The real one, whose clock a test sets.
+class ClockedUser : public CUserSide
+{
+public:
+    std::uint64_t m_F_n_TickMs() override { return vm_nNowMs; }
+    std::uint64_t vm_nNowMs = 5;
+};
+
+TEST(UserSide, AWaitCountsItsSecondsDownAndHoldsInput)
+{
+    constexpr int WaitMs = 60000;
+    for (const bool bClosed : {false, true}) {
+        ClockedUser user;
+        QPushButton button("Behind");
+        int nClicks = 0;
+        QObject::connect(&button, &QPushButton::clicked, [&] { ++nClicks; });
+        button.show();
+        QStringList arSeen;
+        QTimer timer;
+        timer.callOnTimeout([&] {
+            auto* const pBox = qobject_cast<CWaitBox*>(QApplication::activeModalWidget());
+            ASSERT_TRUE(pBox);
+            QTest::mouseClick(&button, Qt::LeftButton);
+            EXPECT_FALSE(pBox->findChild<QPushButton*>()) << "there is no Stop";
+            arSeen << QString("%1 %2 %3")
+                          .arg(pBox->findChild<QLabel*>("WaitText")->text(),
+                               pBox->findChild<QLabel*>("WaitSeconds")->text())
+                          .arg(pBox->findChild<QProgressBar*>()->value());
+            if (arSeen.removeDuplicates() == 0)
+                user.vm_nNowMs += bClosed ? 1000 : 29500;
+            if (bClosed && arSeen.size() == 2)
+                pBox->close();
+        });
+        timer.start(50);
+        user.m_S_Wait(&button, "Uploading", WaitMs);
+        timer.stop();
+        EXPECT_EQ(arSeen.mid(0, 2),
+                  QStringList({"Uploading 60 s 0", bClosed ? "Uploading 59 s 1000" : "Uploading 31 s 29500"}));
+        EXPECT_EQ(user.vm_nNowMs >= WaitMs, !bClosed);
+        EXPECT_EQ(nClicks, 0);
+        EXPECT_FALSE(QApplication::activeModalWidget());
     }
 }
 

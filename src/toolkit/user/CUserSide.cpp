@@ -1,7 +1,6 @@
 #include "toolkit/user/CUserSide.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPointer>
@@ -129,13 +128,13 @@ void CUserSide::m_S_Wait(QWidget* pParent, const QString& sText, int nMs)
 {
     const QString sCaption = pParent ? pParent->window()->windowTitle() : QString();
     const QPointer<CWaitBox> pBox(new CWaitBox(pParent, {sCaption, sText, {}}));
-    QElapsedTimer objClock;
-    objClock.start();
+    const std::uint64_t nBegin = m_F_n_TickMs();
     bool bOver = false;
     const auto fnStop = [&] { bOver = true; };
     QObject::connect(pBox, &QDialog::rejected, pBox, fnStop);
     const auto fnTick = [&] {
-        const int nGone = static_cast<int>(std::min<qint64>(objClock.elapsed(), nMs));
+        const int nGone =
+            static_cast<int>(std::min<std::uint64_t>(m_F_n_TickMs() - nBegin, static_cast<std::uint64_t>(nMs)));
         if (pBox) {
             pBox->m_S_SetProgress(nGone, nMs);
             pBox->m_S_SetSeconds((nMs - nGone + 999) / 1000);
