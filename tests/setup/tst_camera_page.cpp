@@ -12,6 +12,7 @@
 #include "core/CWndNvrEmbedded.h"
 #include "drivers/CCamObj_Base.h"
 #include "setup/CCameraTree.h"
+#include "support/Table.h"
 #include "toolkit/controls/CItemList.h"
 #include "toolkit/form/CForm.h"
 #include "toolkit/sheet/CPropertyPage.h"
@@ -261,40 +262,27 @@ TEST_F(CameraPage, WhatIsSelectedIsShown)
 
 TEST_F(CameraPage, OpensOnAnyDocument)
 {
-    const struct
-    {
-        const char* pszCount;
-        const char* pszNodes;
-        int nMaxCam, nListed;
-        const char* pszLeft; ///< names after the first one was deleted; null: there is none
-    } arRows[] = {
-        {"0", "", 20, 0, nullptr},
-        {"3", "<Cam000 Name='&lt;b>A'/>", 20, 3, ","},
-        {"3", "<Cam000 Name='A'/><Cam001 Name='B'/><Cam002 Name='C'/>", 2, 2, "B,C"}, // the third one gets its place
-        {"3", "<Cam000/><Cam001 Name='no driver' VendorID='3'/><Cam002 VendorID='x'/>", 20, 3, "no driver,"},
-        {"2", "<Cam000 Name='A'/><Cam001 Name='B'/>", 0, 0, nullptr},
-    };
-    for (const auto& stRow : arRows) {
-        SCOPED_TRACE(QString("%1 %2").arg(stRow.pszCount, stRow.pszNodes).toStdString());
+    for (const stDef_TableRow& row : ReadTable("camera_lists.txt", 5)) {
+        SCOPED_TRACE(row.sWhere);
         const QString sXml =
-            QString("<root><Camera count=\"%1\">%2</Camera></root>").arg(stRow.pszCount, stRow.pszNodes);
+            QString("<root><Camera count=\"%1\">%2</Camera></root>").arg(row[0].c_str(), row[1].c_str());
         ASSERT_TRUE(Nvr().vm_xmlCamera.m_F_b_LoadXML(sXml));
         ASSERT_TRUE(
-            Nvr().vm_xmlSystemInfo.m_F_b_LoadXML(QString("<root><Local MaxCam='%1'/></root>").arg(stRow.nMaxCam)));
+            Nvr().vm_xmlSystemInfo.m_F_b_LoadXML(QString("<root><Local MaxCam='%1'/></root>").arg(row[2].c_str())));
         CDlgSetupPageSystemSetting sheet(&Nvr(), "sheet", 0);
         sheet.OnInitDialog();
         sheet.show();
         vm_pTree = sheet.findChild<CCameraTree*>();
-        EXPECT_EQ(vm_pTree->m_F_n_Count(), stRow.nListed);
+        EXPECT_EQ(vm_pTree->m_F_n_Count(), row.Number(3));
         EXPECT_EQ(Document().m_F_s_GetXML(), sXml);
-        EXPECT_EQ(At(&sheet).Find("Add")->isEnabled(), stRow.nListed < stRow.nMaxCam);
-        if (stRow.nListed && vm_pTree->topLevelItem(0)->text(0).startsWith("<b>"))
-            EXPECT_TRUE(vm_pTree->topLevelItem(0)->toolTip(0).contains("&lt;b&gt;")); // no mark-up
-        if (!stRow.pszLeft)
+        EXPECT_EQ(At(&sheet).Find("Add")->isEnabled(), row.Number(3) < row.Number(2));
+        if (row[4] == "-")
             continue;
+        if (vm_pTree->topLevelItem(0)->text(0).startsWith("<b>"))
+            EXPECT_TRUE(vm_pTree->topLevelItem(0)->toolTip(0).contains("&lt;b&gt;")); // no mark-up
         ClickCamera(0);
         At(&sheet).Click("Delete");
-        EXPECT_EQ(TreeNames().join(',').toStdString(), stRow.pszLeft);
+        EXPECT_EQ(TreeNames().join(',').toStdString(), row[4]);
     }
 }
 
@@ -360,38 +348,20 @@ TEST_F(CameraPage, AddsWhatWasFound)
 
 TEST_F(CameraPage, SaysWhatIsWrongAndChangesNothing)
 {
-    const char* const pszBadData = "Configuration Data Error. Please Re-check!";
-    const struct
-    {
-        const char* pszButton;
-        QMap<QString, QString> mapTyped; ///< over a form that could be added
-        QString sPrompt, sCaption;
-        QString sNote; ///< what the page says at its foot
-    } arRows[] = {
-        {"Add", {{"IP", "0.0.0.0"}}, pszBadData, "Error", ""},
-        {"Add", {{"HttpPort", "web"}}, pszBadData, "Error", ""},
-        {"Add", {{"RtspPort", "-1"}}, pszBadData, "Error", ""},
-        {"Update", {{"UserName", ""}}, pszBadData, "Error", ""},
-        {"Add", {{"Name", ""}}, "Camera Name Is Empty, Do You Want To Use Default Name?", "Error", ""},
-        {"Add", {{"IP", "192.168.1.99"}}, "", "", "The recorder reached no camera with these data."},
-        {"Detect", {{"IP", "192.168.1.99"}}, "Please Check Input Data.", "Detect", ""},
-        {"Detect", {{"Password", "wrong"}}, "Detect Device Fail.", "Detect", ""},
-        {"Detect", {}, "Success!", "Detect", ""},
-    };
     Work([&](At at) {
         const QString sBefore = Document().m_F_s_GetXML();
         at.Click("Search");
-        for (const auto& stRow : arRows) {
-            SCOPED_TRACE(stRow.sPrompt.toStdString());
+        for (const stDef_TableRow& row : ReadTable("camera_refusals.txt", 6)) {
+            SCOPED_TRACE(row.sWhere);
             ClickCamera(0);
-            if (std::string(stRow.pszButton) != "Update")
+            if (row[0] != "Update")
                 ClickFound("Stairs 1");
-            for (auto i = stRow.mapTyped.begin(); i != stRow.mapTyped.end(); ++i)
-                at.Type(i.key(), i.value());
-            if (!stRow.sPrompt.isEmpty())
-                vm_objPrompts.Expect(stRow.sPrompt, stRow.sCaption, "");
-            at.Click(stRow.pszButton);
-            EXPECT_EQ(Note(), stRow.sNote);
+            if (!row[1].empty())
+                at.Type(row[1].c_str(), row[2].c_str());
+            if (!row[3].empty())
+                vm_objPrompts.Expect(row[3].c_str(), row[4].c_str(), "");
+            at.Click(row[0].c_str());
+            EXPECT_EQ(Note().toStdString(), row[5]);
             EXPECT_EQ(Document().m_F_s_GetXML(), sBefore);
             EXPECT_EQ(Calls(), QList<int>());
         }
@@ -550,20 +520,6 @@ TEST_F(CameraPage, KeepsEverythingInStep)
 
 TEST_F(CameraPage, FiltersAndSortsWhatIsFound)
 {
-    const struct
-    {
-        QMap<QString, QString> mapFilter;
-        QStringList arNames;
-        const char* pszButton = "OK";
-    } arRows[] = {
-        {{{"Model", "wn-300"}}, {"Lift & lobby", "Cellar"}},
-        {{{"IP", "192.168.001.000"}, {"Model", "AM"}}, {"Car park east", "Car park west", "Bicycle shed"}},
-        {{{"IP", "169.254.0.0"}}, {"Corridor 3 倉庫", "Lift & lobby", "Outbuilding"}},
-        {{{"MAC", "00:2c"}}, {"Outbuilding"}},
-        {{{"IP", "10.0.0.0"}}, {}},
-        {{{"MAC", "02"}, {"IP", "0.0.0.0"}, {"Model", "zk"}}, {"Roof"}},
-        {{{"Model", "wn-300"}}, {"Roof"}, "Cancel"}, // leaves what was found before
-    };
     Store(20); // there is room for none, so that nothing is added
     Work([&](At at) {
         const auto Found = [&](int nColumn) {
@@ -572,16 +528,17 @@ TEST_F(CameraPage, FiltersAndSortsWhatIsFound)
                 arTexts << vm_pFound->m_F_ar_Texts(nRow)[nColumn];
             return arTexts;
         };
-        for (const auto& stRow : arRows) {
+        for (const stDef_TableRow& row : ReadTable("found_filters.txt", 5)) {
             at.Find("AutoSettingButton")->setEnabled(true);
             vm_objPrompts.ExpectDialog([&](QDialog& dialog) {
-                for (auto i = stRow.mapFilter.begin(); i != stRow.mapFilter.end(); ++i)
-                    At(&dialog).Type(i.key(), i.value());
-                At(&dialog).Click(stRow.pszButton);
+                for (std::size_t n = 0; const char* const pszEdit : {"Model", "IP", "MAC"})
+                    if (const std::string& sText = row[n++]; !sText.empty())
+                        At(&dialog).Type(pszEdit, sText.c_str());
+                At(&dialog).Click(row[3].c_str());
             });
             at.Click("AutoSettingButton");
-            EXPECT_EQ(Found(1), stRow.arNames);
-            const bool bFull = !stRow.arNames.isEmpty() && stRow.pszButton == std::string("OK");
+            EXPECT_EQ(Found(1).join(", ").toStdString(), row[4]);
+            const bool bFull = !row[4].empty() && row[3] == "OK";
             EXPECT_EQ(Note().endsWith("The camera list is full, so no more were added."), bFull);
             ExpectInStep(TreeNames());
         }

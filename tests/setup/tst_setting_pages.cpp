@@ -4,6 +4,7 @@
 #include "At.h"
 #include "CycleFixture.h"
 #include "core/CWndNvrEmbedded.h"
+#include "support/Table.h"
 #include "toolkit/controls/CItemList.h"
 #include "toolkit/sheet/CPropertyPage.h"
 
@@ -69,39 +70,20 @@ TEST_F(NetworkPage, WritesWhatWasEditedAndNothingElse)
 
 TEST_F(NetworkPage, BoxesEnableWhatBelongsToThem)
 {
-    const struct
-    {
-        const char* pBox;
-        QStringList arOn, arOff; ///< while it is checked; the first state is that of the document
-        bool bFirst;
-    } arRows[] = {
-        {"network.DHCPType",
-         {"network.DHCPgetDNS"},
-         {"Local.MAC", "network.IPAddress", "network.SubMask", "network.GateWay", "NetworkTest"},
-         false},
-        {"pppoe.isPPPOE",
-         {"pppoe.PPPOEUser", "pppoe.PPPOEPassword", "Local.PPPoE_IP", "Local.PPPoE_SubMask", "Local.PPPoE_Gateway",
-          "Local.PPPoE_Status"},
-         {},
-         false},
-        {"UPnP.Enable", {"Local.FriendlyName"}, {}, true},
-        {"UPnP_Traversal.Enable",
-         {"UPnP_Traversal.MinPort", "UPnP_Traversal.MaxPort", "Local.ExternalPort"},
-         {},
-         false},
-        {"server.ServerRun", {"server.HTTPPort", "server.RTSPPort", "server.RTSPOverHTTP"}, {}, true},
-        {"DDNS.Enable", {"DDNS.Server", "DDNS.Host", "DDNS.UID", "DDNS.PWD", "DDNS.CurrentIP", "DDNSTest"}, {}, false},
-    };
     EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
         const At at(OpenTab(sheet, NetworkTab));
-        for (const auto& row : arRows) {
-            for (const bool bChecked : {row.bFirst, !row.bFirst, row.bFirst}) {
-                EXPECT_EQ(static_cast<QCheckBox*>(at.Find(row.pBox))->isChecked(), bChecked) << row.pBox;
-                EXPECT_EQ(at.NotEnabled(row.arOn, bChecked), QStringList()) << row.pBox;
-                EXPECT_EQ(at.NotEnabled(row.arOff, !bChecked), QStringList()) << row.pBox;
-                at.Click(row.pBox);
+        for (const stDef_TableRow& row : ReadTable("network_rules.txt", 4)) {
+            const QString sBox = QString::fromStdString(row[0]);
+            const auto Names = [](const std::string& s) {
+                return QString::fromStdString(s).split(' ', Qt::SkipEmptyParts);
+            };
+            for (const bool bChecked : {row.Is(1), !row.Is(1), row.Is(1)}) {
+                EXPECT_EQ(static_cast<QCheckBox*>(at.Find(sBox))->isChecked(), bChecked) << row[0];
+                EXPECT_EQ(at.NotEnabled(Names(row[2]), bChecked), QStringList()) << row[0];
+                EXPECT_EQ(at.NotEnabled(Names(row[3]), !bChecked), QStringList()) << row[0];
+                at.Click(sBox);
             }
-            at.Click(row.pBox);
+            at.Click(sBox);
         }
         // The name servers follow a box of their own, which goes with DHCP.
         const QStringList arServers = {"network.PrimaryDNS", "network.SecondDNS"};
@@ -270,36 +252,23 @@ TEST_F(AddressBook, AClickShowsTheRowAlsoTheSelectedOneAndBesideTheRowsNone)
 
 TEST_F(AddressBook, WhatCannotBeTakenIsToldAndChangesNothing)
 {
-    const struct
-    {
-        const char* pButton;
-        Row arValues;
-        const char* pMessage; ///< null: it is taken
-    } arRows[] = {
-        {"Add", {"", "", "a@example.com", ""}, "Name Or E-Mail Is Empty."},
-        {"Add", {"A", "", "", ""}, "Name Or E-Mail Is Empty."},
-        {"Modify", {"", "1", "control@example.com", ""}, "Name Or E-Mail Is Empty."},
-        {"Add", {"A", "", "duty@example.net", ""}, "You add the same e-Mail. Please change it!"},
-        {"Add", {"A", "", "control@example.com", ""}, "You add the same e-Mail. Please change it!"},
-        {"Modify", {"A", "", "duty@example.net", ""}, "You Add The Same E-Mail. Please Change It!"},
-        {"Modify", {"A", "", "Duty@example.net", ""}, nullptr},
-    };
     // A language file has one text for both duplicates, so the defaults are seen without one.
     vm_env.vm_nLanguage = 1;
     ASSERT_TRUE(vm_env.m_F_b_SetLangFolder(FIXTURE_FOLDER));
     MakeNvr();
     EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
         const At at(OpenTab(sheet, AddressTab));
-        for (const auto& row : arRows) {
+        for (const stDef_TableRow& row : ReadTable("address_refusals.txt", 6)) {
             List(at).m_S_Select(0);
             const std::vector<Row> arBefore = Book();
-            Fill(at, row.arValues);
-            if (row.pMessage)
-                vm_objPrompts.Expect(row.pMessage, "Error");
-            at.Click(row.pButton);
-            EXPECT_EQ(Book() == arBefore, row.pMessage != nullptr);
+            const Row arValues = {row[1].c_str(), row[2].c_str(), row[3].c_str(), row[4].c_str()};
+            Fill(at, arValues);
+            if (!row[5].empty())
+                vm_objPrompts.Expect(row[5].c_str(), "Error");
+            at.Click(row[0].c_str());
+            EXPECT_EQ(Book() == arBefore, !row[5].empty());
             EXPECT_EQ(List(at).m_F_n_Selected(), 0);
-            EXPECT_EQ(Edits(at), row.arValues) << "what was typed isn't lost";
+            EXPECT_EQ(Edits(at), arValues) << "what was typed isn't lost";
         }
         // With the document gone nothing happens, and nothing is said.
         Nvr().vm_xmlEMail.m_F_b_Close();
