@@ -32,6 +32,13 @@ public:
                 return 0;
         return std::atoi(vm_sPrinted.c_str() + nLine + sWord.size());
     }
+    /// Gives it a line, and takes the number behind "= " that it answers with.
+    int Ask(const std::string& sLine)
+    {
+        vm_sPrinted.clear();
+        vm_process.write((sLine + '\n').c_str());
+        return Printed("=");
+    }
     bool Runs() { return !vm_process.waitForFinished(0); }
     std::string AllPrinted()
     {

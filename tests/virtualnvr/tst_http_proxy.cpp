@@ -29,34 +29,21 @@ std::string Echoed(const std::string& sReply)
 
 TEST_F(HttpProxy, PassesRequestsAndRepliesOnUnchanged)
 {
-    struct Row
-    {
-        std::string sRequest, sEchoed;
-    };
     const std::string sBig(3u << 20, 'b');
-    const Row arRows[] = {
-        {"GET /echo HTTP/1.1\r\n\r\n", "GET /echo  ;"},
-        {"GET /echo/%41?a=#b%20c HTTP/1.1\r\nX-Own: 50% %41\r\n\r\n", "GET /echo/%41?a=#b%20c 50% %41 ;"},
-        {"POST /echo HTTP/1.1\r\nContent-Length: 5\r\n\r\nhello", "POST /echo  hello;"},
-        {"POST /echo HTTP/1.1\r\nContent-Length: 0\r\n\r\n", "POST /echo  ;"},
-        {"POST /echo HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n2;x=y\r\nde\r\n0\r\n\r\n",
-         "POST /echo  abcde;"},
-        {"POST /echo HTTP/1.1\r\nContent-Length: " + std::to_string(sBig.size()) + "\r\n\r\n" + sBig,
-         "POST /echo  " + sBig + ";"},
-        {"\r\nGET /echo HTTP/1.1\r\n\r\n", "GET /echo  ;"},
-    };
+    auto arRows = ReadTable("echoes.txt", 2);
+    arRows.push_back({"big",
+                      {"POST /echo HTTP/1.1\r\nContent-Length: " + std::to_string(sBig.size()) + "\r\n\r\n" + sBig,
+                       "POST /echo  " + sBig + ";"}});
     CRawClient kept = Client();
-    for (const Row& row : arRows) {
-        SCOPED_TRACE(row.sRequest.substr(0, 80));
-        ASSERT_TRUE(kept.m_F_b_Send(row.sRequest));
-        EXPECT_TRUE(Echoed(kept.m_F_s_ReadReply()) == row.sEchoed);
+    for (const stDef_TableRow& row : arRows) {
+        SCOPED_TRACE(row.sWhere);
+        ASSERT_TRUE(kept.m_F_b_Send(row[0]));
+        EXPECT_TRUE(Echoed(kept.m_F_s_ReadReply()) == row[1]);
         CRawClient dripping = Client();
-        if (row.sRequest.size() < 200)
-            for (const char c : row.sRequest)
-                dripping.m_F_b_Send({&c, 1});
-        else
-            dripping.m_F_b_Send(row.sRequest);
-        EXPECT_TRUE(Echoed(dripping.m_F_s_ReadReply()) == row.sEchoed);
+        const std::size_t nPiece = row[0].size() < 200 ? 1 : row[0].size();
+        for (std::size_t n = 0; n < row[0].size(); n += nPiece)
+            dripping.m_F_b_Send(std::string_view(row[0]).substr(n, nPiece));
+        EXPECT_TRUE(Echoed(dripping.m_F_s_ReadReply()) == row[1]);
     }
     EXPECT_EQ(Client().m_F_s_Get("/plain"), CRawClient(vm_nInnerPort).m_F_s_Get("/plain"));
     EXPECT_EQ(Client().m_F_s_Get("/doc"), CRawClient(vm_nInnerPort).m_F_s_Get("/doc"));
@@ -119,26 +106,13 @@ TEST_F(HttpProxy, ClosesWhenEitherSideAsksForIt)
 
 TEST_F(HttpProxy, EndsBadRequestsAndServesOn)
 {
-    struct Row
-    {
-        std::string sRequest;
-        const char* pStatus;
-    };
-    const Row arRows[] = {
-        {"nonsense\r\n\r\n", "400"},
-        {std::string("\0\0\0\r\n\r\n", 7), "400"},
-        {"GET / HTTP/1.1\r\nX: " + std::string(100000, 'x') + "\r\n\r\n", "431"},
-        {"POST /echo HTTP/1.1\r\nContent-Length: -5\r\n\r\nhello", "400"},
-        {"POST /echo HTTP/1.1\r\nContent-Length: 99999999999999999999999\r\n\r\nhello", "400"},
-        {"POST /echo HTTP/1.1\r\nContent-Length: 1z\r\n\r\nhello", "400"},
-        {"POST /echo HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\nnonsense\r\n", "400"},
-        {"POST /echo HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\n" + std::string(20, 'f') + "\r\n", "400"},
-    };
-    for (const Row& row : arRows) {
-        SCOPED_TRACE(row.sRequest.substr(0, 80));
+    auto arRows = ReadTable("bad_requests.txt", 2);
+    arRows.push_back({"a long line", {"GET / HTTP/1.1\r\nX: " + std::string(100000, 'x') + "\r\n\r\n", "431"}});
+    for (const stDef_TableRow& row : arRows) {
+        SCOPED_TRACE(row.sWhere);
         CRawClient client = Client();
-        client.m_F_b_Send(row.sRequest);
-        EXPECT_THAT(client.m_F_s_ReadToEnd(), StartsWith(std::string("HTTP/1.1 ") + row.pStatus));
+        client.m_F_b_Send(row[0]);
+        EXPECT_THAT(client.m_F_s_ReadToEnd(), StartsWith("HTTP/1.1 " + row[1]));
         EXPECT_TRUE(client.m_F_b_Closed());
     }
     EXPECT_THAT(Client().m_F_s_Get("/plain"), EndsWith("<plain/>"));

@@ -196,33 +196,6 @@ TEST(Recorder, TellsAddressesOfDirectoryIdsWithoutLogin)
     }
 }
 
-TEST(Recorder, StreamsMotionOfEveryWindow)
-{
-    CRunning objRunning;
-    CProbe objProbe(objRunning.m_F_n_Port());
-    const auto Count = [](const std::string& sBody, const std::string& sPart) {
-        int nCount = 0;
-        for (std::size_t n = sBody.find(sPart); n != std::string::npos; n = sBody.find(sPart, n + 1))
-            ++nCount;
-        return nCount;
-    };
-    const auto objStart = std::chrono::steady_clock::now();
-    objProbe.m_S_SetWatcher([&](const std::string& sBody) { return Count(sBody, "Content-Length: ") < 6; });
-    const stDef_ProbeReply stReply = objProbe.m_F_o_Get("/cgi-bin/motiondata.cgi?camera=2");
-    const auto objTook = std::chrono::steady_clock::now() - objStart;
-    EXPECT_GE(objTook, std::chrono::milliseconds(450)) << "six parts with 100 ms between them";
-    EXPECT_NE(stReply.arHeads.back().find("multipart/x-mixed-replace; boundary="), std::string::npos);
-    EXPECT_GE(Count(stReply.sBody, "group=2 "), 5);
-    EXPECT_GE(Count(stReply.sBody, " motion="), 15);
-
-    // A stream that somebody still reads doesn't hold up the end.
-    objProbe.m_S_SetWatcher([&](const std::string&) {
-        objRunning.vm_objRecorder.m_S_Stop();
-        return true;
-    });
-    EXPECT_FALSE(objProbe.m_F_o_Get("/cgi-bin/motiondata.cgi?camera=0").bTransferred);
-}
-
 TEST(Documents, ComeBackAsPostedAlsoAfterARestart)
 {
     const std::pair<const char*, std::string> arCases[] = {
