@@ -8,12 +8,12 @@
 
 #include "WindowFixture.h"
 #include "http/CFaultTable.h"
-#include "http/CRequestLog.h"
 #include "ptz/CPtzPad.h"
 #include "ptz/CPtzPanel.h"
 #include "recorders/CLoginPanel.h"
 #include "recorders/CRecorderTree.h"
 #include "scene/CPtzBoard.h"
+#include "support/LogReading.h"
 #include "support/Process.h"
 #include "support/Table.h"
 
@@ -53,16 +53,7 @@ protected:
     }
 
     // PTZ commands as the recorder got them, logins aside.
-    Texts Commands() const
-    {
-        Texts arTexts;
-        for (const stDef_LogEntry& stEntry : vm_nvr.m_F_o_Log().m_F_ar_Entries()) {
-            const std::size_t nAt = stEntry.sTarget.find("ptz.cgi?");
-            if (nAt != std::string::npos && stEntry.nStatus != 401)
-                arTexts.push_back(stEntry.sTarget.substr(nAt + 8));
-        }
-        return arTexts;
-    }
+    Texts Commands() const { return Answered(vm_nvr.m_F_o_Log(), "ptz.cgi?", 8); }
 
     void ExpectCommands(Texts arExpected, const std::string& sWhat)
     {

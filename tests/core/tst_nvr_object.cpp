@@ -4,7 +4,7 @@
 
 #include "support/Files.h"
 #include "support/HostFixture.h"
-#include "support/Waiting.h"
+#include "support/Table.h"
 
 namespace {
 
@@ -20,17 +20,14 @@ protected:
 
 TEST_F(NvrObject, FactoryKnowsTwoKinds)
 {
-    struct Row
-    {
-        int nType;
-        const char* pClass;
-    };
-    for (const Row& row : {Row{-1, nullptr}, Row{0, "CWndNvrPC"}, Row{1, "CWndNvrEmbedded"}, Row{2, nullptr}}) {
-        CNvrHolder byType(CWndNvrBase::s_F_p_CreateNvrObject(row.nType, nullptr, &vm_env));
-        SetNode("Type", QString::number(row.nType));
+    const char* const arClasses[] = {nullptr, "CWndNvrPC", "CWndNvrEmbedded", nullptr};
+    for (int nType = -1; nType <= 2; ++nType) {
+        const char* const pszClass = arClasses[nType + 1];
+        CNvrHolder byType(CWndNvrBase::s_F_p_CreateNvrObject(nType, nullptr, &vm_env));
+        SetNode("Type", QString::number(nType));
         CNvrHolder byId(CWndNvrBase::s_F_p_CreateNvrObjectByNvrID(NvrID, nullptr, &vm_env));
-        EXPECT_STREQ(byType.get() ? byType->metaObject()->className() : nullptr, row.pClass) << row.nType;
-        EXPECT_STREQ(byId.get() ? byId->metaObject()->className() : nullptr, row.pClass) << row.nType;
+        EXPECT_STREQ(byType.get() ? byType->metaObject()->className() : nullptr, pszClass) << nType;
+        EXPECT_STREQ(byId.get() ? byId->metaObject()->className() : nullptr, pszClass) << nType;
     }
 }
 
@@ -108,36 +105,20 @@ TEST_F(NvrObject, LanguageFollowsTheHost)
     WriteLanguage("lang_ENVR_eng.xml", "Settings of the System");
     ASSERT_TRUE(vm_env.m_F_b_SetLangFolder(vm_dirConfig.path()));
 
-    struct Row
-    {
-        int nType, nLanguage, nUser;
-        int nResult;
-        QString sText;
-    };
-    // Types: 1 embedded, 0 PC. The file is loaded also when the checks of the record fail (nUser 0).
-    const Row arRows[] = {
-        {1, 0, 1, 1, QString::fromUtf8("\xe7\xb3\xbb\xe7\xb5\xb1\xe8\xa8\xad\xe5\xae\x9a")},
-        {1, 1, 1, 1, "Settings of the System"},
-        {1, 1, 0, 1, "Settings of the System"},
-        {1, 2, 1, -1, "untouched"},
-        {1, 8, 1, -1, "untouched"},
-        {1, -1, 1, -1, "untouched"},
-        {0, 1, 1, -1, "untouched"},
-    };
-    for (const Row& row : arRows) {
-        vm_env.vm_nLanguage = row.nLanguage;
-        CNvrHolder nvr(CWndNvrBase::s_F_p_CreateNvrObject(row.nType, nullptr, &vm_env));
+    for (const stDef_TableRow& row : ReadTable("languages.txt", 4)) {
+        SCOPED_TRACE(row.sWhere);
+        const bool bText = !row[3].empty();
+        vm_env.vm_nLanguage = row.Number(1);
+        CNvrHolder nvr(CWndNvrBase::s_F_p_CreateNvrObject(row.Number(0), nullptr, &vm_env));
         stDef_NvrInit stInit = Init();
-        if (!row.nUser)
+        if (!row.Is(2))
             stInit.sUID.clear();
-        EXPECT_EQ(nvr->m_F_n_Init(stInit), row.nUser);
+        EXPECT_EQ(nvr->m_F_n_Init(stInit), row.Is(2));
         QString sText = "untouched";
-        EXPECT_EQ(nvr->m_F_n_LoadString("SystemSetting", sText, "System Setting"), row.nResult) << row.nLanguage;
-        EXPECT_EQ(sText, row.sText) << row.nLanguage;
-        if (row.nResult < 0)
-            continue;
-        nvr->m_F_n_LoadString("NoSuchKey", sText, "default");
-        EXPECT_EQ(sText, "default");
+        EXPECT_EQ(nvr->m_F_n_LoadString("SystemSetting", sText, "System Setting"), bText ? 1 : -1);
+        EXPECT_EQ(sText.toStdString(), bText ? row[3] : "untouched");
+        nvr->m_F_n_LoadString("NoSuchKey", sText = "untouched", "default");
+        EXPECT_EQ(sText, bText ? "default" : "untouched");
     }
 }
 

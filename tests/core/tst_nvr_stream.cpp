@@ -2,7 +2,6 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <functional>
-#include <map>
 #include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -55,6 +54,14 @@ protected:
 
     void PlayFault(const stDef_TableRow& row, nsCMS::emDef_ConnectStat nEnd);
 
+    /// By its name in a table.
+    static nsCMS::emDef_ConnectStat Stat(const std::string& sName)
+    {
+        return sName == "Refused"        ? nsCMS::ConnectStat_Refused
+               : sName == "Disconnected" ? nsCMS::ConnectStat_Disconnected
+               : sName == "NoAnswer"     ? nsCMS::ConnectStat_NoAnswer
+                                         : nsCMS::ConnectStat_Connected;
+    }
     static int StoredStat(int nChannel, int nStream)
     {
         CShmRingReader reader;
@@ -108,26 +115,12 @@ TEST_F(NvrStream, GoesThroughItsStates)
 TEST_F(NvrStream, TakesWhatTheListTells)
 {
     StartRecorder({});
-    struct Row
-    {
-        const char* pKey;
-        const char* pValue;
-        int nChannel, nStream;
-        nsCMS::emDef_ConnectStat nStat;
-    };
-    const Row arRows[] = {
-        {"StreamType", "0", 1, 0, nsCMS::ConnectStat_Connected},  // HTTP tunnel on the HTTP port
-        {"StreamType", "2", 1, 0, nsCMS::ConnectStat_Connected},  // UDP
-        {"StreamType", "3", 2, 1, nsCMS::ConnectStat_Connected},  // unknown: TCP; second stream
-        {"PWD", "", 0, 0, nsCMS::ConnectStat_Refused},            // no password
-        {"RtspPort", "1", 0, 0, nsCMS::ConnectStat_Disconnected}, // nobody there
-    };
-    for (const Row& row : arRows) {
-        SetNode(row.pKey, row.pValue);
+    for (const stDef_TableRow& row : ReadTable("stream_lists.txt", 5)) {
+        SetNode(row[0].c_str(), row[1].c_str());
         CNvrHolder nvr(Create());
-        nvr->m_S_Connect(NvrID, row.nChannel, row.nStream);
-        EXPECT_TRUE(Reaches(*nvr.get(), row.nStat)) << row.pKey << ' ' << row.pValue << " is " << Poll(*nvr.get());
-        EXPECT_EQ(StoredStat(row.nChannel, row.nStream), row.nStat);
+        nvr->m_S_Connect(NvrID, row.Number(2), row.Number(3));
+        EXPECT_TRUE(Reaches(*nvr.get(), Stat(row[4]))) << row.sWhere << " is " << Poll(*nvr.get());
+        EXPECT_EQ(StoredStat(row.Number(2), row.Number(3)), Stat(row[4]));
     }
 }
 
@@ -262,19 +255,13 @@ void NvrStream::PlayFault(const stDef_TableRow& row, nsCMS::emDef_ConnectStat nE
 TEST_F(NvrStream, EachFaultShowsInTheStateAndTheNextConnectPlays)
 {
     StartRecorder({});
-    const std::map<std::string, nsCMS::emDef_ConnectStat> mapEnds = {
-        {"Refused", nsCMS::ConnectStat_Refused},
-        {"Disconnected", nsCMS::ConnectStat_Disconnected},
-        {"NoAnswer", nsCMS::ConnectStat_NoAnswer},
-        {"Connected", nsCMS::ConnectStat_Connected},
-    };
     const auto arRows = ReadTable("stream_faults.txt", 6);
     for (const char* pStreamType : {"0", "1", "2"}) // tunnel, TCP, UDP
         for (const stDef_TableRow& row : arRows) {
             SCOPED_TRACE(row.sWhere + ", StreamType " + pStreamType);
             SetNode("StreamType", pStreamType);
             const bool bOtherPort = row[0] == "refuse" && *pStreamType == '0'; // that of the tunnel
-            PlayFault(row, bOtherPort ? nsCMS::ConnectStat_Connected : mapEnds.at(row[4]));
+            PlayFault(row, bOtherPort ? nsCMS::ConnectStat_Connected : Stat(row[4]));
         }
 }
 

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "support/Table.h"
+
 // Which way includes may point, and where the headers of other libraries may stand.
 
 namespace {
@@ -107,26 +109,14 @@ TEST(House, TheVirtualRecorderStandsApart)
 
 TEST(House, OtherLibrariesStandBehindOneClass)
 {
-    const struct
-    {
-        const char* pszHeader;             ///< how its path begins
-        std::vector<std::string> arPlaces; ///< part of the path of a file that may include it
-    } arRows[] = {
-        {"pugixml", {"src/host/bedrock/CXml", "src/host/bedrock/XmlTree", "virtualnvr/"}},
-        {"curl/", {"src/host/bedrock/CHttpTransfer.cpp"}},
-        {"openssl/", {"src/host/hostenv/CWinAES_CMS.cpp", "src/host/bedrock/CDigest"}},
-        {"libav", {"src/host/livefeed/", "client/live/CPictureDecoder.cpp"}},
-        {"libsw", {"client/live/CPictureDecoder.cpp"}},
-        {"gst/", {"virtualnvr/"}},
-        {"httplib", {"virtualnvr/"}},
-    };
+    const auto arRows = ReadTable("libraries.txt", 4);
     for (const char* pszFolder : {"src", "client", "virtualnvr"}) {
         for (const stDef_Include& st : IncludesOf(pszFolder)) {
-            for (const auto& row : arRows) {
-                if (!st.sTo.starts_with(row.pszHeader))
+            for (const stDef_TableRow& row : arRows) {
+                if (!st.sTo.starts_with(row[0]))
                     continue;
-                const auto IsIn = [&st](const std::string& sPlace) { return st.sFrom.find(sPlace) != st.sFrom.npos; };
-                EXPECT_TRUE(std::any_of(row.arPlaces.begin(), row.arPlaces.end(), IsIn))
+                EXPECT_TRUE(std::any_of(row.arFields.begin() + 1, row.arFields.end(),
+                                        [&st](const auto& s) { return !s.empty() && st.sFrom.find(s) != s.npos; }))
                     << st.sFrom << " includes " << st.sTo;
                 EXPECT_FALSE(st.sFrom.starts_with("src/") && st.sFrom.ends_with(".h"))
                     << "a contract that shows " << st.sTo << ": " << st.sFrom;

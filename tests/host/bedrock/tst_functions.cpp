@@ -11,6 +11,7 @@
 #include "host/bedrock/CMemManage.h"
 #include "host/bedrock/CSFunc.h"
 #include "support/Files.h"
+#include "support/Table.h"
 
 using namespace Qt::StringLiterals;
 
@@ -100,18 +101,8 @@ TEST(Func, ConvertsText)
     EXPECT_EQ(CSFunc::s_F_s_ByteToHexStr(arBytes, 4), u"000AFF7B"_s);
     EXPECT_EQ(CSFunc::s_F_s_ByteToHexStr(arBytes, -1) + CSFunc::s_F_s_ByteToHexStr(nullptr, 4), QString());
 
-    const struct
-    {
-        QByteArray sUtf8;
-        QString sWide;
-    } arRows[] = {
-        {"Caf\xC3\xA9 \xF0\x9F\x8E\xA5"_ba, u"Café 🎥"_s},
-        {"a\0b"_ba, u"a\0b"_s},
-        {"cut \xE6\x94"_ba, u"cut \xFFFD\xFFFD"_s},
-        {"\xC0\xAF|\xED\xA0\x80|\xFF|"_ba, u"\xFFFD\xFFFD|\xFFFD\xFFFD\xFFFD|\xFFFD|"_s},
-    };
-    for (const auto& stRow : arRows)
-        EXPECT_EQ(CSFunc::s_F_s_Utf8ToUnicode(stRow.sUtf8), stRow.sWide) << stRow.sUtf8.toHex().constData();
+    for (const stDef_TableRow& row : ReadTable("utf8.txt", 2))
+        EXPECT_EQ(CSFunc::s_F_s_Utf8ToUnicode(QByteArray::fromStdString(row[0])).toStdString(), row[1]);
     EXPECT_EQ(CSFunc::s_F_s_UnicodeToUtf8(u"Café 🎥 \xD83C!"_s), "Caf\xC3\xA9 \xF0\x9F\x8E\xA5 \xEF\xBF\xBD!"_ba);
 #ifndef _WIN32
     EXPECT_EQ(CSFunc::s_F_s_UnicodeToAnsi(u"p&ß€™台🎥\x81"_s), "p&\xDF\x80\x99???"_ba);

@@ -59,7 +59,6 @@ extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* pN
 namespace {
 
 using testing::AnyOf;
-using testing::Gt;
 using Clock = std::chrono::steady_clock;
 
 constexpr int TimeoutMs = 600;
@@ -160,32 +159,15 @@ TEST_F(Http, PostsBodiesWholeAndOnceWithOneLogin)
 
 TEST_F(Http, NoAccountTakesOverFromAnother)
 {
-    constexpr const char* pDips = "dips/request.php?id=FL-000001"; // asks for no login
-    struct Row
-    {
-        const char *pUser, *pPassword, *pUrl;
-        int nRequests;
-        testing::Matcher<int> result;
-    };
-    const Row arRows[] = {
-        {User, Password, Info, 2, Gt(0)},
-        {User, "wrong", Info, 2, CHTTP::Result_Unauthorised},
-        {User, "wrong", pDips, 1, Gt(0)},
-        {User, "wrong", Info, 2, CHTTP::Result_Unauthorised},
-        {User, Password, Info, 2, Gt(0)},
-        {"other", Password, Info, 2, CHTTP::Result_Unauthorised},
-        {"", "", Info, 1, CHTTP::Result_Unauthorised},
-        {"", "", pDips, 1, Gt(0)},
-        {User, Password, Info, 2, Gt(0)},
-    };
     std::size_t nRequests = 0;
-    for (const Row& row : arRows) {
-        SCOPED_TRACE(&row - arRows);
-        EXPECT_THAT(Get(row.pUrl, LongMs, row.pPassword, row.pUser), row.result);
-        const std::string sLast = "dips/request.php?" + std::to_string(&row - arRows);
-        Get(sLast.c_str(), LongMs, row.pPassword, row.pUser);
+    for (const stDef_TableRow& row : ReadTable("accounts.txt", 5)) {
+        SCOPED_TRACE(row.sWhere);
+        const int nResult = Get(row[2].c_str(), LongMs, row[1].c_str(), row[0].c_str());
+        EXPECT_TRUE(row.Is(4) ? nResult > 0 : nResult == CHTTP::Result_Unauthorised) << nResult;
+        const std::string sLast = "dips/request.php?" + row.sWhere;
+        Get(sLast.c_str(), LongMs, row[1].c_str(), row[0].c_str());
         const auto arLog = Log("/" + sLast);
-        EXPECT_EQ(arLog.size() - nRequests, std::size_t(row.nRequests) + 1);
+        EXPECT_EQ(arLog.size() - nRequests, std::stoul(row[3]) + 1);
         nRequests = arLog.size();
     }
     EXPECT_EQ(vm_nvr.m_F_o_Log().m_F_ar_Entries().back().nConnection, 6U) << "one for each account that takes its turn";
