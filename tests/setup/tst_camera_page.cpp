@@ -308,38 +308,29 @@ TEST_F(CameraPage, KeepsACameraWithoutADriver)
 
 TEST_F(CameraPage, AddsWhatWasFound)
 {
-    const struct
-    {
-        const char* pszName;
-        const char* pszTarget; ///< of what is asked, but for the action
-        const char* pszModel;
-    } arRows[] = {
-        {"Lift & lobby", "ip=ID@80.41&port=8081&uid=admin&pwd=cam&Era#1&vendorid=9&onvifauth=1", "WN-300AB"},
-        {"Reception", "ip=192.168.1.23&port=8080&uid=admin&pwd=cam&Era#1&vendorid=4&onvifauth=1", "Dome 5M"},
-        {"Bicycle shed", "ip=192.168.1.31&port=80&uid=admin&pwd=cam&Era#1&vendorid=2&onvifauth=1", ""},
-    };
     Store(0);
     Work([&](At at) {
         at.Click("Search");
         QStringList arNames;
         Asked();
-        for (int n = 0; const auto& stRow : arRows) {
-            SCOPED_TRACE(stRow.pszName);
-            ClickFound(stRow.pszName);
+        for (int n = 0; const stDef_TableRow& row : ReadTable("cameras_found.txt", 3)) {
+            SCOPED_TRACE(row[0]);
+            const QString sModel = row[2].c_str();
+            ClickFound(row[0].c_str());
             EXPECT_EQ(at.NotEnabled(g_arForShown, false), QStringList());
             const bool bLinkLocal = at.Shown("IP").startsWith("ID@");
             EXPECT_EQ(CForm::s_F_p_LabelOf(at.Find("IP"))->text().remove('&'),
                       bLinkLocal ? "IP Address* : " : "IP Address : ");
             at.Click("Add");
-            const std::string sTarget = std::string("&") + stRow.pszTarget;
+            const std::string sTarget = "&" + row[1];
             EXPECT_EQ(Asked(), std::vector({"param.cgi?action=detect&camid=0" + sTarget,
                                             "param.cgi?action=camerasupport" + sTarget}));
-            arNames << QString("%1 %2").arg(QString(stRow.pszName), at.Shown("IP"));
+            arNames << QString("%1 %2").arg(row[0].c_str(), at.Shown("IP"));
             ExpectInStep(arNames);
-            EXPECT_EQ(Value(n, "Model"), stRow.pszModel);
-            EXPECT_EQ(at.Shown("Model"), stRow.pszModel);
+            EXPECT_EQ(Value(n, "Model"), sModel);
+            EXPECT_EQ(at.Shown("Model"), sModel);
             EXPECT_EQ(Value(n, "RtspPort"), "554");
-            EXPECT_EQ(vm_pSheet->m_arrCamObj[static_cast<std::size_t>(n)]->m_stConnect.strModel, stRow.pszModel);
+            EXPECT_EQ(vm_pSheet->m_arrCamObj[static_cast<std::size_t>(n)]->m_stConnect.strModel, sModel);
             EXPECT_EQ(Calls(), QList<int>({n}));
             ++n;
         }
