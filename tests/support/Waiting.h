@@ -4,6 +4,7 @@
 #include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QThread>
+#include <chrono>
 
 /// Waits until the condition holds, handling events meanwhile; false if it doesn't within the limit.
 template <typename Condition>
@@ -17,4 +18,10 @@ bool WaitUntil(Condition condition, int nLimitMs = 5000)
         QThread::msleep(2);
     }
     return true;
+}
+
+inline long MsSince(std::chrono::steady_clock::time_point nBegin)
+{
+    using namespace std::chrono;
+    return static_cast<long>(duration_cast<milliseconds>(steady_clock::now() - nBegin).count());
 }

@@ -1,5 +1,6 @@
 #include "HttpProxyFixture.h"
 #include "support/Table.h"
+#include "support/Waiting.h"
 
 #include <algorithm>
 #include <chrono>
@@ -14,11 +15,6 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 using Clock = std::chrono::steady_clock;
-
-double MsSince(Clock::time_point nBegin)
-{
-    return std::chrono::duration<double, std::milli>(Clock::now() - nBegin).count();
-}
 
 /// Last line of a reply of /echo, without the port of the inner connection.
 std::string Echoed(const std::string& sReply)

@@ -1,9 +1,11 @@
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <cstring>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <map>
 #include <random>
 #include <vector>
 
@@ -208,28 +210,15 @@ TEST(Func, LocalTimeFollowsTheZone)
     const auto stTaipei = fnZone(-480, stNone, stNone);
     const auto stBroken = fnZone(300, {0, 13, 9, 7, 0, 0, 0, 0}, {0, 3, 0, 0, 0, 0, 0, 0});
     const auto stOnce = fnZone(0, {2024, 9, 0, 1, 0, 0, 0, 0}, {2024, 5, 0, 1, 0, 0, 0, 0});
-    const struct
-    {
-        const TIME_ZONE_INFORMATION& stZone;
-        SYSTEMTIME stUtc;
-        int nShiftMin;
-    } arRows[] = {
-        {stBerlin, {2024, 3, 0, 31, 0, 59, 59, 999}, 60},   {stBerlin, {2024, 3, 0, 31, 1, 0, 0, 0}, 120},
-        {stBerlin, {2024, 10, 0, 27, 0, 59, 59, 999}, 120}, {stBerlin, {2024, 10, 0, 27, 1, 0, 0, 0}, 60},
-        {stSydney, {2024, 4, 0, 6, 15, 59, 59, 999}, 660},  {stSydney, {2024, 4, 0, 6, 16, 0, 0, 0}, 600},
-        {stSydney, {2024, 10, 0, 5, 15, 59, 59, 999}, 600}, {stSydney, {2024, 10, 0, 5, 16, 0, 0, 0}, 660},
-        {stSydney, {2023, 12, 0, 31, 20, 0, 0, 0}, 660},    {stTaipei, {2024, 7, 0, 1, 0, 0, 0, 0}, 480},
-        {stBroken, {2024, 7, 0, 1, 0, 0, 0, 0}, -300},      {stOnce, {2024, 6, 0, 1, 0, 0, 0, 0}, 60},
-        {stOnce, {2025, 6, 0, 1, 0, 0, 0, 0}, 0},
-    };
-    for (const auto& stRow : arRows) {
-        quint64 nUtc = 0;
+    const std::map<std::string, TIME_ZONE_INFORMATION> mapZones = {
+        {"Berlin", stBerlin}, {"Sydney", stSydney}, {"Taipei", stTaipei}, {"Broken", stBroken}, {"Once", stOnce}};
+    for (const stDef_TableRow& row : ReadTable("zones.txt", 3)) {
+        const qint64 nUtc = QDateTime::fromString(row[1].c_str(), Qt::ISODateWithMs).toMSecsSinceEpoch();
         quint64 nLocal = 0;
         SYSTEMTIME stLocal;
-        CSFunc::s_S_ChangeTimeType(stRow.stUtc, nUtc);
-        CSFunc::s_S_ChangeTimeType(nUtc, stLocal, &stRow.stZone);
+        CSFunc::s_S_ChangeTimeType(static_cast<quint64>(nUtc), stLocal, &mapZones.at(row[0]));
         CSFunc::s_S_ChangeTimeType(stLocal, nLocal);
-        EXPECT_EQ((static_cast<qint64>(nLocal) - static_cast<qint64>(nUtc)) / 60'000, stRow.nShiftMin) << nUtc;
+        EXPECT_EQ((static_cast<qint64>(nLocal) - nUtc) / 60'000, row.Number(2)) << row.sWhere;
     }
     SYSTEMTIME stTime;
     CSFunc::s_S_ChangeTimeType(0, stTime, &stBroken);

@@ -5,7 +5,6 @@
 #include <QRegularExpression>
 
 #include <dlfcn.h>
-#include <netdb.h>
 #include <time.h>
 
 #include <algorithm>
@@ -20,14 +19,12 @@
 #include "host/bedrock/CHTTP.h"
 #include "host/bedrock/CMemManage.h"
 #include "http/CRequestLog.h"
+#include "support/BlockedNames.h"
 #include "support/Table.h"
 #include "support/Waiting.h"
 
 namespace {
 
-std::promise<void> g_objNamesGo;
-const std::shared_future<void> g_objNamesMayAnswer = g_objNamesGo.get_future().share();
-std::atomic<int> g_nInNames = 0;
 std::atomic<long> g_nClockAheadMs = 0;
 
 } // namespace
@@ -41,19 +38,6 @@ extern "C" __attribute__((visibility("default"))) int clock_gettime(clockid_t nC
     pTime->tv_sec += g_nClockAheadMs / 1000 + nNs / 1000000000;
     pTime->tv_nsec = nNs % 1000000000;
     return nResult;
-}
-
-/// Takes the place of the system's for the whole program: names that begin with "slow" are not answered until told to.
-extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* pName, const char* pService,
-                                                                  const addrinfo* pHints, addrinfo** ppResult)
-{
-    static const auto s_pSystem = reinterpret_cast<decltype(&getaddrinfo)>(dlsym(RTLD_NEXT, "getaddrinfo"));
-    if (!pName || !std::string_view(pName).starts_with("slow"))
-        return s_pSystem(pName, pService, pHints, ppResult);
-    ++g_nInNames;
-    g_objNamesMayAnswer.wait_for(std::chrono::seconds(20));
-    --g_nInNames;
-    return EAI_FAIL;
 }
 
 namespace {
@@ -71,11 +55,6 @@ constexpr const char* Info = "cgi-bin/logininfo.cgi";
 constexpr const char* Motion = "cgi-bin/motiondata.cgi?camera=0";
 constexpr const char* GetEMail = "cgi-bin/SyncSetting.cgi?action=EMailXML";
 constexpr const char* PutEMail = "cgi-bin/SyncSetting.cgi?action=UpdateEMail";
-
-long MsSince(Clock::time_point nBegin)
-{
-    return static_cast<long>(std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - nBegin).count());
-}
 
 class Http : public testing::Test
 {
@@ -401,19 +380,19 @@ TEST_F(Http, EndsWellWhenALongPostIsRefusedBeforeItsEnd)
 TEST_F(Http, ASlowNameServiceHoldsNobody)
 {
     auto nBegin = Clock::now();
-    EXPECT_EQ(vm_http.m_F_n_HTTPGetDataDirect("slow.test", User, Password, 80, "x", &vm_mem, TimeoutMs),
+    EXPECT_EQ(vm_http.m_F_n_HTTPGetDataDirect("blocked.test", User, Password, 80, "x", &vm_mem, TimeoutMs),
               CHTTP::Result_TimedOut);
     EXPECT_LE(MsSince(nBegin), TimeoutMs + SlackMs);
-    ASSERT_TRUE(vm_http.m_S_Init("slow2.test", User, Password, 80));
+    ASSERT_TRUE(vm_http.m_S_Init("blocked2.test", User, Password, 80));
     auto reader = std::async(std::launch::async, [this] { return NextPart(Motion); });
-    EXPECT_TRUE(WaitUntil([] { return g_nInNames == 2; }));
+    EXPECT_TRUE(WaitUntil([] { return BlockedNames::g_nWaiting == 2; }));
     nBegin = Clock::now();
     vm_http.m_S_Release();
     EXPECT_EQ(reader.get(), CHTTP::Result_Stopped);
     EXPECT_LT(MsSince(nBegin), SlackMs);
-    g_objNamesGo.set_value();
-    EXPECT_TRUE(WaitUntil([] { return g_nInNames == 0; })) << "threads that libcurl let go";
-    EXPECT_EQ(GetFrom(80, "slow3.test"), CHTTP::Result_Unreachable) << "now it says that there is none";
+    BlockedNames::g_bBlocks = false;
+    EXPECT_TRUE(WaitUntil([] { return BlockedNames::g_nWaiting == 0; })) << "threads that libcurl let go";
+    EXPECT_EQ(GetFrom(80, "blocked3.test"), CHTTP::Result_Unreachable) << "now it says that there is none";
 }
 
 TEST_F(Http, ReadsPartAfterPartOverOneConnection)

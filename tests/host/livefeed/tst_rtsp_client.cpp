@@ -1,6 +1,4 @@
-#include <dlfcn.h>
 #include <fcntl.h>
-#include <netdb.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -17,35 +15,13 @@
 #include "CVirtualNvr.h"
 #include "host/Lib_Livefeed.h"
 #include "rtsp/CStreamServer.h"
+#include "support/BlockedNames.h"
 #include "support/ServerProcess.h"
 #include "support/Table.h"
 #include "support/Waiting.h"
 
 extern "C" {
 #include <libavutil/log.h>
-}
-
-namespace {
-
-constexpr const char* BlockedHost = "blocked.invalid";
-std::atomic<bool> g_bBlockLookups{true};
-std::atomic<int> g_nBlockedLookups{0};
-
-} // namespace
-
-/// Stands before the system's own: one host name has a name server that never answers.
-extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* pHost, const char* pService,
-                                                                  const addrinfo* pHints, addrinfo** ppFound)
-{
-    if (pHost && std::strcmp(pHost, BlockedHost) == 0 && !(pHints && (pHints->ai_flags & AI_NUMERICHOST))) {
-        ++g_nBlockedLookups;
-        while (g_bBlockLookups)
-            usleep(1000);
-        --g_nBlockedLookups;
-        return EAI_AGAIN;
-    }
-    static const auto s_pReal = reinterpret_cast<decltype(&getaddrinfo)>(dlsym(RTLD_NEXT, "getaddrinfo"));
-    return s_pReal(pHost, pService, pHints, ppFound);
 }
 
 namespace {
@@ -120,12 +96,6 @@ struct stDef_Feed
         return WaitUntil([this] { return !objClient.m_F_b_ThreadRun(); }, nLimitMs);
     }
 };
-
-int MsSince(std::chrono::steady_clock::time_point tm)
-{
-    return static_cast<int>(
-        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - tm).count());
-}
 
 /// A port of this machine that takes no connection, since its queue is full, or takes them and says nothing.
 class CDeafPort
@@ -287,7 +257,7 @@ TEST_F(RtspClient, StopsWithin200MsWhereverItIsBlocked)
         int nTransport;
         bool bPlays;
     } arRows[] = {
-        {"look-up", Url("/stream/CH0", "a:b", BlockedHost), Transport_TCP, false},
+        {"look-up", Url("/stream/CH0", "a:b", "blocked.invalid"), Transport_TCP, false},
         {"connect", at(full), Transport_TCP, false},
         {"connect of the tunnel", at(full), Transport_HttpTunnel, false},
         {"answer", at(silent), Transport_TCP, false},
@@ -316,18 +286,18 @@ TEST_F(RtspClient, StopsWithin200MsWhereverItIsBlocked)
     EXPECT_TRUE(NobodyPlays());
 
     // Look-ups of one name are one look-up, however many streams ask; it is left behind, and the next to ask share it.
-    EXPECT_EQ(g_nBlockedLookups, 1);
+    EXPECT_EQ(BlockedNames::g_nWaiting, 1);
     {
         stDef_Feed first(arRows[0].sUrl), second(arRows[0].sUrl);
         first.objClient.m_S_Connect(&first.objInfo);
         second.objClient.m_S_Connect(&second.objInfo);
         second.objInfo.vm_nConnectTimeout = 1;
-        g_bBlockLookups = false;
+        BlockedNames::g_bBlocks = false;
         EXPECT_TRUE(first.Ends(1000)) << "a failed look-up ends the connection at once";
         EXPECT_TRUE(second.Ends(1000));
         EXPECT_EQ(first.objInfo.vm_nRtspState, 0);
     }
-    EXPECT_TRUE(WaitUntil([] { return g_nBlockedLookups == 0; }, 1000));
+    EXPECT_TRUE(WaitUntil([] { return BlockedNames::g_nWaiting == 0; }, 1000));
 }
 
 TEST_F(RtspClient, NoticesSilenceAfterOneDataTimeout)
