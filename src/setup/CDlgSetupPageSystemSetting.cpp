@@ -10,6 +10,7 @@
 #include "setup/motion/CDlgSetupPageSystemSetting_Motion.h"
 #include "setup/network/CDlgSetupPageSystemSetting_Network.h"
 #include "setup/schedule/CDlgSetupPageSystemSetting_Schedule.h"
+#include "setup/system/CDlgSetupPageSystemSetting_System.h"
 
 namespace {
 
@@ -35,7 +36,7 @@ const std::array<stDef_TabRow, 8> g_arTabs = {{
     {Text{"Camera", "Camera"}, Make<CDlgSetupPageSystemSetting_Camera>},
     {Text{"Schedule", "Schedule"}, Make<CDlgSetupPageSystemSetting_Schedule>},
     {Text{"Network", "Network"}, Make<CDlgSetupPageSystemSetting_Network>},
-    {Text{"System", "System"}, Make<CPageToCome>},
+    {Text{"System", "System"}, Make<CDlgSetupPageSystemSetting_System>},
     {Text{"User", "User"}, Make<CPageToCome>},
     {Text{"MotionDetection", "Motion Detection"}, Make<CDlgSetupPageSystemSetting_Motion>},
     {Text{"AddressBook", "Address Book"}, Make<CDlgSetupPageSystemSetting_AddrBook>},

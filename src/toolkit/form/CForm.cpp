@@ -22,7 +22,10 @@ void Widen(QGridLayout& objGrid)
         if (!pControl || pControl == objGrid.itemAtPosition(nRow, Labels) || objGrid.itemAtPosition(nRow, Hints))
             continue;
         objGrid.removeItem(pControl);
-        objGrid.addItem(pControl, nRow, Controls, 1, Hints - Controls + 1);
+        if (QLayout* const pLine = pControl->layout()) // a line of its own loses its parent, and its spacing, with that
+            objGrid.addLayout(pLine, nRow, Controls, 1, Hints - Controls + 1);
+        else
+            objGrid.addItem(pControl, nRow, Controls, 1, Hints - Controls + 1);
     }
 }
 

@@ -123,10 +123,16 @@ QComboBox* CFormGroup::m_F_p_List(const stDef_Text& stLabel, const stDef_Value& 
 
 QComboBox* CFormGroup::m_F_p_List(const stDef_Text& stLabel, const stDef_Value& stValue, const QList<int>& arNumbers)
 {
-    QList<stDef_ListItem> arItems;
+    return m_F_p_Row<nsForms::ByData>(stLabel, stValue, s_F_p_Filled(arNumbers));
+}
+
+QComboBox* CFormGroup::s_F_p_Filled(const QList<int>& arNumbers)
+{
+    auto* const pList = new QComboBox;
     for (const int nNumber : arNumbers)
-        arItems.append({QString::number(nNumber), nNumber});
-    return m_F_p_List(stLabel, stValue, arItems);
+        pList->addItem(QString::number(nNumber), nNumber);
+    pList->setCurrentIndex(-1);
+    return pList;
 }
 
 QComboBox* CFormGroup::m_F_p_List(const stDef_Text& stLabel, const stDef_Value& stValue,
@@ -173,10 +179,7 @@ QButtonGroup* CFormGroup::m_F_p_Choices(const stDef_Value& stValue, std::span<co
     auto* const pButtons = new QButtonGroup(vm_pBox);
     auto* const pLine = new QHBoxLayout;
     for (const stDef_Choice& st : arChoices) {
-        auto* const pButton = new QRadioButton(vm_pBox);
-        pButton->setObjectName(m_F_s_NameOf(stValue) + QString::number(st.nValue));
-        pButton->setProperty("id", st.nValue);
-        vm_pForm->vm_objTexts.m_S_AddText(pButton, st.stText);
+        QRadioButton* const pButton = m_F_p_Choice(stValue, st);
         pButtons->addButton(pButton, st.nValue);
         if (bInRow)
             pLine->addWidget(pButton);
@@ -189,13 +192,63 @@ QButtonGroup* CFormGroup::m_F_p_Choices(const stDef_Value& stValue, std::span<co
     return pButtons;
 }
 
+QRadioButton* CFormGroup::m_F_p_Choice(const stDef_Value& stValue, const stDef_Choice& stChoice)
+{
+    auto* const pButton = new QRadioButton(vm_pBox);
+    pButton->setObjectName(m_F_s_NameOf(stValue) + QString::number(stChoice.nValue));
+    pButton->setProperty("id", stChoice.nValue);
+    vm_pForm->vm_objTexts.m_S_AddText(pButton, stChoice.stText);
+    return pButton;
+}
+
+QButtonGroup* CFormGroup::m_F_p_Choices(const stDef_Text& stLabel, const stDef_Value& stValue,
+                                        std::span<const stDef_Choice> arChoices)
+{
+    auto* const pButtons = new QButtonGroup(vm_pBox);
+    auto* const pLine = new QHBoxLayout;
+    for (const stDef_Choice& st : arChoices) {
+        QRadioButton* const pButton = m_F_p_Choice(stValue, st);
+        pButtons->addButton(pButton, st.nValue);
+        pLine->addWidget(pButton);
+    }
+    pLine->addStretch();
+    if (!m_F_b_HasLabels())
+        vm_pForm->vm_arGrids.append(vm_pGrid);
+    auto* const pLabel = new QLabel(vm_pBox); // of all of them, so that it leads to none
+    vm_pForm->vm_objTexts.m_S_AddText(pLabel, stLabel, emDef_TextForm::Colon);
+    vm_pForm->vm_arLabels.append(pLabel);
+    vm_pGrid->addWidget(pLabel, vm_nRow, Labels);
+    vm_pGrid->addLayout(pLine, vm_nRow++, Controls);
+    m_S_Bind<nsForms::ByButton>(stValue, pButtons);
+    return pButtons;
+}
+
 CTimePicker* CFormGroup::m_F_p_Seconds(const stDef_Text& stLabel, const stDef_Value& stValue, const stDef_Text& stUnit)
 {
     auto* const pPicker = m_F_p_Row<nsForms::AsSeconds>(stLabel, stValue, new CTimePicker("ss"));
+    m_S_AddUnit(stUnit);
+    return pPicker;
+}
+
+void CFormGroup::m_S_AddUnit(const stDef_Text& stUnit)
+{
     auto* const pUnit = new QLabel(vm_pBox);
     vm_pForm->vm_objTexts.m_S_AddText(pUnit, stUnit);
     vm_pGrid->addWidget(pUnit, vm_nRow - 1, Hints);
-    return pPicker;
+}
+
+void CFormGroup::m_S_AddPair(const stDef_Text& stLabel, const stDef_Value& stValue, QWidget* pFirst, QWidget* pSecond)
+{
+    auto* const pLine = new QHBoxLayout;
+    for (QWidget* const pControl : {pFirst, pSecond}) {
+        pControl->setParent(vm_pBox);
+        pControl->setObjectName(m_F_s_NameOf(stValue));
+        pLine->addWidget(pControl, 1);
+    }
+    pSecond->setObjectName(pSecond->objectName() + u"Time"_s);
+    vm_pForm->vm_objTexts.m_S_Add(stLabel, [pSecond](const QString& s) { pSecond->setAccessibleName(s); });
+    vm_pGrid->addWidget(m_F_p_Label(stLabel, pFirst), vm_nRow, Labels);
+    vm_pGrid->addLayout(pLine, vm_nRow++, Controls);
 }
 
 CTimePicker* CFormGroup::m_F_p_Time(const stDef_Text& stLabel, const char* pszName)
@@ -208,6 +261,14 @@ CTimePicker* CFormGroup::m_F_p_Time(const stDef_Text& stLabel, const char* pszNa
 QPushButton* CFormGroup::m_F_p_Button(const stDef_Text& stText, const char* pszName)
 {
     return m_F_ar_Buttons({{stText, pszName}}).first();
+}
+
+QPushButton* CFormGroup::m_F_p_ButtonBeside(const stDef_Text& stText, const char* pszName)
+{
+    QPushButton* const pButton = vm_pForm->m_F_p_Button(stText, QString::fromLatin1(pszName));
+    pButton->setParent(vm_pBox);
+    vm_pGrid->addWidget(pButton, vm_nRow - 1, Hints);
+    return pButton;
 }
 
 QList<QPushButton*> CFormGroup::m_F_ar_Buttons(const QList<std::pair<stDef_Text, const char*>>& arButtons)

@@ -15,6 +15,7 @@ class QCheckBox;
 class QComboBox;
 class QGroupBox;
 class QLineEdit;
+class QRadioButton;
 
 /// A list's entry: what stands in it, and the number behind it.
 struct stDef_ListItem
@@ -58,6 +59,16 @@ public:
     /// Lists whose entry has the value behind it.
     QComboBox* m_F_p_List(const stDef_Text& stLabel, const stDef_Value& stValue, const QList<int>& arNumbers);
     QComboBox* m_F_p_List(const stDef_Text& stLabel, const stDef_Value& stValue, const QList<stDef_ListItem>& arItems);
+    /// A list with these entries, for a row in a form of its own.
+    static QComboBox* s_F_p_Filled(const QList<int>& arNumbers);
+    /// Two controls in one row, the second of which is read out as the first; a value's name is that of the first, and
+    /// the second has "Time" behind it.
+    void m_S_AddPair(const stDef_Text& stLabel, const stDef_Value& stValue, QWidget* pFirst, QWidget* pSecond);
+    /// A value in an odd form, of controls that stand in rows.
+    void m_S_AddValue(const stDef_Value& stValue, CValueRows::Show fnShow, CValueRows::Stored fnStored)
+    {
+        vm_pRows->m_S_Add(m_F_o_Placed(stValue), std::move(fnShow), std::move(fnStored));
+    }
     /// Two edits in one row, with a text between them.
     QList<QLineEdit*> m_F_ar_Pair(const stDef_Text& stLabel, const stDef_Value& stFirst, const char* pszBetween,
                                   const stDef_Value& stSecond, const char* pszHint = nullptr);
@@ -72,6 +83,9 @@ public:
     /// Radio buttons below each other, or in one row, each named after its value: "Mode3", with 3 as its "id".
     QButtonGroup* m_F_p_Choices(const stDef_Value& stValue, std::span<const stDef_Choice> arChoices,
                                 bool bInRow = false);
+    /// The same in one row behind a label.
+    QButtonGroup* m_F_p_Choices(const stDef_Text& stLabel, const stDef_Value& stValue,
+                                std::span<const stDef_Choice> arChoices);
     /// Seconds, 0 to 59.
     CTimePicker* m_F_p_Seconds(const stDef_Text& stLabel, const stDef_Value& stValue, const stDef_Text& stUnit);
     /// A time of the day. It stands in more than one value of a document: who makes it shows and takes it.
@@ -81,12 +95,17 @@ public:
     Control* m_F_p_Row(const stDef_Text& stLabel, const stDef_Value& stValue, Control* pControl)
     {
         m_S_Place(stLabel, stValue, pControl);
-        m_S_Bind<Form>(stValue, pControl);
+        if constexpr (!std::is_same_v<Form, nsForms::Unbound>)
+            m_S_Bind<Form>(stValue, pControl);
         return pControl;
     }
 
     /// A button in the column of controls, as wide as its text.
     QPushButton* m_F_p_Button(const stDef_Text& stText, const char* pszName);
+    /// A button beside the control of the last row.
+    QPushButton* m_F_p_ButtonBeside(const stDef_Text& stText, const char* pszName);
+    /// What the values of the last row are counted in, beside it.
+    void m_S_AddUnit(const stDef_Text& stUnit);
     /// A row of buttons.
     QList<QPushButton*> m_F_ar_Buttons(const QList<std::pair<stDef_Text, const char*>>& arButtons);
     /// Any control over the width of the group, which takes the room that is left.
@@ -99,6 +118,7 @@ private:
     stDef_Value m_F_o_Placed(const stDef_Value& stValue) const;
     QString m_F_s_NameOf(const stDef_Value& stValue) const;
     QLabel* m_F_p_Label(const stDef_Text& stText, QWidget* pControl);
+    QRadioButton* m_F_p_Choice(const stDef_Value& stValue, const stDef_Choice& stChoice);
     void m_S_Hint(const char* pszHint); ///< beside the last row
     bool m_F_b_HasLabels() const;
     void m_S_Place(const stDef_Text& stLabel, const stDef_Value& stValue, QWidget* pControl);

@@ -70,6 +70,11 @@ void ByText::s_S_Show(QComboBox& objList, const QString& sValue)
     objList.setCurrentIndex(objList.findText(sValue, Qt::MatchExactly | Qt::MatchCaseSensitive));
 }
 
+bool ByText::s_F_b_Knows(const QComboBox& objList, const QString& sValue)
+{
+    return objList.findText(sValue, Qt::MatchExactly | Qt::MatchCaseSensitive) >= 0;
+}
+
 QString ByText::s_F_s_Stored(const QComboBox& objList)
 {
     return objList.currentText();
@@ -78,6 +83,18 @@ QString ByText::s_F_s_Stored(const QComboBox& objList)
 void ByData::s_S_Show(QComboBox& objList, const QString& sValue)
 {
     objList.setCurrentIndex(objList.findData(CXmlObj::s_F_n_ToInt(sValue)));
+}
+
+bool ByData::s_F_b_Knows(const QComboBox& objList, const QString& sValue)
+{
+    return objList.findData(CXmlObj::s_F_n_ToInt(sValue)) >= 0;
+}
+
+void ByDataOrFirst::s_S_Show(QComboBox& objList, const QString& sValue)
+{
+    ByData::s_S_Show(objList, sValue);
+    if (objList.currentIndex() < 0)
+        objList.setCurrentIndex(0);
 }
 
 QString ByData::s_F_s_Stored(const QComboBox& objList)

@@ -11,7 +11,8 @@ class QComboBox;
 class QLineEdit;
 
 /// How a value of a document stands in a control: for each form a get and a set, which exist for the controls that the
-/// form fits alone. A form that doesn't fit its control doesn't compile.
+/// form fits alone. A form that doesn't fit its control doesn't compile. Forms of lists also tell whether the list has
+/// an entry for a value: what it has none for is lost when it is stored.
 namespace nsForms {
 
 /// The text of an edit.
@@ -42,6 +43,7 @@ struct ByText
 {
     static void s_S_Show(QComboBox& objList, const QString& sValue);
     static QString s_F_s_Stored(const QComboBox& objList);
+    static bool s_F_b_Knows(const QComboBox& objList, const QString& sValue);
 };
 
 /// The entry of a list, by the number behind it; none is chosen where no entry has the value, and then it is -1.
@@ -49,6 +51,13 @@ struct ByData
 {
     static void s_S_Show(QComboBox& objList, const QString& sValue);
     static QString s_F_s_Stored(const QComboBox& objList);
+    static bool s_F_b_Knows(const QComboBox& objList, const QString& sValue);
+};
+
+/// The same, but the first entry is chosen where no entry has the value.
+struct ByDataOrFirst : ByData
+{
+    static void s_S_Show(QComboBox& objList, const QString& sValue);
 };
 
 /// The radio button whose id is the value. One that no button has leaves none chosen, and stays what it is until one
@@ -70,6 +79,18 @@ struct AsSeconds
 struct Shown
 {
     static void s_S_Show(QLineEdit& objEdit, const QString& sValue);
+};
+
+/// A control that stands for no value of a document by itself.
+struct Unbound
+{};
+
+template <class Form, class Control>
+concept Knows = requires(const Control& objControl, const QString& sValue)
+{
+    {
+        Form::s_F_b_Knows(objControl, sValue)
+        } -> std::convertible_to<bool>;
 };
 
 template <class Form, class Control>

@@ -34,6 +34,19 @@ void CValueRows::m_S_Load(const QString& sEntry) const
     }
 }
 
+QList<QWidget*> CValueRows::m_F_ar_Unknown() const
+{
+    QList<QWidget*> arUnknown;
+    for (const stDef_List& stList : vm_arLists) {
+        const stDef_Value& stValue = stList.stValue;
+        const QString sStored =
+            stValue.stNode.pDocument->m_F_s_Value(stValue.stNode.sPath, QString::fromLatin1(stValue.pszKey));
+        if (!sStored.isEmpty() && !stList.fnKnows(sStored))
+            arUnknown.append(stList.pControl);
+    }
+    return arUnknown;
+}
+
 bool CValueRows::m_F_b_CanStore() const
 {
     return std::all_of(vm_arRows.begin(), vm_arRows.end(), [](const stDef_Row& stRow) {

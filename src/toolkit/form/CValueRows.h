@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <functional>
 #include <vector>
@@ -7,6 +8,7 @@
 #include "toolkit/form/CValueForms.h"
 
 class CXmlObj;
+class QWidget;
 
 /// Where values lie: a document, which is borrowed, and a node of it. An empty path stands for the entry that is told
 /// when the rows are walked.
@@ -50,6 +52,9 @@ public:
     /// Which document is written in place of one of the rows'.
     using Substitute = std::function<CXmlObj*(CXmlObj*)>;
 
+    /// Whether a control can show a value.
+    using Knows = std::function<bool(const QString& sValue)>;
+
     /// A value in an odd form. Without `fnStored` it is only shown. A value without a document is no row.
     void m_S_Add(const stDef_Value& stValue, Show fnShow, Stored fnStored);
 
@@ -62,11 +67,19 @@ public:
             fnStored = [pControl] { return Form::s_F_s_Stored(*pControl); };
         m_S_Add(
             stValue, [pControl](const QString& sValue) { Form::s_S_Show(*pControl, sValue); }, std::move(fnStored));
+        if constexpr (nsForms::Knows<Form, Control>) {
+            if (stValue.stNode.pDocument)
+                vm_arLists.push_back({stValue, pControl, [pControl](const QString& sValue) {
+                                          return Form::s_F_b_Knows(*pControl, sValue);
+                                      }});
+        }
     }
 
     /// Whether every document that the rows read is open.
     bool m_F_b_CanLoad() const;
     void m_S_Load(const QString& sEntry = {}) const;
+    /// The lists that have no entry for what is stored, in the order of the rows. A value that isn't stored is none.
+    QList<QWidget*> m_F_ar_Unknown() const;
     /// Whether every document that the rows would write is open.
     bool m_F_b_CanStore() const;
     /// Writes every row that has a way back, those of disabled controls, too. False and no effect if one of the
@@ -81,5 +94,13 @@ private:
         Stored fnStored;
     };
 
+    struct stDef_List
+    {
+        stDef_Value stValue;
+        QWidget* pControl;
+        Knows fnKnows;
+    };
+
     std::vector<stDef_Row> vm_arRows;
+    std::vector<stDef_List> vm_arLists;
 };

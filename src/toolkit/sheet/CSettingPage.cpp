@@ -7,6 +7,12 @@
 
 #include "toolkit/user/CPrompts.h"
 
+namespace {
+
+constexpr Text UnknownText{"UnknownValues", "Stored values that the lists don't have, which OK replaces: %1"};
+
+} // namespace
+
 CSettingPage::CSettingPage(const CTextSource* pTexts) : vm_pTexts(pTexts), vm_objForm(this) {}
 
 int CSettingPage::OnInitDialog()
@@ -20,6 +26,8 @@ int CSettingPage::OnInitDialog()
         m_S_Loaded();
     }
     vm_objForm.m_S_Finish(*vm_pTexts);
+    if (vm_bFilled)
+        m_S_TellUnknown();
     m_S_Opened();
     return CPropertyPage::OnInitDialog();
 }
@@ -41,6 +49,16 @@ void CSettingPage::m_S_PlaceNote()
         connect(pButton, &QAbstractButton::released, this, &CSettingPage::m_S_ClearNote);
     for (const QComboBox* const pList : findChildren<QComboBox*>())
         connect(pList, &QComboBox::activated, this, &CSettingPage::m_S_ClearNote);
+}
+
+// As their labels call them, which have their texts by now.
+void CSettingPage::m_S_TellUnknown()
+{
+    QStringList arNames;
+    for (const QWidget* const pList : vm_objForm.m_F_o_Values().m_F_ar_Unknown())
+        arNames.append(pList->accessibleName());
+    if (!arNames.isEmpty())
+        m_S_Tell(m_F_s_Line(UnknownText, arNames.join(QStringLiteral(", "))));
 }
 
 void CSettingPage::m_S_Tell(const QString& sNote)

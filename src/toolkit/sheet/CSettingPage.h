@@ -52,6 +52,7 @@ protected:
 
 private:
     void m_S_PlaceNote();
+    void m_S_TellUnknown();
 
     const CTextSource* vm_pTexts;
     CForm vm_objForm;
