@@ -166,6 +166,7 @@ void CDlgParameter::m_S_Loaded()
     m_S_ShowBitrate(vm_stMain, emDef_Fill::Opening);
     m_S_ShowBitrate(vm_stLow, emDef_Fill::Opening);
     m_S_FillAudio();
+    m_S_ShowRanges();
     m_S_OnProfile();
     m_S_OnEnableAudio();
 }
