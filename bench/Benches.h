@@ -10,6 +10,7 @@ void BenchSettings();
 void BenchCameras();
 void BenchDrivers();
 void BenchSchedule();
+void BenchParameters();
 
 /// What a child process of a benchmark does; returns its exit code.
 int RingReaderProcess(int nArgs, char** ppArgs);

@@ -14,9 +14,11 @@ struct stDef_Group
 };
 
 constexpr stDef_Group g_arGroups[] = {
-    {"xml", BenchXml},         {"http", BenchHttp},       {"ring", BenchRing},
-    {"objects", BenchObjects}, {"intake", BenchIntake},   {"settings", BenchSettings},
-    {"cameras", BenchCameras}, {"drivers", BenchDrivers}, {"schedule", BenchSchedule},
+    {"xml", BenchXml},           {"http", BenchHttp},
+    {"ring", BenchRing},         {"objects", BenchObjects},
+    {"intake", BenchIntake},     {"settings", BenchSettings},
+    {"cameras", BenchCameras},   {"drivers", BenchDrivers},
+    {"schedule", BenchSchedule}, {"parameters", BenchParameters},
 };
 
 } // namespace
