@@ -116,7 +116,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
     const auto nPlay = nNode < 0 ? -1 : arAll.indexOf(arDashes, nNode + 1);
     g_sAbilities = QString::fromUtf8(arAll.left(nNode));
     const auto nNodeAt = nNode + arDashes.size();
-    const QString sCamera = nNode < 0 ? QString() : QString::fromUtf8(arAll.mid(nNodeAt, nPlay < 0 ? -1 : nPlay - nNodeAt));
+    const QString sCamera =
+        nNode < 0 ? QString() : QString::fromUtf8(arAll.mid(nNodeAt, nPlay < 0 ? -1 : nPlay - nNodeAt));
     const QByteArray arPlay = nPlay < 0 ? QByteArray() : arAll.mid(nPlay + arDashes.size());
     const auto* const pPlay = reinterpret_cast<const std::uint8_t*>(arPlay.constData());
     const auto nPlays = static_cast<std::size_t>(arPlay.size());

@@ -141,6 +141,8 @@ constexpr stDef_Option g_arOptions[] = {
     {"--dips", "ID=HOST:PORT", "an id that the directory service knows; may be repeated", TakeDips},
     {"--probe-delay", "MS", "how long a camera takes to answer the recorder, 0 to 60000 (default 300)",
      [](Line& st, Text& s) { return TakeInt(s, 0, 60000, st.stRecorder.nProbeDelayMs); }},
+    {"--restart-time", "MS", "how long nothing is answered once the clock was set, 0 to 60000 (default 3000)",
+     [](Line& st, Text& s) { return TakeInt(s, 0, 60000, st.stRecorder.nRestartMs); }},
     {"--fault", "PART=NAME[:ARG][xTIMES]", "a fault for each URL that contains PART (\"*\": all); may be repeated", TakeFault},
     {"--name", "TEXT", "name of the recorder in its card", [](Line& st, Text& s) { return TakeText(s, st.sName); }},
     {"--stream-fault", "PART=NAME[:ARG][@S]", "a fault for each stream whose path contains PART, from second S on; may be repeated", TakeStreamFault},

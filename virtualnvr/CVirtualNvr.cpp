@@ -4,6 +4,7 @@
 #include "cgi/CCameraRegistry.h"
 #include "cgi/CCgiRouter.h"
 #include "cgi/CCgiServer.h"
+#include "cgi/CClockCgi.h"
 #include "cgi/CDeviceCgi.h"
 #include "cgi/CDisplayCgi.h"
 #include "cgi/CDocumentCgi.h"
@@ -86,6 +87,8 @@ void CVirtualNvr::stDef_Impl::MakeRouter(const stDef_VirtualNvrConfig& stConfig)
     pRouter = std::make_unique<CCgiRouter>(stConfig.bPC);
     pRouter->m_S_Add(std::make_unique<CDeviceCgi>(stConfig, stPorts));
     pRouter->m_S_Add(std::make_unique<CDocumentCgi>(objDocuments));
+    pRouter->m_S_Add(std::make_unique<CClockCgi>(
+        objDocuments, [this, nMs = stConfig.nRestartMs] { pRouter->m_S_Restart(std::chrono::milliseconds(nMs)); }));
     pRouter->m_S_Add(std::make_unique<CCameraCgi>(objCameras, stConfig.nProbeDelayMs));
     pRouter->m_S_Add(std::make_unique<CPtzCgi>(*pPtz, nChannels, stConfig.bPC));
     pRouter->m_S_Add(std::make_unique<CDisplayCgi>());

@@ -17,6 +17,7 @@
 namespace {
 constexpr int g_nExitFailed = 1, g_nExitUsage = 2;
 constexpr int g_nProbeDelayMs = 300; // slow enough to be seen
+constexpr int g_nRestartMs = 3000;
 
 int Fail(int nExit, const std::string& sError)
 {
@@ -92,6 +93,7 @@ int main(int nCount, char** ppszArgs)
 {
     stDef_CommandLine stLine;
     stLine.stRecorder.nProbeDelayMs = g_nProbeDelayMs;
+    stLine.stRecorder.nRestartMs = g_nRestartMs;
     std::string sError;
     if (!CCommandLine::s_F_b_Parse(nCount, ppszArgs, stLine, sError))
         return Fail(g_nExitUsage, sError + " (--help lists all options)");

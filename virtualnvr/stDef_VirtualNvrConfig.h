@@ -21,5 +21,6 @@ struct stDef_VirtualNvrConfig
     /// Ids that the directory service knows besides "FL-000001" (this recorder itself), with the "host:port" of each.
     std::vector<std::pair<std::string, std::string>> arDipsIds = {};
     int nProbeDelayMs = 0;         ///< how long a camera takes to answer the recorder; a search takes four times that
+    int nRestartMs = 0;            ///< how long nothing is answered once the clock was set
     int nNonceLifetimeMs = 300000; ///< a login older than this is answered with stale=true
 };

@@ -2,7 +2,7 @@
 #include <QComboBox>
 
 #include "At.h"
-#include "CycleFixture.h"
+#include "DeferredPage.h"
 #include "core/CWndNvrEmbedded.h"
 #include "support/Table.h"
 #include "toolkit/controls/CItemList.h"
@@ -13,27 +13,6 @@ namespace {
 constexpr int NetworkTab = 2;
 constexpr int AddressTab = 6;
 constexpr int NotificationTab = 7;
-
-class DeferredPage : public CycleFixture
-{
-protected:
-    /// Works at a page, ends with OK, and compares what the recorder then has with what it had, but for the values of
-    /// page_changes.txt.
-    void Check(int nTab, const std::string& sNode, const std::function<void(At)>& work)
-    {
-        CXmlObj xmlExpected = Stored(emDef_Document::System);
-        for (const stDef_TableRow& row : ReadTable("page_changes.txt", 4))
-            if (row[0] == sNode)
-                xmlExpected.m_F_b_SetValue(QString("/root/system/%1/%2").arg(row[0].c_str(), row[1].c_str()),
-                                           row[2].c_str(), row[3].c_str());
-        ASSERT_TRUE(RunCycle([&](CPropertySheet& sheet) {
-            work(At(OpenTab(sheet, nTab)));
-            ExpectWaiting();
-            Press(sheet, "OK");
-        }));
-        EXPECT_EQ(Stored(emDef_Document::System).m_F_s_GetXML(), xmlExpected.m_F_s_GetXML());
-    }
-};
 
 using NetworkPage = DeferredPage;
 using NotificationPage = DeferredPage;

@@ -28,8 +28,15 @@ bool CCgiRouter::m_F_b_NeedsLogin(const stDef_CgiRequest& stRequest) const
     return !pRoute || pRoute->bLogin;
 }
 
+void CCgiRouter::m_S_Restart(std::chrono::milliseconds objTime)
+{
+    vm_objBackAt = std::chrono::steady_clock::now() + objTime;
+}
+
 stDef_CgiReply CCgiRouter::m_F_o_Answer(const stDef_CgiRequest& stRequest) const
 {
+    if (std::chrono::steady_clock::now() < vm_objBackAt.load())
+        return stDef_CgiReply::s_F_o_Plain(503, "ERROR: the service restarts");
     const stDef_CgiRoute* pRoute = m_F_p_Find(stRequest);
     return pRoute ? pRoute->fnAnswer(stRequest) : stDef_CgiReply::s_F_o_Plain(404, "ERROR: no such program");
 }

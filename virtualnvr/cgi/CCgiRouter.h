@@ -2,6 +2,8 @@
 
 #include "cgi/CCgiSubject.h"
 
+#include <atomic>
+#include <chrono>
 #include <memory>
 #include <vector>
 
@@ -17,6 +19,9 @@ public:
     /// False for programs that are asked without an account.
     bool m_F_b_NeedsLogin(const stDef_CgiRequest& stRequest) const;
 
+    /// Answers 503 for so long: the service restarts.
+    void m_S_Restart(std::chrono::milliseconds objTime);
+
     /// 404 for what no subject of this kind of recorder names.
     stDef_CgiReply m_F_o_Answer(const stDef_CgiRequest& stRequest) const;
 
@@ -24,6 +29,7 @@ private:
     const stDef_CgiRoute* m_F_p_Find(const stDef_CgiRequest& stRequest) const;
 
     const emDef_NvrKinds vm_eKind;
+    std::atomic<std::chrono::steady_clock::time_point> vm_objBackAt{};
     std::vector<std::unique_ptr<CCgiSubject>> vm_arSubjects;
     std::vector<stDef_CgiRoute> vm_arRoutes; ///< of this kind of recorder
 };

@@ -21,6 +21,7 @@ std::vector<stDef_CgiRoute> CDeviceCgi::m_F_ar_Routes()
         {PC, "GET", "cgi-bin/SystemStatus.cgi", "", std::bind_front(&CDeviceCgi::m_F_o_SystemStatus, this)},
         {Embedded, "GET", "param.cgi", "ddns", std::bind_front(&CDeviceCgi::m_F_o_TestDdns, this)},
         {Both, "GET", "dips/request.php", "", std::bind_front(&CDeviceCgi::m_F_o_Dips, this), false},
+        {Both, "GET", "dips/register.php", "", std::bind_front(&CDeviceCgi::m_F_o_Register, this), false},
     };
 }
 
@@ -112,6 +113,12 @@ stDef_CgiReply CDeviceCgi::m_F_o_TestDdns(const stDef_CgiRequest& stRequest) con
     const std::string sMessage = sHost.empty() ? "no such host" : sHost + " = 203.0.113.24";
     objReply.append_child("root").append_child("Msg").text().set(sMessage.c_str());
     return stDef_CgiReply::s_F_o_Envelope(objReply);
+}
+
+stDef_CgiReply CDeviceCgi::m_F_o_Register(const stDef_CgiRequest& stRequest) const
+{
+    const std::string sId = stRequest.m_F_s_Value("id"), sAddress = stRequest.m_F_s_Value("ip");
+    return stDef_CgiReply::s_F_o_Plain(200, sId.empty() ? "Error no id" : "Ok " + sId + " is at " + sAddress);
 }
 
 stDef_CgiReply CDeviceCgi::m_F_o_Dips(const stDef_CgiRequest& stRequest) const

@@ -21,6 +21,7 @@ private:
     stDef_CgiReply m_F_o_LoginInfo(const stDef_CgiRequest& stRequest) const;
     stDef_CgiReply m_F_o_SystemStatus(const stDef_CgiRequest& stRequest) const;
     stDef_CgiReply m_F_o_TestDdns(const stDef_CgiRequest& stRequest) const;
+    stDef_CgiReply m_F_o_Register(const stDef_CgiRequest& stRequest) const;
     stDef_CgiReply m_F_o_Dips(const stDef_CgiRequest& stRequest) const;
     std::string m_F_s_OwnAddress(const stDef_CgiRequest& stRequest) const;
 

@@ -74,10 +74,7 @@ struct AsLanguageFile
     {
         return u"lang_"_s + objList.currentText().toLower() + u".xml"_s;
     }
-    static bool s_F_b_Knows(const QComboBox& objList, const QString& sValue)
-    {
-        return s_F_s_Stored(objList) == sValue;
-    }
+    static bool s_F_b_Knows(const QComboBox& objList, const QString& sValue) { return s_F_s_Stored(objList) == sValue; }
 };
 
 } // namespace
@@ -152,8 +149,7 @@ void Page::m_S_MakeDisplay(CForm& objForm)
     CFormGroup grp(objForm, Text{"System", "System"}, m_F_o_System());
     grp.m_F_p_Check(Text{"AutoFullScreen", "Auto Full Screen"}, {m_F_o_System("/AutoFullScreen"), "isAutoFullScreen"});
     grp.m_F_p_Row<AsLanguageFile>(Text{"Language", "Language"}, "Language", m_F_p_Languages());
-    grp.m_F_p_Row<AsMilliseconds>(Text{"AutoSwitch", "Auto Switch"},
-                                  {m_F_o_System("/QuadType"), "AutoSwitchInterval"},
+    grp.m_F_p_Row<AsMilliseconds>(Text{"AutoSwitch", "Auto Switch"}, {m_F_o_System("/QuadType"), "AutoSwitchInterval"},
                                   CFormGroup::s_F_p_Filled(g_arSwitchSeconds));
     grp.m_S_AddUnit(Text{"Second", "Second"});
 }
@@ -214,9 +210,8 @@ void Page::m_S_SetClock()
 {
     CDlgSetupPageSystemSetting_System_Date objDialog(vm_pNvr, this);
     // Behind the dialog's end: the recorder restarts, and what was changed on the pages is not sent to it.
-    connect(
-        &objDialog, &CDlgSetupPageSystemSetting_System_Date::S_ClockSet, static_cast<QDialog*>(window()),
-        &QDialog::reject, Qt::QueuedConnection);
+    connect(&objDialog, &CDlgSetupPageSystemSetting_System_Date::S_ClockSet, static_cast<QDialog*>(window()),
+            &QDialog::reject, Qt::QueuedConnection);
     CUserSide::s_F_o_Get().m_F_n_RunModal(objDialog);
 }
 

@@ -1,10 +1,7 @@
 #include "toolkit/controls/CDatePicker.h"
 
-#include <QLineEdit>
-
-CDatePicker::CDatePicker(QWidget* pParent) : QDateEdit(pParent)
+CDatePicker::CDatePicker(QWidget* pParent) : CSectionEdit(pParent)
 {
     setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
     setCalendarPopup(true);
-    lineEdit()->setFocusPolicy(Qt::NoFocus); // the picker itself has the focus, and its name
 }

@@ -2,8 +2,10 @@
 
 #include <QDateEdit>
 
+#include "toolkit/controls/CSectionEdit.h"
+
 /// A date, by digits, arrows, wheel, or in a calendar that opens below it.
-class CDatePicker : public QDateEdit
+class CDatePicker : public CSectionEdit<QDateEdit>
 {
     Q_OBJECT
 

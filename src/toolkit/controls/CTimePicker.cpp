@@ -1,6 +1,5 @@
 #include "toolkit/controls/CTimePicker.h"
 
-#include <QLineEdit>
 #include <algorithm>
 
 namespace {
@@ -12,10 +11,9 @@ constexpr int LastSecond = 59;
 
 } // namespace
 
-CTimePicker::CTimePicker(const char* pszFormat, QWidget* pParent) : QTimeEdit(pParent)
+CTimePicker::CTimePicker(const char* pszFormat, QWidget* pParent) : CSectionEdit(pParent)
 {
     setDisplayFormat(QString::fromLatin1(pszFormat));
-    lineEdit()->setFocusPolicy(Qt::NoFocus); // the picker itself has the focus, and its name
 }
 
 void CTimePicker::m_S_SetMinutes(int nMinutes)

@@ -2,9 +2,11 @@
 
 #include <QTimeEdit>
 
+#include "toolkit/controls/CSectionEdit.h"
+
 /// A time of the day, or a number of seconds, by digits, arrows and wheel. Stepping a part beyond its end carries over
 /// to the part before it, as long as the time stays within the day.
-class CTimePicker : public QTimeEdit
+class CTimePicker : public CSectionEdit<QTimeEdit>
 {
     Q_OBJECT
 
