@@ -63,6 +63,10 @@ TEST_P(SetupTexts, AllPagesDialogsAndMenusAreWhole)
         const At schedule(OpenTab(sheet, 1));
         vm_objPrompts.ExpectDialog([&](QDialog& dialog) { walk.Window(&dialog, &dialog); });
         schedule.Click("Setting");
+        const At system(OpenTab(sheet, 3));
+        system.Click("DateTime.Adjust0");
+        vm_objPrompts.ExpectDialog([&](QDialog& dialog) { walk.Window(&dialog, &dialog); });
+        system.Click("Setting");
     }));
     WalkParameters(walk);
     walk.NextMenu();

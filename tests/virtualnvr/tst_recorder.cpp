@@ -196,6 +196,27 @@ TEST(Recorder, TellsAddressesOfDirectoryIdsWithoutLogin)
     }
 }
 
+TEST(Recorder, TakesATimeAndIsAwayForAWhile)
+{
+    constexpr char szSet[] = "/cgi-bin/DateTimeSetting.cgi?action=updatetime";
+    CRunning objRunning({.bStreams = false, .nRestartMs = 300});
+    CProbe objProbe(objRunning.m_F_n_Port());
+    const auto Time = [](const std::string& sTime) {
+        return "<root><DateTime ManuDateTime=\"" + sTime + "\" NTPTimeZone=\"7\"/></root>";
+    };
+    for (const char* pszTime : {"", "2027-02-30 00:00:00", "2027-03-14 24:00:00", "2027-03-14 02:00:00x", "now"})
+        EXPECT_EQ(objProbe.m_F_o_Post(szSet, Time(pszTime)).nStatus, 400) << pszTime;
+    EXPECT_EQ(objProbe.m_F_o_Post(szSet, "no document").nStatus, 400);
+    EXPECT_EQ(objProbe.m_F_o_Get(g_szGetEMail).nStatus, 200) << "what was refused restarts nothing";
+    EXPECT_EQ(objProbe.m_F_o_Post(szSet, Time("2028-02-29 23:59:59")).nStatus, 200);
+    EXPECT_EQ(objProbe.m_F_o_Get(g_szGetEMail).nStatus, 503);
+    const auto objLimit = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    while (objProbe.m_F_o_Get(g_szGetEMail).nStatus == 503)
+        ASSERT_LT(std::chrono::steady_clock::now(), objLimit);
+    const std::string sSystem = objProbe.m_F_o_Get("/cgi-bin/SyncSetting.cgi?action=SystemXML").sBody;
+    EXPECT_NE(sSystem.find("NTPTimeZone=\"7\""), std::string::npos);
+}
+
 TEST(Documents, ComeBackAsPostedAlsoAfterARestart)
 {
     const std::pair<const char*, std::string> arCases[] = {
