@@ -11,6 +11,7 @@ void BenchCameras();
 void BenchDrivers();
 void BenchSchedule();
 void BenchParameters();
+void BenchMotion();
 
 /// What a child process of a benchmark does; returns its exit code.
 int RingReaderProcess(int nArgs, char** ppArgs);

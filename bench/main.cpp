@@ -19,6 +19,7 @@ constexpr stDef_Group g_arGroups[] = {
     {"intake", BenchIntake},     {"settings", BenchSettings},
     {"cameras", BenchCameras},   {"drivers", BenchDrivers},
     {"schedule", BenchSchedule}, {"parameters", BenchParameters},
+    {"motion", BenchMotion},
 };
 
 } // namespace

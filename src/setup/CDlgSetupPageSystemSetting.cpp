@@ -73,13 +73,13 @@ void CDlgSetupPageSystemSetting::m_S_AddPages()
         if (auto* const pSchedule = qobject_cast<CDlgSetupPageSystemSetting_Schedule*>(pPage))
             vm_pSchedule = pSchedule;
         if (auto* const pMotion = qobject_cast<CDlgSetupPageSystemSetting_Motion*>(pPage))
-            vm_pMotion = pMotion;
+            connect(this, &CDlgSetupPageSystemSetting::S_RefreshCameras, pMotion,
+                    &CDlgSetupPageSystemSetting_Motion::m_S_RefreshCameras);
     }
 }
 
 void CDlgSetupPageSystemSetting::m_S_TellMotion(int nIndex)
 {
-    vm_pMotion->m_S_RefreshCameras(nIndex);
     Q_EMIT S_RefreshCameras(nIndex);
 }
 

@@ -29,7 +29,7 @@ public:
     void m_S_SwitchCamera(int nFirst, int nSecond) override;
 
 Q_SIGNALS:
-    /// The Motion page was told of a change of the camera list, with the index that each kind of change has for it.
+    /// The camera list has changed, with the index that each kind of change has for the Motion page, which listens.
     void S_RefreshCameras(int nIndex);
 
 private:
@@ -39,6 +39,5 @@ private:
     CNvrUse vm_objUse; // as long as the sheet stands
     CWndNvrEmbedded* vm_pNvr;
     CEnvObj* vm_pEnv;
-    CDlgSetupPageSystemSetting_Schedule* vm_pSchedule = nullptr; ///< two of the pages
-    CDlgSetupPageSystemSetting_Motion* vm_pMotion = nullptr;
+    CDlgSetupPageSystemSetting_Schedule* vm_pSchedule = nullptr; ///< one of the pages
 };

@@ -340,6 +340,31 @@ TEST_F(SchedulePage, ActionsWriteTheirRecordsAndCanBeTakenBack)
     }
 }
 
+TEST_F(SchedulePage, NothingIsTakenBackWhileTheMouseHoldsABlock)
+{
+    Load("<C000>" + Day("TUE", "8:0-9:0/2") + "</C000>");
+    Work([&](At) {
+        const QString sStored = Records(2);
+        Drag(2, 510, 600);
+        const QString sMoved = Records(2);
+        ASSERT_NE(sMoved, sStored);
+        const auto HeldAt = [&](int nMinute, const char* pszKey) {
+            const QPoint pt = Bar(2).mapTo(vm_pSheet, QPoint(X(nMinute), Bar(2).height() / 2));
+            QTest::mousePress(vm_pSheet->windowHandle(), Qt::LeftButton, {}, pt);
+            EXPECT_TRUE(CTimeStateBar::s_F_b_Dragging());
+            Key(vm_pGrid, pszKey);
+            const QString sHeld = Records(2);
+            QTest::mouseRelease(vm_pSheet->windowHandle(), Qt::LeftButton, {}, pt);
+            Key(vm_pGrid, pszKey);
+            return sHeld;
+        };
+        EXPECT_EQ(HeldAt(600, "Ctrl+Z"), sMoved);
+        EXPECT_EQ(Records(2), sStored);
+        EXPECT_EQ(HeldAt(510, "Ctrl+Y"), sStored);
+        EXPECT_EQ(Records(2), sMoved);
+    });
+}
+
 TEST_F(SchedulePage, OpensAnyDocumentAndLeavesItAsItIs)
 {
     const QString arWeeks[] = {"",

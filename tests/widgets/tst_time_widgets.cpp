@@ -395,6 +395,7 @@ TEST_F(TimeWidgets, CursorsTellWhatAPressWillDo)
     std::set<qint64> setCursors;
     const auto Look = [&] {
         EXPECT_EQ(pWnd->cursor().shape(), Qt::BitmapCursor);
+        EXPECT_EQ(pWnd->cursor().hotSpot(), QPoint(16, 9));
         setCursors.insert(pWnd->cursor().pixmap().cacheKey());
     };
     m_S_Mouse(QEvent::MouseMove, 1, 270);
