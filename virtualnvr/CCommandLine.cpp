@@ -173,7 +173,9 @@ bool CCommandLine::s_F_b_Parse(int nCount, char** ppszArgs, stDef_CommandLine& s
             sValue = ppszArgs[i];
         }
         if (!pOption->pfnTake(stLine, sValue)) {
-            sError = sName + ": \"" + sValue + "\" isn't " + pOption->pszValue + " as it has to be";
+            sError = sName;
+            sError.append(": \"").append(sValue).append("\" isn't ").append(pOption->pszValue);
+            sError += " as it has to be";
             return false;
         }
     }

@@ -213,7 +213,7 @@ QString CDlgParameter_AMTKV5::m_F_s_BitrateShown(const stDef_Stream& stStream, e
 {
     if (!m_F_b_IsMain(stStream) || nFill == emDef_Fill::RateControl)
         return CDlgParameter::m_F_s_BitrateShown(stStream, nFill);
-    const QString sBitrate = m_F_o_Abilities().m_F_s_Text(m_F_s_EntryOf(stStream), u"Bitrate"_s);
+    QString sBitrate = m_F_o_Abilities().m_F_s_Text(m_F_s_EntryOf(stStream), u"Bitrate"_s);
     if (nFill == emDef_Fill::Profile)
         return sBitrate;
     return QString::number(CAbilities::s_F_n_Clamp(CXmlObj::s_F_n_ToInt(sBitrate), m_F_o_BitrateLimits(stStream)));

@@ -148,7 +148,7 @@ QComboBox* CFormGroup::m_F_p_List(const stDef_Text& stLabel, const stDef_Value& 
 QList<QLineEdit*> CFormGroup::m_F_ar_Pair(const stDef_Text& stLabel, const stDef_Value& stFirst, const char* pszBetween,
                                           const stDef_Value& stSecond, const char* pszHint)
 {
-    const QList<QLineEdit*> arEdits = {new QLineEdit(vm_pBox), new QLineEdit(vm_pBox)};
+    QList<QLineEdit*> arEdits = {new QLineEdit(vm_pBox), new QLineEdit(vm_pBox)};
     auto* const pLine = new QHBoxLayout;
     pLine->addWidget(arEdits[0]);
     pLine->addWidget(new QLabel(QString::fromUtf8(pszBetween), vm_pBox));
