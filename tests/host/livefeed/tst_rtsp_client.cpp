@@ -11,12 +11,12 @@
 #include <sstream>
 #include <string>
 
+#include "CRecorderProcess.h"
 #include "CRingView.h"
 #include "CVirtualNvr.h"
 #include "host/Lib_Livefeed.h"
 #include "rtsp/CStreamServer.h"
 #include "support/BlockedNames.h"
-#include "support/ServerProcess.h"
 #include "support/Table.h"
 #include "support/Waiting.h"
 
@@ -134,10 +134,7 @@ class RtspClient : public testing::Test
 protected:
     static void SetUpTestSuite()
     {
-        const QByteArray sOptions = qgetenv("TSAN_OPTIONS");
-        qputenv("TSAN_OPTIONS", "report_bugs=0");
-        s_pNvr = std::make_unique<ServerProcess>(std::vector<std::string>{"--recorder"});
-        qputenv("TSAN_OPTIONS", sOptions);
+        s_pNvr = std::make_unique<CRecorderProcess>();
         ASSERT_GT(RtspPort(), 0);
     }
     static void TearDownTestSuite() { s_pNvr.reset(); }
@@ -158,10 +155,10 @@ protected:
         return WaitUntil([] { return s_pNvr->Ask("sessions") == 0; }, 3000);
     }
 
-    static std::unique_ptr<ServerProcess> s_pNvr;
+    static std::unique_ptr<CRecorderProcess> s_pNvr;
 };
 
-std::unique_ptr<ServerProcess> RtspClient::s_pNvr;
+std::unique_ptr<CRecorderProcess> RtspClient::s_pNvr;
 
 TEST_F(RtspClient, DecodesFromTheRingAloneOverEachTransport)
 {
