@@ -19,9 +19,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
         Expect(i < nWindows || !s_objLights.m_F_b_Lit(i), "no window is lit that there isn't");
         nLit += s_objLights.m_F_b_Lit(i) ? 1 : 0;
     }
-    std::size_t nTold = 0;
-    for (std::size_t nAt = sPart.find("motion=1"); nAt != std::string_view::npos; nAt = sPart.find("motion=1", nAt + 1))
+    constexpr std::string_view Word = "motion=";
+    int nTold = 0;
+    for (std::size_t nAt = sPart.find(Word); nAt != std::string_view::npos; nAt = sPart.find(Word, nAt + 1))
         ++nTold;
-    Expect(nLit == 0 || nTold > 0, "a window is lit only where the stream says that something moves");
+    Expect(nLit <= nTold, "a window is lit only where the stream tells of its motion");
     return 0;
 }
