@@ -3,7 +3,6 @@
 #include <array>
 
 #include "core/CWndNvrEmbedded.h"
-#include "setup/CPageToCome.h"
 #include "setup/camera/CDlgSetupPageSystemSetting_Camera.h"
 #include "setup/mail/CDlgSetupPageSystemSetting_AddrBook.h"
 #include "setup/mail/CDlgSetupPageSystemSetting_Nofity.h"
@@ -11,6 +10,7 @@
 #include "setup/network/CDlgSetupPageSystemSetting_Network.h"
 #include "setup/schedule/CDlgSetupPageSystemSetting_Schedule.h"
 #include "setup/system/CDlgSetupPageSystemSetting_System.h"
+#include "setup/user/CDlgSetupPageSystemSetting_User.h"
 
 namespace {
 
@@ -37,7 +37,7 @@ const std::array<stDef_TabRow, 8> g_arTabs = {{
     {Text{"Schedule", "Schedule"}, Make<CDlgSetupPageSystemSetting_Schedule>},
     {Text{"Network", "Network"}, Make<CDlgSetupPageSystemSetting_Network>},
     {Text{"System", "System"}, Make<CDlgSetupPageSystemSetting_System>},
-    {Text{"User", "User"}, Make<CPageToCome>},
+    {Text{"User", "User"}, Make<CDlgSetupPageSystemSetting_User>},
     {Text{"MotionDetection", "Motion Detection"}, Make<CDlgSetupPageSystemSetting_Motion>},
     {Text{"AddressBook", "Address Book"}, Make<CDlgSetupPageSystemSetting_AddrBook>},
     {Text{"Notification", "Notification"}, Make<CDlgSetupPageSystemSetting_Nofity>},

@@ -14,13 +14,19 @@ constexpr int MostNodes = 10000;
 } // namespace
 
 CNumberedNodes::CNumberedNodes(CXmlObj* pDocument, const QString& sParent, const QString& sStem,
-                               const char* pszCountKey)
-    : vm_pDocument(pDocument), vm_sParent(sParent), vm_sStem(sStem), vm_sCountKey(QString::fromLatin1(pszCountKey))
+                               const char* pszCountKey, int nCountIfMissing)
+    : vm_pDocument(pDocument),
+      vm_sParent(sParent),
+      vm_sStem(sStem),
+      vm_sCountKey(QString::fromLatin1(pszCountKey)),
+      vm_nCountIfMissing(nCountIfMissing)
 {}
 
 int CNumberedNodes::m_F_n_Count() const
 {
-    return std::clamp(vm_pDocument->m_F_n_GetValueInt(vm_sParent, vm_sCountKey, 0), 0, MostNodes);
+    if (!vm_pDocument->m_F_b_IsOpen())
+        return 0;
+    return std::clamp(vm_pDocument->m_F_n_GetValueInt(vm_sParent, vm_sCountKey, vm_nCountIfMissing), 0, MostNodes);
 }
 
 void CNumberedNodes::m_S_SetCount(int nCount)

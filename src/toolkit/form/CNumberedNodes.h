@@ -12,10 +12,11 @@ class CNumberedNodes
 public:
     /// `sParent` is the list's node, as "/root/EMail"; `sStem` the name of its children without the number.
     /// `pszCountKey` is the attribute with their number; null for a list that keeps none: it counts 0, and is changed
-    /// by what says how long it is.
-    CNumberedNodes(CXmlObj* pDocument, const QString& sParent, const QString& sStem, const char* pszCountKey = "count");
+    /// by what says how long it is. `nCountIfMissing` is how many there are where the attribute is missing.
+    CNumberedNodes(CXmlObj* pDocument, const QString& sParent, const QString& sStem, const char* pszCountKey = "count",
+                   int nCountIfMissing = 0);
 
-    /// What the document says; 0 where it is missing or negative, and never more than any recorder has.
+    /// What the document says; 0 where it is negative, and never more than any recorder has.
     int m_F_n_Count() const;
     void m_S_SetCount(int nCount);
     QString m_F_s_Name(int nIndex) const; ///< "Mail007"
@@ -38,4 +39,5 @@ private:
     QString vm_sParent;
     QString vm_sStem;
     QString vm_sCountKey;
+    int vm_nCountIfMissing;
 };
