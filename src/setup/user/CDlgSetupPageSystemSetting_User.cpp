@@ -6,12 +6,13 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <limits>
+#include <string>
 
 #include "core/CWndNvrEmbedded.h"
 #include "toolkit/controls/CCheckGrid.h"
 #include "toolkit/controls/CItemList.h"
 #include "toolkit/form/CommonTexts.h"
-#include "toolkit/user/CPrompts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -19,7 +20,7 @@ using Page = CDlgSetupPageSystemSetting_User;
 
 namespace {
 
-constexpr Text NameText{"Account", "User Name"};
+constexpr Text NameText{"Account", "User Name", "AccountUser"};
 constexpr Text GroupText{"Group", "Group"};
 constexpr Text DescriptionText{"Description", "Description"};
 constexpr Text SelectAllText{"SelectAll", "Select All"};
@@ -40,17 +41,11 @@ constexpr stDef_Capability g_astCapabilities[] = {{3, Text{"Record", "Record"}},
                                                   {9, Text{"PTZ", "PTZ"}},
                                                   {10, Text{"TwoWayAudio", "Two Way Audio"}}};
 
-/// What is said of a fault. Other pages say something else under the same key, and a language file has one text for
-/// each: so one of this page's own goes first.
-struct stDef_FaultText
-{
-    stDef_Text stText;
-    const char* pszOwnKey;
-};
-constexpr stDef_FaultText g_astFaults[] = {
-    {Text{"Edit", "Please Edit Username."}, "EditUser"},
-    {Text{"Change", "You Add The Same User Name. Please Change It!"}, "ChangeUser"},
-    {Text{"Check", "Please Check Confirm Password Again."}, "Check"},
+/// By the fault. Other pages have two of these keys for messages of their own.
+constexpr stDef_Text g_astFaults[] = {
+    Text{"Edit", "Please Edit Username.", "EditUser"},
+    Text{"Change", "You Add The Same User Name. Please Change It!", "ChangeUser"},
+    Text{"Check", "Please Check Confirm Password Again."},
 };
 
 /// The entry by the number behind it. A group that no entry has stays what it is until one is chosen.
@@ -145,8 +140,8 @@ QWidget* Page::m_F_p_MakeCameras(CForm& objForm, const stDef_Text& stTitle, emDe
         QCheckBox* const pBox = stRights.pBoxes->m_F_p_Add(nCamera);
         pBox->setText(QString::asprintf("%02d", nCamera + 1));
         pBox->setObjectName(QString::fromLatin1(pszName) + QString::number(nCamera));
-        objForm.m_F_o_Texts().m_S_Add(
-            stTitle, [pBox](const QString& s) { pBox->setAccessibleName(s + u' ' + pBox->text()); });
+        objForm.m_F_o_Texts().m_S_Add(stTitle,
+                                      [pBox](const QString& s) { pBox->setAccessibleName(s + u' ' + pBox->text()); });
     }
     objForm.m_F_o_Texts().m_S_Add(SelectAllText, [pAll = stRights.pAll, pBox = grp.m_F_p_Box()](const QString& s) {
         pAll->setAccessibleName(pBox->title() + u' ' + s);
@@ -250,9 +245,9 @@ void Page::m_S_EnableFor(emDef_RowKind nKind, int nAccount)
     const auto LengthOf = [&](emDef_Rights nRights) {
         if (!bFree)
             return 0;
-        const QString sMask = bAccount ? vm_objAccounts.m_F_s_Rights(nAccount, nRights)
-                                       : vm_objAccounts.m_F_s_Rights(CUserAccounts::Administrator,
-                                                                     emDef_Rights::Preview);
+        const QString sMask = bAccount
+                                  ? vm_objAccounts.m_F_s_Rights(nAccount, nRights)
+                                  : vm_objAccounts.m_F_s_Rights(CUserAccounts::Administrator, emDef_Rights::Preview);
         return static_cast<int>(sMask.size());
     };
     for (QWidget* const pWidget : {static_cast<QWidget*>(vm_pGroup), static_cast<QWidget*>(vm_pName)})
@@ -317,10 +312,7 @@ bool Page::m_F_b_Refused(std::initializer_list<emDef_Fault> arFaults, int nOwnRo
 // The row stays selected and what was typed stays in the form; the field at fault gets the focus.
 void Page::m_S_TellFault(emDef_Fault nFault)
 {
-    const stDef_FaultText& st = g_astFaults[static_cast<std::size_t>(nFault)];
-    QString sText = m_F_s_Text(st.stText);
-    vm_pNvr->m_F_n_LoadString(QString::fromLatin1(st.pszOwnKey), sText, QString(sText));
-    CPrompts::s_S_Message(this, sText, m_F_s_Text(nsTexts::Error));
+    m_S_Message(g_astFaults[static_cast<std::size_t>(nFault)], nsTexts::Error);
     QLineEdit* const pField = nFault == emDef_Fault::NotConfirmed ? vm_pConfirm : vm_pName;
     pField->setFocus();
     pField->selectAll();

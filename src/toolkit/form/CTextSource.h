@@ -9,6 +9,9 @@ struct stDef_Text
 {
     const char* pszKey;
     const char* pszDefault;
+    /// A key of this text alone, which goes first: for one whose key other windows have for something else. A file that
+    /// lacks it is asked for the common one.
+    const char* pszOwnKey = nullptr;
 };
 
 /// Short form for layout code: `Text{"Key", "Default"}`.
@@ -23,6 +26,9 @@ public:
     /// Text of a key, or the default if the language file has no such key. With no language file open it returns -1 and
     /// leaves `sOut` untouched: a label keeps what it shows.
     virtual int m_F_n_LoadString(const QString& sKey, QString& sOut, const QString& sDefault) const = 0;
+
+    /// The same for a text of the interface; a closed file returns -1 here, too.
+    int m_F_n_LoadText(const stDef_Text& stText, QString& sOut) const;
 
     /// The text for a message: empty while no language file is open.
     QString m_F_s_Text(const stDef_Text& stText) const { return m_F_s_Text(stText, {}); }

@@ -12,8 +12,7 @@ void CTextTable::m_S_Apply(const CTextSource& objSource) const
 {
     for (const stDef_Row& stRow : vm_arRows) {
         QString sText;
-        const QString sDefault = QString::fromUtf8(stRow.stText.pszDefault);
-        if (objSource.m_F_n_LoadString(QString::fromUtf8(stRow.stText.pszKey), sText, sDefault) >= 0)
+        if (objSource.m_F_n_LoadText(stRow.stText, sText) >= 0)
             s_S_Show(stRow, sText);
     }
 }
