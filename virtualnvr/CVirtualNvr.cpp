@@ -12,6 +12,7 @@
 #include "cgi/CMotionCgi.h"
 #include "cgi/CMotionStore.h"
 #include "cgi/CPtzCgi.h"
+#include "cgi/StoredAccounts.h"
 #include "http/CDigestAuth.h"
 #include "http/CFaultTable.h"
 #include "http/CHttpProxy.h"
@@ -23,6 +24,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <mutex>
 #include <netdb.h>
 #include <sys/socket.h>
 
@@ -70,12 +72,15 @@ struct CVirtualNvr::stDef_Impl
     CCgiServer objCgiServer;
     CHttpProxy objProxy;
     std::string sTemporaryFolder;
+    std::mutex objAccountsLock; ///< so that of two posts at once the later document's accounts stay
     bool bRunning = false;
 
     bool Start(const stDef_VirtualNvrConfig& stConfig, std::string& sError);
     void MakeRouter(const stDef_VirtualNvrConfig& stConfig);
     bool OpenDocuments(const stDef_VirtualNvrConfig& stConfig, const std::string& sState, const std::string& sData,
                        std::string& sError);
+    std::vector<stDef_Account> Accounts(const stDef_VirtualNvrConfig& stConfig) const;
+    void TakeAccounts(const stDef_VirtualNvrConfig& stConfig);
     bool StartStreams(const stDef_VirtualNvrConfig& stConfig, std::string& sError);
     void Stop();
 };
@@ -95,7 +100,7 @@ void CVirtualNvr::stDef_Impl::MakeRouter(const stDef_VirtualNvrConfig& stConfig)
     pRouter->m_S_Add(std::make_unique<CMotionCgi>(objMotion, *pPtz, nChannels));
 }
 
-/// A change of the list of cameras takes their motion windows along.
+/// A change of the list of cameras takes their motion windows along, and one of the accounts is in force at once.
 bool CVirtualNvr::stDef_Impl::OpenDocuments(const stDef_VirtualNvrConfig& stConfig, const std::string& sState,
                                             const std::string& sData, std::string& sError)
 {
@@ -103,11 +108,30 @@ bool CVirtualNvr::stDef_Impl::OpenDocuments(const stDef_VirtualNvrConfig& stConf
     if (!objDocuments.m_F_b_Open(sState, sData, stConfig.nChannels, sError) || !objCameras.m_F_b_Load(sData, sError))
         return false;
     objMotion.m_S_Load(stConfig.nChannels);
-    objDocuments.m_S_SetListener([this](emDef_Document eDocument) {
+    pAuth = std::make_unique<CDigestAuth>(Accounts(stConfig), stConfig.nNonceLifetimeMs);
+    objDocuments.m_S_SetListener([this, stConfig](emDef_Document eDocument) {
         if (eDocument == emDef_Document::Camera)
             objMotion.m_S_TakeCameras();
+        else if (eDocument == emDef_Document::System)
+            TakeAccounts(stConfig);
     });
     return true;
+}
+
+/// A PC recorder has no System document to fetch or post.
+std::vector<stDef_Account> CVirtualNvr::stDef_Impl::Accounts(const stDef_VirtualNvrConfig& stConfig) const
+{
+    return stConfig.bPC ? stConfig.arAccounts
+                        : WithStoredAccounts(stConfig.arAccounts, objDocuments.m_F_s_Get(emDef_Document::System),
+                                             stConfig.nChannels);
+}
+
+void CVirtualNvr::stDef_Impl::TakeAccounts(const stDef_VirtualNvrConfig& stConfig)
+{
+    const std::lock_guard objGuard(objAccountsLock);
+    const std::vector<stDef_Account> arAccounts = Accounts(stConfig);
+    pAuth->m_S_SetAccounts(arAccounts);
+    objStreams.m_S_SetAccounts(arAccounts);
 }
 
 bool CVirtualNvr::stDef_Impl::StartStreams(const stDef_VirtualNvrConfig& stConfig, std::string& sError)
@@ -118,7 +142,7 @@ bool CVirtualNvr::stDef_Impl::StartStreams(const stDef_VirtualNvrConfig& stConfi
         const auto [sPeer, nPeerPort] = PeerOf(nSocket);
         return objStreams.m_F_b_TransferConnection(nSocket, sPeer, nPeerPort, sInitial); // owns the socket from here on
     });
-    return objStreams.m_F_b_Start({stConfig.sBind, stConfig.nRtspPort, stConfig.nChannels, stConfig.arAccounts, pPtz},
+    return objStreams.m_F_b_Start({stConfig.sBind, stConfig.nRtspPort, stConfig.nChannels, Accounts(stConfig), pPtz},
                                   sError);
 }
 
@@ -132,7 +156,6 @@ bool CVirtualNvr::stDef_Impl::Start(const stDef_VirtualNvrConfig& stConfig, std:
     const std::string sData = stConfig.sDataFolder.empty() ? VIRTUALNVR_DATA_FOLDER : stConfig.sDataFolder;
     pPtz->m_S_Reset(stConfig.nChannels);
     MakeRouter(stConfig);
-    pAuth = std::make_unique<CDigestAuth>(stConfig.arAccounts, stConfig.nNonceLifetimeMs);
     if (!OpenDocuments(stConfig, sState, sData, sError) || !StartStreams(stConfig, sError) ||
         !objCgiServer.m_F_b_Start(*pRouter, *pAuth, sError) ||
         !objProxy.m_F_b_Start(stConfig.sBind, stConfig.nHttpPort, objCgiServer.m_F_n_Port(), objFaults, objLog, sError))

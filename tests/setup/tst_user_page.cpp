@@ -66,9 +66,9 @@ protected:
             for (const char* pKey : {"UserName", "Password", "Description", "Group", "PreviewCam", "PlaybackCam",
                                      "Capability", "LastLogin"})
                 stAccount[pKey] = xml.m_F_s_Value(QString::asprintf("/root/account/USER%03d", i), pKey);
-            EXPECT_EQ(List(at).m_F_ar_Texts(i), QStringList({stAccount["UserName"],
-                                                             stAccount["Group"] == "0" ? "Admin" : "User",
-                                                             stAccount["Description"]}));
+            EXPECT_EQ(List(at).m_F_ar_Texts(i),
+                      QStringList({stAccount["UserName"], stAccount["Group"] == "0" ? "Admin" : "User",
+                                   stAccount["Description"]}));
             EXPECT_EQ(List(at).m_F_n_Data(i), i);
             arAccounts.push_back(stAccount);
         }
@@ -111,8 +111,8 @@ TEST_F(UserPage, ActionsWriteTheAccountNodeAsToldOrNotAtAll)
     for (const stDef_TableRow& row : ReadTable("user_actions.txt", 4)) {
         SCOPED_TRACE(row.sWhere);
         std::string sError;
-        ASSERT_TRUE(vm_nvr.m_F_o_Documents().m_F_b_Put(
-            emDef_Document::System, "<root>" + NodeOf(row[0]).toStdString() + "</root>", sError));
+        ASSERT_TRUE(vm_nvr.m_F_o_Documents().m_F_b_Put(emDef_Document::System,
+                                                       "<root>" + NodeOf(row[0]).toStdString() + "</root>", sError));
         EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
             const At at(OpenTab(sheet, UserTab));
             QStringList arCommands = QString::fromStdString(row[1]).split(';');

@@ -99,7 +99,8 @@ void CCgiServer::stDef_Impl::Answer(const httplib::Request& objRequest, httplib:
 
     const emDef_Login eLogin =
         objRouter.m_F_b_NeedsLogin(stRequest)
-            ? objAuth.m_F_e_Check(objRequest.method, sTarget, objRequest.get_header_value("Authorization"))
+            ? objAuth.m_F_e_Check(objRequest.method, sTarget, objRequest.get_header_value("Authorization"),
+                                  stRequest.stAccount)
             : emDef_Login::Granted;
     const bool bGranted = eLogin == emDef_Login::Granted;
     if (pReader) {

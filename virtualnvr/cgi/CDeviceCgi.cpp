@@ -71,13 +71,17 @@ stDef_CgiReply CDeviceCgi::m_F_o_SystemInfo(const stDef_CgiRequest& stRequest) c
     return stDef_CgiReply::s_F_o_Envelope(objDocument);
 }
 
-stDef_CgiReply CDeviceCgi::m_F_o_LoginInfo(const stDef_CgiRequest&) const
+stDef_CgiReply CDeviceCgi::m_F_o_LoginInfo(const stDef_CgiRequest& stRequest) const
 {
-    const std::string sMask(static_cast<std::size_t>(vm_stConfig.nChannels), '1');
+    const std::string sAll(static_cast<std::size_t>(vm_stConfig.nChannels), '1');
+    const std::pair<const char*, std::string> arMasks[] = {
+        {"Preview_Privilege", stRequest.stAccount.sPreview.value_or(sAll)},
+        {"Playback_Privilege", stRequest.stAccount.sPlayback.value_or(sAll)},
+    };
     pugi::xml_document objDocument;
     pugi::xml_node objRoot = objDocument.append_child("root");
-    for (const char* pszMask : {"Preview_Privilege", "Playback_Privilege"})
-        objRoot.append_child(pszMask).text() = sMask.c_str();
+    for (const auto& [pszName, sMask] : arMasks)
+        objRoot.append_child(pszName).text() = sMask.c_str();
     objRoot.append_child("DeviceFunc").text() = g_szDeviceFunc;
     return stDef_CgiReply::s_F_o_Envelope(objDocument);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "http/stDef_Account.h"
+
 #include <map>
 #include <string>
 
@@ -12,6 +14,7 @@ struct stDef_CgiRequest
     std::string sQuery; ///< as it came
     std::string sHost;  ///< Host header, without its port
     std::string sBody;
+    stDef_Account stAccount; ///< that is logged in; an empty one for programs that need no login
 
     /// Takes path and query from a request target. Values are percent-decoded, '+' and '#' stand for themselves.
     void m_S_TakeTarget(const std::string& sTarget);

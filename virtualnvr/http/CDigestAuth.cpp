@@ -110,15 +110,31 @@ std::int64_t SteadyNowMs()
 } // namespace
 
 CDigestAuth::CDigestAuth(std::vector<stDef_Account> arAccounts, std::int64_t nNonceLifetimeMs)
-    : vm_arAccounts(std::move(arAccounts)), vm_nLifetimeMs(nNonceLifetimeMs), vm_sSecret(RandomSecret())
+    : vm_nLifetimeMs(nNonceLifetimeMs),
+      vm_sSecret(RandomSecret()),
+      vm_pAccounts(std::make_shared<Accounts>(std::move(arAccounts)))
 {}
 
-emDef_Login CDigestAuth::m_F_e_Check(std::string_view sMethod, std::string_view sTarget, std::string_view sHeader)
+void CDigestAuth::m_S_SetAccounts(std::vector<stDef_Account> arAccounts)
+{
+    auto pAccounts = std::make_shared<Accounts>(std::move(arAccounts));
+    const std::lock_guard objGuard(vm_objLock);
+    vm_pAccounts = std::move(pAccounts);
+}
+
+std::shared_ptr<const CDigestAuth::Accounts> CDigestAuth::m_F_p_Accounts()
+{
+    const std::lock_guard objGuard(vm_objLock);
+    return vm_pAccounts;
+}
+
+emDef_Login CDigestAuth::m_F_e_Check(std::string_view sMethod, std::string_view sTarget, std::string_view sHeader,
+                                     stDef_Account& stAccount)
 {
     if (StartsWithWord(sHeader, "Basic"))
-        return m_F_e_CheckBasic(sHeader.substr(6));
+        return m_F_e_CheckBasic(sHeader.substr(6), stAccount);
     if (StartsWithWord(sHeader, "Digest"))
-        return m_F_e_CheckDigest(sMethod, sTarget, sHeader.substr(7));
+        return m_F_e_CheckDigest(sMethod, sTarget, sHeader.substr(7), stAccount);
     return emDef_Login::Refused;
 }
 
@@ -130,19 +146,25 @@ std::vector<std::string> CDigestAuth::m_F_ar_Challenges(bool bStale)
             "Basic " + sRealm};
 }
 
-emDef_Login CDigestAuth::m_F_e_CheckBasic(std::string_view sCredentials) const
+emDef_Login CDigestAuth::m_F_e_CheckBasic(std::string_view sCredentials, stDef_Account& stAccount)
 {
     gsize nLength = 0;
     guchar* pDecoded = g_base64_decode(std::string(sCredentials).c_str(), &nLength);
     const std::string sGiven(reinterpret_cast<const char*>(pDecoded), nLength);
     g_free(pDecoded);
-    bool bFound = false;
-    for (const stDef_Account& stAccount : vm_arAccounts) // no early end: it would tell which account exists
-        bFound |= Equal(Md5(sGiven), Md5(stAccount.sUser + ":" + stAccount.sPassword));
-    return bFound && sGiven.find(':') != std::string::npos ? emDef_Login::Granted : emDef_Login::Refused;
+    const std::string sHash = Md5(sGiven);
+    const auto pAccounts = m_F_p_Accounts();
+    const stDef_Account* pFound = nullptr;
+    for (const stDef_Account& st : *pAccounts) // no early end: it would tell which account exists
+        pFound = Equal(sHash, Md5(st.sUser + ":" + st.sPassword)) ? &st : pFound;
+    if (!pFound || sGiven.find(':') == std::string::npos)
+        return emDef_Login::Refused;
+    stAccount = *pFound;
+    return emDef_Login::Granted;
 }
 
-emDef_Login CDigestAuth::m_F_e_CheckDigest(std::string_view sMethod, std::string_view sTarget, std::string_view sFields)
+emDef_Login CDigestAuth::m_F_e_CheckDigest(std::string_view sMethod, std::string_view sTarget, std::string_view sFields,
+                                           stDef_Account& stAccount)
 {
     Fields mapFields = ReadFields(sFields, sTarget);
     const std::string sAlgorithm = mapFields["algorithm"];
@@ -158,14 +180,17 @@ emDef_Login CDigestAuth::m_F_e_CheckDigest(std::string_view sMethod, std::string
     const std::string sHashTarget = Md5(std::string(sMethod) + ":" + std::string(sTarget));
     const std::string sMiddle =
         ":" + mapFields["nonce"] + ":" + sCount + ":" + mapFields["cnonce"] + ":auth:" + sHashTarget;
-    bool bFound = false;
-    for (const stDef_Account& stAccount : vm_arAccounts) {
-        const std::string sHashUser = Md5(stAccount.sUser + ":" + std::string(g_sRealm) + ":" + stAccount.sPassword);
-        bFound |= Equal(Md5(sHashUser + sMiddle), mapFields["response"]) &
-                  Equal(Md5(stAccount.sUser), Md5(mapFields["username"]));
+    const std::string sGivenUser = Md5(mapFields["username"]);
+    const auto pAccounts = m_F_p_Accounts();
+    const stDef_Account* pFound = nullptr;
+    for (const stDef_Account& st : *pAccounts) {
+        const std::string sHashUser = Md5(st.sUser + ":" + std::string(g_sRealm) + ":" + st.sPassword);
+        const bool bFits = Equal(Md5(sHashUser + sMiddle), mapFields["response"]) & Equal(Md5(st.sUser), sGivenUser);
+        pFound = bFits ? &st : pFound;
     }
-    if (!bFound)
+    if (!pFound)
         return emDef_Login::Refused;
+    stAccount = *pFound;
     const bool bFirst = m_F_b_Fresh(mapFields["nonce"]) && m_F_b_FirstUse(mapFields["nonce"], nCount);
     return bFirst ? emDef_Login::Granted : emDef_Login::Stale;
 }

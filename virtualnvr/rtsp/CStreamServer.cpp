@@ -14,6 +14,7 @@
 #include <gio/gio.h>
 #include <gst/rtsp-server/rtsp-server.h>
 #include <mutex>
+#include <set>
 #include <thread>
 #include <unistd.h>
 
@@ -22,7 +23,7 @@ namespace {
 constexpr int g_nMaxChannels = 64;
 constexpr auto g_nStopLimit = std::chrono::seconds(3);
 constexpr guint g_nCleanUpSeconds = 5;
-constexpr const char* g_pszRole = "viewer";
+constexpr const char* g_pszAllCameras = "all-cameras";
 
 // The access units bring their parameter sets along; the payloader takes those of the description from the first one.
 constexpr const char* g_pszLaunch =
@@ -30,6 +31,18 @@ constexpr const char* g_pszLaunch =
     "caps=video/x-h264,stream-format=byte-stream,alignment=au ! rtph264pay name=pay0 pt=96 "
     "appsrc name=audio is-live=true format=time emit-signals=false max-latency=200000000 "
     "caps=audio/x-mulaw,rate=8000,channels=1 ! rtppcmupay name=pay1 pt=0 perfect-rtptime=false )";
+
+/// Accounts that may see the same cameras have one role.
+std::string RoleOf(const stDef_Account& stAccount)
+{
+    return stAccount.sPreview ? "cameras-" + *stAccount.sPreview : g_pszAllCameras;
+}
+
+bool MayPlay(const stDef_Account& stAccount, int nChannel)
+{
+    const auto nPlace = static_cast<std::size_t>(nChannel);
+    return !stAccount.sPreview || (nPlace < stAccount.sPreview->size() && (*stAccount.sPreview)[nPlace] == '1');
+}
 
 struct stDef_Mounted
 {
@@ -120,8 +133,6 @@ GstRTSPMediaFactory* MakeFactory(const stDef_Configure& stConfigure)
     // A media of its own for each client: it costs little without an encoder, begins with a key frame at once, and a
     // client that joins a playing media over another transport can leave one of its streams mute for all.
     gst_rtsp_media_factory_set_shared(pFactory, FALSE);
-    gst_rtsp_media_factory_add_role(pFactory, g_pszRole, GST_RTSP_PERM_MEDIA_FACTORY_ACCESS, G_TYPE_BOOLEAN, TRUE,
-                                    GST_RTSP_PERM_MEDIA_FACTORY_CONSTRUCT, G_TYPE_BOOLEAN, TRUE, nullptr);
     g_signal_connect_data(
         pFactory, "media-configure", G_CALLBACK(&OnConfigure), new stDef_Configure(stConfigure),
         [](gpointer pGone, GClosure*) { delete static_cast<stDef_Configure*>(pGone); }, GConnectFlags(0));
@@ -169,7 +180,8 @@ struct CStreamServer::stDef_Impl
 
     bool m_F_b_Start(std::string& sError);
     void m_S_Stop();
-    void m_S_AddAccounts();
+    void m_S_ApplyAccounts();
+    void m_S_Permit(const stDef_Mounted& stMounted) const;
     void m_S_AddMounts();
     void m_S_ShowMount(const stDef_Mounted& stMounted) const;
     void m_S_AddCleanUp();
@@ -178,22 +190,42 @@ struct CStreamServer::stDef_Impl
     bool m_F_b_AfterFault(std::string_view sName, const std::vector<const stDef_Mounted*>& arMatched);
 };
 
-void CStreamServer::stDef_Impl::m_S_AddAccounts()
+void CStreamServer::stDef_Impl::m_S_ApplyAccounts()
 {
     if (stConfig.arAccounts.empty())
         return;
+    for (const stDef_Mounted& stMounted : arMounts)
+        m_S_Permit(stMounted);
     GstRTSPAuth* pAuth = gst_rtsp_auth_new();
     gst_rtsp_auth_set_supported_methods(pAuth, GstRTSPAuthMethod(GST_RTSP_AUTH_BASIC | GST_RTSP_AUTH_DIGEST));
-    GstRTSPToken* pToken = gst_rtsp_token_new(GST_RTSP_TOKEN_MEDIA_FACTORY_ROLE, G_TYPE_STRING, g_pszRole, nullptr);
     for (const stDef_Account& stAccount : stConfig.arAccounts) {
+        GstRTSPToken* pToken =
+            gst_rtsp_token_new(GST_RTSP_TOKEN_MEDIA_FACTORY_ROLE, G_TYPE_STRING, RoleOf(stAccount).c_str(), nullptr);
         gchar* pszBasic = gst_rtsp_auth_make_basic(stAccount.sUser.c_str(), stAccount.sPassword.c_str());
         gst_rtsp_auth_add_basic(pAuth, pszBasic, pToken);
         gst_rtsp_auth_add_digest(pAuth, stAccount.sUser.c_str(), stAccount.sPassword.c_str(), pToken);
         g_free(pszBasic);
+        gst_rtsp_token_unref(pToken);
     }
-    gst_rtsp_token_unref(pToken);
     gst_rtsp_server_set_auth(pServer, pAuth);
     g_object_unref(pAuth);
+}
+
+// A mount that may be accessed and not constructed is refused with 403, one that may not even be accessed with 404.
+void CStreamServer::stDef_Impl::m_S_Permit(const stDef_Mounted& stMounted) const
+{
+    GstRTSPPermissions* pPermissions = gst_rtsp_permissions_new();
+    std::set<std::string> setRoles;
+    for (const stDef_Account& stAccount : stConfig.arAccounts) {
+        const std::string sRole = RoleOf(stAccount);
+        if (!setRoles.insert(sRole).second)
+            continue;
+        const gboolean bPlays = MayPlay(stAccount, stMounted.pMount->nChannel) ? TRUE : FALSE;
+        gst_rtsp_permissions_add_role(pPermissions, sRole.c_str(), GST_RTSP_PERM_MEDIA_FACTORY_ACCESS, G_TYPE_BOOLEAN,
+                                      TRUE, GST_RTSP_PERM_MEDIA_FACTORY_CONSTRUCT, G_TYPE_BOOLEAN, bPlays, nullptr);
+    }
+    gst_rtsp_media_factory_set_permissions(stMounted.pFactory, pPermissions);
+    gst_rtsp_permissions_unref(pPermissions);
 }
 
 void CStreamServer::stDef_Impl::m_S_ShowMount(const stDef_Mounted& stMounted) const
@@ -264,8 +296,8 @@ bool CStreamServer::stDef_Impl::m_F_b_Start(std::string& sError)
         return false;
     pClock = std::make_shared<CFeedClock>();
     pServer = gst_rtsp_server_new();
-    m_S_AddAccounts();
     m_S_AddMounts();
+    m_S_ApplyAccounts();
     pLoop = std::make_unique<CLoopThread>();
     pListener = std::make_unique<CRtspListener>(
         pLoop->m_F_p_Context(), [this](const std::string& sPath) { return m_F_e_Admission(sPath); },
@@ -359,6 +391,15 @@ void CStreamServer::m_S_Stop()
 int CStreamServer::m_F_n_Port() const
 {
     return vm_pImpl->nPort;
+}
+
+void CStreamServer::m_S_SetAccounts(const std::vector<stDef_Account>& arAccounts)
+{
+    const std::lock_guard objGuard(vm_pImpl->objLock);
+    if (!vm_pImpl->pLoop || vm_pImpl->stConfig.arAccounts.empty() || arAccounts.empty())
+        return;
+    vm_pImpl->stConfig.arAccounts = arAccounts;
+    vm_pImpl->m_S_ApplyAccounts();
 }
 
 bool CStreamServer::m_F_b_TransferConnection(int nSocket, const std::string& sPeer, int nPeerPort,

@@ -43,6 +43,11 @@ public:
 
     int m_F_n_Port() const; ///< 0 while stopped
 
+    /// Takes the place of all accounts, each of which may play the cameras of its `sPreview` alone; a mount of another
+    /// one is refused with 403. In force for connections that come after; what is being played goes on. Without effect
+    /// on a server that doesn't run, or that lets everybody play.
+    void m_S_SetAccounts(const std::vector<stDef_Account>& arAccounts);
+
     /// Takes over a connection that was accepted elsewhere, such as one half of an HTTP tunnel on the HTTP port.
     /// @param nSocket connected TCP socket; owned by the server from here on, also if the result is false
     /// @param sPeer numeric address of the client; nPeerPort its port
