@@ -77,8 +77,10 @@ bool TakeAccounts(stDef_CommandLine& stLine, const std::string& sFile)
     if (OthersMayRead(sFile))
         stLine.arWarnings.push_back("--accounts: \"" + sFile + "\" can be read by other users of this machine");
     const bool bRead = objFile.eof() && !objFile.bad() && !arAccounts.empty();
-    if (bRead)
+    if (bRead) {
         stLine.stRecorder.arAccounts = std::move(arAccounts);
+        stLine.stRecorder.bStoredAccounts = false; // the passwords of the sample document are known to everybody
+    }
     return bRead;
 }
 

@@ -121,9 +121,10 @@ bool CVirtualNvr::stDef_Impl::OpenDocuments(const stDef_VirtualNvrConfig& stConf
 /// A PC recorder has no System document to fetch or post.
 std::vector<stDef_Account> CVirtualNvr::stDef_Impl::Accounts(const stDef_VirtualNvrConfig& stConfig) const
 {
-    return stConfig.bPC ? stConfig.arAccounts
-                        : WithStoredAccounts(stConfig.arAccounts, objDocuments.m_F_s_Get(emDef_Document::System),
-                                             stConfig.nChannels);
+    return stConfig.bPC || !stConfig.bStoredAccounts
+               ? stConfig.arAccounts
+               : WithStoredAccounts(stConfig.arAccounts, objDocuments.m_F_s_Get(emDef_Document::System),
+                                    stConfig.nChannels);
 }
 
 void CVirtualNvr::stDef_Impl::TakeAccounts(const stDef_VirtualNvrConfig& stConfig)

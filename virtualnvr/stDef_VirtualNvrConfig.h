@@ -17,7 +17,8 @@ struct stDef_VirtualNvrConfig
     std::string sStateFolder = {};   ///< documents as posted; empty: a temporary folder, removed at the end
     std::string sDataFolder = {};    ///< seeds of the documents; empty: those of the build
     std::vector<stDef_Account> arAccounts = {{"admin", "Fl33t!ink"}};
-    bool bStreams = true; ///< false: no RTSP service
+    bool bStoredAccounts = true; ///< those of the System document log in, too; a PC recorder has none
+    bool bStreams = true;        ///< false: no RTSP service
     /// Ids that the directory service knows besides "FL-000001" (this recorder itself), with the "host:port" of each.
     std::vector<std::pair<std::string, std::string>> arDipsIds = {};
     int nProbeDelayMs = 0;         ///< how long a camera takes to answer the recorder; a search takes four times that

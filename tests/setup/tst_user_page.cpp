@@ -212,7 +212,7 @@ TEST_F(UserPage, AnAccountMadeByKeysLogsInAtOnce)
     CXmlObj xmlLogin;
     ASSERT_TRUE(vm_pNvr->m_F_b_GetRequest("logininfo.cgi", &xmlLogin, 5000));
     QString sMask;
-    xmlLogin.m_F_n_GetText("/XML/root/Preview_Privilege", sMask, {});
+    xmlLogin.m_F_n_GetText("/root/Preview_Privilege", sMask, {});
     EXPECT_EQ(sMask, "0010");
 }
 
