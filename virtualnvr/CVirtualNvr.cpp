@@ -22,11 +22,11 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <mutex>
 #include <netdb.h>
 #include <sys/socket.h>
+#include <system_error>
 
 namespace {
 constexpr int g_nMaxChannels = 64;
@@ -36,7 +36,7 @@ std::string MakeTemporaryFolder(std::string& sError)
     std::error_code objError;
     std::string sFolder = (std::filesystem::temp_directory_path(objError) / "virtualnvr-XXXXXX").string();
     if (objError || !::mkdtemp(sFolder.data())) {
-        sError = "no temporary folder: " + (objError ? objError.message() : std::string(std::strerror(errno)));
+        sError = "no temporary folder: " + (objError ? objError.message() : std::generic_category().message(errno));
         return {};
     }
     return sFolder;

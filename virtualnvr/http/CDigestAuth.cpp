@@ -19,7 +19,7 @@ using Fields = std::map<std::string, std::string, std::less<>>;
 
 std::string Take(char* psz)
 {
-    const std::string s(psz ? psz : "");
+    std::string s(psz ? psz : "");
     g_free(psz);
     return s;
 }
