@@ -185,8 +185,7 @@ emDef_Login CDigestAuth::m_F_e_CheckDigest(std::string_view sMethod, std::string
     const stDef_Account* pFound = nullptr;
     for (const stDef_Account& st : *pAccounts) {
         const std::string sHashUser = Md5(st.sUser + ":" + std::string(g_sRealm) + ":" + st.sPassword);
-        const bool bKnows =
-            Equal(Md5(sHashUser + sMiddle), mapFields["response"]); // both asked, as long for any account
+        const bool bKnows = Equal(Md5(sHashUser + sMiddle), mapFields["response"]); // asked for every name
         const bool bFits = Equal(Md5(st.sUser), sGivenUser) && bKnows;
         pFound = bFits ? &st : pFound;
     }

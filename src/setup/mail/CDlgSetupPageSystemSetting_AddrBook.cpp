@@ -39,7 +39,9 @@ void CDlgSetupPageSystemSetting_AddrBook::m_S_Make(CForm& objForm)
     const auto IsEmpty = [pTable](int) {
         return pTable->m_F_s_Edited(NameColumn).isEmpty() || pTable->m_F_s_Edited(MailColumn).isEmpty();
     };
-    const auto IsTaken = [pTable](int nOwnRow) { return pTable->m_F_b_IsTaken(MailColumn, nOwnRow); };
+    const auto IsTaken = [pTable](int nOwnRow) {
+        return pTable->m_F_b_IsTaken(MailColumn, pTable->m_F_s_Edited(MailColumn), nOwnRow);
+    };
     pTable->m_S_Refuse(Add, EmptyText, IsEmpty);
     pTable->m_S_Refuse(Add, AddTwiceText, IsTaken);
     pTable->m_S_Refuse(Modify, EmptyText, IsEmpty);

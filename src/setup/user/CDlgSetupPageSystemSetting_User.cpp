@@ -17,17 +17,37 @@
 using namespace Qt::StringLiterals;
 
 using Page = CDlgSetupPageSystemSetting_User;
+using emDef_Row = CEntryTable::emDef_Row;
 
 namespace {
 
+constexpr Text TitleText{"User", "User"};
 constexpr Text NameText{"Account", "User Name", "AccountUser"};
 constexpr Text GroupText{"Group", "Group"};
 constexpr Text DescriptionText{"Description", "Description"};
 constexpr Text SelectAllText{"SelectAll", "Select All"};
 constexpr Text HiddenText{"CamerasHidden", "The rights for cameras beyond %1 are kept."};
-constexpr Text ColumnTexts[] = {NameText, GroupText, DescriptionText};
+// Other pages have two of these keys for messages of their own.
+constexpr Text NameEmptyText{"Edit", "Please Edit Username.", "EditUser"};
+constexpr Text NameTakenText{"Change", "You Add The Same User Name. Please Change It!", "ChangeUser"};
+constexpr Text NotConfirmedText{"Check", "Please Check Confirm Password Again."};
+
+constexpr const char* g_apszGroups[] = {"Admin", "User"}; // by the number that is stored; not translated
+
+QString GroupShown(const QString& sStored)
+{
+    const auto nGroup = static_cast<std::size_t>(CXmlObj::s_F_n_ToInt(sStored));
+    return nGroup < std::size(g_apszGroups) ? QString::fromLatin1(g_apszGroups[nGroup]) : QString();
+}
+
+constexpr CEntryTable::stDef_Column g_astColumns[] = {
+    {"UserName", NameText},
+    {"Group", GroupText, GroupShown},
+    {"Description", DescriptionText},
+};
 constexpr int NameColumn = 0;
 constexpr int ColumnWidth = 300;
+constexpr int AccountsIfMissing = 1; // every recorder has its administrator
 constexpr int ShownCameras = 16;
 constexpr int CamerasInRow = 8;
 
@@ -40,13 +60,6 @@ constexpr stDef_Capability g_astCapabilities[] = {{3, Text{"Record", "Record"}},
                                                   {6, Text{"Setting", "Setting"}},
                                                   {9, Text{"PTZ", "PTZ"}},
                                                   {10, Text{"TwoWayAudio", "Two Way Audio"}}};
-
-/// By the fault. Other pages have two of these keys for messages of their own.
-constexpr stDef_Text g_astFaults[] = {
-    Text{"Edit", "Please Edit Username.", "EditUser"},
-    Text{"Change", "You Add The Same User Name. Please Change It!", "ChangeUser"},
-    Text{"Check", "Please Check Confirm Password Again."},
-};
 
 /// The entry by the number behind it. A group that no entry has stays what it is until one is chosen.
 struct AsGroup : nsForms::ByData
@@ -65,13 +78,23 @@ struct AsGroup : nsForms::ByData
 
 } // namespace
 
-Page::CDlgSetupPageSystemSetting_User(CWndNvrEmbedded* pNvr) : CNvrPage(pNvr), vm_objAccounts(&pNvr->vm_xmlSystem) {}
+Page::CDlgSetupPageSystemSetting_User(CWndNvrEmbedded* pNvr) : CNvrPage(pNvr), vm_objRights(&pNvr->vm_xmlSystem) {}
 
 // The Tab key goes through the controls as they are made.
 void Page::m_S_Make(CForm& objForm)
 {
+    vm_pTable = new CEntryTable(objForm,
+                                {.stParent = {&vm_pNvr->vm_xmlSystem, u"/root/account"_s},
+                                 .pszStem = "USER",
+                                 .stTitle = TitleText,
+                                 .arColumns = g_astColumns,
+                                 .nColumnWidth = ColumnWidth,
+                                 .nCountIfMissing = AccountsIfMissing,
+                                 .bNewRow = true},
+                                this);
     auto* const pPage = new QVBoxLayout(this);
-    pPage->addWidget(m_F_p_MakeList(objForm), 1);
+    pPage->addWidget(vm_pTable->m_F_p_List(), 1);
+    vm_pTable->m_F_p_List()->setObjectName(u"Accounts"_s);
     auto* const pBelow = new QHBoxLayout;
     pPage->addLayout(pBelow);
     pBelow->addWidget(m_F_p_MakeForm(objForm), 1);
@@ -81,31 +104,20 @@ void Page::m_S_Make(CForm& objForm)
     pCameras->addWidget(
         m_F_p_MakeCameras(objForm, Text{"PlayBack", "Play Back"}, emDef_Rights::Playback, "PlaybackCam"));
     pPage->addLayout(m_F_p_MakeButtons(objForm));
-}
-
-QWidget* Page::m_F_p_MakeList(CForm& objForm)
-{
-    CTextTable& objTexts = objForm.m_F_o_Texts();
-    vm_pList = new CItemList(this);
-    vm_pList->setObjectName(u"Accounts"_s);
-    vm_pList->m_S_SetColumns(QList<int>(std::ssize(ColumnTexts), ColumnWidth));
-    objTexts.m_S_Add(Text{"User", "User"}, [this](const QString& s) { vm_pList->setAccessibleName(s); });
-    for (int nColumn = 0; const stDef_Text& stText : ColumnTexts) {
-        objTexts.m_S_Add(stText, [this, nColumn](const QString& s) { vm_pList->m_S_SetColumnText(nColumn, s); });
-        ++nColumn;
-    }
-    connect(vm_pList, &CItemList::S_Selected, this, &Page::m_S_ShowRow);
-    return vm_pList;
+    m_S_AddChecks();
+    connect(vm_pTable, &CEntryTable::S_Shown, this, &Page::m_S_ShowChosen);
+    connect(vm_pTable, &CEntryTable::S_Stored, this, &Page::m_S_StoreRights);
+    connect(vm_pTable, &CEntryTable::S_Refused, this,
+            [this](const stDef_Text& stReason) { m_S_Message(stReason, nsTexts::Error); });
 }
 
 QWidget* Page::m_F_p_MakeForm(CForm& objForm)
 {
-    const stDef_Node stAccount{&vm_pNvr->vm_xmlSystem};
-    CFormGroup grp(objForm, Text{"Setting", "Setting"}, stAccount);
-    grp.m_S_SetRows(&vm_objRows);
+    CFormGroup grp(objForm, Text{"Setting", "Setting"}, {&vm_pNvr->vm_xmlSystem});
+    grp.m_S_SetRows(&vm_pTable->m_F_o_Rows());
     vm_pGroup = new QComboBox;
-    vm_pGroup->addItem(u"Admin"_s, 0); // not translated
-    vm_pGroup->addItem(u"User"_s, 1);
+    for (int nGroup = 0; const char* const pszGroup : g_apszGroups)
+        vm_pGroup->addItem(QString::fromLatin1(pszGroup), nGroup++);
     grp.m_F_p_Row<AsGroup>(GroupText, "Group", vm_pGroup);
     vm_pName = grp.m_F_p_Edit(NameText, "UserName");
     vm_pPassword = grp.m_F_p_Password(nsTexts::Password, "Password");
@@ -156,215 +168,97 @@ QWidget* Page::m_F_p_MakeCameras(CForm& objForm, const stDef_Text& stTitle, emDe
 QBoxLayout* Page::m_F_p_MakeButtons(CForm& objForm)
 {
     auto* const pLine = new QHBoxLayout;
-    const auto Make = [&](const stDef_Text& stText, void (Page::*fnAct)()) {
+    const auto Make = [&](const stDef_Text& stText) {
         QPushButton* const pButton = objForm.m_F_p_Button(stText, QString::fromLatin1(stText.pszKey));
-        connect(pButton, &QPushButton::clicked, this, fnAct);
         pLine->addWidget(pButton);
         return pButton;
     };
-    vm_pAdd = Make(Text{"Add", "Add"}, &Page::m_S_Add);
-    vm_pModify = Make(Text{"Modify", "Modify"}, &Page::m_S_Modify);
-    vm_pDelete = Make(Text{"Delete", "Delete"}, &Page::m_S_Delete);
+    vm_pAdd = Make(Text{"Add", "Add"});
+    QPushButton* const pModify = Make(Text{"Modify", "Modify"});
+    vm_pDelete = Make(Text{"Delete", "Delete"});
     pLine->addStretch();
-    objForm.m_S_SetEnterButtons({vm_pModify, vm_pAdd});
+    vm_pTable->m_S_SetButtons(objForm, {.pAdd = vm_pAdd, .pDelete = vm_pDelete, .pModify = pModify});
     return pLine;
+}
+
+// The order differs between Add and Modify, and is fixed: for Modify an empty name is a duplicate, of the row for a new
+// account.
+void Page::m_S_AddChecks()
+{
+    using enum CEntryTable::emDef_Action;
+    const auto IsEmpty = [this](int) { return vm_pName->text().isEmpty(); };
+    const auto IsTaken = [this](int nOwnRow) {
+        return vm_pTable->m_F_b_IsTaken(NameColumn, vm_pName->text(), nOwnRow);
+    };
+    const auto Differs = [this](int) { return vm_pPassword->text() != vm_pConfirm->text(); };
+    vm_pTable->m_S_Refuse(Add, NameEmptyText, IsEmpty, vm_pName);
+    vm_pTable->m_S_Refuse(Add, NameTakenText, IsTaken, vm_pName);
+    vm_pTable->m_S_Refuse(Add, NotConfirmedText, Differs, vm_pConfirm);
+    vm_pTable->m_S_Refuse(Modify, NameTakenText, IsTaken, vm_pName);
+    vm_pTable->m_S_Refuse(Modify, NameEmptyText, IsEmpty, vm_pName);
+    vm_pTable->m_S_Refuse(Modify, NotConfirmedText, Differs, vm_pConfirm);
 }
 
 void Page::m_S_Opened()
 {
-    m_S_Fill();
-    vm_pList->m_S_Select(0);
+    vm_pTable->m_S_Open();
 }
 
-void Page::m_S_Fill()
+void Page::m_S_ShowChosen(const CEntryTable::stDef_Chosen& stChosen)
 {
-    if (!vm_objAccounts.m_F_b_IsOpen())
-        return;
-    vm_pList->m_S_Clear();
-    const int nCount = vm_objAccounts.m_F_n_Count();
-    for (int nAccount = 0; nAccount < nCount; ++nAccount)
-        vm_pList->m_S_Insert(nAccount, m_F_ar_RowTexts(nAccount), nAccount);
-    vm_pList->m_S_Insert(nCount, {}, nCount);
-}
-
-QStringList Page::m_F_ar_RowTexts(int nAccount) const
-{
-    const int nGroup = CXmlObj::s_F_n_ToInt(vm_objAccounts.m_F_s_Value(nAccount, "Group"));
-    return {vm_objAccounts.m_F_s_Value(nAccount, "UserName"), vm_pGroup->itemText(vm_pGroup->findData(nGroup)),
-            vm_objAccounts.m_F_s_Value(nAccount, "Description")};
-}
-
-int Page::m_F_n_Chosen() const
-{
-    return vm_pList->m_F_n_Data(vm_pList->m_F_n_Selected());
-}
-
-// The row for a new account is the last one, by its number: an account may be without a name, too.
-Page::emDef_RowKind Page::m_F_n_KindOf(int nRow) const
-{
-    if (nRow < 0 || !vm_objAccounts.m_F_b_IsOpen())
-        return emDef_RowKind::None;
-    const int nAccount = vm_pList->m_F_n_Data(nRow);
-    if (m_F_b_IsNew(nAccount))
-        return emDef_RowKind::New;
-    return nAccount == CUserAccounts::Administrator ? emDef_RowKind::Administrator : emDef_RowKind::Account;
-}
-
-void Page::m_S_ShowRow(int nRow)
-{
-    const emDef_RowKind nKind = m_F_n_KindOf(nRow);
-    const int nAccount = vm_pList->m_F_n_Data(nRow);
-    m_S_ShowValues(nKind, nAccount);
-    m_S_EnableFor(nKind, nAccount);
-    m_S_TellHidden(nAccount);
-}
-
-void Page::m_S_ShowValues(emDef_RowKind nKind, int nAccount)
-{
-    const bool bStored = nKind == emDef_RowKind::Account || nKind == emDef_RowKind::Administrator;
-    if (bStored) {
-        vm_objRows.m_S_Load(vm_objAccounts.m_F_s_Path(nAccount));
-    } else { // not by the rows: a stray node behind the accounts would show
-        vm_pGroup->setCurrentIndex(nKind == emDef_RowKind::New ? 0 : -1);
-        for (QLineEdit* const pEdit : {vm_pName, vm_pPassword, vm_pConfirm, vm_pDescription})
-            pEdit->clear();
-    }
-    const auto Shown = [&](emDef_Rights n) { return bStored ? vm_objAccounts.m_F_s_Rights(nAccount, n) : QString(); };
+    if (stChosen.nRow == emDef_Row::None)
+        vm_pGroup->setCurrentIndex(-1);
+    const auto Shown = [&](emDef_Rights n) {
+        return stChosen.nRow == emDef_Row::Entry ? vm_objRights.m_F_s_Of(stChosen.nEntry, n) : QString();
+    };
     vm_pCapabilities->m_S_Show(Shown(emDef_Rights::Capability));
     for (const stDef_CameraRights& st : vm_arCameras) {
         st.pAll->setChecked(false);
         st.pBoxes->m_S_Show(Shown(st.nRights));
     }
+    m_S_EnableFor(stChosen);
+    const bool bHidden = std::ranges::any_of(
+        vm_arCameras, [&](const stDef_CameraRights& st) { return Shown(st.nRights).size() > ShownCameras; });
+    m_S_Tell(bHidden ? m_F_s_Line(HiddenText, QString::number(ShownCameras)) : QString());
 }
 
-// The administrator's rights are shown and can't be changed. A new account has the cameras that the administrator has.
-void Page::m_S_EnableFor(emDef_RowKind nKind, int nAccount)
+// The administrator is built in: its rights are shown and can't be changed. A new account has the cameras that the
+// administrator may view.
+void Page::m_S_EnableFor(const CEntryTable::stDef_Chosen& stChosen)
 {
-    const bool bAccount = nKind == emDef_RowKind::Account;
-    const bool bFree = bAccount || nKind == emDef_RowKind::New;
-    const auto LengthOf = [&](emDef_Rights nRights) {
-        if (!bFree)
-            return 0;
-        const QString sMask = bAccount
-                                  ? vm_objAccounts.m_F_s_Rights(nAccount, nRights)
-                                  : vm_objAccounts.m_F_s_Rights(CUserAccounts::Administrator, emDef_Rights::Preview);
-        return static_cast<int>(sMask.size());
-    };
-    for (QWidget* const pWidget : {static_cast<QWidget*>(vm_pGroup), static_cast<QWidget*>(vm_pName)})
+    const bool bNew = stChosen.nRow == emDef_Row::New;
+    const bool bEntry = stChosen.nRow == emDef_Row::Entry;
+    const bool bFree = bNew || (bEntry && stChosen.nEntry != CUserRights::Administrator);
+    for (QWidget* const pWidget : std::initializer_list<QWidget*>{vm_pGroup, vm_pName})
         pWidget->setEnabled(bFree);
     for (QLineEdit* const pEdit : {vm_pPassword, vm_pConfirm, vm_pDescription})
-        pEdit->setEnabled(nKind != emDef_RowKind::None);
+        pEdit->setEnabled(bNew || bEntry);
     vm_pCapabilities->m_S_EnableBelow(bFree ? std::numeric_limits<int>::max() : 0);
     for (const stDef_CameraRights& st : vm_arCameras) {
+        const QString sMask = bNew ? vm_objRights.m_F_s_Of(CUserRights::Administrator, emDef_Rights::Preview)
+                                   : vm_objRights.m_F_s_Of(stChosen.nEntry, st.nRights);
         st.pAll->setEnabled(bFree);
-        st.pBoxes->m_S_EnableBelow(LengthOf(st.nRights));
+        st.pBoxes->m_S_EnableBelow(bFree ? static_cast<int>(sMask.size()) : 0);
     }
-    CForm::s_S_EnableButton(vm_pAdd, bFree, vm_pList);
-    CForm::s_S_EnableButton(vm_pModify, bAccount || nKind == emDef_RowKind::Administrator, vm_pList);
-    CForm::s_S_EnableButton(vm_pDelete, bAccount, vm_pList);
-}
-
-void Page::m_S_TellHidden(int nAccount)
-{
-    const bool bHidden = std::ranges::any_of(vm_arCameras, [&](const stDef_CameraRights& st) {
-        return vm_objAccounts.m_F_s_Rights(nAccount, st.nRights).size() > ShownCameras;
-    });
-    m_S_Tell(bHidden ? m_F_s_Line(HiddenText, QString::number(ShownCameras)) : QString());
+    CForm::s_S_EnableButton(vm_pAdd, bFree, vm_pTable->m_F_p_List());
+    CForm::s_S_EnableButton(vm_pDelete, bFree && bEntry, vm_pTable->m_F_p_List());
 }
 
 void Page::m_S_CheckAll(const stDef_CameraRights& stRights, bool bChecked)
 {
-    const int nChosen = m_F_n_Chosen();
-    const int nModel = m_F_b_IsNew(nChosen) ? CUserAccounts::Administrator : nChosen;
+    const auto [nRow, nEntry] = vm_pTable->m_F_o_Chosen();
+    const int nModel = nRow == emDef_Row::New ? CUserRights::Administrator : nEntry;
     if (bChecked)
-        stRights.pBoxes->m_S_CheckBelow(static_cast<int>(vm_objAccounts.m_F_s_Rights(nModel, stRights.nRights).size()));
+        stRights.pBoxes->m_S_CheckBelow(static_cast<int>(vm_objRights.m_F_s_Of(nModel, stRights.nRights).size()));
     else
         stRights.pBoxes->m_S_Clear();
 }
 
-bool Page::m_F_b_Has(emDef_Fault nFault, int nOwnRow) const
+// A new account's masks are as long as those of the account before it.
+void Page::m_S_StoreRights(int nAccount, bool bNew)
 {
-    switch (nFault) {
-    case emDef_Fault::NameEmpty:
-        return vm_pName->text().isEmpty();
-    case emDef_Fault::NameTaken:
-        for (int nRow = 0; nRow < vm_pList->rowCount(); ++nRow) {
-            if (nRow != nOwnRow && vm_pList->item(nRow, NameColumn)->text() == vm_pName->text())
-                return true;
-        }
-        return false;
-    case emDef_Fault::NotConfirmed:
-        return vm_pPassword->text() != vm_pConfirm->text();
-    }
-    return false;
-}
-
-bool Page::m_F_b_Refused(std::initializer_list<emDef_Fault> arFaults, int nOwnRow)
-{
-    const auto* const it =
-        std::ranges::find_if(arFaults, [&](emDef_Fault nFault) { return m_F_b_Has(nFault, nOwnRow); });
-    if (it == arFaults.end())
-        return false;
-    m_S_TellFault(*it);
-    return true;
-}
-
-// The row stays selected and what was typed stays in the form; the field at fault gets the focus.
-void Page::m_S_TellFault(emDef_Fault nFault)
-{
-    m_S_Message(g_astFaults[static_cast<std::size_t>(nFault)], nsTexts::Error);
-    QLineEdit* const pField = nFault == emDef_Fault::NotConfirmed ? vm_pConfirm : vm_pName;
-    pField->setFocus();
-    pField->selectAll();
-}
-
-CUserAccounts::Rights Page::m_F_ar_Marks() const
-{
-    CUserAccounts::Rights arMarks;
+    const int nModel = bNew ? nAccount - 1 : nAccount;
     for (const stDef_CameraRights& st : vm_arCameras)
-        arMarks[static_cast<std::size_t>(st.nRights)] = st.pBoxes->m_F_o_Marks();
-    arMarks[static_cast<std::size_t>(emDef_Rights::Capability)] = vm_pCapabilities->m_F_o_Marks();
-    return arMarks;
-}
-
-// The order of the checks differs between Add and Modify, and is fixed: for Modify an empty name is a duplicate, of the
-// row for a new account.
-void Page::m_S_Add()
-{
-    using enum emDef_Fault;
-    if (!vm_objAccounts.m_F_b_IsOpen())
-        return vm_pList->m_S_Select(vm_pList->m_F_n_Selected());
-    if (m_F_b_Refused({NameEmpty, NameTaken, NotConfirmed}, -1))
-        return;
-    const int nAccount = vm_objAccounts.m_F_n_Count();
-    vm_objRows.m_F_b_Store(vm_objAccounts.m_F_s_Path(nAccount));
-    vm_objAccounts.m_S_Append(m_F_ar_Marks());
-    vm_pList->m_S_SetTexts(nAccount, m_F_ar_RowTexts(nAccount));
-    vm_pList->m_S_Insert(nAccount + 1, {}, nAccount + 1);
-    vm_pList->m_S_Select(nAccount);
-}
-
-void Page::m_S_Modify()
-{
-    using enum emDef_Fault;
-    const int nRow = vm_pList->m_F_n_Selected();
-    if (vm_objAccounts.m_F_b_IsOpen()) {
-        if (m_F_b_Refused({NameTaken, NameEmpty, NotConfirmed}, nRow))
-            return;
-        const int nAccount = m_F_n_Chosen();
-        vm_objRows.m_F_b_Store(vm_objAccounts.m_F_s_Path(nAccount));
-        vm_objAccounts.m_S_SetRights(nAccount, m_F_ar_Marks());
-        vm_pList->m_S_SetTexts(nRow, m_F_ar_RowTexts(nAccount));
-    }
-    vm_pList->m_S_Select(nRow);
-}
-
-void Page::m_S_Delete()
-{
-    const int nRow = vm_pList->m_F_n_Selected();
-    if (!vm_objAccounts.m_F_b_IsOpen())
-        return vm_pList->m_S_Select(nRow);
-    vm_objAccounts.m_S_Remove(m_F_n_Chosen());
-    m_S_Fill();
-    vm_pList->m_S_Select(std::max(nRow - 1, 0));
+        vm_objRights.m_S_Write(nAccount, nModel, st.nRights, st.pBoxes->m_F_o_Marks());
+    vm_objRights.m_S_Write(nAccount, nModel, emDef_Rights::Capability, vm_pCapabilities->m_F_o_Marks());
 }

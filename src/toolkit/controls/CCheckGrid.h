@@ -19,7 +19,6 @@ public:
 
     /// Puts a box behind the others; its "id" is the position.
     QCheckBox* m_F_p_Add(int nPosition);
-    const QList<QCheckBox*>& m_F_ar_Boxes() const { return vm_arBoxes; }
 
     /// Shows a text; boxes of positions beyond its end are off.
     void m_S_Show(const QString& sText);

@@ -9,42 +9,50 @@
 
 using namespace Qt::StringLiterals;
 
-CEntryTable::CEntryTable(CFormGroup objGroup, const stDef_Entries& stEntries, QObject* pParent)
+CEntryTable::CEntryTable(CForm& objForm, const stDef_Entries& stEntries, QObject* pParent)
     : QObject(pParent),
       vm_pDocument(stEntries.stParent.pDocument),
-      vm_objEntries(vm_pDocument, stEntries.stParent.sPath, QString::fromLatin1(stEntries.pszStem)),
-      vm_pList(new CItemList)
+      vm_objEntries(vm_pDocument, stEntries.stParent.sPath, QString::fromLatin1(stEntries.pszStem), "count",
+                    stEntries.nCountIfMissing),
+      vm_bNewRow(stEntries.bNewRow),
+      vm_pList(new CItemList),
+      vm_arColumns(stEntries.arColumns.begin(), stEntries.arColumns.end())
 {
-    CTextTable& objTexts = objGroup.m_F_o_Form().m_F_o_Texts();
-    vm_pList->m_S_SetColumns(QList<int>(std::ssize(stEntries.arColumns), stEntries.nColumnWidth));
+    CTextTable& objTexts = objForm.m_F_o_Texts();
+    vm_pList->m_S_SetColumns(QList<int>(std::ssize(vm_arColumns), stEntries.nColumnWidth));
     objTexts.m_S_Add(stEntries.stTitle, [pList = vm_pList](const QString& s) { pList->setAccessibleName(s); });
-    objGroup.m_S_AddWide(vm_pList, "Entries");
-    objGroup.m_S_SetRows(&vm_objRows);
-    for (int nColumn = 0; const stDef_Column& st : stEntries.arColumns) {
+    for (int nColumn = 0; const stDef_Column& st : vm_arColumns) {
         objTexts.m_S_Add(st.stTitle,
                          [pList = vm_pList, nColumn](const QString& s) { pList->m_S_SetColumnText(nColumn, s); });
-        vm_arKeys.append(QString::fromLatin1(st.pszKey));
-        vm_arEdits.append(objGroup.m_F_p_Edit(st.stTitle, {{vm_pDocument}, st.pszKey}));
         ++nColumn;
     }
-    m_S_MakeButtons(objGroup);
     connect(vm_pList, &CItemList::S_Selected, this, &CEntryTable::m_S_ShowRow);
 }
 
-void CEntryTable::m_S_MakeButtons(CFormGroup& objGroup)
+CEntryTable::CEntryTable(CFormGroup objGroup, const stDef_Entries& stEntries, QObject* pParent)
+    : CEntryTable(objGroup.m_F_o_Form(), stEntries, pParent)
 {
+    objGroup.m_S_AddWide(vm_pList, "Entries");
+    objGroup.m_S_SetRows(&vm_objRows);
+    for (const stDef_Column& st : vm_arColumns)
+        vm_arEdits.append(objGroup.m_F_p_Edit(st.stTitle, {{vm_pDocument}, st.pszKey}));
     const QList<QPushButton*> arButtons = objGroup.m_F_ar_Buttons(
         {{Text{"Add", "Add"}, "Add"}, {Text{"Delete", "Delete"}, "Delete"}, {Text{"Modify", "Modify"}, "Modify"}});
-    vm_arForChosen = arButtons.mid(1);
-    objGroup.m_F_o_Form().m_S_SetEnterButtons({arButtons[2], arButtons[0]});
-    connect(arButtons[0], &QPushButton::clicked, this, &CEntryTable::m_S_Add);
-    connect(arButtons[1], &QPushButton::clicked, this, &CEntryTable::m_S_Delete);
-    connect(arButtons[2], &QPushButton::clicked, this, &CEntryTable::m_S_Modify);
+    m_S_SetButtons(objGroup.m_F_o_Form(), {arButtons[0], arButtons[1], arButtons[2]});
 }
 
-void CEntryTable::m_S_Refuse(emDef_Action nAction, const stDef_Text& stReason, Check fnCheck)
+void CEntryTable::m_S_SetButtons(CForm& objForm, const stDef_Buttons& stButtons)
 {
-    vm_arChecks.push_back({nAction, stReason, std::move(fnCheck)});
+    vm_arForChosen = {stButtons.pDelete, stButtons.pModify};
+    objForm.m_S_SetEnterButtons({stButtons.pModify, stButtons.pAdd});
+    connect(stButtons.pAdd, &QPushButton::clicked, this, &CEntryTable::m_S_Add);
+    connect(stButtons.pDelete, &QPushButton::clicked, this, &CEntryTable::m_S_Delete);
+    connect(stButtons.pModify, &QPushButton::clicked, this, &CEntryTable::m_S_Modify);
+}
+
+void CEntryTable::m_S_Refuse(emDef_Action nAction, const stDef_Text& stReason, Check fnCheck, QLineEdit* pField)
+{
+    vm_arChecks.push_back({nAction, stReason, std::move(fnCheck), pField});
 }
 
 bool CEntryTable::m_F_b_Refused(emDef_Action nAction, int nOwnRow)
@@ -53,33 +61,32 @@ bool CEntryTable::m_F_b_Refused(emDef_Action nAction, int nOwnRow)
         if (st.nAction != nAction || !st.fnCheck(nOwnRow))
             continue;
         Q_EMIT S_Refused(st.stReason);
+        if (st.pField) {
+            st.pField->setFocus();
+            st.pField->selectAll();
+        }
         return true;
     }
     return false;
 }
 
-bool CEntryTable::m_F_b_IsTaken(int nColumn, int nOwnRow) const
+bool CEntryTable::m_F_b_IsTaken(int nColumn, const QString& sText, int nOwnRow) const
 {
     for (int nRow = 0; nRow < vm_pList->rowCount(); ++nRow) {
-        if (nRow != nOwnRow && vm_pList->m_F_ar_Texts(nRow)[nColumn] == m_F_s_Edited(nColumn))
+        if (nRow != nOwnRow && vm_pList->item(nRow, nColumn)->text() == sText)
             return true;
     }
     return false;
 }
 
-QStringList CEntryTable::m_F_ar_Edited() const
+QStringList CEntryTable::m_F_ar_Shown(int nEntry) const
 {
     QStringList arTexts;
-    for (const QLineEdit* const pEdit : vm_arEdits)
-        arTexts.append(pEdit->text());
-    return arTexts;
-}
-
-QStringList CEntryTable::m_F_ar_Stored(int nEntry) const
-{
-    QStringList arTexts;
-    for (const QString& sKey : vm_arKeys)
-        arTexts.append(vm_pDocument->m_F_s_Value(vm_objEntries.m_F_s_Path(nEntry), sKey));
+    for (const stDef_Column& st : vm_arColumns) {
+        const QString sStored =
+            vm_pDocument->m_F_s_Value(vm_objEntries.m_F_s_Path(nEntry), QString::fromLatin1(st.pszKey));
+        arTexts.append(st.fnShown ? st.fnShown(sStored) : sStored);
+    }
     return arTexts;
 }
 
@@ -94,45 +101,79 @@ void CEntryTable::m_S_Fill()
     vm_pList->m_S_Clear();
     const int nCount = vm_objEntries.m_F_n_Count();
     for (int nEntry = 0; nEntry < nCount; ++nEntry)
-        vm_pList->m_S_Insert(nEntry, m_F_ar_Stored(nEntry), nEntry);
+        vm_pList->m_S_Insert(nEntry, m_F_ar_Shown(nEntry), nEntry);
+    if (vm_bNewRow && vm_pDocument->m_F_b_IsOpen())
+        vm_pList->m_S_Insert(nCount, {}, nCount);
 }
 
-void CEntryTable::m_S_ShowRow(int nRow)
+// The row for a new entry is the last one, by its number: an entry may have empty texts, too.
+CEntryTable::stDef_Chosen CEntryTable::m_F_o_Chosen() const
 {
-    if (nRow >= 0)
-        vm_objRows.m_S_Load(vm_objEntries.m_F_s_Path(vm_pList->m_F_n_Data(nRow)));
-    else
-        for (QLineEdit* const pEdit : vm_arEdits)
-            pEdit->clear();
-    for (QPushButton* const pButton : vm_arForChosen)
-        CForm::s_S_EnableButton(pButton, nRow >= 0, vm_pList);
+    const int nRow = vm_pList->m_F_n_Selected();
+    const int nEntry = vm_pList->m_F_n_Data(nRow);
+    if (nRow < 0 || !vm_pDocument->m_F_b_IsOpen())
+        return {emDef_Row::None, nEntry};
+    return {vm_bNewRow && nEntry == vm_objEntries.m_F_n_Count() ? emDef_Row::New : emDef_Row::Entry, nEntry};
 }
 
+void CEntryTable::m_S_ShowRow()
+{
+    const stDef_Chosen stChosen = m_F_o_Chosen();
+    const bool bEntry = stChosen.nRow == emDef_Row::Entry;
+    if (bEntry)
+        vm_objRows.m_S_Load(vm_objEntries.m_F_s_Path(stChosen.nEntry));
+    else
+        vm_objRows.m_S_ShowDefaults(); // not what a stray node behind the entries has
+    for (QPushButton* const pButton : vm_arForChosen)
+        CForm::s_S_EnableButton(pButton, bEntry, vm_pList);
+    Q_EMIT S_Shown(stChosen);
+}
+
+// Where the document was closed meanwhile, the chosen row is shown again as none.
+bool CEntryTable::m_F_b_CanAct()
+{
+    if (vm_pDocument->m_F_b_IsOpen())
+        return true;
+    if (const int nRow = vm_pList->m_F_n_Selected(); nRow >= 0)
+        vm_pList->m_S_Select(nRow);
+    return false;
+}
+
+void CEntryTable::m_S_Store(int nEntry, bool bNew)
+{
+    vm_objRows.m_F_b_Store(vm_objEntries.m_F_s_Path(nEntry));
+    Q_EMIT S_Stored(nEntry, bNew);
+}
+
+// With a row for new entries it is that row which becomes the entry's.
 void CEntryTable::m_S_Add()
 {
-    if (!vm_pDocument->m_F_b_IsOpen() || m_F_b_Refused(emDef_Action::Add, -1))
+    if (!m_F_b_CanAct() || m_F_b_Refused(emDef_Action::Add, -1))
         return;
     const int nEntry = vm_objEntries.m_F_n_Count();
-    vm_pList->m_S_Insert(nEntry, m_F_ar_Edited(), nEntry);
-    vm_objRows.m_F_b_Store(vm_objEntries.m_F_s_Path(nEntry));
+    m_S_Store(nEntry, true);
     vm_objEntries.m_F_n_Append();
+    const int nAdded = vm_bNewRow ? nEntry + 1 : nEntry;
+    vm_pList->m_S_Insert(nAdded, {}, nAdded);
+    vm_pList->m_S_SetTexts(nEntry, m_F_ar_Shown(nEntry));
     vm_pList->m_S_Select(nEntry);
 }
 
 void CEntryTable::m_S_Modify()
 {
     const int nRow = vm_pList->m_F_n_Selected();
-    if (nRow < 0 || !vm_pDocument->m_F_b_IsOpen() || m_F_b_Refused(emDef_Action::Modify, nRow))
+    if (!m_F_b_CanAct() || nRow < 0 || m_F_b_Refused(emDef_Action::Modify, nRow))
         return;
-    vm_objRows.m_F_b_Store(vm_objEntries.m_F_s_Path(vm_pList->m_F_n_Data(nRow)));
-    vm_pList->m_S_SetTexts(nRow, m_F_ar_Edited());
+    const int nEntry = vm_pList->m_F_n_Data(nRow);
+    m_S_Store(nEntry, false);
+    vm_pList->m_S_SetTexts(nRow, m_F_ar_Shown(nEntry));
     vm_pList->m_S_Select(nRow);
 }
 
 void CEntryTable::m_S_Delete()
 {
     const int nRow = vm_pList->m_F_n_Selected();
-    if (nRow < 0 || !vm_pDocument->m_F_b_IsOpen())
+    if (!m_F_b_CanAct() || nRow < 0)
         return;
     vm_objEntries.m_S_Remove(vm_pList->m_F_n_Data(nRow));
     m_S_Fill();

@@ -34,6 +34,12 @@ void CValueRows::m_S_Load(const QString& sEntry) const
     }
 }
 
+void CValueRows::m_S_ShowDefaults() const
+{
+    for (const stDef_Row& stRow : vm_arRows)
+        stRow.fnShow(QString::fromUtf8(stRow.stValue.pszDefault));
+}
+
 QList<QWidget*> CValueRows::m_F_ar_Unknown() const
 {
     QList<QWidget*> arUnknown;

@@ -78,6 +78,8 @@ public:
     /// Whether every document that the rows read is open.
     bool m_F_b_CanLoad() const;
     void m_S_Load(const QString& sEntry = {}) const;
+    /// Shows in every row what stands for a value that isn't stored.
+    void m_S_ShowDefaults() const;
     /// The lists that have no entry for what is stored, in the order of the rows. A value that isn't stored is none.
     QList<QWidget*> m_F_ar_Unknown() const;
     /// Whether every document that the rows would write is open.
