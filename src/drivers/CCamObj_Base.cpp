@@ -129,3 +129,8 @@ bool CCamObj_Base::m_F_b_GetSupport(CXmlObj* pSupport, int nTimeoutMs)
     return m_pNvr && CPageRequests(m_pNvr, QApplication::activeWindow(), nsTexts::AskingCamera)
                          .m_F_b_Get(sUrl, pSupport, nTimeoutMs);
 }
+
+QString CCamObj_Base::m_F_s_NodePath() const
+{
+    return NodePath(m_nCamIndex);
+}

@@ -53,6 +53,7 @@ public:
     virtual void m_S_ShowMotion(QWidget* pParent) = 0;
     /// Closes it, if it is open; `bSave` puts what is checked in it into the Camera document first.
     virtual void m_S_CloseMotion(bool bSave);
+    QString m_F_s_NodePath() const; ///< of the camera's node in the Camera document
 
     stDef_CamConnect m_stConnect;
     CEnvObj* m_pEnv = nullptr;       ///< not owned

@@ -365,9 +365,9 @@ void CWndCameraMotion::m_S_FillList()
 void CWndCameraMotion::m_S_Check(emDef_Checks nChecks)
 {
     const QSignalBlocker objQuiet(vm_pList);
-    const QString sPath = QString::asprintf("/root/Camera/Cam%03d", vm_pCamObj->m_nCamIndex);
     const CXmlObj& xmlCamera = static_cast<const CWndNvrShared*>(vm_pNvr.data())->vm_xmlCamera;
-    QStringList arTokens = xmlCamera.m_F_s_Value(sPath, u"MotionSetting"_s).split(u':', Qt::SkipEmptyParts);
+    QStringList arTokens =
+        xmlCamera.m_F_s_Value(vm_pCamObj->m_F_s_NodePath(), u"MotionSetting"_s).split(u':', Qt::SkipEmptyParts);
     for (int i = 0; i < vm_pList->rowCount(); ++i) {
         const auto Names = [nIndex = vm_pList->m_F_n_Data(i)](const QString& sToken) {
             return CXmlObj::s_F_n_ToInt(sToken) == nIndex;
@@ -397,8 +397,7 @@ bool CWndCameraMotion::m_F_b_SaveMotionSetting()
 {
     if (vm_pContent && vm_xmlMotion.m_F_b_IsOpen())
         static_cast<CWndNvrShared*>(vm_pNvr.data())
-            ->vm_xmlCamera.m_F_b_SetValue(QString::asprintf("/root/Camera/Cam%03d", vm_pCamObj->m_nCamIndex),
-                                          u"MotionSetting"_s, m_F_s_MotionSetting());
+            ->vm_xmlCamera.m_F_b_SetValue(vm_pCamObj->m_F_s_NodePath(), u"MotionSetting"_s, m_F_s_MotionSetting());
     return true;
 }
 

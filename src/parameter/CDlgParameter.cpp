@@ -6,9 +6,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QRegularExpressionValidator>
+#include <algorithm>
 
 #include "core/CWndNvrShared.h"
 #include "drivers/CCamObj_Base.h"
+#include "parameter/CStreamEntries.h"
 #include "parameter/ParameterLists.h"
 #include "toolkit/controls/WrongMark.h"
 #include "toolkit/form/CFormGroup.h"
@@ -31,7 +33,6 @@ constexpr Text RangeText{"ParameterRange", "Out of range: %1"};
 
 constexpr int SupportMs = 60000;
 constexpr int OddGain = 90;
-constexpr int NarrowWidth = 640; ///< pixels: what is not wider stands for the low stream
 constexpr const char* g_apszTransports[] = {"HTTP", "TCP", "UDP", "Muticast"};
 constexpr const char* g_apszRateControls[] = {"VBR", "CBR", "EVBR"};
 constexpr int Vbr = 0, Cbr = 1;
@@ -185,68 +186,16 @@ bool CDlgParameter::m_F_b_Ready() const
 
 void CDlgParameter::m_S_FillProfiles()
 {
-    const int nEntries = vm_objAbilities.m_F_n_Entries();
+    const CStreamEntries objEntries(vm_stBrand, vm_objAbilities, m_pNvr->vm_xmlCamera, m_pCamObj->m_F_s_NodePath());
+    const QStringList arLabels = objEntries.m_F_ar_Labels();
+    const int nFound = objEntries.m_F_n_Main();
     // A stream that is found by its size is none of the list's until one has that size.
-    vm_nEntry = vm_stBrand.nMatch == emDef_EntryMatch::Size ? nEntries : 0;
-    int nChosen = 0;
-    QStringList arLabels;
-    for (int nEntry = 0; nEntry < nEntries; ++nEntry) {
-        arLabels.append(m_F_s_EntryLabel(nEntry));
-        if (m_F_b_Matches(nEntry))
-            vm_nEntry = nChosen = nEntry;
-    }
+    const bool bBySize = vm_stBrand.nMatch == emDef_EntryMatch::Size;
+    vm_nEntry = nFound < 0 && bBySize ? static_cast<int>(arLabels.size()) : std::max(nFound, 0);
+    m_nLowEntry = objEntries.m_F_n_Low();
     vm_pProfile->clear();
     vm_pProfile->addItems(arLabels);
-    vm_pProfile->setCurrentIndex(nEntries > 0 ? nChosen : -1);
-    m_S_FindLowEntry();
-}
-
-QString CDlgParameter::m_F_s_EntryLabel(int nEntry) const
-{
-    const QString sEntry = CAbilities::s_F_s_Entry(nEntry);
-    const QString sCodec = vm_stBrand.nLabel == emDef_EntryLabel::H264
-                               ? u"H264"_s
-                               : vm_objAbilities.m_F_s_Text(sEntry, u"Codec"_s).toUpper();
-    const QString sResolution = vm_objAbilities.m_F_s_Text(sEntry, u"Resolution"_s);
-    return sCodec + u" / "_s + (vm_stBrand.nLabel == emDef_EntryLabel::Upper ? sResolution.toUpper() : sResolution);
-}
-
-bool CDlgParameter::m_F_b_Matches(int nEntry) const
-{
-    const QString sEntry = CAbilities::s_F_s_Entry(nEntry);
-    const auto Same = [&](const QString& sKey, const char* pszNodeKey) {
-        return vm_objAbilities.m_F_n_Number(sEntry, sKey) == m_F_n_NodeNumber(pszNodeKey);
-    };
-    switch (vm_stBrand.nMatch) {
-    case emDef_EntryMatch::Size:
-        return Same(u"Width"_s, "VEncoderWidth_M") && Same(u"Height"_s, "VEncoderHeight_M");
-    case emDef_EntryMatch::Profile:
-        return Same(u"ProfileID"_s, "ProfileID");
-    case emDef_EntryMatch::Resolution:
-        break;
-    }
-    return vm_objAbilities.m_F_s_Text(sEntry, u"Resolution"_s) == m_F_s_NodeText("Resolution");
-}
-
-// The narrow entry is the first one, that of a profile the last. -1 and a number that no entry has name a node that
-// doesn't exist, whose limits are their defaults.
-void CDlgParameter::m_S_FindLowEntry()
-{
-    if (vm_stBrand.nLowEntry == emDef_LowEntry::None)
-        return;
-    const int nProfile = m_F_n_NodeNumber("DefaultProfileID");
-    if (vm_stBrand.nLowEntry == emDef_LowEntry::NarrowOrProfile)
-        m_nLowEntry = nProfile;
-    for (int nEntry = 0; nEntry < vm_pProfile->count(); ++nEntry) {
-        const QString sEntry = CAbilities::s_F_s_Entry(nEntry);
-        if (vm_stBrand.nLowEntry == emDef_LowEntry::Profile) {
-            if (vm_objAbilities.m_F_n_Number(sEntry, u"ProfileID"_s) == nProfile)
-                m_nLowEntry = nEntry;
-        } else if (vm_objAbilities.m_F_n_Number(sEntry, u"Width"_s) <= NarrowWidth) {
-            m_nLowEntry = nEntry;
-            return;
-        }
-    }
+    vm_pProfile->setCurrentIndex(arLabels.isEmpty() ? -1 : std::max(nFound, 0));
 }
 
 void CDlgParameter::m_S_FillProtocol()
@@ -283,20 +232,17 @@ void CDlgParameter::m_S_FillAudio()
 
 QString CDlgParameter::m_F_s_NodeText(const char* pszKey) const
 {
-    return m_pNvr->vm_xmlCamera.m_F_s_Value(QString::asprintf("/root/Camera/Cam%03d", m_pCamObj->m_nCamIndex),
-                                            QString::fromLatin1(pszKey));
+    return m_pNvr->vm_xmlCamera.m_F_s_Value(m_pCamObj->m_F_s_NodePath(), QString::fromLatin1(pszKey));
 }
 
 int CDlgParameter::m_F_n_NodeNumber(const char* pszKey, int nDefault) const
 {
-    return m_pNvr->vm_xmlCamera.m_F_n_GetValueInt(QString::asprintf("/root/Camera/Cam%03d", m_pCamObj->m_nCamIndex),
-                                                  QString::fromLatin1(pszKey), nDefault);
+    return m_pNvr->vm_xmlCamera.m_F_n_GetValueInt(m_pCamObj->m_F_s_NodePath(), QString::fromLatin1(pszKey), nDefault);
 }
 
 void CDlgParameter::m_S_Write(const char* pszKey, const QString& sValue)
 {
-    m_pNvr->vm_xmlCamera.m_F_b_SetValue(QString::asprintf("/root/Camera/Cam%03d", m_pCamObj->m_nCamIndex),
-                                        QString::fromLatin1(pszKey), sValue);
+    m_pNvr->vm_xmlCamera.m_F_b_SetValue(m_pCamObj->m_F_s_NodePath(), QString::fromLatin1(pszKey), sValue);
 }
 
 QString CDlgParameter::m_F_s_EntryOf(const stDef_Stream& stStream) const

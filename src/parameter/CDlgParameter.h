@@ -88,9 +88,6 @@ private:
 
     bool m_F_b_Ready() const;
     void m_S_FillProfiles();
-    QString m_F_s_EntryLabel(int nEntry) const;
-    bool m_F_b_Matches(int nEntry) const;
-    void m_S_FindLowEntry();
     void m_S_FillProtocol();
     void m_S_FillRateControls();
     void m_S_FillAudio();
