@@ -115,6 +115,7 @@ TEST_F(UserPage, ActionsWriteTheAccountNodeAsToldOrNotAtAll)
                                                        "<root>" + NodeOf(row[0]).toStdString() + "</root>", sError));
         EXPECT_TRUE(RunCycle([&](CPropertySheet& sheet) {
             const At at(OpenTab(sheet, UserTab));
+            sheet.show(); // a hidden one has no focus to tell of
             QStringList arCommands = QString::fromStdString(row[1]).split(';');
             const QString sLast = arCommands.takeLast();
             Do(at, arCommands);
@@ -127,6 +128,9 @@ TEST_F(UserPage, ActionsWriteTheAccountNodeAsToldOrNotAtAll)
             if (!row[2].empty()) {
                 EXPECT_EQ(List(at).m_F_n_Selected(), nRow);
                 EXPECT_EQ(at.Shown("UserName"), sName) << "what was typed isn't lost";
+                const QWidget* const pField =
+                    at.Find(row[2].starts_with("Please Check") ? "ConfirmPassword" : "UserName");
+                EXPECT_TRUE(sheet.focusWidget() == pField || !pField->isEnabled());
             }
         }));
     }
