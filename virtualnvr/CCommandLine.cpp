@@ -1,6 +1,7 @@
 #include "CCommandLine.h"
 
 #include "http/CFaultTable.h"
+#include "records/RecordClock.h"
 #include "rtsp/CStreamServer.h"
 
 #include <algorithm>
@@ -93,6 +94,14 @@ bool TakeDips(stDef_CommandLine& stLine, const std::string& s)
     return true;
 }
 
+bool TakeRecordTime(stDef_CommandLine& stLine, const std::string& s)
+{
+    long nMs = 0;
+    const bool bTaken = TakeNumber(s, 0, RecordClock::MaxMs, nMs);
+    stLine.stRecorder.fnNowMs = [nMs] { return std::int64_t(nMs); };
+    return bTaken;
+}
+
 bool TakeFault(stDef_CommandLine& stLine, const std::string& s)
 {
     stLine.arFaults.push_back(s);
@@ -145,6 +154,9 @@ constexpr stDef_Option g_arOptions[] = {
      [](Line& st, Text& s) { return TakeInt(s, 0, 60000, st.stRecorder.nProbeDelayMs); }},
     {"--restart-time", "MS", "how long nothing is answered once the clock was set, 0 to 60000 (default 3000)",
      [](Line& st, Text& s) { return TakeInt(s, 0, 60000, st.stRecorder.nRestartMs); }},
+    {"--recordings", "HOURS", "how many hours are recorded, 0 to 240 (default 1)",
+     [](Line& st, Text& s) { return TakeInt(s, 0, stDef_VirtualNvrConfig::s_nMaxRecordHours, st.stRecorder.nRecordHours); }},
+    {"--record-time", "MS", "recordings end at this time, in ms since 1970, and don't grow", TakeRecordTime},
     {"--fault", "PART=NAME[:ARG][xTIMES]", "a fault for each URL that contains PART (\"*\": all); may be repeated", TakeFault},
     {"--name", "TEXT", "name of the recorder in its card", [](Line& st, Text& s) { return TakeText(s, st.sName); }},
     {"--stream-fault", "PART=NAME[:ARG][@S]", "a fault for each stream whose path contains PART, from second S on; may be repeated", TakeStreamFault},

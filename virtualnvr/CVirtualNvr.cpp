@@ -12,6 +12,7 @@
 #include "cgi/CMotionCgi.h"
 #include "cgi/CMotionStore.h"
 #include "cgi/CPtzCgi.h"
+#include "cgi/CRecordCgi.h"
 #include "cgi/StoredAccounts.h"
 #include "http/CDigestAuth.h"
 #include "http/CFaultTable.h"
@@ -98,6 +99,7 @@ void CVirtualNvr::stDef_Impl::MakeRouter(const stDef_VirtualNvrConfig& stConfig)
     pRouter->m_S_Add(std::make_unique<CPtzCgi>(*pPtz, nChannels, stConfig.bPC));
     pRouter->m_S_Add(std::make_unique<CDisplayCgi>());
     pRouter->m_S_Add(std::make_unique<CMotionCgi>(objMotion, *pPtz, nChannels));
+    pRouter->m_S_Add(std::make_unique<CRecordCgi>(nChannels, stConfig.bPC, stConfig.nRecordHours, stConfig.fnNowMs));
 }
 
 /// A change of the list of cameras takes their motion windows along, and one of the accounts is in force at once.
@@ -193,6 +195,8 @@ bool CVirtualNvr::m_F_b_Start(const stDef_VirtualNvrConfig& stConfig, std::strin
         sError = "the recorder runs already";
     else if (stConfig.nChannels < 1 || stConfig.nChannels > g_nMaxChannels)
         sError = "channels: 1 to " + std::to_string(g_nMaxChannels);
+    else if (stConfig.nRecordHours < 0 || stConfig.nRecordHours > stDef_VirtualNvrConfig::s_nMaxRecordHours)
+        sError = "hours of recordings: 0 to " + std::to_string(stDef_VirtualNvrConfig::s_nMaxRecordHours);
     else if (stConfig.arAccounts.empty())
         sError = "a recorder needs an account";
     else if (vm_pImpl->Start(stConfig, sError))

@@ -2,6 +2,8 @@
 
 #include "http/stDef_Account.h"
 
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,7 +23,11 @@ struct stDef_VirtualNvrConfig
     bool bStreams = true;        ///< false: no RTSP service
     /// Ids that the directory service knows besides "FL-000001" (this recorder itself), with the "host:port" of each.
     std::vector<std::pair<std::string, std::string>> arDipsIds = {};
-    int nProbeDelayMs = 0;         ///< how long a camera takes to answer the recorder; a search takes four times that
-    int nRestartMs = 0;            ///< how long nothing is answered once the clock was set
+    int nProbeDelayMs = 0; ///< how long a camera takes to answer the recorder; a search takes four times that
+    int nRestartMs = 0;    ///< how long nothing is answered once the clock was set
+    static constexpr int s_nMaxRecordHours = 240;
+    int nRecordHours = 1; ///< how long recordings are there; 0: none
+    /// The clock of the recordings, in ms since 1970, called from any thread; empty: that of the system.
+    std::function<std::int64_t()> fnNowMs = {};
     int nNonceLifetimeMs = 300000; ///< a login older than this is answered with stale=true
 };

@@ -1,7 +1,7 @@
 #include "CStreamPlayer.h"
 #include "http/CSocket.h"
-#include "rtsp/CGstPlugins.h"
 #include "rtsp/CStreamServer.h"
+#include "scene/CGstPlugins.h"
 #include "scene/CLiveView.h"
 #include "scene/CSceneClock.h"
 #include "scene/stDef_EncodedClip.h"

@@ -1,12 +1,12 @@
 #include "rtsp/CStreamServer.h"
 
 #include "rtsp/CFeedClock.h"
-#include "rtsp/CGstPlugins.h"
 #include "rtsp/CLoopThread.h"
 #include "rtsp/CRtspListener.h"
 #include "rtsp/CStreamFeed.h"
 #include "rtsp/stDef_StreamMount.h"
 #include "scene/CClipLibrary.h"
+#include "scene/CGstPlugins.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,5 +1,7 @@
 #include "scene/CFrameEncoder.h"
 
+#include "scene/CGstPlugins.h"
+
 #include <cstdio>
 #include <gst/app/gstappsink.h>
 #include <gst/app/gstappsrc.h>
@@ -33,6 +35,9 @@ const stDef_Format& FormatOf(bool bSecond)
 std::unique_ptr<CFrameEncoder> CFrameEncoder::s_F_p_Make(bool bSecond)
 {
     const stDef_Format& stFormat = FormatOf(bSecond);
+    std::string sMissing;
+    if (!CGstPlugins::s_F_b_Load(sMissing)) // recordings are encoded without a stream server, too
+        return nullptr;
     char acLaunch[640];
     std::snprintf(acLaunch, sizeof(acLaunch), g_pszLaunch, stFormat.nWidth, stFormat.nHeight, stDef_EncodedClip::s_nFps,
                   stFormat.nQuantizer, stDef_EncodedClip::s_nGop);

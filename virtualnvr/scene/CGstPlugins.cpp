@@ -1,4 +1,4 @@
-#include "rtsp/CGstPlugins.h"
+#include "scene/CGstPlugins.h"
 
 #include <cstdlib>
 #include <dlfcn.h>

@@ -2,8 +2,8 @@
 
 #include <string>
 
-/// The GStreamer plug-ins that the streams take. They are loaded by name, without GStreamer's registry: the scan of all
-/// that is installed would take seconds at the first start on a machine.
+/// The GStreamer plug-ins that streams and recordings take. They are loaded by name, without GStreamer's registry: the
+/// scan of all that is installed would take seconds at the first start on a machine.
 class CGstPlugins
 {
 public:
