@@ -2,6 +2,7 @@
 
 #include "http/CFaultTable.h"
 #include "records/RecordClock.h"
+#include "records/RecordFaults.h"
 #include "rtsp/CStreamServer.h"
 
 #include <algorithm>
@@ -97,7 +98,7 @@ bool TakeDips(stDef_CommandLine& stLine, const std::string& s)
 bool TakeRecordTime(stDef_CommandLine& stLine, const std::string& s)
 {
     long nMs = 0;
-    const bool bTaken = TakeNumber(s, 0, RecordClock::MaxMs, nMs);
+    const bool bTaken = TakeNumber(s, 0, nsRecordClock::MaxMs, nMs);
     stLine.stRecorder.fnNowMs = [nMs] { return std::int64_t(nMs); };
     return bTaken;
 }
@@ -106,6 +107,12 @@ bool TakeFault(stDef_CommandLine& stLine, const std::string& s)
 {
     stLine.arFaults.push_back(s);
     return CFaultTable().m_F_b_Parse(s);
+}
+
+bool TakeRecordFault(stDef_CommandLine& stLine, const std::string& s)
+{
+    stLine.arRecordFaults.push_back(s);
+    return CFaultTable(nsRecordFaults::Kinds()).m_F_b_Parse(s);
 }
 
 bool TakeStreamFault(stDef_CommandLine& stLine, const std::string& sFault)
@@ -158,6 +165,7 @@ constexpr stDef_Option g_arOptions[] = {
      [](Line& st, Text& s) { return TakeInt(s, 0, stDef_VirtualNvrConfig::s_nMaxRecordHours, st.stRecorder.nRecordHours); }},
     {"--record-time", "MS", "recordings end at this time, in ms since 1970, and don't grow", TakeRecordTime},
     {"--fault", "PART=NAME[:ARG][xTIMES]", "a fault for each URL that contains PART (\"*\": all); may be repeated", TakeFault},
+    {"--record-fault", "PART=NAME[:ARG][xTIMES]", "the same for what the record transfer service answers", TakeRecordFault},
     {"--name", "TEXT", "name of the recorder in its card", [](Line& st, Text& s) { return TakeText(s, st.sName); }},
     {"--stream-fault", "PART=NAME[:ARG][@S]", "a fault for each stream whose path contains PART, from second S on; may be repeated", TakeStreamFault},
     {"--log", nullptr, "print each request on stderr", [](Line& st, Text&) { return st.bLog = true; }},
@@ -204,9 +212,12 @@ void CCommandLine::s_S_PrintHelp(std::ostream& objOut)
         const std::string sLeft = std::string(st.pszName) + (st.pszValue ? std::string(" ") + st.pszValue : "");
         objOut << "  " << std::left << std::setw(38) << sLeft << ' ' << st.pszHelp << '\n';
     }
-    objOut << "\nFaults of --fault:\n";
-    for (const stDef_FaultKind& stKind : CFaultTable::s_F_ar_Kinds())
-        objOut << "  " << std::setw(20) << stKind.sName << ' ' << stKind.sHelp << '\n';
+    for (const auto& [pszOption, pKinds] :
+         {std::pair("--fault", &CFaultTable::s_F_ar_Kinds()), std::pair("--record-fault", &nsRecordFaults::Kinds())}) {
+        objOut << "\nFaults of " << pszOption << ":\n";
+        for (const stDef_FaultKind& stKind : *pKinds)
+            objOut << "  " << std::setw(20) << stKind.sName << ' ' << stKind.sHelp << '\n';
+    }
     objOut << "\nFaults of --stream-fault:\n ";
     for (const auto& sName : CStreamServer::s_F_ar_FaultNames())
         objOut << ' ' << sName;

@@ -11,6 +11,7 @@ struct stDef_CommandLine
 {
     stDef_VirtualNvrConfig stRecorder;
     std::vector<std::string> arFaults; ///< as CFaultTable parses them
+    std::vector<std::string> arRecordFaults;
     struct stDef_StreamFault
     {
         std::string sMount, sName;

@@ -18,6 +18,7 @@
 #include "http/CFaultTable.h"
 #include "http/CHttpProxy.h"
 #include "http/CRequestLog.h"
+#include "records/RecordFaults.h"
 #include "rtsp/CStreamServer.h"
 #include "scene/CPtzBoard.h"
 
@@ -61,6 +62,7 @@ std::pair<std::string, int> PeerOf(int nSocket)
 struct CVirtualNvr::stDef_Impl
 {
     CFaultTable objFaults;
+    CFaultTable objRecordFaults{nsRecordFaults::Kinds()};
     CRequestLog objLog;
     CDocumentStore objDocuments;
     CMotionStore objMotion{objDocuments};
@@ -99,7 +101,8 @@ void CVirtualNvr::stDef_Impl::MakeRouter(const stDef_VirtualNvrConfig& stConfig)
     pRouter->m_S_Add(std::make_unique<CPtzCgi>(*pPtz, nChannels, stConfig.bPC));
     pRouter->m_S_Add(std::make_unique<CDisplayCgi>());
     pRouter->m_S_Add(std::make_unique<CMotionCgi>(objMotion, *pPtz, nChannels));
-    pRouter->m_S_Add(std::make_unique<CRecordCgi>(nChannels, stConfig.bPC, stConfig.nRecordHours, stConfig.fnNowMs));
+    pRouter->m_S_Add(std::make_unique<CRecordCgi>(nChannels, stConfig.bPC, stConfig.nRecordHours, stConfig.fnNowMs,
+                                                  objRecordFaults));
 }
 
 /// A change of the list of cameras takes their motion windows along, and one of the accounts is in force at once.
@@ -226,6 +229,11 @@ int CVirtualNvr::m_F_n_RtspPort() const
 CFaultTable& CVirtualNvr::m_F_o_Faults()
 {
     return vm_pImpl->objFaults;
+}
+
+CFaultTable& CVirtualNvr::m_F_o_RecordFaults()
+{
+    return vm_pImpl->objRecordFaults;
 }
 
 CRequestLog& CVirtualNvr::m_F_o_Log()

@@ -33,6 +33,7 @@ public:
     int m_F_n_RtspPort() const; ///< 0 while stopped or without streams
 
     CFaultTable& m_F_o_Faults();
+    CFaultTable& m_F_o_RecordFaults(); ///< of the kinds of nsRecordFaults
     CRequestLog& m_F_o_Log();
     CStreamServer& m_F_o_Streams();
     CDocumentStore& m_F_o_Documents();

@@ -58,6 +58,8 @@ bool SetFaults(const stDef_CommandLine& stLine, CVirtualNvr& objRecorder, std::s
 {
     for (const std::string& sFault : stLine.arFaults)
         objRecorder.m_F_o_Faults().m_F_b_Parse(sFault);
+    for (const std::string& sFault : stLine.arRecordFaults)
+        objRecorder.m_F_o_RecordFaults().m_F_b_Parse(sFault);
     for (const auto& stFault : stLine.arStreamFaults) {
         const char* pszName =
             stFault.nAfterS == 0 ? stFault.sName.c_str() : "none"; // a later one is tried for its path

@@ -1,5 +1,6 @@
 #include "CProbe.h"
 #include "CVirtualNvr.h"
+#include "records/RecordFaults.h"
 #include "scene/CClipLibrary.h"
 #include "support/Table.h"
 
@@ -153,4 +154,114 @@ TEST_F(Records, GrowByWholeRecordsAndGoByWholeFiles)
     EXPECT_EQ(m_F_o_Ask(sOldest).nStatus, 200);
     vm_nNowMs += 1;
     EXPECT_EQ(m_F_o_Ask(sOldest).nStatus, 404);
+}
+
+TEST_F(Records, OfAPCRecorderAreWholeFilesWhosePlacesFit)
+{
+    m_S_Start({.bPC = true});
+    EXPECT_EQ(m_F_s_Body("info?start=0&end=" + std::to_string(NowMs) + "&select=sa&channels=011"),
+              "E:\\Record\\CH1\\20261123\\second.idx\nE:\\Record\\CH1\\20261124\\second.idx\n"
+              "E:\\Record\\CH1\\20261123\\sound.idx\nE:\\Record\\CH1\\20261124\\sound.idx\n"
+              "D:\\Record\\CH2\\20261123\\second.idx\nD:\\Record\\CH2\\20261124\\second.idx\n"
+              "D:\\Record\\CH2\\20261123\\sound.idx\nD:\\Record\\CH2\\20261124\\sound.idx\n");
+    const std::string sFile = Escaped("E:\\Record\\CH1\\20261124\\second-0020");
+    const std::string sData = m_F_s_Body("file?name=" + sFile + ".dat&from=0&length=100000");
+    EXPECT_EQ(sData.substr(0, 14), std::string("\1\0RecordDat\0#$", 14));
+    EXPECT_EQ(m_F_s_Body("dat?name=" + sFile + ".dat&first=1&count=7"), sData.substr(32, 112));
+    std::string sImages, sPiece;
+    constexpr std::size_t nPiece = 50021; // ends within images
+    do {
+        sPiece = m_F_s_Body("file?name=" + sFile + ".img&from=" + std::to_string(sImages.size()) +
+                            "&length=" + std::to_string(nPiece));
+        sImages += sPiece;
+    } while (sPiece.size() == nPiece);
+    EXPECT_EQ(sImages.substr(2, 14), std::string("RecordImg\0#$", 12) + sImages.substr(14, 2));
+
+    const std::vector<stDef_Record> arRecords = RecordsOf(sData, 16);
+    ASSERT_EQ(arRecords.size(), 901u);
+    std::uint64_t nPlace = sImages.find('\n') + 1;
+    EXPECT_EQ(std::tie(arRecords[0].nMs, arRecords[0].nPlace, arRecords[0].nLength),
+              std::tie(arRecords[1].nMs, nPlace, arRecords[1].nLength));
+    for (std::size_t n = 1; n < arRecords.size(); nPlace += arRecords[n++].nLength) {
+        ASSERT_EQ(arRecords[n].nPlace, nPlace) << n;
+        ASSERT_TRUE(sImages.substr(nPlace, arRecords[n].nLength) ==
+                    Gop(1, true, FileMs * 3 / 2000 + static_cast<std::int64_t>(n) - 1))
+            << n;
+    }
+    EXPECT_EQ(nPlace, sImages.size());
+}
+
+TEST_F(Records, AreForAccountsThatMayPlayThemBack)
+{
+    m_S_Start({.arAccounts = {{"admin", "Fl33t!ink"}, {"guard", "Fl33t!ink", "1111", "01"}}});
+    EXPECT_EQ(m_F_o_Ask("info?start=" + std::to_string(NowMs - MinuteMs) + "&end=" + std::to_string(NowMs) +
+                            "&select=a&channels=1111",
+                        "guard")
+                  .sBody,
+              "ImgVer=0\nDatVer=1\n/mnt/storage/disk2/ACH1/20261124/sound.idx\n");
+    const std::pair<const char*, long> arStatus[] = {{"disk1/ACH0", 403}, {"disk2/ACH1", 200}, {"disk1/ACH2", 403}};
+    for (const auto& [pszFolder, nStatus] : arStatus)
+        for (const char* pszAsked : {"file?from=0&length=9&name=%s.idx", "dat?first=0&count=9&name=%s-0020.dat",
+                                     "img?records=1&name=%s-0020.img"}) {
+            char szTarget[200];
+            std::snprintf(szTarget, sizeof szTarget, pszAsked,
+                          (std::string("/mnt/storage/") + pszFolder + "/20261124/sound").c_str());
+            EXPECT_EQ(m_F_o_Ask(szTarget, "guard").nStatus, nStatus) << szTarget;
+        }
+    EXPECT_EQ(m_F_o_Ask("info?start=0&end=9", "nobody").nStatus, 401);
+}
+
+TEST_F(Records, LieAsTheyAreTold)
+{
+    m_S_Start();
+    using Text = std::string;
+    const Text sFile = "name=/mnt/storage/disk1/TCH0/20261124/events-0000.";
+    const Text sInfo = "info?start=0&end=9999999999999&select=t&channels=1",
+               sDat = "dat?first=0&count=5&" + sFile + "dat", sImg = "img?records=2,3&" + sFile + "img",
+               sIdx = "file?from=0&length=9999&name=/mnt/storage/disk1/TCH0/20261124/events.idx";
+    const std::size_t nLast = 9 + NumberAt(m_F_s_Body(sImg), 4, 4); // where the last block begins
+    const std::tuple<Text, Text, std::function<Text(Text)>> arRows[] = {
+        {"new-dat-version", sInfo, [](Text s) { return s.replace(16, 1, "2"); }},
+        {"new-img-version:7", sInfo, [](Text s) { return s.replace(7, 1, "7"); }},
+        {"no-versions", sInfo, [](Text s) { return s.substr(18); }},
+        {"hostile-list:3", sInfo, [](Text s) { return s.insert(18, "/mnt/storage/disk1/VCH0//evil.idx\n"); }},
+        {"hostile-index:6", sIdx,
+         [](Text s) {
+             const Text sRest = s.substr(32, 16) + Text("..").append(30, '\0') + s.substr(32);
+             return s.substr(0, 20) + static_cast<char>(s[20] + 1) + s.substr(21, 3) + "\xfa\xd7" + s.substr(26, 6) +
+                    sRest;
+         }},
+        {"garbage-index", sIdx, [](Text s) { return s; }}, // no more than its length is told
+        {"odd-data", sDat, [](Text s) { return s.substr(0, 75); }},
+        {"short-data:2", sDat, [](Text s) { return s.substr(0, 32); }},
+        {"double-data", sDat, [](Text s) { return s + s; }},
+        {"other-data:1", sDat,
+         [](Text s) {
+             for (std::size_t n = 0; n < s.size(); n += 16)
+                 ++s[n];
+             return s;
+         }},
+        {"cut-block:3", sImg, [](Text s) { return s.substr(0, s.size() - 3); }},
+        {"long-block", sImg, [=](Text s) { return ++s[nLast + 4], s; }},
+        {"wrong-number:2", sImg, [=](Text s) { return s.replace(nLast, 1, "\5"); }},
+        {"same-number", sImg, [=](Text s) { return s + s.substr(nLast); }},
+        {"empty-image", sImg, [=](Text s) { return s.substr(0, nLast) + Text("\3\0\0\0\0\0\0\0\0", 9); }},
+    };
+    EXPECT_EQ(std::size(arRows), nsRecordFaults::Kinds().size());
+    EXPECT_EQ(m_F_o_Ask("dat?name=/../evil.dat&first=0&count=1").nStatus, 404);
+    for (const auto& [sFault, sRequest, fnSpoilt] : arRows) {
+        SCOPED_TRACE(sFault);
+        const Text sTrue = m_F_s_Body(sRequest);
+        EXPECT_TRUE(vm_objRecorder.m_F_o_RecordFaults().m_F_b_Parse("*=" + sFault + "x1"));
+        const Text sSpoilt = m_F_s_Body(sRequest), sExpected = fnSpoilt(sTrue);
+        EXPECT_NE(sSpoilt, sTrue);
+        if (sFault == "garbage-index")
+            EXPECT_EQ(sSpoilt.size(), sExpected.size());
+        else
+            EXPECT_EQ(sSpoilt, sExpected);
+        EXPECT_EQ(m_F_s_Body(sRequest), sTrue) << "played too often";
+    }
+    EXPECT_EQ(RecordsOf(m_F_s_Body("dat?name=/../evil.dat&first=0&count=9")).size(), 9u)
+        << "names that were told lead nowhere";
+    EXPECT_EQ(BlocksOf(m_F_s_Body("img?name=/../evil.img&records=-1")).size(), 1u);
 }

@@ -1,6 +1,7 @@
 #include "cgi/CRecordCgi.h"
 
 #include "records/RecordClock.h"
+#include "records/RecordFaults.h"
 #include "records/RecordForms.h"
 
 #include <algorithm>
@@ -59,14 +60,6 @@ bool MayPlay(const stDef_Account& stAccount, int nChannel)
     return !stAccount.sPlayback || Holds(*stAccount.sPlayback, nChannel);
 }
 
-stDef_CgiReply Bytes(std::string sBytes)
-{
-    stDef_CgiReply stReply;
-    stReply.sType = "application/octet-stream";
-    stReply.sBody = std::move(sBytes);
-    return stReply;
-}
-
 stDef_CgiReply BadRequest()
 {
     return stDef_CgiReply::s_F_o_Plain(400, "ERROR: the request can't be read");
@@ -75,20 +68,6 @@ stDef_CgiReply BadRequest()
 stDef_CgiReply Missing()
 {
     return stDef_CgiReply::s_F_o_Plain(404, "ERROR: no such file");
-}
-
-/// The file that a request names, if its account may play it; else a reply that says why not.
-std::optional<stDef_RecordPath> Named(const stDef_CgiRequest& stRequest, bool bPC, stDef_CgiReply& stRefusal)
-{
-    const std::string sName = stRequest.m_F_s_Value("name");
-    auto stPath = stDef_RecordPath::s_F_o_Parse(sName, bPC);
-    if (stPath && MayPlay(stRequest.stAccount, stPath->nChannel))
-        return stPath;
-    if (sName.empty())
-        stRefusal = BadRequest();
-    else
-        stRefusal = stPath ? stDef_CgiReply::s_F_o_Plain(403, "ERROR: not for this account") : Missing();
-    return std::nullopt;
 }
 
 void AppendBlock(std::string& sReply, std::int64_t nNumber, std::string_view sImage)
@@ -111,14 +90,44 @@ std::vector<stDef_CgiRoute> CRecordCgi::m_F_ar_Routes()
     };
 }
 
-stDef_CgiReply CRecordCgi::m_F_o_Info(const stDef_CgiRequest& stRequest) const
+/// The file that a request names, if its account may play it; else a reply that says why not. Once names were told that
+/// lead elsewhere, there is something to fetch by them: a client that falls for them is to be found out.
+std::optional<stDef_RecordPath> CRecordCgi::m_F_o_Named(const stDef_CgiRequest& stRequest,
+                                                        stDef_CgiReply& stRefusal) const
+{
+    const std::string sName = stRequest.m_F_s_Value("name");
+    auto stPath = stDef_RecordPath::s_F_o_Parse(sName, vm_objRecordings.m_F_b_PC());
+    if (!stPath && vm_bHostile)
+        stPath = vm_objRecordings.m_F_o_StandIn(sName);
+    if (stPath && MayPlay(stRequest.stAccount, stPath->nChannel))
+        return stPath;
+    if (sName.empty())
+        stRefusal = BadRequest();
+    else
+        stRefusal = stPath ? stDef_CgiReply::s_F_o_Plain(403, "ERROR: not for this account") : Missing();
+    return std::nullopt;
+}
+
+/// What goes back, spoilt by the faults that are due.
+stDef_CgiReply CRecordCgi::m_F_o_Bytes(const stDef_CgiRequest& stRequest, const char* pszReply, std::string sBytes)
+{
+    stDef_CgiReply stReply;
+    stReply.sType = "application/octet-stream";
+    stReply.sBody = std::move(sBytes);
+    const std::string sTarget = "/" + stRequest.sPath + "?" + stRequest.sQuery;
+    if (nsRecordFaults::Play(vm_objFaults, sTarget, pszReply, vm_objRecordings.m_F_b_PC(), stReply.sBody))
+        vm_bHostile = true;
+    return stReply;
+}
+
+stDef_CgiReply CRecordCgi::m_F_o_Info(const stDef_CgiRequest& stRequest)
 {
     std::uint64_t nStartMs = 0, nEndMs = 0;
     stDef_RecordSearch stSearch;
     if (!TakeNumber(stRequest, "start", UINT64_MAX, nStartMs) || !TakeNumber(stRequest, "end", UINT64_MAX, nEndMs) ||
         !TakeKinds(stRequest.m_F_s_Value("select"), stSearch.setKinds))
         return BadRequest();
-    constexpr std::uint64_t nMaxMs = RecordClock::MaxMs;
+    constexpr std::uint64_t nMaxMs = nsRecordClock::MaxMs;
     stSearch.nStartMs = static_cast<std::int64_t>(std::min(nStartMs, nMaxMs));
     stSearch.nEndMs = static_cast<std::int64_t>(std::min(nEndMs, nMaxMs));
     stSearch.fnWanted = [&, sMask = stRequest.m_F_s_Value("channels")](int nChannel) {
@@ -130,42 +139,44 @@ stDef_CgiReply CRecordCgi::m_F_o_Info(const stDef_CgiRequest& stRequest) const
                 "\nDatVer=" + std::to_string(nsRecordForms::DataVersion) + "\n";
     for (const std::string& sPath : vm_objRecordings.m_F_ar_IndexFiles(stSearch))
         sList += sPath + "\n";
-    stDef_CgiReply stReply = Bytes(std::move(sList));
+    stDef_CgiReply stReply = m_F_o_Bytes(stRequest, "info", std::move(sList));
     stReply.sType = "text/plain; charset=utf-8";
     return stReply;
 }
 
-stDef_CgiReply CRecordCgi::m_F_o_File(const stDef_CgiRequest& stRequest) const
+stDef_CgiReply CRecordCgi::m_F_o_File(const stDef_CgiRequest& stRequest)
 {
     stDef_CgiReply stRefusal;
-    const auto stPath = Named(stRequest, vm_objRecordings.m_F_b_PC(), stRefusal);
+    const auto stPath = m_F_o_Named(stRequest, stRefusal);
     if (!stPath)
         return stRefusal;
     std::uint64_t nFrom = 0, nLength = 0;
     if (!TakeNumber(stRequest, "from", UINT64_MAX, nFrom) || !TakeNumber(stRequest, "length", g_nMaxBytes, nLength))
         return BadRequest();
     auto sBytes = vm_objRecordings.m_F_o_Bytes(*stPath, nFrom, nLength);
-    return sBytes ? Bytes(std::move(*sBytes)) : Missing();
+    const char* pszReply = stPath->eFile == emDef_RecordFile::Index ? "index" : "file";
+    return sBytes ? m_F_o_Bytes(stRequest, pszReply, std::move(*sBytes)) : Missing();
 }
 
-stDef_CgiReply CRecordCgi::m_F_o_Dat(const stDef_CgiRequest& stRequest) const
+stDef_CgiReply CRecordCgi::m_F_o_Dat(const stDef_CgiRequest& stRequest)
 {
     stDef_CgiReply stRefusal;
-    const auto stPath = Named(stRequest, vm_objRecordings.m_F_b_PC(), stRefusal);
+    const auto stPath = m_F_o_Named(stRequest, stRefusal);
     if (!stPath)
         return stRefusal;
     std::uint64_t nFirst = 0, nCount = 0;
     if (!TakeNumber(stRequest, "first", UINT64_MAX, nFirst) || !TakeNumber(stRequest, "count", g_nMaxRecords, nCount))
         return BadRequest();
     const auto objFile = vm_objRecordings.m_F_o_File(*stPath);
-    return objFile && stPath->eFile == emDef_RecordFile::Data ? Bytes(objFile->m_F_s_Records(nFirst, nCount))
-                                                              : Missing();
+    return objFile && stPath->eFile == emDef_RecordFile::Data
+               ? m_F_o_Bytes(stRequest, "dat", objFile->m_F_s_Records(nFirst, nCount))
+               : Missing();
 }
 
-stDef_CgiReply CRecordCgi::m_F_o_Img(const stDef_CgiRequest& stRequest) const
+stDef_CgiReply CRecordCgi::m_F_o_Img(const stDef_CgiRequest& stRequest)
 {
     stDef_CgiReply stRefusal;
-    const auto stPath = Named(stRequest, vm_objRecordings.m_F_b_PC(), stRefusal);
+    const auto stPath = m_F_o_Named(stRequest, stRefusal);
     if (!stPath)
         return stRefusal;
     std::vector<std::int64_t> arNumbers;
@@ -181,5 +192,5 @@ stDef_CgiReply CRecordCgi::m_F_o_Img(const stDef_CgiRequest& stRequest) const
         if (sImage)
             AppendBlock(sReply, nNumber, *sImage);
     }
-    return Bytes(std::move(sReply));
+    return m_F_o_Bytes(stRequest, "img", std::move(sReply));
 }

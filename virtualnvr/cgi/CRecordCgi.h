@@ -3,22 +3,32 @@
 #include "cgi/CCgiSubject.h"
 #include "records/CRecordings.h"
 
+#include <atomic>
+
+class CFaultTable;
+
 /// The record transfer service: lists recordings and hands them over, to accounts that may play them back.
 class CRecordCgi : public CCgiSubject
 {
 public:
     /// @param fnNowMs, nHours as of CRecordings
-    CRecordCgi(int nChannels, bool bPC, int nHours, std::function<std::int64_t()> fnNowMs)
-        : vm_objRecordings(nChannels, bPC, nHours, std::move(fnNowMs))
+    /// @param objFaults of the kinds of nsRecordFaults
+    CRecordCgi(int nChannels, bool bPC, int nHours, std::function<std::int64_t()> fnNowMs, CFaultTable& objFaults)
+        : vm_objRecordings(nChannels, bPC, nHours, std::move(fnNowMs)), vm_objFaults(objFaults)
     {}
 
     std::vector<stDef_CgiRoute> m_F_ar_Routes() override;
 
 private:
-    stDef_CgiReply m_F_o_Info(const stDef_CgiRequest& stRequest) const;
-    stDef_CgiReply m_F_o_File(const stDef_CgiRequest& stRequest) const;
-    stDef_CgiReply m_F_o_Dat(const stDef_CgiRequest& stRequest) const;
-    stDef_CgiReply m_F_o_Img(const stDef_CgiRequest& stRequest) const;
+    stDef_CgiReply m_F_o_Info(const stDef_CgiRequest& stRequest);
+    stDef_CgiReply m_F_o_File(const stDef_CgiRequest& stRequest);
+    stDef_CgiReply m_F_o_Dat(const stDef_CgiRequest& stRequest);
+    stDef_CgiReply m_F_o_Img(const stDef_CgiRequest& stRequest);
+
+    std::optional<stDef_RecordPath> m_F_o_Named(const stDef_CgiRequest& stRequest, stDef_CgiReply& stRefusal) const;
+    stDef_CgiReply m_F_o_Bytes(const stDef_CgiRequest& stRequest, const char* pszReply, std::string sBytes);
 
     CRecordings vm_objRecordings;
+    CFaultTable& vm_objFaults;
+    std::atomic<bool> vm_bHostile{false}; ///< names that no file has were told
 };

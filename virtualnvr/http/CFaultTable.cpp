@@ -14,6 +14,13 @@ bool ParseNumber(std::string_view sText, Number& nValue)
     return !sText.empty() && result.ec == std::errc() && result.ptr == sText.data() + sText.size();
 }
 
+const stDef_FaultKind* KindOf(const std::vector<stDef_FaultKind>& arKinds, std::string_view sName)
+{
+    const auto it =
+        std::find_if(arKinds.begin(), arKinds.end(), [&](const auto& stKind) { return stKind.sName == sName; });
+    return it == arKinds.end() ? nullptr : &*it;
+}
+
 } // namespace
 
 const std::vector<stDef_FaultKind>& CFaultTable::s_F_ar_Kinds()
@@ -59,10 +66,7 @@ const std::vector<stDef_FaultKind>& CFaultTable::s_F_ar_Kinds()
 
 const stDef_FaultKind* CFaultTable::s_F_p_Kind(std::string_view sName)
 {
-    const auto& arKinds = s_F_ar_Kinds();
-    const auto it =
-        std::find_if(arKinds.begin(), arKinds.end(), [&](const auto& stKind) { return stKind.sName == sName; });
-    return it == arKinds.end() ? nullptr : &*it;
+    return KindOf(s_F_ar_Kinds(), sName);
 }
 
 std::vector<std::string_view> CFaultTable::s_F_ar_Names()
@@ -75,7 +79,7 @@ std::vector<std::string_view> CFaultTable::s_F_ar_Names()
 
 bool CFaultTable::m_F_b_Set(const std::string& sUrlPart, const stDef_Fault& stFault)
 {
-    const stDef_FaultKind* pKind = s_F_p_Kind(stFault.sName);
+    const stDef_FaultKind* pKind = KindOf(vm_arKinds, stFault.sName);
     if (!pKind)
         return false;
     stDef_Row stRow{sUrlPart, stFault};

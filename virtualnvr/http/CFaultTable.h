@@ -42,6 +42,9 @@ struct stDef_FaultKind
 class CFaultTable
 {
 public:
+    /// @param arKinds faults that it knows; they must outlive it
+    explicit CFaultTable(const std::vector<stDef_FaultKind>& arKinds = s_F_ar_Kinds()) : vm_arKinds(arKinds) {}
+
     /// Sets a fault for all requests whose target contains `sUrlPart`; "*" is all. The latest that fits counts. False
     /// for an unknown name or an argument that the fault doesn't take.
     bool m_F_b_Set(const std::string& sUrlPart, const stDef_Fault& stFault);
@@ -55,7 +58,7 @@ public:
     /// else may have played it for the last time.
     std::optional<stDef_Fault> m_F_o_Take(const std::string& sUrl, std::string_view sName = {});
 
-    static const std::vector<stDef_FaultKind>& s_F_ar_Kinds();
+    static const std::vector<stDef_FaultKind>& s_F_ar_Kinds(); ///< that the HTTP port plays
     static const stDef_FaultKind* s_F_p_Kind(std::string_view sName);
     static std::vector<std::string_view> s_F_ar_Names();
 
@@ -69,6 +72,7 @@ private:
     /// Index of the row that is due; the number of rows if none is.
     std::size_t m_F_n_Row(const std::string& sUrl, std::string_view sName) const;
 
+    const std::vector<stDef_FaultKind>& vm_arKinds;
     mutable std::mutex vm_objMutex;
     std::vector<stDef_Row> vm_arRows;
 };

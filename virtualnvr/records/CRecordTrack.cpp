@@ -75,7 +75,7 @@ std::string EventImage(int nChannel, std::int64_t nRecord, std::int64_t nStamp)
                                        "Disk is 80 % full",       "Digital input 3 on", "Digital input 3 off",
                                        "Grüße an die Nachtwache", "倉庫的燈亮了"};
     const auto nText = static_cast<std::size_t>(nRecord * 5 + nChannel) % std::size(arTexts);
-    return RecordClock::Text(nStamp) + " camera " + std::to_string(nChannel + 1) + ": " + arTexts[nText] + "\n";
+    return nsRecordClock::Text(nStamp) + " camera " + std::to_string(nChannel + 1) + ": " + arTexts[nText] + "\n";
 }
 
 } // namespace

@@ -9,12 +9,12 @@ CRecordings::CRecordings(int nChannels, bool bPC, int nHours, std::function<std:
     : vm_nChannels(nChannels),
       vm_bPC(bPC),
       vm_nHours(nHours),
-      vm_fnNowMs(fnNowMs ? std::move(fnNowMs) : std::function<std::int64_t()>(RecordClock::Now))
+      vm_fnNowMs(fnNowMs ? std::move(fnNowMs) : std::function<std::int64_t()>(nsRecordClock::Now))
 {}
 
 std::int64_t CRecordings::m_F_n_Now() const
 {
-    return std::clamp<std::int64_t>(vm_fnNowMs(), 0, RecordClock::MaxMs);
+    return std::clamp<std::int64_t>(vm_fnNowMs(), 0, nsRecordClock::MaxMs);
 }
 
 /// Begin of the oldest file that is still there.
@@ -29,7 +29,7 @@ std::vector<std::string> CRecordings::m_F_ar_IndexFiles(const stDef_RecordSearch
 {
     std::vector<std::string> arPaths;
     const std::int64_t nNowMs = m_F_n_Now(), nOldestMs = m_F_n_Oldest(nNowMs);
-    const std::int64_t nFirstDayMs = nOldestMs / RecordClock::DayMs * RecordClock::DayMs;
+    const std::int64_t nFirstDayMs = nOldestMs / nsRecordClock::DayMs * nsRecordClock::DayMs;
     for (int nChannel = 0; nChannel < vm_nChannels && vm_nHours > 0; ++nChannel)
         for (const emDef_RecordKind eKind : stSearch.setKinds) {
             const CRecordTrack objTrack(nChannel, eKind);
@@ -37,9 +37,9 @@ std::vector<std::string> CRecordings::m_F_ar_IndexFiles(const stDef_RecordSearch
             const std::int64_t nEnd =
                 std::min(objTrack.m_F_n_Complete(nNowMs), objTrack.m_F_n_FirstFrom(stSearch.nEndMs + 1));
             for (std::int64_t nDayMs = nFirstDayMs; nDayMs <= nNowMs && stSearch.fnWanted(nChannel);
-                 nDayMs += RecordClock::DayMs)
+                 nDayMs += nsRecordClock::DayMs)
                 if (std::max(nBegin, objTrack.m_F_n_FirstFrom(nDayMs)) <
-                    std::min(nEnd, objTrack.m_F_n_FirstFrom(nDayMs + RecordClock::DayMs)))
+                    std::min(nEnd, objTrack.m_F_n_FirstFrom(nDayMs + nsRecordClock::DayMs)))
                     arPaths.push_back(
                         stDef_RecordPath{nChannel, eKind, emDef_RecordFile::Index, nDayMs}.m_F_s_Text(vm_bPC));
         }
@@ -61,6 +61,16 @@ std::optional<CRecordFile> CRecordings::m_F_o_File(const stDef_RecordPath& stPat
     return stPath.eFile == emDef_RecordFile::Index ? std::nullopt : m_F_o_File(stPath, m_F_n_Now());
 }
 
+stDef_RecordPath CRecordings::m_F_o_StandIn(std::string_view sName) const
+{
+    const std::int64_t nBeginMs = std::max<std::int64_t>(m_F_n_Now() / CRecordFile::s_nSpanMs - 1, 0);
+    const emDef_RecordFile eFile = sName.ends_with(".dat")   ? emDef_RecordFile::Data
+                                   : sName.ends_with(".img") ? emDef_RecordFile::Image
+                                                             : emDef_RecordFile::Index;
+    const std::int64_t nUnitMs = eFile == emDef_RecordFile::Index ? nsRecordClock::DayMs : CRecordFile::s_nSpanMs;
+    return {0, emDef_RecordKind::Main, eFile, nBeginMs * CRecordFile::s_nSpanMs / nUnitMs * nUnitMs};
+}
+
 /// The index of a day; empty if nothing of it is there.
 std::string CRecordings::m_F_s_Index(const stDef_RecordPath& stPath) const
 {
@@ -68,7 +78,7 @@ std::string CRecordings::m_F_s_Index(const stDef_RecordPath& stPath) const
     const stDef_RecordKindRow& stRow = CRecordTrack(stPath.nChannel, stPath.eKind).m_F_o_Row();
     std::string sEntries;
     std::uint64_t nEntries = 0;
-    for (std::int64_t nMs = stPath.nBeginMs; nMs < stPath.nBeginMs + RecordClock::DayMs;
+    for (std::int64_t nMs = stPath.nBeginMs; nMs < stPath.nBeginMs + nsRecordClock::DayMs;
          nMs += CRecordFile::s_nSpanMs) {
         const stDef_RecordPath stImage{stPath.nChannel, stPath.eKind, emDef_RecordFile::Image, nMs};
         const auto objFile = m_F_o_File(stImage, nNowMs);

@@ -36,6 +36,9 @@ public:
     /// The pair of files to which an image or a data file belongs; nothing if there is no such file.
     std::optional<CRecordFile> m_F_o_File(const stDef_RecordPath& stPath) const;
 
+    /// A file in place of one that isn't there: of the first channel, and the kind that the name's end says.
+    stDef_RecordPath m_F_o_StandIn(std::string_view sName) const;
+
 private:
     std::int64_t m_F_n_Now() const;
     std::int64_t m_F_n_Oldest(std::int64_t nNowMs) const;

@@ -14,9 +14,9 @@ struct stDef_Time
 
 stDef_Time Parts(std::int64_t nMs)
 {
-    const auto nDays = nMs / RecordClock::DayMs;
+    const auto nDays = nMs / nsRecordClock::DayMs;
     const year_month_day objDate{std::chrono::sys_days(std::chrono::days(nDays))};
-    const auto nSeconds = static_cast<int>(nMs % RecordClock::DayMs / 1000);
+    const auto nSeconds = static_cast<int>(nMs % nsRecordClock::DayMs / 1000);
     return {int(objDate.year()),
             static_cast<int>(unsigned(objDate.month())),
             static_cast<int>(unsigned(objDate.day())),
@@ -26,13 +26,13 @@ stDef_Time Parts(std::int64_t nMs)
 }
 } // namespace
 
-std::int64_t RecordClock::Now()
+std::int64_t nsRecordClock::Now()
 {
     using namespace std::chrono;
     return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
 }
 
-std::string RecordClock::Day(std::int64_t nMs)
+std::string nsRecordClock::Day(std::int64_t nMs)
 {
     const stDef_Time st = Parts(nMs);
     char szText[40];
@@ -40,7 +40,7 @@ std::string RecordClock::Day(std::int64_t nMs)
     return szText;
 }
 
-std::string RecordClock::Hour(std::int64_t nMs)
+std::string nsRecordClock::Hour(std::int64_t nMs)
 {
     const stDef_Time st = Parts(nMs);
     char szText[32];
@@ -48,7 +48,7 @@ std::string RecordClock::Hour(std::int64_t nMs)
     return szText;
 }
 
-std::string RecordClock::Text(std::int64_t nMs)
+std::string nsRecordClock::Text(std::int64_t nMs)
 {
     const stDef_Time st = Parts(nMs);
     char szText[80];
@@ -57,7 +57,7 @@ std::string RecordClock::Text(std::int64_t nMs)
     return szText;
 }
 
-std::optional<std::int64_t> RecordClock::DayBegin(std::string_view sDay)
+std::optional<std::int64_t> nsRecordClock::DayBegin(std::string_view sDay)
 {
     unsigned n = 0;
     const auto [pEnd, eError] = std::from_chars(sDay.data(), sDay.data() + sDay.size(), n);

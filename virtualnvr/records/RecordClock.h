@@ -6,7 +6,7 @@
 #include <string_view>
 
 /// Days and times of day of recordings: UTC, in milliseconds since 1970.
-namespace RecordClock {
+namespace nsRecordClock {
 
 constexpr std::int64_t DayMs = 86400000;
 constexpr std::int64_t MaxMs = 253402300799999; ///< the end of the year 9999; later times aren't served
@@ -20,4 +20,4 @@ std::string Text(std::int64_t nMs); ///< "2026-11-24 12:40:09"
 /// Begin of the day of such a name, which must be one that Day() gives.
 std::optional<std::int64_t> DayBegin(std::string_view sDay);
 
-} // namespace RecordClock
+} // namespace nsRecordClock

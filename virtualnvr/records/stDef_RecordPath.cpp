@@ -37,7 +37,7 @@ std::string stDef_RecordPath::m_F_s_FileName() const
 {
     std::string sName = g_arRecordKinds[static_cast<std::size_t>(eKind)].pszName;
     if (eFile != emDef_RecordFile::Index)
-        sName += "-" + RecordClock::Hour(nBeginMs);
+        sName += "-" + nsRecordClock::Hour(nBeginMs);
     return sName + g_arExtensions[static_cast<std::size_t>(eFile)];
 }
 
@@ -47,14 +47,14 @@ std::string stDef_RecordPath::m_F_s_Text(bool bPC) const
     const char* pszFolder = bPC ? "CH" : g_arRecordKinds[static_cast<std::size_t>(eKind)].pszFolder;
     const auto nDisk = static_cast<std::size_t>(nChannel) % 2;
     return (bPC ? g_arPCDisks : g_arEmbeddedDisks)[nDisk] + (pszFolder + std::to_string(nChannel)) + sSlash +
-           RecordClock::Day(nBeginMs) + sSlash + m_F_s_FileName();
+           nsRecordClock::Day(nBeginMs) + sSlash + m_F_s_FileName();
 }
 
 // What is read is written again and compared: so no other spelling of a path means the same file.
 std::optional<stDef_RecordPath> stDef_RecordPath::s_F_o_Parse(std::string_view sPath, bool bPC)
 {
     const auto [sFolder, sDay, sFile] = LastParts(sPath, bPC ? '\\' : '/');
-    const auto nDayMs = RecordClock::DayBegin(sDay);
+    const auto nDayMs = nsRecordClock::DayBegin(sDay);
     const int nChannel = Number(sFolder.substr(std::min(sFolder.rfind('H') + 1, sFolder.size())));
     if (!nDayMs || nChannel < 0)
         return std::nullopt;
