@@ -7,6 +7,7 @@
 #include "core/CommandNumbers.h"
 #include "core/DocumentTable.h"
 #include "core/ProductStrings.h"
+#include "core/backup/CRecordBackupEmbedded.h"
 
 using namespace Qt::StringLiterals;
 
@@ -98,4 +99,9 @@ void CWndNvrEmbedded::m_S_ReadPtzNames(const CXmlObj& xmlReply, int nCamera, con
     const int nCount = std::min(xmlReply.m_F_n_GetValueInt(sPath, u"count"_s, 0), MostPtzNames);
     for (int i = 0; i < nCount; ++i)
         arNames.append(xmlReply.m_F_s_Value(sPath, QString::asprintf("Name%03d", i)));
+}
+
+int CWndNvrEmbedded::m_F_n_RecordBackup(stDef_RecordBackupInfo stInfo)
+{
+    return CRecordBackupEmbedded(std::move(stInfo)).m_F_n_Run();
 }

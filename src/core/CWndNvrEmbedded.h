@@ -25,6 +25,7 @@ public:
     void m_S_OnCommand(int nId) override;
     bool m_F_n_CameraSynchronization(CXmlObj* pSystemInfo, CXmlObj* pLoginInfo, CXmlObj* pCamera,
                                      int nTimeoutMs) override;
+    int m_F_n_RecordBackup(stDef_RecordBackupInfo stInfo) override;
 
 private:
     bool m_F_b_DownloadSettings();

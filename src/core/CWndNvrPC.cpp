@@ -1,5 +1,7 @@
 #include "core/CWndNvrPC.h"
 
+#include "core/backup/CRecordBackupPC.h"
+
 using namespace Qt::StringLiterals;
 
 void CWndNvrPC::m_S_CreateNewRtsp(int nNvrID, int nChannel, int nStream)
@@ -32,4 +34,9 @@ void CWndNvrPC::m_S_ReadPtzNames(const CXmlObj& xmlReply, int nCamera, const QSt
     CXmlNodeList objList = xmlReply.m_S_SelectNodesByKey(u"/root/Camera_%1/%2/Name"_s.arg(nCamera).arg(sGroup));
     for (CXmlNode objNode = objList.m_F_o_NextNode(); !objNode.m_F_b_IsNull(); objNode = objList.m_F_o_NextNode())
         arNames.append(CXmlObj::s_F_s_GetNodeText(objNode));
+}
+
+int CWndNvrPC::m_F_n_RecordBackup(stDef_RecordBackupInfo stInfo)
+{
+    return CRecordBackupPC(std::move(stInfo)).m_F_n_Run();
 }

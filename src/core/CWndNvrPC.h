@@ -15,6 +15,7 @@ public:
     /// Two requests; `pLoginInfo` is left alone.
     bool m_F_n_CameraSynchronization(CXmlObj* pSystemInfo, CXmlObj* pLoginInfo, CXmlObj* pCamera,
                                      int nTimeoutMs) override;
+    int m_F_n_RecordBackup(stDef_RecordBackupInfo stInfo) override;
 
 private:
     void m_S_CreateNewRtsp(int nNvrID, int nChannel, int nStream) override;

@@ -36,9 +36,6 @@ public:
     void m_S_GetXmlCamera(CXmlObj* pXml) override;
     void m_S_GetPTZData(int nKind, int nCamera, QStringList* pList) override;
 
-    /// Not served yet by either kind: it reports failure.
-    int m_F_n_RecordBackup(stDef_RecordBackupInfo) override { return 0; }
-
     std::unique_ptr<stDef_RtspStream> vm_pRtsp; ///< null until the first m_S_Connect
     CXmlObj vm_xmlSystemInfo;                   ///< reply of the system information request
     CXmlObj vm_xmlSystem;                       ///< the recorder's setting documents

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <cstring>
+#include <mutex>
 
 #include "host/Platform.h"
 #include "host/hostenv/CLangXMLObj.h"
@@ -73,6 +74,7 @@ struct CEnvObj::st_Impl
     QString sFolder;
     QString sDamaged;
     QByteArray sInstance = DefaultInstance; ///< unless one is given
+    std::mutex objSegmentLock;              ///< of making it
     CShmSegment objSegment;
     nsCMS::stDef_SYS_INFO stOwn{}; ///< stands in where there is no shared memory
 
@@ -90,6 +92,7 @@ CXmlObj* CEnvObj::m_F_p_GetMemSysXML()
 
 nsCMS::stDef_SYS_INFO* CEnvObj::m_F_p_GetShmSystem(bool bCreate)
 {
+    const std::lock_guard lock(vm_pImpl->objSegmentLock); // a record backup asks on its own thread
     constexpr std::size_t Size = sizeof(nsCMS::stDef_SYS_INFO);
     CShmSegment& objSegment = vm_pImpl->objSegment;
     if (!objSegment.m_F_p_Data()) {

@@ -1,0 +1,39 @@
+#include "core/backup/RecordBackupRun.h"
+
+#include <atomic>
+#include <mutex>
+
+namespace {
+
+/// One for all backups: a text is set some times a second.
+std::mutex& ProgressLock()
+{
+    static std::mutex s_objLock;
+    return s_objLock;
+}
+
+} // namespace
+
+void nsRecordBackup::SetRun(bool* pbRun, bool bRun)
+{
+    std::atomic_ref<bool>(*pbRun).store(bRun, std::memory_order_relaxed);
+}
+
+bool nsRecordBackup::Runs(const bool* pbRun)
+{
+    // The host's flag is never a const object: its host sets it.
+    return !pbRun || std::atomic_ref<bool>(*const_cast<bool*>(pbRun)).load(std::memory_order_relaxed);
+}
+
+QString nsRecordBackup::Progress(const QString* psProgress)
+{
+    const std::lock_guard lock(ProgressLock());
+    return psProgress ? *psProgress : QString();
+}
+
+void nsRecordBackup::SetProgress(QString* psProgress, const QString& sText)
+{
+    const std::lock_guard lock(ProgressLock());
+    if (psProgress)
+        *psProgress = sText;
+}
