@@ -4,8 +4,8 @@
 #include <QDirIterator>
 #include <QFileInfo>
 #include <algorithm>
-#include <atomic>
 #include <chrono>
+#include <future>
 #include <thread>
 #include <utility>
 
@@ -40,20 +40,20 @@ bool IsProbe(const QFileInfo& objInfo)
 
 CRecordBackup::stDef_Clock& CRecordBackup::s_F_o_Clock()
 {
-    static stDef_Clock s_stClock{
-        [] {
-            const auto nNow = std::chrono::steady_clock::now().time_since_epoch();
-            return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(nNow).count());
-        },
-        [](int nMs) { std::this_thread::sleep_for(std::chrono::milliseconds(nMs)); }};
+    static stDef_Clock s_stClock{[] {
+                                     const auto nNow = std::chrono::steady_clock::now().time_since_epoch();
+                                     return static_cast<std::uint64_t>(
+                                         std::chrono::duration_cast<std::chrono::milliseconds>(nNow).count());
+                                 },
+                                 [](int nMs) { std::this_thread::sleep_for(std::chrono::milliseconds(nMs)); }};
     return s_stClock;
 }
 
 CRecordBackup::CRecordBackup(stDef_RecordBackupInfo stInfo)
-    : vm_stInfo(std::move(stInfo)), vm_objNames(vm_stInfo.pFolderMap),
+    : vm_stInfo(std::move(stInfo)),
+      vm_objNames(vm_stInfo.pFolderMap),
       vm_sTarget(vm_stInfo.sFolder + u'/' + vm_stInfo.sName)
-{
-}
+{}
 
 CRecordBackup::~CRecordBackup() = default;
 
@@ -167,21 +167,14 @@ QByteArray CRecordBackup::m_F_s_GetDocument(const QByteArray& sUrl)
 {
     CHTTP objHttp;
     CMemManage objReply;
-    int nResult = 0;
-    std::atomic<bool> bDone{false};
-    std::thread objThread([&] {
-        nResult = objHttp.m_F_n_HTTPGetDataDirect(Narrow(vm_stInfo.sIP), Narrow(vm_stInfo.sUID), Narrow(vm_stInfo.sPWD),
-                                                  vm_stInfo.nPort, sUrl, &objReply, TimeoutMs);
-        bDone = true;
+    auto objResult = std::async(std::launch::async, [&] {
+        return objHttp.m_F_n_HTTPGetDataDirect(Narrow(vm_stInfo.sIP), Narrow(vm_stInfo.sUID), Narrow(vm_stInfo.sPWD),
+                                               vm_stInfo.nPort, sUrl, &objReply, TimeoutMs);
     });
-    std::thread objWatch([&] {
-        while (!bDone && m_F_b_Runs())
-            std::this_thread::sleep_for(std::chrono::milliseconds(SliceMs));
-        if (!bDone)
+    while (objResult.wait_for(std::chrono::milliseconds(SliceMs)) != std::future_status::ready)
+        if (!m_F_b_Runs())
             objHttp.m_S_AbandonDirect();
-    });
-    objThread.join();
-    objWatch.join();
+    const int nResult = objResult.get();
     return nResult > 0 ? QByteArray(objReply.m_F_p_GetStrCHAR(), static_cast<qsizetype>(objReply.m_F_n_GetMemSize()))
                        : QByteArray();
 }

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int FlagOfTracks = 13;      ///< place of the flag "may record the second stream alone" in DeviceFunc
+constexpr int FlagOfTracks = 13; ///< place of the flag "may record the second stream alone" in DeviceFunc
 constexpr int RecordsAtOnce = 400;
 constexpr std::size_t ImagesAtOnce = 100;
 constexpr std::size_t VideoImagesAtOnce = 1; ///< they are big
@@ -190,7 +190,8 @@ CRecordBackup::emDef_Step CRecordBackupEmbedded::m_F_n_FetchImages(CRecordPair& 
         if (!m_F_b_Runs())
             return emDef_Step::Stopped;
         m_S_Progress(QString::asprintf("-%02d%%", static_cast<int>(nDone * 100 / arMissing.size())).prepend(sName));
-        for (; nAsked < arMissing.size() && nAsked < nDone + nBatch * CRPBProc::s_nMaxAhead; nAsked += nBatchFrom(nAsked))
+        for (; nAsked < arMissing.size() && nAsked < nDone + nBatch * CRPBProc::s_nMaxAhead;
+             nAsked += nBatchFrom(nAsked))
             vm_pProc->m_S_RequestBackupImg(sRemote, arMissing.data() + nAsked, static_cast<int>(nBatchFrom(nAsked)));
         char* pData = nullptr;
         std::int32_t nSize = 0;

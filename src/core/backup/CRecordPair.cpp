@@ -23,10 +23,11 @@ QByteArray BytesOf(const T& st)
 } // namespace
 
 CRecordPair::CRecordPair(QString sData, QString sImage, std::int16_t nDataVersion, std::int16_t nImageVersion)
-    : vm_sData(std::move(sData)), vm_sImage(std::move(sImage)), vm_nDataVersion(nDataVersion),
+    : vm_sData(std::move(sData)),
+      vm_sImage(std::move(sImage)),
+      vm_nDataVersion(nDataVersion),
       vm_nImageVersion(nImageVersion)
-{
-}
+{}
 
 qint64 CRecordPair::s_F_n_Place(std::uint32_t nNumber)
 {
@@ -68,8 +69,8 @@ bool CRecordPair::m_F_b_Repair()
     if (!bDataFits && vm_objData.m_F_n_Size() > 0)
         CSFunc::s_S_Debug("%s s_F_b_ChkFileInfo error", qUtf8Printable(vm_sData));
     const std::vector<st_Record> arRecords = bDataFits ? m_F_ar_Records() : std::vector<st_Record>();
-    const bool bNamed = std::any_of(arRecords.begin(), arRecords.end(),
-                                    [](const st_Record& st) { return st.m_F_b_NamesImage(); });
+    const bool bNamed =
+        std::any_of(arRecords.begin(), arRecords.end(), [](const st_Record& st) { return st.m_F_b_NamesImage(); });
     const bool bImageFits = m_F_b_SoundHeader(vm_objImage, "RecordImg", vm_nImageVersion);
     if (bNamed && !bImageFits)
         CSFunc::s_S_Debug("%s s_F_b_ChkFileInfo error", qUtf8Printable(vm_sImage));
@@ -205,7 +206,8 @@ bool CRecordPair::s_F_b_Split(const char* pReply, std::int32_t nSize, std::vecto
         if (it == arAsked.end() || nLength > static_cast<std::uint32_t>(nSize - nAt - BlockFrame))
             return false;
         arAsked.erase(it);
-        arBlocks.push_back({nNumber, QByteArray::fromRawData(pReply + nAt + BlockHead, static_cast<qsizetype>(nLength))});
+        arBlocks.push_back(
+            {nNumber, QByteArray::fromRawData(pReply + nAt + BlockHead, static_cast<qsizetype>(nLength))});
         nAt += BlockFrame + static_cast<std::int32_t>(nLength);
     }
     return true;

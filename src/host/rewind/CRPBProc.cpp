@@ -61,7 +61,8 @@ QByteArray Escaped(const char* pszText)
 
 bool FetchPieces(st_Lane& stLane, const st_Target& stTarget, const QByteArray& sRemote, QFile& objFile)
 {
-    const QByteArray sStem = "rpb/file?name=" + sRemote.toPercentEncoding() + "&length=" + QByteArray::number(PieceBytes);
+    const QByteArray sStem =
+        "rpb/file?name=" + sRemote.toPercentEncoding() + "&length=" + QByteArray::number(PieceBytes);
     for (std::uint64_t nFrom = 0;; nFrom += PieceBytes) {
         if (!stLane.Get(stTarget, sStem + "&from=" + QByteArray::number(static_cast<qulonglong>(nFrom))) ||
             stLane.pReply->m_F_n_GetMemSize() > PieceBytes || !stLane.Append(objFile))

@@ -11,8 +11,8 @@
 /// A connection to a recorder's record transfer service, which speaks HTTP.
 ///
 /// Requests return at once and run on a thread each; `m_F_b_GetDirectData` collects their replies in the order in which
-/// they were asked for. Up to `s_nMaxAhead` may be under way; a further one fails when it is collected. An object belongs
-/// to one thread.
+/// they were asked for. Up to `s_nMaxAhead` may be under way; a further one fails when it is collected. An object
+/// belongs to one thread.
 class LIB_REWIND_EXPORT CRPBProc
 {
 public:

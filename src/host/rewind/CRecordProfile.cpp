@@ -70,8 +70,8 @@ std::optional<st_Index> ReadIndex(const QString& sFile)
     st_IndexHead& stHead = stIndex.stHead;
     if (!objFile.open(QIODevice::ReadOnly) ||
         objFile.read(reinterpret_cast<char*>(&stHead), sizeof stHead) != qint64{sizeof stHead} ||
-        !CRecFunc::s_F_b_ChkFileInfo(&stHead.stInfo, "RecordIdx") || stHead.stInfo.nVersion != 0 ||
-        !IsTrack(stHead) || stHead.nEntries > MaxEntries)
+        !CRecFunc::s_F_b_ChkFileInfo(&stHead.stInfo, "RecordIdx") || stHead.stInfo.nVersion != 0 || !IsTrack(stHead) ||
+        stHead.nEntries > MaxEntries)
         return std::nullopt;
     const qint64 nBytes = qint64{stHead.nEntries} * qint64{sizeof(st_IndexEntry)};
     stIndex.sEntries = objFile.read(nBytes + 1);
