@@ -11,6 +11,7 @@
 #include "core/CWndNvrPC.h"
 #include "core/CommandNumbers.h"
 #include "core/DocumentTable.h"
+#include "core/backup/RecordBackupRun.h"
 #include "host/Lib_Bedrock.h"
 #include "host/Lib_Hostenv.h"
 #include "host/Lib_Livefeed.h"

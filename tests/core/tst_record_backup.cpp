@@ -23,8 +23,7 @@ constexpr std::int64_t NowMs = FileMs + Ten + 9000;
 constexpr auto Sound = "disk1_record/ACH0/20261124/sound-0020";
 
 struct stDef_Cut
-{
-};
+{};
 
 class RecordBackup : public HostFixture
 {
@@ -187,8 +186,8 @@ TEST_F(RecordBackup, GoesOnAfterAKill)
     int nWithin = 0;
     for (int n = 0; n < nKills; ++n) {
         const QString sFolder = vm_dir.filePath(QString("killed %1").arg(n));
-        ServerProcess objRunner({sFolder.toStdString(), std::to_string(vm_nvr.m_F_n_HttpPort()),
-                                 std::to_string(FileMs), std::to_string(FileMs + 60000), "am"});
+        ServerProcess objRunner({sFolder.toStdString(), std::to_string(vm_nvr.m_F_n_HttpPort()), std::to_string(FileMs),
+                                 std::to_string(FileMs + 60000), "am"});
         std::this_thread::sleep_for(std::chrono::milliseconds(QRandomGenerator::global()->bounded(250)));
         nWithin += objRunner.End(SIGKILL) < 0 && QDir(sFolder).exists();
         ASSERT_EQ(Backup(sFolder, "am", 60000), 1);
@@ -199,7 +198,7 @@ TEST_F(RecordBackup, GoesOnAfterAKill)
 
 TEST_F(RecordBackup, MendsWhatItFinds)
 {
-    using Change = void (*)(QByteArray& sData, QByteArray& sImages);
+    using Change = void (*)(QByteArray & sData, QByteArray & sImages);
     const std::pair<const char*, Change> arChanges[] = {
         {"data header", [](QByteArray& s, QByteArray&) { s[3] = 'x'; }},
         {"image header", [](QByteArray&, QByteArray& s) { s[3] = 'x'; }},
@@ -210,7 +209,8 @@ TEST_F(RecordBackup, MendsWhatItFinds)
         {"cut to the header", [](QByteArray&, QByteArray& s) { s.resize(16); }},
         {"bytes behind", [](QByteArray&, QByteArray& s) { s.append("more"); }},
         {"record 0 lags", [](QByteArray& s, QByteArray&) { s.replace(24, 8, QByteArray(8, '\0')); }},
-        {"no image named", [](QByteArray& s, QByteArray&) {
+        {"no image named",
+         [](QByteArray& s, QByteArray&) {
              for (qsizetype n = 24; n < s.size(); n += 16)
                  s.replace(n, 8, QByteArray(8, '\0'));
          }},
@@ -247,6 +247,29 @@ TEST_F(RecordBackup, FailsWithTheServiceAndGoesOnAfterwards)
             ASSERT_TRUE(All(sFolder) == mapWhole) << Names(All(sFolder)).toStdString();
             QDir(sFolder).removeRecursively();
         }
+}
+
+/// A recorder that lies: the run ends as the table says, nothing is written outside, and the next honest run ends with
+/// the files of an undisturbed one.
+TEST_F(RecordBackup, OutlivesALyingRecorder)
+{
+    Start();
+    ASSERT_EQ(Backup(vm_dir.filePath("whole")), 1);
+    const Files mapWhole = All(vm_dir.filePath("whole"));
+    for (const stDef_TableRow& row : ReadTable("backup_lies.txt", 3)) {
+        SCOPED_TRACE(row.sWhere);
+        QTemporaryDir dir;
+        ASSERT_TRUE(vm_nvr.m_F_o_RecordFaults().m_F_b_Parse(row[0]));
+        EXPECT_EQ(Backup(dir.filePath("in/it")), row.Number(1));
+        vm_nvr.m_F_o_RecordFaults().m_S_Clear();
+        EXPECT_EQ(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList("in"));
+        EXPECT_EQ(QDir(dir.filePath("in")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList("it"));
+        ASSERT_EQ(Backup(dir.filePath("in/it")), 1);
+        const Files mapAfter = All(dir.filePath("in/it"));
+        for (const auto& [sName, sBytes] : mapWhole)
+            EXPECT_TRUE(!row.Is(2) || (mapAfter.contains(sName) && mapAfter.at(sName) == sBytes))
+                << sName.toStdString();
+    }
 }
 
 TEST_F(RecordBackup, StopsAtOnceWhileARecorderIsSilent)

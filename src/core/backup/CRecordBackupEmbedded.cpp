@@ -153,10 +153,12 @@ CRecordBackup::emDef_Step CRecordBackupEmbedded::m_F_n_FetchRecords(CRecordPair&
         vm_pProc->m_S_RequestBackupDat(sRemote, static_cast<int>(objPair.m_F_n_Records()), RecordsAtOnce);
         if (const emDef_Step nStep = m_F_n_Collect(&pData, &nSize); nStep != emDef_Step::Done)
             return nStep;
-        if (nSize % RecordBytes != 0 || (nSize > 0 && !objPair.m_F_b_AppendRecords(QByteArray(pData, nSize))))
-            return emDef_Step::Failed;
         nCame = nSize / RecordBytes;
-    } while (nCame >= RecordsAtOnce);
+        // More than were asked for are not those that were asked for.
+        if (nSize % RecordBytes != 0 || nCame > RecordsAtOnce ||
+            (nCame > 0 && !objPair.m_F_b_AppendRecords(QByteArray(pData, nSize))))
+            return emDef_Step::Failed;
+    } while (nCame == RecordsAtOnce);
     return emDef_Step::Done;
 }
 
