@@ -12,6 +12,12 @@ std::mutex& ProgressLock()
     return s_objLock;
 }
 
+/// A copy that shares nothing with the text: what two threads share would be counted outside the lock.
+QString Own(const QString& sText)
+{
+    return QString(sText.constData(), sText.size());
+}
+
 } // namespace
 
 void nsRecordBackup::SetRun(bool* pbRun, bool bRun)
@@ -28,12 +34,12 @@ bool nsRecordBackup::Runs(const bool* pbRun)
 QString nsRecordBackup::Progress(const QString* psProgress)
 {
     const std::lock_guard lock(ProgressLock());
-    return psProgress ? *psProgress : QString();
+    return psProgress ? Own(*psProgress) : QString();
 }
 
 void nsRecordBackup::SetProgress(QString* psProgress, const QString& sText)
 {
     const std::lock_guard lock(ProgressLock());
     if (psProgress)
-        *psProgress = sText;
+        *psProgress = Own(sText);
 }
