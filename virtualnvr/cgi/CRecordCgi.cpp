@@ -1,27 +1,20 @@
 #include "cgi/CRecordCgi.h"
 
+#include "http/NumberText.h"
 #include "records/RecordClock.h"
 #include "records/RecordFaults.h"
 #include "records/RecordForms.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace {
 constexpr std::uint64_t g_nMaxBytes = 4U << 20, g_nMaxRecords = 400;
 constexpr std::size_t g_nMaxImages = 100;
 constexpr std::int64_t g_nHeadNumber = -1;
 
-template <typename Number>
-bool Parse(std::string_view sText, Number& nValue)
-{
-    const auto [pEnd, eError] = std::from_chars(sText.data(), sText.data() + sText.size(), nValue);
-    return !sText.empty() && eError == std::errc() && pEnd == sText.data() + sText.size();
-}
-
 bool TakeNumber(const stDef_CgiRequest& stRequest, const char* pszKey, std::uint64_t nMax, std::uint64_t& nValue)
 {
-    return Parse(stRequest.m_F_s_Value(pszKey), nValue) && nValue <= nMax;
+    return ParseNumber(stRequest.m_F_s_Value(pszKey), nValue) && nValue <= nMax;
 }
 
 /// Record numbers between commas; each is 0 or more, or the head's.
@@ -30,7 +23,7 @@ bool TakeNumbers(std::string_view sText, std::vector<std::int64_t>& arNumbers)
     while (arNumbers.size() < g_nMaxImages) {
         const std::size_t nEnd = std::min(sText.find(','), sText.size());
         std::int64_t nNumber = 0;
-        if (!Parse(sText.substr(0, nEnd), nNumber) || nNumber < g_nHeadNumber || nNumber > UINT32_MAX)
+        if (!ParseNumber(sText.substr(0, nEnd), nNumber) || nNumber < g_nHeadNumber || nNumber > UINT32_MAX)
             return false;
         arNumbers.push_back(nNumber);
         if (nEnd == sText.size())
@@ -84,28 +77,25 @@ std::vector<stDef_CgiRoute> CRecordCgi::m_F_ar_Routes()
     using enum emDef_NvrKinds;
     return {
         {Both, "GET", "rpb/info", "", std::bind_front(&CRecordCgi::m_F_o_Info, this)},
-        {Both, "GET", "rpb/file", "", std::bind_front(&CRecordCgi::m_F_o_File, this)},
-        {Both, "GET", "rpb/dat", "", std::bind_front(&CRecordCgi::m_F_o_Dat, this)},
-        {Both, "GET", "rpb/img", "", std::bind_front(&CRecordCgi::m_F_o_Img, this)},
+        {Both, "GET", "rpb/file", "", std::bind_front(&CRecordCgi::m_F_o_OnFile, this, &CRecordCgi::m_F_o_File)},
+        {Both, "GET", "rpb/dat", "", std::bind_front(&CRecordCgi::m_F_o_OnFile, this, &CRecordCgi::m_F_o_Dat)},
+        {Both, "GET", "rpb/img", "", std::bind_front(&CRecordCgi::m_F_o_OnFile, this, &CRecordCgi::m_F_o_Img)},
     };
 }
 
-/// The file that a request names, if its account may play it; else a reply that says why not. Once names were told that
-/// lead elsewhere, there is something to fetch by them: a client that falls for them is to be found out.
-std::optional<stDef_RecordPath> CRecordCgi::m_F_o_Named(const stDef_CgiRequest& stRequest,
-                                                        stDef_CgiReply& stRefusal) const
+/// Lets the file that a request names be answered, if its account may play it; else says why not. Once names were told
+/// that lead elsewhere, there is something to fetch by them: a client that falls for them is to be found out.
+stDef_CgiReply CRecordCgi::m_F_o_OnFile(OnFile pfnAnswer, const stDef_CgiRequest& stRequest)
 {
     const std::string sName = stRequest.m_F_s_Value("name");
     auto stPath = stDef_RecordPath::s_F_o_Parse(sName, vm_objRecordings.m_F_b_PC());
     if (!stPath && vm_bHostile)
         stPath = vm_objRecordings.m_F_o_StandIn(sName);
     if (stPath && MayPlay(stRequest.stAccount, stPath->nChannel))
-        return stPath;
+        return (this->*pfnAnswer)(stRequest, *stPath);
     if (sName.empty())
-        stRefusal = BadRequest();
-    else
-        stRefusal = stPath ? stDef_CgiReply::s_F_o_Plain(403, "ERROR: not for this account") : Missing();
-    return std::nullopt;
+        return BadRequest();
+    return stPath ? stDef_CgiReply::s_F_o_Plain(403, "ERROR: not for this account") : Missing();
 }
 
 /// What goes back, spoilt by the faults that are due.
@@ -144,46 +134,34 @@ stDef_CgiReply CRecordCgi::m_F_o_Info(const stDef_CgiRequest& stRequest)
     return stReply;
 }
 
-stDef_CgiReply CRecordCgi::m_F_o_File(const stDef_CgiRequest& stRequest)
+stDef_CgiReply CRecordCgi::m_F_o_File(const stDef_CgiRequest& stRequest, const stDef_RecordPath& stPath)
 {
-    stDef_CgiReply stRefusal;
-    const auto stPath = m_F_o_Named(stRequest, stRefusal);
-    if (!stPath)
-        return stRefusal;
     std::uint64_t nFrom = 0, nLength = 0;
     if (!TakeNumber(stRequest, "from", UINT64_MAX, nFrom) || !TakeNumber(stRequest, "length", g_nMaxBytes, nLength))
         return BadRequest();
-    auto sBytes = vm_objRecordings.m_F_o_Bytes(*stPath, nFrom, nLength);
-    const char* pszReply = stPath->eFile == emDef_RecordFile::Index ? "index" : "file";
+    auto sBytes = vm_objRecordings.m_F_o_Bytes(stPath, nFrom, nLength);
+    const char* pszReply = stPath.eFile == emDef_RecordFile::Index ? "index" : "file";
     return sBytes ? m_F_o_Bytes(stRequest, pszReply, std::move(*sBytes)) : Missing();
 }
 
-stDef_CgiReply CRecordCgi::m_F_o_Dat(const stDef_CgiRequest& stRequest)
+stDef_CgiReply CRecordCgi::m_F_o_Dat(const stDef_CgiRequest& stRequest, const stDef_RecordPath& stPath)
 {
-    stDef_CgiReply stRefusal;
-    const auto stPath = m_F_o_Named(stRequest, stRefusal);
-    if (!stPath)
-        return stRefusal;
     std::uint64_t nFirst = 0, nCount = 0;
     if (!TakeNumber(stRequest, "first", UINT64_MAX, nFirst) || !TakeNumber(stRequest, "count", g_nMaxRecords, nCount))
         return BadRequest();
-    const auto objFile = vm_objRecordings.m_F_o_File(*stPath);
-    return objFile && stPath->eFile == emDef_RecordFile::Data
+    const auto objFile = vm_objRecordings.m_F_o_File(stPath);
+    return objFile && stPath.eFile == emDef_RecordFile::Data
                ? m_F_o_Bytes(stRequest, "dat", objFile->m_F_s_Records(nFirst, nCount))
                : Missing();
 }
 
-stDef_CgiReply CRecordCgi::m_F_o_Img(const stDef_CgiRequest& stRequest)
+stDef_CgiReply CRecordCgi::m_F_o_Img(const stDef_CgiRequest& stRequest, const stDef_RecordPath& stPath)
 {
-    stDef_CgiReply stRefusal;
-    const auto stPath = m_F_o_Named(stRequest, stRefusal);
-    if (!stPath)
-        return stRefusal;
     std::vector<std::int64_t> arNumbers;
     if (!TakeNumbers(stRequest.m_F_s_Value("records"), arNumbers))
         return BadRequest();
-    const auto objFile = vm_objRecordings.m_F_o_File(*stPath);
-    if (!objFile || stPath->eFile != emDef_RecordFile::Image)
+    const auto objFile = vm_objRecordings.m_F_o_File(stPath);
+    if (!objFile || stPath.eFile != emDef_RecordFile::Image)
         return Missing();
     std::string sReply;
     for (const std::int64_t nNumber : arNumbers) {

@@ -21,11 +21,12 @@ public:
 
 private:
     stDef_CgiReply m_F_o_Info(const stDef_CgiRequest& stRequest);
-    stDef_CgiReply m_F_o_File(const stDef_CgiRequest& stRequest);
-    stDef_CgiReply m_F_o_Dat(const stDef_CgiRequest& stRequest);
-    stDef_CgiReply m_F_o_Img(const stDef_CgiRequest& stRequest);
+    stDef_CgiReply m_F_o_File(const stDef_CgiRequest& stRequest, const stDef_RecordPath& stPath);
+    stDef_CgiReply m_F_o_Dat(const stDef_CgiRequest& stRequest, const stDef_RecordPath& stPath);
+    stDef_CgiReply m_F_o_Img(const stDef_CgiRequest& stRequest, const stDef_RecordPath& stPath);
 
-    std::optional<stDef_RecordPath> m_F_o_Named(const stDef_CgiRequest& stRequest, stDef_CgiReply& stRefusal) const;
+    using OnFile = stDef_CgiReply (CRecordCgi::*)(const stDef_CgiRequest&, const stDef_RecordPath&);
+    stDef_CgiReply m_F_o_OnFile(OnFile pfnAnswer, const stDef_CgiRequest& stRequest);
     stDef_CgiReply m_F_o_Bytes(const stDef_CgiRequest& stRequest, const char* pszReply, std::string sBytes);
 
     CRecordings vm_objRecordings;

@@ -1,18 +1,12 @@
 #include "http/CFaultTable.h"
 
+#include "http/NumberText.h"
+
 #include <algorithm>
-#include <charconv>
 
 namespace {
 
 using enum stDef_FaultKind::emDef_When;
-
-template <typename Number>
-bool ParseNumber(std::string_view sText, Number& nValue)
-{
-    const auto result = std::from_chars(sText.data(), sText.data() + sText.size(), nValue);
-    return !sText.empty() && result.ec == std::errc() && result.ptr == sText.data() + sText.size();
-}
 
 const stDef_FaultKind* KindOf(const std::vector<stDef_FaultKind>& arKinds, std::string_view sName)
 {

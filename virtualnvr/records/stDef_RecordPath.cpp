@@ -1,10 +1,10 @@
 #include "records/stDef_RecordPath.h"
 
+#include "http/NumberText.h"
 #include "records/RecordClock.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 
 namespace {
 constexpr const char* g_arExtensions[] = {".idx", ".img", ".dat"};
@@ -16,8 +16,7 @@ constexpr std::size_t g_nHourWidth = 4;
 int Number(std::string_view s)
 {
     int n = -1;
-    const auto [pEnd, eError] = std::from_chars(s.data(), s.data() + s.size(), n);
-    return eError == std::errc() && pEnd == s.data() + s.size() ? n : -1;
+    return ParseNumber(s, n) ? n : -1;
 }
 
 /// The last three parts of a path, the last one last; of fewer the first ones are empty.
