@@ -47,7 +47,7 @@ void TryReply(const QByteArray& sBytes)
 void TryPair(const QByteArray& sData, const QByteArray& sImages)
 {
     CRecordPair objPair(FileOf(sData, "pair.dat"), FileOf(sImages, "pair.img"), 1, 0);
-    Expect(objPair.m_F_b_Open() && objPair.m_F_b_BeginData(), "any two files can be mended");
+    Expect(objPair.m_F_b_Open() && objPair.m_F_b_Repair() && objPair.m_F_b_BeginData(), "any two files can be mended");
     const std::vector<std::uint32_t> arMissing = objPair.m_F_ar_Missing(0, UINT64_MAX);
     Expect(arMissing.size() <= objPair.m_F_n_Records(), "only records can lack an image");
     if (objPair.m_F_b_NeedsHead())

@@ -124,6 +124,10 @@ TEST_F(RecordBackup, OfAnEmbeddedRecorderHasTheImagesOfTheSpanAndIsNotAskedForTw
     ASSERT_EQ(Backup(vm_dir.path(), ""), 1);
     EXPECT_EQ(All(vm_dir.filePath("backup")), mapFiles);
     EXPECT_EQ(Asked("rpb/img"), nImages);
+    for (const stDef_LogEntry& st : vm_nvr.m_F_o_Log().m_F_ar_Entries())
+        EXPECT_FALSE(st.sTarget.starts_with("/rpb/img") && st.sTarget.find("VCH") != std::string::npos &&
+                     st.sTarget.find(',') != std::string::npos)
+            << "video images are asked for one by one: " << st.sTarget;
     EXPECT_EQ(Asked("rpb/dat"), nData + 4) << "only for what is recorded by now";
 
     ASSERT_EQ(Backup(vm_dir.path(), "a", 5000), 1);
@@ -261,7 +265,11 @@ TEST_F(RecordBackup, OutlivesALyingRecorder)
         QTemporaryDir dir;
         ASSERT_TRUE(vm_nvr.m_F_o_RecordFaults().m_F_b_Parse(row[0]));
         EXPECT_EQ(Backup(dir.filePath("in/it")), row.Number(1));
+        Backup(vm_dir.filePath("whole"));
         vm_nvr.m_F_o_RecordFaults().m_S_Clear();
+        const Files mapKept = All(vm_dir.filePath("whole"));
+        for (const auto& [sName, sBytes] : mapWhole)
+            EXPECT_TRUE(mapKept.contains(sName) && mapKept.at(sName) == sBytes) << "a lie cost " << sName.toStdString();
         EXPECT_EQ(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList("in"));
         EXPECT_EQ(QDir(dir.filePath("in")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList("it"));
         ASSERT_EQ(Backup(dir.filePath("in/it")), 1);
@@ -278,8 +286,13 @@ TEST_F(RecordBackup, StopsAtOnceWhileARecorderIsSilent)
     for (const char* pszRequest : {"logininfo", "rpb/info", "rpb/file", "rpb/dat", "rpb/img"}) {
         SCOPED_TRACE(pszRequest);
         ASSERT_TRUE(vm_nvr.m_F_o_Faults().m_F_b_Parse(std::string(pszRequest) + "=silence"));
-        std::thread objHost([this] {
-            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        vm_nvr.m_F_o_Log().m_S_Clear();
+        std::thread objHost([this, pszRequest] {
+            EXPECT_TRUE(vm_nvr.m_F_o_Log().m_F_b_Wait(
+                [pszRequest](const stDef_LogEntry& st) {
+                    return st.sFault == "silence" && st.sTarget.find(pszRequest) != std::string::npos;
+                },
+                10000));
             nsRecordBackup::SetRun(&vm_bRun, false);
         });
         const auto nBegin = std::chrono::steady_clock::now();
@@ -324,6 +337,23 @@ TEST(RecordPair, TakesAReplyOnlyIfItIsASumOfTheBlocksThatWereAskedFor)
     QByteArray sHuge = Block(3, "three");
     sHuge.replace(4, 4, "\xff\xff\xff\xff");
     EXPECT_FALSE(Split(sHuge));
+}
+
+TEST(RecordPair, StopsBefore4GiB)
+{
+    QTemporaryDir dir;
+    const QString sData = dir.filePath("a.dat"), sImage = dir.filePath("a.img");
+    const auto Bytes = [](const auto& st) { return QByteArray(reinterpret_cast<const char*>(&st), sizeof st); };
+    const nsRecord::st_DatRecord stLast{1, 0xFFFFFF00, 0x80}, stNext{2, 0, 0};
+    WriteFile(sData, Bytes(CRecFunc::s_F_o_MakeFileInfo(1, "RecordDat")) + Bytes(stLast) + Bytes(stNext));
+    WriteFile(sImage, Bytes(CRecFunc::s_F_o_MakeFileInfo(0, "RecordImg")));
+    ASSERT_TRUE(QFile::resize(sImage, 0xFFFFFF80)); // a hole takes no room
+    CRecordPair objPair(sData, sImage, 1, 0);
+    ASSERT_TRUE(objPair.m_F_b_Open() && objPair.m_F_b_Repair());
+    EXPECT_EQ(objPair.m_F_ar_Missing(0, 2), std::vector<std::uint32_t>{1});
+    EXPECT_FALSE(objPair.m_F_b_AppendImages({{1, QByteArray(0x80, 'x')}}));
+    EXPECT_EQ(QFileInfo(sImage).size(), 0xFFFFFF80);
+    EXPECT_TRUE(objPair.m_F_b_AppendImages({{1, QByteArray(0x7F, 'x')}}));
 }
 
 TEST(RecordProfile, TakesNoIndexWithAByteThatIsWrong)

@@ -17,8 +17,6 @@ public:
     /// Opens for reading and writing; made if missing, kept if not.
     bool m_F_b_Open(const QString& sPath);
     void m_S_Close() { vm_objFile.close(); }
-    bool m_F_b_IsOpen() const { return vm_objFile.isOpen(); }
-    QString m_F_s_Path() const { return vm_objFile.fileName(); }
 
     qint64 m_F_n_Size() const { return vm_objFile.size(); }
     /// The bytes from there on; fewer at the end of the file.

@@ -22,6 +22,7 @@ constexpr int ConnectionKind = 6;
 constexpr int ConnectWaitMs = 500;
 constexpr int SliceMs = 50; ///< how often a wait looks at the run flag
 constexpr qint64 MaxListBytes = 16 << 20;
+constexpr auto SameName = Qt::CaseInsensitive; ///< as on file systems that take capitals for small letters
 
 QByteArray Narrow(const QString& sText)
 {
@@ -115,6 +116,49 @@ bool CRecordBackup::m_F_b_TransferAll()
         if (!m_F_b_Runs() || m_F_n_Transfer(sRemote) == emDef_Step::Failed)
             return false;
     return true;
+}
+
+CRecordBackup::emDef_Step CRecordBackup::m_F_n_Transfer(const QByteArray& sRemote)
+{
+    const auto sName = m_F_s_LocalName(sRemote);
+    if (!sName || sName->endsWith(m_F_s_TemporaryEnding(), SameName)) {
+        CSFunc::s_S_Debug("%s is no name for a local file", sRemote.constData());
+        return emDef_Step::Skipped;
+    }
+    const QString sIndex = m_F_s_Local(*sName);
+    if (const emDef_Step nStep = m_F_n_FetchIndex(sRemote, sIndex); nStep != emDef_Step::Done)
+        return nStep;
+    QStringList arFiles;
+    CRecordProfile::m_S_GetFileNemeFormIndex(sIndex, vm_stInfo.nStart, vm_stInfo.nEnd, vm_stInfo.pSearch, arFiles);
+    const QString sFolder = sName->left(sName->lastIndexOf(u'/') + 1);
+    for (const QString& sFile : std::as_const(arFiles)) {
+        if (!m_F_b_Runs())
+            return emDef_Step::Stopped;
+        if (!m_F_b_Takes(*sName, sFolder, sFile))
+            continue;
+        const QString sData = CBackupNames::s_F_s_DataName(sFile);
+        const emDef_Step nStep =
+            m_F_n_TransferFiles({CBackupNames::s_F_s_Beside(sRemote, sFile), CBackupNames::s_F_s_Beside(sRemote, sData),
+                                 m_F_s_Local(sFolder + sFile), m_F_s_Local(sFolder + sData)});
+        if (nStep == emDef_Step::Failed || nStep == emDef_Step::Stopped)
+            return nStep;
+    }
+    return emDef_Step::Done;
+}
+
+/// False for an image file whose name, or that of its data file, is another's, and for one that was taken before.
+bool CRecordBackup::m_F_b_Takes(const QString& sIndexName, const QString& sFolder, const QString& sFile)
+{
+    const QString sData = CBackupNames::s_F_s_DataName(sFile);
+    if (!CBackupNames::s_F_s_Safe(sFolder + sFile) || sData.compare(sFile, SameName) == 0 ||
+        sIndexName.compare(sFolder + sFile, SameName) == 0 || sIndexName.compare(sFolder + sData, SameName) == 0 ||
+        sFile.endsWith(m_F_s_TemporaryEnding(), SameName)) {
+        CSFunc::s_S_Debug("%s is no name for a local file", qUtf8Printable(sFile));
+        return false;
+    }
+    const qsizetype nBefore = vm_arSeen.size();
+    vm_arSeen.insert((sFolder + sData).toLower());
+    return vm_arSeen.size() > nBefore;
 }
 
 /// The time zone of the host, for whoever shows the records.

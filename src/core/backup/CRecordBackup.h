@@ -2,9 +2,11 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QSet>
 #include <QStringList>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "core/backup/CBackupNames.h"
 #include "core/backup/RecordBackupRun.h"
@@ -37,6 +39,7 @@ protected:
     enum class emDef_Step
     {
         Done,
+        Skipped, ///< nothing was to be had of it; the next one follows
         Stopped, ///< the run flag ended it
         Failed
     };
@@ -53,6 +56,13 @@ protected:
     /// GET of one of the recorder's documents, as it comes; nothing if it can't be had or the run flag ended it.
     QByteArray m_F_s_GetDocument(const QByteArray& sUrl);
 
+    /// An image file and its data file, on the recorder and as local paths.
+    struct stDef_Files
+    {
+        QByteArray sRemoteImage, sRemoteData;
+        QString sImage, sData;
+    };
+
     stDef_RecordBackupInfo vm_stInfo;
     CBackupNames vm_objNames;
     QString vm_sTarget;
@@ -65,15 +75,23 @@ private:
     virtual void m_S_BeforeConnect() {}
     /// Takes the list that the recorder sent into `vm_arRemote`. False ends the backup.
     virtual bool m_F_b_TakeList(const QByteArray& sList) = 0;
-    /// The transfer of one index file and what it names.
-    virtual emDef_Step m_F_n_Transfer(const QByteArray& sRemote) = 0;
-    /// Ending of the temporary names of this kind.
+    /// Name of an index file below the target folder; nothing if it isn't safe.
+    virtual std::optional<QString> m_F_s_LocalName(const QByteArray& sRemote) const = 0;
+    /// Fetches an index file, which takes its name only when it is whole. A stop in it is one between index files: the
+    /// transfer hasn't finished.
+    virtual emDef_Step m_F_n_FetchIndex(const QByteArray& sRemote, const QString& sIndex) = 0;
+    virtual emDef_Step m_F_n_TransferFiles(const stDef_Files& stFiles) = 0;
+    /// Ending of the temporary names of this kind. No file keeps a name that ends so: a later run removes it.
     virtual QString m_F_s_TemporaryEnding() const = 0;
 
     bool m_F_b_Prepare();
     bool m_F_b_FetchList();
     bool m_F_b_TransferAll();
+    emDef_Step m_F_n_Transfer(const QByteArray& sRemote);
+    bool m_F_b_Takes(const QString& sIndexName, const QString& sFolder, const QString& sFile);
     bool m_F_b_WriteZone();
     void m_S_RemoveLeftovers();
     void m_S_RemoveOpenWork();
+
+    QSet<QString> vm_arSeen; ///< data files of this run: two names that share one are one
 };

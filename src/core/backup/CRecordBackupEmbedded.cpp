@@ -1,6 +1,5 @@
 #include "core/backup/CRecordBackupEmbedded.h"
 
-#include <QFileInfo>
 #include <algorithm>
 #include <cstdlib>
 
@@ -65,77 +64,40 @@ bool CRecordBackupEmbedded::m_F_b_VersionsKnown() const
     return false;
 }
 
-CRecordBackup::emDef_Step CRecordBackupEmbedded::m_F_n_Transfer(const QByteArray& sRemote)
-{
-    const auto sName = vm_objNames.m_F_s_Embedded(sRemote);
-    if (!sName) {
-        CSFunc::s_S_Debug("%s is no name for a local file", sRemote.constData());
-        return emDef_Step::Done;
-    }
-    const QString sIndex = m_F_s_Local(*sName);
-    bool bTaken = false;
-    if (const emDef_Step nStep = m_F_n_FetchIndex(sRemote, sIndex, bTaken); nStep != emDef_Step::Done || !bTaken)
-        return nStep;
-    QStringList arFiles;
-    CRecordProfile::m_S_GetFileNemeFormIndex(sIndex, vm_stInfo.nStart, vm_stInfo.nEnd, vm_stInfo.pSearch, arFiles);
-    for (const QString& sFile : std::as_const(arFiles)) {
-        if (!m_F_b_Runs())
-            return emDef_Step::Stopped;
-        if (const emDef_Step nStep = m_F_n_TransferFile(sRemote, *sName, sFile); nStep != emDef_Step::Done)
-            return nStep;
-    }
-    return emDef_Step::Done;
-}
-
 /// Only a sound index takes its final name; what stood there before stays otherwise.
-CRecordBackup::emDef_Step CRecordBackupEmbedded::m_F_n_FetchIndex(const QByteArray& sRemote, const QString& sIndex,
-                                                                  bool& bTaken)
+CRecordBackup::emDef_Step CRecordBackupEmbedded::m_F_n_FetchIndex(const QByteArray& sRemote, const QString& sIndex)
 {
     const QString sTemporary = sIndex + m_F_s_TemporaryEnding();
     vm_arOpenWork = {sTemporary};
     m_S_Progress(s_F_s_FileName(sTemporary));
-    // A stop here is one between index files, as at the top of the loop: the transfer hasn't finished.
     if (m_F_n_Fetch(sRemote, sTemporary) != emDef_Step::Done)
         return emDef_Step::Failed;
-    bTaken = CRecordProfile_V::s_F_n_IsFileIndex(sTemporary, vm_bOnlyRecSecondStream) ||
-             CRecordProfile_A::s_F_n_IsFileIndex(sTemporary) || CRecordProfile_T::s_F_n_IsFileIndex(sTemporary);
-    if (!bTaken)
+    const bool bSound = CRecordProfile_V::s_F_n_IsFileIndex(sTemporary, vm_bOnlyRecSecondStream) ||
+                        CRecordProfile_A::s_F_n_IsFileIndex(sTemporary) ||
+                        CRecordProfile_T::s_F_n_IsFileIndex(sTemporary);
+    if (!bSound)
         CBackupFile::s_S_Remove(sTemporary);
     else if (!CBackupFile::s_F_b_Place(sTemporary, sIndex))
         return emDef_Step::Failed;
     vm_arOpenWork.clear();
-    return emDef_Step::Done;
+    return bSound ? emDef_Step::Done : emDef_Step::Skipped;
 }
 
-CRecordBackup::emDef_Step CRecordBackupEmbedded::m_F_n_TransferFile(const QByteArray& sRemoteIndex,
-                                                                    const QString& sIndexName, const QString& sFile)
+CRecordBackup::emDef_Step CRecordBackupEmbedded::m_F_n_TransferFiles(const stDef_Files& stFiles)
 {
-    const QString sFolder = sIndexName.left(sIndexName.lastIndexOf(u'/') + 1);
-    const QString sData = CBackupNames::s_F_s_DataName(sFile);
-    const auto sImageName = CBackupNames::s_F_s_Safe(sFolder + sFile);
-    const auto nSame = Qt::CaseInsensitive; // as on file systems that take capitals for small letters
-    if (!sImageName || sData.compare(sFile, nSame) == 0 || sIndexName.compare(sFolder + sFile, nSame) == 0 ||
-        sIndexName.compare(sFolder + sData, nSame) == 0 || sFile.endsWith(m_F_s_TemporaryEnding(), nSame)) {
-        CSFunc::s_S_Debug("%s is no name for a local file", qUtf8Printable(sFile));
-        return emDef_Step::Done;
-    }
-    if (vm_arSeen.contains((sFolder + sData).toLower()))
-        return emDef_Step::Done;
-    vm_arSeen.insert((sFolder + sData).toLower());
-
-    CRecordPair objPair(m_F_s_Local(sFolder + sData), m_F_s_Local(*sImageName), vm_nFileVerDat, vm_nFileVerImg);
+    CRecordPair objPair(stFiles.sData, stFiles.sImage, vm_nFileVerDat, vm_nFileVerImg);
     // A recorder that tells no version we know must not cost what stands here already.
     if (vm_nFileVerDat != g_nFileVerRecDat && objPair.m_F_b_Exists())
         return emDef_Step::Failed;
     if (!objPair.m_F_b_Open()) {
-        CSFunc::s_S_Debug("%s open error", qUtf8Printable(sFile));
+        CSFunc::s_S_Debug("%s open error", qUtf8Printable(stFiles.sImage));
         objPair.m_S_Remove();
-        return emDef_Step::Done;
+        return emDef_Step::Skipped;
     }
-    emDef_Step nStep = m_F_n_FetchRecords(objPair, CBackupNames::s_F_s_Beside(sRemoteIndex, sData));
-    if (nStep == emDef_Step::Done)
-        nStep = m_F_n_FetchImages(objPair, CBackupNames::s_F_s_Beside(sRemoteIndex, sFile));
-    return nStep;
+    if (!objPair.m_F_b_Repair()) // a full disk, say: what stands there stays
+        return emDef_Step::Failed;
+    const emDef_Step nStep = m_F_n_FetchRecords(objPair, stFiles.sRemoteData);
+    return nStep == emDef_Step::Done ? m_F_n_FetchImages(objPair, stFiles.sRemoteImage) : nStep;
 }
 
 CRecordBackup::emDef_Step CRecordBackupEmbedded::m_F_n_FetchRecords(CRecordPair& objPair, const QByteArray& sRemote)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QSet>
 #include <cstdint>
 
 #include "core/backup/CRecordBackup.h"
@@ -20,12 +19,15 @@ public:
 private:
     void m_S_BeforeConnect() override;
     bool m_F_b_TakeList(const QByteArray& sList) override;
-    emDef_Step m_F_n_Transfer(const QByteArray& sRemote) override;
+    std::optional<QString> m_F_s_LocalName(const QByteArray& sRemote) const override
+    {
+        return vm_objNames.m_F_s_Embedded(sRemote);
+    }
+    emDef_Step m_F_n_FetchIndex(const QByteArray& sRemote, const QString& sIndex) override;
+    emDef_Step m_F_n_TransferFiles(const stDef_Files& stFiles) override;
     QString m_F_s_TemporaryEnding() const override { return QStringLiteral(".index"); }
 
     bool m_F_b_VersionsKnown() const;
-    emDef_Step m_F_n_FetchIndex(const QByteArray& sRemote, const QString& sIndex, bool& bTaken);
-    emDef_Step m_F_n_TransferFile(const QByteArray& sRemoteIndex, const QString& sIndexName, const QString& sFile);
     emDef_Step m_F_n_FetchRecords(CRecordPair& objPair, const QByteArray& sRemote);
     emDef_Step m_F_n_FetchHead(CRecordPair& objPair, const QByteArray& sRemote);
     emDef_Step m_F_n_FetchImages(CRecordPair& objPair, const QByteArray& sRemote);
@@ -33,5 +35,4 @@ private:
     std::int16_t vm_nFileVerDat = -1;
     std::int16_t vm_nFileVerImg = -1;
     bool vm_bOnlyRecSecondStream = false;
-    QSet<QString> vm_arSeen; ///< data files of this run: two names that share one are one
 };

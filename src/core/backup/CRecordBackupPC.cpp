@@ -37,34 +37,18 @@ CRecordBackup::emDef_Step CRecordBackupPC::m_F_n_Copy(const QByteArray& sRemote,
     return CBackupFile::s_F_b_Place(sTemporary, sLocal) ? emDef_Step::Done : emDef_Step::Failed;
 }
 
-CRecordBackup::emDef_Step CRecordBackupPC::m_F_n_Transfer(const QByteArray& sRemote)
+CRecordBackup::emDef_Step CRecordBackupPC::m_F_n_FetchIndex(const QByteArray& sRemote, const QString& sIndex)
 {
-    const auto sName = vm_objNames.m_F_s_PC(sRemote);
-    if (!sName) {
-        CSFunc::s_S_Debug("%s is no name for a local file", sRemote.constData());
-        return emDef_Step::Done;
-    }
-    const QString sIndex = m_F_s_Local(*sName);
     const bool bNew = !QFileInfo::exists(sIndex);
-    // A stop while an index file comes is one between index files.
     if (m_F_n_Copy(sRemote, sIndex) != emDef_Step::Done)
         return emDef_Step::Failed;
     if (bNew) // what stood here before is no failure's to delete
         vm_arOpenWork.append(sIndex);
-    QStringList arFiles;
-    CRecordProfile::m_S_GetFileNemeFormIndex(sIndex, vm_stInfo.nStart, vm_stInfo.nEnd, vm_stInfo.pSearch, arFiles);
-    const QString sFolder = sName->left(sName->lastIndexOf(u'/') + 1);
-    for (const QString& sFile : std::as_const(arFiles)) {
-        for (const QString& s : {sFile, CBackupNames::s_F_s_DataName(sFile)}) {
-            const auto sLocal = CBackupNames::s_F_s_Safe(sFolder + s);
-            if (!m_F_b_Runs())
-                return emDef_Step::Stopped;
-            if (!sLocal || sLocal->compare(*sName, Qt::CaseInsensitive) == 0)
-                continue;
-            if (const emDef_Step nStep = m_F_n_Copy(CBackupNames::s_F_s_Beside(sRemote, s), m_F_s_Local(*sLocal));
-                nStep != emDef_Step::Done)
-                return nStep;
-        }
-    }
     return emDef_Step::Done;
+}
+
+CRecordBackup::emDef_Step CRecordBackupPC::m_F_n_TransferFiles(const stDef_Files& stFiles)
+{
+    const emDef_Step nStep = m_F_n_Copy(stFiles.sRemoteImage, stFiles.sImage);
+    return nStep == emDef_Step::Done ? m_F_n_Copy(stFiles.sRemoteData, stFiles.sData) : nStep;
 }

@@ -10,7 +10,12 @@ public:
 
 private:
     bool m_F_b_TakeList(const QByteArray& sList) override;
-    emDef_Step m_F_n_Transfer(const QByteArray& sRemote) override;
+    std::optional<QString> m_F_s_LocalName(const QByteArray& sRemote) const override
+    {
+        return vm_objNames.m_F_s_PC(sRemote);
+    }
+    emDef_Step m_F_n_FetchIndex(const QByteArray& sRemote, const QString& sIndex) override;
+    emDef_Step m_F_n_TransferFiles(const stDef_Files& stFiles) override;
     QString m_F_s_TemporaryEnding() const override { return QStringLiteral(".part"); }
 
     bool m_F_b_Wanted(const QByteArray& sRemote) const;

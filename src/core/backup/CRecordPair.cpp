@@ -41,7 +41,7 @@ bool CRecordPair::m_F_b_Exists() const
 
 bool CRecordPair::m_F_b_Open()
 {
-    return vm_objData.m_F_b_Open(vm_sData) && vm_objImage.m_F_b_Open(vm_sImage) && m_F_b_Repair();
+    return vm_objData.m_F_b_Open(vm_sData) && vm_objImage.m_F_b_Open(vm_sImage);
 }
 
 void CRecordPair::m_S_Remove()

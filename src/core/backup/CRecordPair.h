@@ -8,8 +8,8 @@
 #include "core/backup/CBackupFile.h"
 #include "host/Lib_Rewind.h"
 
-/// A data file and its image file on the local disk. Opening repairs what a killed run left; what is written keeps an
-/// order from which that is always possible: image bytes, then the record that names them, then record 0.
+/// A data file and its image file on the local disk. `m_F_b_Repair` mends what a killed run left; what is written keeps
+/// an order from which that is always possible: image bytes, then the record that names them, then record 0.
 class CRecordPair
 {
 public:
@@ -24,9 +24,10 @@ public:
 
     /// True if both files or one of them are there.
     bool m_F_b_Exists() const;
-    /// Opens and repairs both, so that every record names whole image bytes or none. False if one can't be opened or
-    /// mended.
+    /// Opens both, which makes them if need be. False if one can't be opened.
     bool m_F_b_Open();
+    /// Mends what a killed run left, so that every record names whole image bytes or none. Before anything else.
+    bool m_F_b_Repair();
     /// Removes both.
     void m_S_Remove();
     /// Brings both to the disk.
@@ -56,7 +57,6 @@ private:
     using st_Record = nsRecord::st_DatRecord;
 
     bool m_F_b_SoundHeader(CBackupFile& objFile, const char* pszKind, std::int16_t nVersion);
-    bool m_F_b_Repair();
     bool m_F_b_RepairRecords(std::uint64_t& nImageEnd);
     std::vector<st_Record> m_F_ar_Records();
     bool m_F_b_WriteRecord(std::uint32_t nNumber, const st_Record& stRecord);

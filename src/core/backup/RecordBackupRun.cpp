@@ -25,10 +25,9 @@ void nsRecordBackup::SetRun(bool* pbRun, bool bRun)
     std::atomic_ref<bool>(*pbRun).store(bRun, std::memory_order_relaxed);
 }
 
-bool nsRecordBackup::Runs(const bool* pbRun)
+bool nsRecordBackup::Runs(bool* pbRun)
 {
-    // The host's flag is never a const object: its host sets it.
-    return !pbRun || std::atomic_ref<bool>(*const_cast<bool*>(pbRun)).load(std::memory_order_relaxed);
+    return !pbRun || std::atomic_ref<bool>(*pbRun).load(std::memory_order_relaxed);
 }
 
 QString nsRecordBackup::Progress(const QString* psProgress)

@@ -10,7 +10,7 @@ namespace nsRecordBackup {
 /// Sets the flag of `stDef_RecordBackupInfo::pbRun`: false stops the backup. From any thread.
 FLEETLINK_EXPORT void SetRun(bool* pbRun, bool bRun);
 /// True while the flag is, and for null. From any thread.
-FLEETLINK_EXPORT bool Runs(const bool* pbRun);
+FLEETLINK_EXPORT bool Runs(bool* pbRun);
 /// Text of `stDef_RecordBackupInfo::psProgress` as it is now. From any thread.
 FLEETLINK_EXPORT QString Progress(const QString* psProgress);
 /// Replaces it; null is left alone.
