@@ -18,6 +18,7 @@ namespace {
 
 constexpr std::chrono::milliseconds FlagInterval{50}; ///< how often a wait looks at the run flag
 constexpr int PieceBytes = 4 << 20;
+constexpr std::uint64_t MaxFileBytes = std::uint64_t{4} << 30; ///< places in record files have 32 bits
 
 struct st_Target
 {
@@ -63,13 +64,14 @@ bool FetchPieces(st_Lane& stLane, const st_Target& stTarget, const QByteArray& s
 {
     const QByteArray sStem =
         "rpb/file?name=" + sRemote.toPercentEncoding() + "&length=" + QByteArray::number(PieceBytes);
-    for (std::uint64_t nFrom = 0;; nFrom += PieceBytes) {
+    for (std::uint64_t nFrom = 0; nFrom <= MaxFileBytes; nFrom += PieceBytes) {
         if (!stLane.Get(stTarget, sStem + "&from=" + QByteArray::number(static_cast<qulonglong>(nFrom))) ||
             stLane.pReply->m_F_n_GetMemSize() > PieceBytes || !stLane.Append(objFile))
             return false;
         if (stLane.pReply->m_F_n_GetMemSize() < PieceBytes)
             return true;
     }
+    return false;
 }
 
 /// Runs with the local file open, and empties the reply when it stands there.

@@ -36,7 +36,7 @@ public:
     void m_S_RequestBackupInfo(const QString& sLocalFile, const CLoadDataByFile::st_PB_SearchInfo* pSearch,
                                const char* pChannels);
     /// Fetches a file of the recorder into the local one, which is emptied first. It comes in pieces of 4 MiB, so that
-    /// memory doesn't grow with it. After a failure a part of it may stand there.
+    /// memory doesn't grow with it; one beyond 4 GiB fails. After a failure a part of it may stand there.
     void m_S_RequestFile(const QByteArray& sRemote, const QString& sLocalFile);
     /// Asks for up to `nCount` records of a data file, 16 bytes each, from record `nFirst` on.
     void m_S_RequestBackupDat(const QByteArray& sRemote, int nFirst, int nCount);
