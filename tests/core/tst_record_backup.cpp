@@ -229,6 +229,11 @@ TEST_F(RecordBackup, MendsWhatItFinds)
         fnChange(sData, sImages);
         WriteFile(sStem + ".dat", sData);
         WriteFile(sStem + ".img", sImages);
+        ASSERT_TRUE(vm_nvr.m_F_o_RecordFaults().m_F_b_Parse("*=no-versions"));
+        EXPECT_EQ(Backup(vm_dir.path()), 0);
+        EXPECT_TRUE(ReadFile(sStem + ".dat") == sData && ReadFile(sStem + ".img") == sImages)
+            << "who tells no version can't have it mended";
+        vm_nvr.m_F_o_RecordFaults().m_S_Clear();
         ASSERT_EQ(Backup(vm_dir.path()), 1);
         ASSERT_TRUE(All(vm_dir.path()) == mapWhole) << Names(All(vm_dir.path())).toStdString();
     }

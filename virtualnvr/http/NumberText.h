@@ -4,8 +4,8 @@
 #include <string_view>
 #include <system_error>
 
-/// Takes the number that the whole text says, in decimal. False for any other text, and for one beyond its type; the value
-/// may have changed then.
+/// Takes the number that the whole text says, in decimal. False for any other text, and for one beyond its type; the
+/// value may have changed then.
 template <typename Number>
 bool ParseNumber(std::string_view sText, Number& nValue)
 {

@@ -225,7 +225,7 @@ constexpr long g_nPaths = std::size(g_arHostileTails) + std::size(g_arHostileWho
 constexpr long g_nNames = std::size(g_arHostileNames);
 
 const stDef_Row g_arRows[] = {
-    {{"new-dat-version", OnReply, {2, 0, 30000}, "tells another version of data files (arg, 2)"},
+    {{"new-dat-version", OnReply, {2, 2, 30000}, "tells another version of data files (arg, 2)"},
      "info",
      [](const stDef_Play& st) {
          ReplaceLine(st.sBody, "DatVer=", "DatVer=" + std::to_string(st.stFault.nArg) + "\n");
